@@ -1,0 +1,54 @@
+#include "workspace/data_root.h"
+
+#include "workspace/schema.h"
+
+#include <QDir>
+#include <QFile>
+#include <QStandardPaths>
+
+DataRoot::DataRoot(QString root, QString settingsDir)
+    : m_root(QDir::cleanPath(std::move(root))),
+      m_settingsDir(settingsDir.isEmpty() ? QDir(m_root).filePath(QStringLiteral("settings")) : settingsDir) {}
+
+DataRoot DataRoot::fromEnvironment(const QString& overrideRoot) {
+    QString home = overrideRoot.isEmpty() ? qEnvironmentVariable("SHUANGQU_HOME") : overrideRoot;
+    if (!home.isEmpty()) return DataRoot(QDir(home).absolutePath());
+    QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/shuangqu");
+    QString config =
+        QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + QStringLiteral("/shuangqu");
+    return DataRoot(data, config);
+}
+
+QString DataRoot::path(const QString& relative) const { return QDir(m_root).filePath(relative); }
+
+static bool ensureTemplate(const QString& file, TemplateKind kind) {
+    if (QFile::exists(file)) return true;
+    return createTemplate(file, kind);
+}
+
+bool DataRoot::ensureFirstStart() const {
+    QDir dir;
+    if (!dir.mkpath(m_root) || !dir.mkpath(m_settingsDir)) return false;
+    dir.mkpath(historyTextFolder());
+    dir.mkpath(otherHistoryTextFolder());
+    dir.mkpath(reportFolder());
+    bool ok = ensureTemplate(historyTemplate(), TemplateKind::History) &&
+              ensureTemplate(filnumTemplate(), TemplateKind::Filnum) &&
+              ensureTemplate(filnumRTemplate(), TemplateKind::Empty) &&
+              ensureTemplate(numsaveTemplate(), TemplateKind::Numsave) &&
+              ensureTemplate(gailvTemplate(), TemplateKind::Empty);
+    // The real draw history, where the history file dialog opens.
+    QString bundled = QDir(historyTextFolder()).filePath(QStringLiteral("大乐透历史开奖号码.txt"));
+    if (!QFile::exists(bundled) && QFile::copy(QStringLiteral(":/data/dlt_history.txt"), bundled))
+        QFile(bundled).setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
+    return ok;
+}
+
+WorkspacePaths::WorkspacePaths(const DataRoot& root, const QString& name)
+    : m_folder(root.path(name)), m_name(name) {}
+
+QString WorkspacePaths::historyDb() const { return QDir(m_folder).filePath(m_name + QStringLiteral(".db")); }
+QString WorkspacePaths::filnumDb() const { return QDir(m_folder).filePath(QStringLiteral("filnum.db")); }
+QString WorkspacePaths::filnumRDb() const { return QDir(m_folder).filePath(QStringLiteral("filnumR.db")); }
+QString WorkspacePaths::numsaveDb() const { return QDir(m_folder).filePath(QStringLiteral("numsave.db")); }
+QString WorkspacePaths::gailvDb() const { return QDir(m_folder).filePath(QStringLiteral("Gailv.db")); }

@@ -1,0 +1,180 @@
+#include "workspace/session.h"
+
+#include "workspace/draw_params_columns.h"
+#include "workspace/schema.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+
+Session::Session(const DataRoot& root, Settings& settings) : m_root(root), m_settings(settings) {}
+
+namespace {
+
+// Creates the template tables that a database lacks, keeping every table it has.
+bool addMissingTables(SqliteDb& db, TemplateKind kind) {
+    for (const TableDef& t : schema::templateTables(kind)) {
+        if (db.tableExists(t.name)) continue;
+        if (!db.exec(t.createStatement())) return false;
+        for (int n = 1; n <= schema::gailvRows(t.name); ++n)
+            db.exec(QStringLiteral("INSERT INTO [%1]([Number],[gailv],[Glnum]) VALUES (?1,0,0)").arg(t.name), {n});
+    }
+    return true;
+}
+
+// Opens a workspace database, bringing it back from its template when the file is gone or is
+// no database. A file that cannot be read is moved aside, never deleted.
+bool openOrRestore(SqliteDb& db, const QString& file, const QString& templ, TemplateKind kind) {
+    if (QFile::exists(file) && db.open(file)) return addMissingTables(db, kind);
+    if (QFile::exists(file)) {
+        const QString aside = file + QStringLiteral(".unreadable-") +
+                              QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMddHHmmss"));
+        if (!QFile::rename(file, aside)) return false;
+    }
+    if (!QFile::exists(templ) && !createTemplate(templ, kind)) return false;
+    if (!QFile::copy(templ, file)) return false;
+    QFile(file).setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
+    return db.open(file) && addMissingTables(db, kind);
+}
+
+}  // namespace
+
+bool Session::open(const EnteredWorkspace& workspace, QString* error) {
+    m_userIndex = workspace.index;
+    m_curuser = workspace.name;
+    m_bitnum = rules::validFront(workspace.bitnum) ? workspace.bitnum : rules::kDefaultFront;
+    m_bitnumHou = rules::validBack(workspace.bitnumHou) ? workspace.bitnumHou : rules::kDefaultBack;
+    m_fitbase = rules::fitbase(m_bitnum, m_bitnumHou);
+    m_paths = std::make_unique<WorkspacePaths>(m_root, m_curuser);
+    m_printrow = m_settings.readInt(keys::Dayin, m_curuser);
+
+    auto fail = [error](const QString& detail) {
+        if (error) *error = detail;
+        return false;
+    };
+    // A workspace whose folder or files have gone comes back empty, without a question.
+    if (m_curuser.isEmpty() || !QDir().mkpath(m_paths->folder())) return fail(kFatalText);
+    m_root.ensureFirstStart();
+    if (!openOrRestore(m_lsdb, m_paths->historyDb(), m_root.historyTemplate(), TemplateKind::History))
+        return fail(kFatalText);
+    if (!openOrRestore(m_numsave, m_paths->numsaveDb(), m_root.numsaveTemplate(), TemplateKind::Numsave))
+        return fail(kFatalText);
+    if (!openOrRestore(m_fildb, m_paths->filnumDb(), m_root.filnumTemplate(), TemplateKind::Filnum))
+        return fail(kFatalText);
+
+    loadStatistics();
+    QString loadError;
+    if (!loadHistory(&loadError) && error) *error = loadError;
+    return true;
+}
+
+void Session::setBitnum(int size) {
+    if (!rules::validFront(size)) return;
+    m_bitnum = size;
+    m_fitbase = rules::fitbase(m_bitnum, m_bitnumHou);
+    m_settings.write(keys::Bitnum, size, m_curuser);
+}
+
+void Session::setBitnumHou(int size) {
+    if (!rules::validBack(size)) return;
+    m_bitnumHou = size;
+    m_fitbase = rules::fitbase(m_bitnum, m_bitnumHou);
+    m_settings.write(keys::BitnumHou, size, m_curuser);
+}
+
+void Session::setPrintrow(int n) {
+    m_printrow = n;
+    m_settings.write(keys::Dayin, n, m_curuser);
+}
+
+void Session::saveSpinValues() {
+    for (int i = 0; i < 6; ++i)
+        m_settings.write(keys::SpinValue, QString::number(spinValues[i]), m_curuser, i + 1);
+}
+
+namespace {
+
+// Reads one history table into the arrays: numbers into figarr slots [first..], parameters by
+// column name. Rows are taken in Idx order.
+bool readDrawTable(SqliteDb& db, const QString& table, const QStringList& paramColumns, int numberCount,
+                   int firstSlot, std::vector<DrawNumbers>& figarr, std::vector<DrawParams>& params,
+                   bool setsDrawnum, QString* error) {
+    QStringList cols{QStringLiteral("fig0")};
+    for (int i = 1; i <= numberCount; ++i) cols << QStringLiteral("fig%1").arg(i);
+    cols += paramColumns;
+    QStringList quoted;
+    for (const QString& c : cols) quoted << QLatin1Char('[') + c + QLatin1Char(']');
+    SqliteStatement st(db, QStringLiteral("SELECT %1 FROM [%2] ORDER BY [Idx]").arg(quoted.join(','), table));
+    if (!st.ok()) {
+        if (error) *error = db.lastError();
+        return false;
+    }
+    params.assign(1, DrawParams{});
+    int row = 0;
+    while (st.next()) {
+        ++row;
+        if (setsDrawnum) {
+            figarr.push_back(DrawNumbers{});
+            figarr[row][0] = static_cast<int32_t>(st.int64(0));
+        }
+        if (row < static_cast<int>(figarr.size())) {
+            for (int i = 0; i < numberCount; ++i) figarr[row][firstSlot + i] = st.integer(1 + i);
+        }
+        DrawParams p;
+        for (int c = 0; c < paramColumns.size(); ++c)
+            draw_columns::setValue(p, paramColumns[c], st.real(1 + numberCount + c));
+        params.push_back(p);
+    }
+    return true;
+}
+
+}  // namespace
+
+bool Session::loadHistory(QString* error) {
+    m_history.clear();
+    bool ok = readDrawTable(m_lsdb, QStringLiteral("fig"), draw_columns::frontColumns(), 5, 1, m_history.figarr,
+                            m_history.front, true, error);
+    // fighou supplies the back numbers of Figarr; figquan only its parameters.
+    std::vector<DrawNumbers> scratch = m_history.figarr;
+    ok = readDrawTable(m_lsdb, QStringLiteral("fighou"), draw_columns::backColumns(), 2, 6, m_history.figarr,
+                       m_history.back, false, error) &&
+         ok;
+    ok = readDrawTable(m_lsdb, QStringLiteral("figquan"), draw_columns::bothColumns(), 7, 1, scratch, m_history.both,
+                       false, error) &&
+         ok;
+    return ok;
+}
+
+void Session::loadStatistics() {
+    // Omissions: the last row of each omission table. The back table is read up to Bitnum as
+    // well; its columns above BitnumHou read as 0.
+    struct View {
+        const char* omissionTable;
+        const char* frequencyTable;
+        NumberStats* stats;
+        int frequencyRows;
+    };
+    const View views[] = {{"Ylqs", "Gailv", &m_stats.front, 36},
+                          {"YlqsHou", "GailvHou", &m_stats.back, 24},
+                          {"YlqsQuan", "GailvQuan", &m_stats.both, 36}};
+    for (const View& v : views) {
+        *v.stats = NumberStats{};
+        const QString table = QString::fromLatin1(v.omissionTable);
+        const QStringList cols = m_lsdb.columns(table);
+        const QList<QVariantList> last =
+            m_lsdb.rows(QStringLiteral("SELECT * FROM [%1] ORDER BY rowid DESC LIMIT 1").arg(table));
+        if (!last.isEmpty()) {
+            for (int n = 1; n <= m_bitnum; ++n) {
+                const int c = static_cast<int>(cols.indexOf(QStringLiteral("ylqs%1").arg(n)));
+                if (c >= 0) v.stats->omission[n] = static_cast<int16_t>(last[0].value(c).toInt());
+            }
+        }
+        const QList<QVariantList> freq = m_lsdb.rows(
+            QStringLiteral("SELECT [gailv],[Glnum] FROM [%1] ORDER BY rowid LIMIT ?1").arg(v.frequencyTable),
+            {v.frequencyRows});
+        for (int k = 0; k < freq.size(); ++k) {
+            v.stats->percent[k + 1] = freq[k].value(0).toDouble();
+            v.stats->frequency[k + 1] = static_cast<int16_t>(freq[k].value(1).toInt());
+        }
+    }
+}

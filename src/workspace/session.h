@@ -1,0 +1,91 @@
+#pragma once
+
+#include "workspace/data_root.h"
+#include "workspace/settings.h"
+#include "workspace/shared_state.h"
+#include "workspace/sqlite_db.h"
+#include "workspace/workspace_list.h"
+
+#include <QString>
+
+#include <array>
+#include <memory>
+
+// The state of the entered workspace, owned by the application and handed to every window by
+// reference: Curuser, the zone sizes, Lsdb and Fildb, the history and its arrays, the number
+// statistics, the board, the print setting.
+class Session {
+public:
+    static inline const QString kFatalTitle = QStringLiteral("数据库错误");
+    static inline const QString kFatalText =
+        QStringLiteral("数据库读写错误,程序即将退出!请您删除该用户名,然后新建用户进入.");
+
+    Session(const DataRoot& root, Settings& settings);
+
+    // The initialisation of the main window: opens the workspace's databases, repairing a
+    // workspace whose folder or files are gone from the templates, and loads the history and
+    // the statistics. False with `error` set when even the repair fails (the fatal message).
+    bool open(const EnteredWorkspace& workspace, QString* error = nullptr);
+
+    const DataRoot& root() const { return m_root; }
+    Settings& settings() { return m_settings; }
+    const WorkspacePaths& paths() const { return *m_paths; }
+
+    int userIndex() const { return m_userIndex; }
+    const QString& curuser() const { return m_curuser; }
+    int bitnum() const { return m_bitnum; }
+    int bitnumHou() const { return m_bitnumHou; }
+    const rules::Fitbase& fitbase() const { return m_fitbase; }
+    // meuS / meuSHou: change the size, recompute Fitbase, save at once.
+    void setBitnum(int size);
+    void setBitnumHou(int size);
+
+    SqliteDb& lsdb() { return m_lsdb; }
+    SqliteDb& fildb() { return m_fildb; }
+    SqliteDb& numsave() { return m_numsave; }
+
+    DrawHistory& history() { return m_history; }
+    const DrawHistory& history() const { return m_history; }
+    int drawnum() const { return m_history.drawnum(); }
+    StatsViews& stats() { return m_stats; }
+    BoardState& board() { return m_board; }
+
+    // Reads fig, fighou and figquan into the arrays (start-up step 5). False with the error's
+    // text when a table cannot be read; what was read stays.
+    bool loadHistory(QString* error = nullptr);
+    // Omissions from the last rows of Ylqs*, frequencies from Gailv*.
+    void loadStatistics();
+
+    int printrow() const { return m_printrow; }
+    void setPrintrow(int n);
+    bool picbuilt = false;        // Picbuilt
+    int yaoqian = rules::kFrontPicks;  // Yaoqian
+    int yaohou = rules::kBackPicks;    // Yaohou
+    int danqian = 0;                   // Danqian
+    int danhou = 0;                    // Danhou
+    std::array<double, 6> spinValues{};  // the six running values of the spin simulator
+
+    // Writes the six spin values under Initial/1..6, as exit does.
+    void saveSpinValues();
+
+private:
+    bool repairHistoryDb();
+    bool openNumsave();
+    bool openFilnum();
+
+    DataRoot m_root;
+    Settings& m_settings;
+    std::unique_ptr<WorkspacePaths> m_paths;
+    int m_userIndex = 0;
+    QString m_curuser;
+    int m_bitnum = rules::kDefaultFront;
+    int m_bitnumHou = rules::kDefaultBack;
+    rules::Fitbase m_fitbase = rules::fitbase(rules::kDefaultFront, rules::kDefaultBack);
+    SqliteDb m_lsdb;
+    SqliteDb m_fildb;
+    SqliteDb m_numsave;
+    DrawHistory m_history;
+    StatsViews m_stats;
+    BoardState m_board;
+    int m_printrow = 4;
+};

@@ -1,0 +1,104 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+
+#include <memory>
+#include <optional>
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+// A thin owner of one SQLite connection. Statements take user values only as bound
+// parameters; identifiers come from the program's own schema.
+class SqliteDb {
+public:
+    SqliteDb() = default;
+    ~SqliteDb();
+    SqliteDb(const SqliteDb&) = delete;
+    SqliteDb& operator=(const SqliteDb&) = delete;
+    SqliteDb(SqliteDb&& other) noexcept;
+    SqliteDb& operator=(SqliteDb&& other) noexcept;
+
+    // Opens an existing file; with create = true a missing file is made.
+    bool open(const QString& path, bool create = false);
+    void close();
+    bool isOpen() const { return m_db != nullptr; }
+    sqlite3* handle() const { return m_db; }
+    QString path() const { return m_path; }
+    QString lastError() const { return m_lastError; }
+
+    // Runs one or more statements without results.
+    bool exec(const QString& sql);
+    // Runs one statement with positional parameters (?1, ?2, ...).
+    bool exec(const QString& sql, const QVariantList& params);
+    // First column of the first row, or an invalid QVariant.
+    QVariant scalar(const QString& sql, const QVariantList& params = {});
+    // All rows, each a list of column values.
+    QList<QVariantList> rows(const QString& sql, const QVariantList& params = {});
+
+    bool tableExists(const QString& table);
+    QStringList columns(const QString& table);
+
+    bool begin() { return exec(QStringLiteral("BEGIN IMMEDIATE")); }
+    bool commit() { return exec(QStringLiteral("COMMIT")); }
+    void rollback() { exec(QStringLiteral("ROLLBACK")); }
+
+private:
+    friend class SqliteStatement;
+    sqlite3* m_db = nullptr;
+    QString m_path;
+    QString m_lastError;
+};
+
+// A prepared statement for loops: bind, step, read, reset.
+class SqliteStatement {
+public:
+    SqliteStatement(SqliteDb& db, const QString& sql);
+    ~SqliteStatement();
+    SqliteStatement(const SqliteStatement&) = delete;
+    SqliteStatement& operator=(const SqliteStatement&) = delete;
+
+    bool ok() const { return m_stmt != nullptr; }
+    void bind(int index, qint64 value);
+    void bind(int index, double value);
+    void bind(int index, const QString& value);
+    void bindNull(int index);
+    void bindVariant(int index, const QVariant& value);
+    // True while a row is available.
+    bool next();
+    // Runs a statement that returns no rows; resets it for the next use.
+    bool run();
+    void reset();
+
+    int columnCount() const;
+    qint64 int64(int col) const;
+    int integer(int col) const { return static_cast<int>(int64(col)); }
+    double real(int col) const;
+    QString text(int col) const;
+    QVariant value(int col) const;
+
+private:
+    SqliteDb& m_db;
+    sqlite3_stmt* m_stmt = nullptr;
+};
+
+// Rolls back unless committed: an interrupted action leaves the old state.
+class SqliteTransaction {
+public:
+    explicit SqliteTransaction(SqliteDb& db) : m_db(db), m_active(db.begin()) {}
+    ~SqliteTransaction() {
+        if (m_active) m_db.rollback();
+    }
+    bool active() const { return m_active; }
+    bool commit() {
+        if (!m_active) return false;
+        m_active = false;
+        return m_db.commit();
+    }
+
+private:
+    SqliteDb& m_db;
+    bool m_active;
+};
