@@ -1,0 +1,494 @@
+#include "filter/candidate_store.h"
+
+#include "workspace/sqlite_db.h"
+
+#include <sqlite3.h>
+
+#include <QHash>
+
+#include <cstring>
+
+namespace candidate_store {
+namespace {
+
+using Kind = schema::CandidateKind;
+
+constexpr uint64_t kImageChunkBytes = uint64_t{32} << 20;
+
+// What a stored column is made from.
+enum class Source { Idx, Fig, Canshu, Numstring, NumstringHou, Sknum, Jsqihao, Fliter, Unslt, Preunslt, Tmpunslt, Gpslt, Errnum, Unknown };
+
+Source sourceOf(const QString& column, int* fig) {
+    const QString c = column.toLower();
+    if (c == QLatin1String("idx")) return Source::Idx;
+    if (c.startsWith(QLatin1String("fig")) && c.size() == 4) {
+        *fig = c.right(1).toInt();
+        return Source::Fig;
+    }
+    if (c == QLatin1String("canshu")) return Source::Canshu;
+    if (c == QLatin1String("numstring")) return Source::Numstring;
+    if (c == QLatin1String("numstringhou")) return Source::NumstringHou;
+    if (c == QLatin1String("sknum")) return Source::Sknum;
+    if (c == QLatin1String("jsqihao")) return Source::Jsqihao;
+    if (c == QLatin1String("fliter")) return Source::Fliter;
+    if (c == QLatin1String("unslt")) return Source::Unslt;
+    if (c == QLatin1String("preunslt")) return Source::Preunslt;
+    if (c == QLatin1String("tmpunslt")) return Source::Tmpunslt;
+    if (c == QLatin1String("gpslt")) return Source::Gpslt;
+    if (c == QLatin1String("errnum")) return Source::Errnum;
+    return Source::Unknown;
+}
+
+struct BoundColumn {
+    QString name;
+    Source source;
+    int fig = 0;
+};
+
+// The columns save() binds: every schema column whose value is not the create default.
+QList<BoundColumn> boundColumns(const CandidateTable& t) {
+    QList<BoundColumn> out;
+    for (const ColumnDef& c : schema::candidate(t.kind()).columns) {
+        BoundColumn b{c.name, Source::Unknown};
+        b.source = sourceOf(c.name, &b.fig);
+        const bool skip = (b.source == Source::Canshu && !t.hasCanshu()) ||
+                          (b.source == Source::Sknum && !t.hasSknum()) ||
+                          (b.source == Source::Errnum && !t.hasErrnum()) ||
+                          (b.source == Source::Jsqihao && !t.hasJsqihao()) ||
+                          (b.source == Source::Numstring && t.numstringMode() == CandidateTable::NumstringMode::Null) ||
+                          (b.source == Source::NumstringHou && !t.numstringHouFilled()) ||
+                          b.source == Source::Unknown;
+        if (!skip) out.append(b);
+    }
+    return out;
+}
+
+QString triggerName(const QString& table, const char* what) {
+    return QStringLiteral("sq_image_%1_%2").arg(table, QLatin1String(what));
+}
+
+bool ensureImageTable(SqliteDb& db) {
+    return db.exec(QStringLiteral("CREATE TABLE IF NOT EXISTS [%1]([tbl] TEXT,[part] TEXT,[seq] INTEGER,[data] BLOB)")
+                       .arg(kImageTable));
+}
+
+bool createTriggers(SqliteDb& db, const QString& table) {
+    const QString drop = QStringLiteral("DELETE FROM [%1] WHERE [tbl]='%2';").arg(kImageTable, table);
+    for (const char* ev : {"INSERT", "UPDATE", "DELETE"}) {
+        const QString sql = QStringLiteral("CREATE TRIGGER [%1] AFTER %2 ON [%3] BEGIN %4 END")
+                                .arg(triggerName(table, ev), QLatin1String(ev), table, drop);
+        if (!db.exec(sql)) return false;
+    }
+    return true;
+}
+
+// A prepared statement of the raw API, for blobs and the row loops.
+class Stmt {
+public:
+    Stmt(SqliteDb& db, const QString& sql) : m_db(db.handle()) {
+        if (sqlite3_prepare_v2(m_db, sql.toUtf8().constData(), -1, &m_st, nullptr) != SQLITE_OK) m_st = nullptr;
+    }
+    ~Stmt() { sqlite3_finalize(m_st); }
+    Stmt(const Stmt&) = delete;
+    Stmt& operator=(const Stmt&) = delete;
+    bool ok() const { return m_st != nullptr; }
+    sqlite3_stmt* get() const { return m_st; }
+    QString error() const { return QString::fromUtf8(sqlite3_errmsg(m_db)); }
+
+private:
+    sqlite3* m_db;
+    sqlite3_stmt* m_st = nullptr;
+};
+
+// Runs fn(begin, end) over chunks of rows, polling `progress`; false when cancelled or when fn
+// returned false.
+template <typename Fn>
+bool forEachChunk(uint64_t rows, EngineProgress* progress, Fn&& fn) {
+    constexpr uint64_t kRowsPerChunk = uint64_t{1} << 16;
+    for (uint64_t begin = 0; begin < rows; begin += kRowsPerChunk) {
+        if (progress && progress->cancelled()) return false;
+        const uint64_t end = std::min(rows, begin + kRowsPerChunk);
+        if (!fn(begin, end)) return false;
+        if (progress) progress->progress(end, rows);
+    }
+    return true;
+}
+
+// One part of the column image, written in chunks of at most kImageChunkBytes.
+bool writePart(SqliteDb& db, const QString& table, const QString& part, const void* data, uint64_t bytes) {
+    Stmt st(db, QStringLiteral("INSERT INTO [%1]([tbl],[part],[seq],[data]) VALUES(?1,?2,?3,?4)").arg(kImageTable));
+    if (!st.ok()) return false;
+    const QByteArray tbl = table.toUtf8(), prt = part.toUtf8();
+    const auto* p = static_cast<const char*>(data);
+    int seq = 0;
+    uint64_t done = 0;
+    do {
+        const uint64_t n = std::min(kImageChunkBytes, bytes - done);
+        sqlite3_bind_text(st.get(), 1, tbl.constData(), static_cast<int>(tbl.size()), SQLITE_STATIC);
+        sqlite3_bind_text(st.get(), 2, prt.constData(), static_cast<int>(prt.size()), SQLITE_STATIC);
+        sqlite3_bind_int(st.get(), 3, seq++);
+        // Bound without a copy: the column outlives the statement.
+        sqlite3_bind_blob64(st.get(), 4, n ? p + done : "", n, SQLITE_STATIC);
+        const int rc = sqlite3_step(st.get());
+        sqlite3_reset(st.get());
+        if (rc != SQLITE_DONE) return false;
+        done += n;
+    } while (done < bytes);
+    return true;
+}
+
+template <typename T>
+bool writeVector(SqliteDb& db, const QString& table, const QString& part, std::span<const T> v) {
+    return writePart(db, table, part, v.data(), v.size() * sizeof(T));
+}
+
+QByteArray imageMeta(const CandidateTable& t) {
+    QStringList m{QString::number(t.rowCount()), QString::number(static_cast<int>(t.kind())),
+                  QString::number(static_cast<int>(t.numstringMode())), QString::number(t.numstringHouFilled()),
+                  QString::number(t.hasCanshu()), QString::number(t.hasSknum()), QString::number(t.hasErrnum()),
+                  QString::number(t.hasJsqihao()), QString::number(t.hasExplicitIdx())};
+    return m.join(QLatin1Char(' ')).toLatin1();
+}
+
+QByteArray reasonsBlob(const ReasonTable& r) {
+    QByteArray out;
+    for (size_t id = 0; id < r.size(); ++id) {
+        out += r.text(static_cast<ReasonTable::Id>(id)).toUtf8();
+        out += '\0';
+    }
+    return out;
+}
+
+bool writeImage(SqliteDb& db, const CandidateTable& t) {
+    const QString name = t.tableName();
+    if (!ensureImageTable(db)) return false;
+    if (!db.exec(QStringLiteral("DELETE FROM [%1] WHERE [tbl]=?1").arg(kImageTable), {name})) return false;
+    const QByteArray meta = imageMeta(t);
+    if (!writePart(db, name, QStringLiteral("meta"), meta.constData(), static_cast<uint64_t>(meta.size()))) return false;
+    const QByteArray reasons = reasonsBlob(t.reasons());
+    if (!writePart(db, name, QStringLiteral("reasons"), reasons.constData(), static_cast<uint64_t>(reasons.size())))
+        return false;
+    for (int k = 1; k <= t.figCount(); ++k)
+        if (!writeVector(db, name, QStringLiteral("fig%1").arg(k), t.fig(k))) return false;
+    const std::pair<const char*, const BitVector*> flags[] = {
+        {"unslt", &t.unslt()}, {"preunslt", &t.preunslt()}, {"tmpunslt", &t.tmpunslt()}, {"gpslt", &t.gpslt()}};
+    for (const auto& [part, bits] : flags)
+        if (!writeVector(db, name, QLatin1String(part), bits->words())) return false;
+    if (!writeVector(db, name, QStringLiteral("fliter"), t.fliter())) return false;
+    auto& m = const_cast<CandidateTable&>(t);  // the accessors below allocate only when has*() is true
+    if (t.hasCanshu() && !writeVector<int16_t>(db, name, QStringLiteral("canshu"), m.canshu())) return false;
+    if (t.hasSknum() && !writeVector<int16_t>(db, name, QStringLiteral("sknum"), m.sknum())) return false;
+    if (t.hasErrnum() && !writeVector<int16_t>(db, name, QStringLiteral("errnum"), m.errnum())) return false;
+    if (t.hasJsqihao() && !writeVector<int32_t>(db, name, QStringLiteral("jsqihao"), m.jsqihao())) return false;
+    if (t.hasExplicitIdx() && !writeVector<int32_t>(db, name, QStringLiteral("idx"), m.explicitIdx())) return false;
+    return true;
+}
+
+class RowWriter {
+public:
+    RowWriter(const CandidateTable& t, QList<BoundColumn> cols) : m_t(t), m_cols(std::move(cols)) {
+        m_reasonBytes.reserve(t.reasons().size());
+        for (size_t id = 0; id < t.reasons().size(); ++id)
+            m_reasonBytes.push_back(t.reasons().text(static_cast<ReasonTable::Id>(id)).toUtf8());
+    }
+
+    void bindRow(sqlite3_stmt* st, uint64_t r) {
+        int i = 0;
+        for (const BoundColumn& c : m_cols) {
+            ++i;
+            switch (c.source) {
+                case Source::Idx: sqlite3_bind_int(st, i, m_t.idxAt(r)); break;
+                case Source::Fig: sqlite3_bind_int(st, i, m_t.fig(c.fig)[r]); break;
+                case Source::Canshu: sqlite3_bind_int(st, i, m_t.canshuAt(r)); break;
+                case Source::Sknum: sqlite3_bind_int(st, i, m_t.sknumAt(r)); break;
+                case Source::Errnum: sqlite3_bind_int(st, i, m_t.errnumAt(r)); break;
+                case Source::Jsqihao: sqlite3_bind_int(st, i, m_t.jsqihaoAt(r)); break;
+                case Source::Unslt: sqlite3_bind_int(st, i, m_t.unslt().test(r)); break;
+                case Source::Preunslt: sqlite3_bind_int(st, i, m_t.preunslt().test(r)); break;
+                case Source::Tmpunslt: sqlite3_bind_int(st, i, m_t.tmpunslt().test(r)); break;
+                case Source::Gpslt: sqlite3_bind_int(st, i, m_t.gpslt().test(r)); break;
+                case Source::Fliter: {
+                    const ReasonTable::Id id = m_t.fliter()[r];
+                    if (id == ReasonTable::kNull) {
+                        sqlite3_bind_null(st, i);
+                    } else {
+                        const QByteArray& b = m_reasonBytes[id];
+                        sqlite3_bind_text(st, i, b.constData(), static_cast<int>(b.size()), SQLITE_STATIC);
+                    }
+                    break;
+                }
+                case Source::Numstring: bindText(st, i, m_t.numstring(r)); break;
+                case Source::NumstringHou: bindText(st, i, m_t.numstringHou(r)); break;
+                case Source::Unknown: break;
+            }
+        }
+    }
+
+private:
+    static void bindText(sqlite3_stmt* st, int i, const QString& s) {
+        const QByteArray b = s.toUtf8();
+        sqlite3_bind_text(st, i, b.constData(), static_cast<int>(b.size()), SQLITE_TRANSIENT);
+    }
+
+    const CandidateTable& m_t;
+    QList<BoundColumn> m_cols;
+    std::vector<QByteArray> m_reasonBytes;
+};
+
+}  // namespace
+
+bool tableExists(SqliteDb& db, Kind kind) { return db.tableExists(schema::candidateTableName(kind)); }
+
+SaveResult save(SqliteDb& db, const CandidateTable& table, EngineProgress* progress) {
+    const QString name = table.tableName();
+    const QString fresh = name + QStringLiteral("__new");
+    SqliteTransaction tx(db);
+    if (!tx.active()) return {Outcome::Failed, db.lastError()};
+
+    TableDef def = schema::candidate(table.kind());
+    def.name = fresh;
+    db.exec(QStringLiteral("DROP TABLE IF EXISTS [%1]").arg(fresh));
+    if (!db.exec(def.createStatement())) return {Outcome::Failed, db.lastError()};
+
+    const QList<BoundColumn> cols = boundColumns(table);
+    QStringList names, marks;
+    for (int i = 0; i < cols.size(); ++i) {
+        names << QStringLiteral("[%1]").arg(cols[i].name);
+        marks << QStringLiteral("?%1").arg(i + 1);
+    }
+    const QString insert =
+        QStringLiteral("INSERT INTO [%1](%2) VALUES(%3)").arg(fresh, names.join(QLatin1Char(',')), marks.join(QLatin1Char(',')));
+    Stmt st(db, insert);
+    if (!st.ok()) return {Outcome::Failed, st.error()};
+    RowWriter writer(table, cols);
+    QString error;
+    const bool complete = forEachChunk(table.rowCount(), progress, [&](uint64_t begin, uint64_t end) {
+        for (uint64_t r = begin; r < end; ++r) {
+            writer.bindRow(st.get(), r);
+            const int rc = sqlite3_step(st.get());
+            sqlite3_reset(st.get());
+            if (rc != SQLITE_DONE) {
+                error = st.error();
+                return false;
+            }
+        }
+        return true;
+    });
+    if (!error.isEmpty()) return {Outcome::Failed, error};
+    if (!complete) return {Outcome::Cancelled, {}};
+
+    if (!db.exec(QStringLiteral("DROP TABLE IF EXISTS [%1]").arg(name)) ||
+        !db.exec(QStringLiteral("ALTER TABLE [%1] RENAME TO [%2]").arg(fresh, name)) || !writeImage(db, table) ||
+        !createTriggers(db, name))
+        return {Outcome::Failed, db.lastError()};
+    if (progress && progress->cancelled()) return {Outcome::Cancelled, {}};
+    if (!tx.commit()) return {Outcome::Failed, db.lastError()};
+    return {Outcome::Done, {}};
+}
+
+namespace {
+
+bool imageIsCurrent(SqliteDb& db, const QString& name) {
+    if (!db.tableExists(kImageTable)) return false;
+    for (const char* ev : {"INSERT", "UPDATE", "DELETE"}) {
+        if (db.scalar(QStringLiteral("SELECT count(*) FROM sqlite_master WHERE type='trigger' AND name=?1"),
+                      {triggerName(name, ev)})
+                .toInt() != 1)
+            return false;
+    }
+    return true;
+}
+
+// Reads one part of the image into `dest` of exactly `bytes` bytes; false when it is missing
+// or of another size.
+bool readPart(SqliteDb& db, const QString& table, const QString& part, void* dest, uint64_t bytes) {
+    Stmt st(db, QStringLiteral("SELECT [data] FROM [%1] WHERE [tbl]=?1 AND [part]=?2 ORDER BY [seq]").arg(kImageTable));
+    if (!st.ok()) return false;
+    const QByteArray tbl = table.toUtf8(), prt = part.toUtf8();
+    sqlite3_bind_text(st.get(), 1, tbl.constData(), static_cast<int>(tbl.size()), SQLITE_STATIC);
+    sqlite3_bind_text(st.get(), 2, prt.constData(), static_cast<int>(prt.size()), SQLITE_STATIC);
+    uint64_t done = 0;
+    bool found = false;
+    while (sqlite3_step(st.get()) == SQLITE_ROW) {
+        found = true;
+        const auto n = static_cast<uint64_t>(sqlite3_column_bytes(st.get(), 0));
+        if (done + n > bytes) return false;
+        if (n) std::memcpy(static_cast<char*>(dest) + done, sqlite3_column_blob(st.get(), 0), n);
+        done += n;
+    }
+    return found && done == bytes;
+}
+
+QByteArray readWholePart(SqliteDb& db, const QString& table, const QString& part) {
+    QByteArray out;
+    for (const QVariantList& r :
+         db.rows(QStringLiteral("SELECT length([data]) FROM [%1] WHERE [tbl]=?1 AND [part]=?2").arg(kImageTable),
+                 {table, part}))
+        out.resize(out.size() + r.value(0).toLongLong());
+    if (out.isEmpty() || !readPart(db, table, part, out.data(), static_cast<uint64_t>(out.size()))) return {};
+    return out;
+}
+
+template <typename T>
+bool readVector(SqliteDb& db, const QString& table, const QString& part, std::span<T> v) {
+    return readPart(db, table, part, v.data(), v.size() * sizeof(T));
+}
+
+std::unique_ptr<CandidateTable> loadImage(SqliteDb& db, Kind kind) {
+    const QString name = schema::candidateTableName(kind);
+    const QStringList meta = QString::fromLatin1(readWholePart(db, name, QStringLiteral("meta"))).split(QLatin1Char(' '));
+    if (meta.size() != 9 || meta[1].toInt() != static_cast<int>(kind)) return nullptr;
+    const uint64_t rows = meta[0].toULongLong();
+    // A cheap check that the rows are the ones the image was written with.
+    // save() numbers the rows 1..rows; any later insert or delete drops the image.
+    if (db.scalar(QStringLiteral("SELECT ifnull(max(rowid),0) FROM [%1]").arg(name)).toULongLong() != rows)
+        return nullptr;
+    auto t = std::make_unique<CandidateTable>(kind, rows);
+    const QByteArray reasons = readWholePart(db, name, QStringLiteral("reasons"));
+    const QList<QByteArray> texts = reasons.split('\0');
+    // The blob ends with a terminator, so split() yields one empty piece more than texts.
+    if (texts.size() < 3) return nullptr;
+    for (qsizetype id = 2; id + 1 < texts.size(); ++id) {
+        if (t->reasons().intern(QString::fromUtf8(texts[id])) != static_cast<ReasonTable::Id>(id)) return nullptr;
+    }
+    for (int k = 1; k <= t->figCount(); ++k)
+        if (!readVector(db, name, QStringLiteral("fig%1").arg(k), t->fig(k))) return nullptr;
+    const std::pair<const char*, BitVector*> flags[] = {
+        {"unslt", &t->unslt()}, {"preunslt", &t->preunslt()}, {"tmpunslt", &t->tmpunslt()}, {"gpslt", &t->gpslt()}};
+    for (const auto& [part, bits] : flags)
+        if (!readVector(db, name, QLatin1String(part), bits->words())) return nullptr;
+    if (!readVector(db, name, QStringLiteral("fliter"), t->fliter())) return nullptr;
+    for (ReasonTable::Id id : t->fliter())
+        if (id >= t->reasons().size()) return nullptr;
+    t->setNumstring(static_cast<CandidateTable::NumstringMode>(meta[2].toInt()));
+    t->setNumstringHou(meta[3].toInt() != 0);
+    if (meta[4].toInt() && !readVector(db, name, QStringLiteral("canshu"), t->canshu())) return nullptr;
+    if (meta[5].toInt() && !readVector(db, name, QStringLiteral("sknum"), t->sknum())) return nullptr;
+    if (meta[6].toInt() && !readVector(db, name, QStringLiteral("errnum"), t->errnum())) return nullptr;
+    if (meta[7].toInt() && !readVector(db, name, QStringLiteral("jsqihao"), t->jsqihao())) return nullptr;
+    if (meta[8].toInt() && !readVector(db, name, QStringLiteral("idx"), t->explicitIdx())) return nullptr;
+    return t;
+}
+
+LoadResult loadRows(SqliteDb& db, Kind kind, EngineProgress* progress) {
+    const QString name = schema::candidateTableName(kind);
+    QList<BoundColumn> cols;
+    QStringList names;
+    for (const QString& c : db.columns(name)) {
+        BoundColumn b{c, Source::Unknown};
+        b.source = sourceOf(c, &b.fig);
+        if (b.source == Source::Unknown || (b.source == Source::Fig && (b.fig < 1 || b.fig > CandidateTable::kMaxFigs)))
+            continue;
+        cols.append(b);
+        names << QStringLiteral("[%1]").arg(c);
+    }
+    LoadResult result;
+    result.path = LoadPath::Rows;
+    const uint64_t rows = db.scalar(QStringLiteral("SELECT count(*) FROM [%1]").arg(name)).toULongLong();
+    auto t = std::make_unique<CandidateTable>(kind, rows);
+    Stmt st(db, QStringLiteral("SELECT %1 FROM [%2] ORDER BY rowid").arg(names.join(QLatin1Char(',')), name));
+    if (!st.ok()) {
+        result.error = st.error();
+        return result;
+    }
+    QHash<QByteArray, ReasonTable::Id> reasonIds;
+    QByteArray lastReason;
+    ReasonTable::Id lastId = ReasonTable::kEmpty;
+    const auto flag = [](sqlite3_stmt* s, int i) { return sqlite3_column_int(s, i) != 0; };
+    sqlite3_stmt* s = st.get();
+    bool explicitIdx = false;
+    bool failed = false;
+    const bool complete = forEachChunk(rows, progress, [&](uint64_t begin, uint64_t end) {
+        for (uint64_t r = begin; r < end; ++r) {
+            if (sqlite3_step(s) != SQLITE_ROW) {
+                failed = true;
+                return false;
+            }
+            for (int i = 0; i < cols.size(); ++i) {
+                const BoundColumn& c = cols[i];
+                switch (c.source) {
+                    case Source::Idx: {
+                        const int idx = sqlite3_column_int(s, i);
+                        if (!explicitIdx && idx != static_cast<int>(r + 1)) {
+                            explicitIdx = true;
+                            auto v = t->explicitIdx();
+                            for (uint64_t q = 0; q < r; ++q) v[q] = static_cast<int32_t>(q + 1);
+                        }
+                        if (explicitIdx) t->explicitIdx()[r] = idx;
+                        break;
+                    }
+                    case Source::Fig:
+                        if (c.fig <= t->figCount())
+                            t->fig(c.fig)[r] = static_cast<uint8_t>(std::clamp(sqlite3_column_int(s, i), 0, 255));
+                        break;
+                    case Source::Canshu:
+                        if (const int v = sqlite3_column_int(s, i)) t->canshu()[r] = static_cast<int16_t>(v);
+                        break;
+                    case Source::Sknum:
+                        if (const int v = sqlite3_column_int(s, i)) t->sknum()[r] = static_cast<int16_t>(v);
+                        break;
+                    case Source::Errnum:
+                        if (const int v = sqlite3_column_int(s, i)) t->errnum()[r] = static_cast<int16_t>(v);
+                        break;
+                    case Source::Jsqihao:
+                        if (const int v = sqlite3_column_int(s, i)) t->jsqihao()[r] = v;
+                        break;
+                    case Source::Unslt: t->unslt().set(r, flag(s, i)); break;
+                    case Source::Preunslt: t->preunslt().set(r, flag(s, i)); break;
+                    case Source::Tmpunslt: t->tmpunslt().set(r, flag(s, i)); break;
+                    case Source::Gpslt: t->gpslt().set(r, flag(s, i)); break;
+                    case Source::Fliter: {
+                        if (sqlite3_column_type(s, i) == SQLITE_NULL) {
+                            t->fliter()[r] = ReasonTable::kNull;
+                            break;
+                        }
+                        const auto* p = static_cast<const char*>(sqlite3_column_blob(s, i));
+                        const int n = sqlite3_column_bytes(s, i);
+                        if (n != lastReason.size() || std::memcmp(p, lastReason.constData(), static_cast<size_t>(n)) != 0) {
+                            lastReason = QByteArray(p, n);
+                            const auto it = reasonIds.constFind(lastReason);
+                            lastId = it != reasonIds.constEnd() ? it.value()
+                                                                : t->reasons().intern(QString::fromUtf8(lastReason));
+                            reasonIds.insert(lastReason, lastId);
+                        }
+                        t->fliter()[r] = lastId;
+                        break;
+                    }
+                    case Source::Numstring:
+                        if (r == 0 && sqlite3_column_type(s, i) != SQLITE_NULL)
+                            t->setNumstring(sqlite3_column_bytes(s, i) > 14 ? CandidateTable::NumstringMode::Whole
+                                                                              : CandidateTable::NumstringMode::Front);
+                        break;
+                    case Source::NumstringHou:
+                        if (r == 0 && sqlite3_column_type(s, i) != SQLITE_NULL) t->setNumstringHou(true);
+                        break;
+                    case Source::Unknown: break;
+                }
+            }
+        }
+        return true;
+    });
+    if (failed) {
+        result.error = QStringLiteral("the table %1 changed while it was read").arg(name);
+        return result;
+    }
+    if (!complete) return result;
+    result.table = std::move(t);
+    return result;
+}
+
+}  // namespace
+
+LoadResult load(SqliteDb& db, Kind kind, EngineProgress* progress, bool allowImage) {
+    const QString name = schema::candidateTableName(kind);
+    if (!db.tableExists(name)) return {nullptr, LoadPath::None, QStringLiteral("no table %1").arg(name)};
+    if (allowImage && imageIsCurrent(db, name)) {
+        if (auto t = loadImage(db, kind)) {
+            if (progress) progress->progress(t->rowCount(), t->rowCount());
+            return {std::move(t), LoadPath::ColumnImage, {}};
+        }
+    }
+    return loadRows(db, kind, progress);
+}
+
+}  // namespace candidate_store
