@@ -1,0 +1,140 @@
+#include "filter/filter_workspace.h"
+
+#include "filter/candidate_actions.h"
+
+#include <algorithm>
+#include <numeric>
+
+FilterWorkspace::FilterWorkspace(FilterInstance instance, QString filnumPath)
+    : m_instance(instance), m_writer(std::move(filnumPath)) {}
+
+FilterWorkspace::~FilterWorkspace() { m_writer.wait(); }
+
+void FilterWorkspace::openMade(std::unique_ptr<CandidateTable> table, uint64_t openingCount) {
+    m_writer.cancelAndJoin();
+    m_table = std::move(table);
+    m_shownCount = openingCount;
+    m_writer.start(*m_table);
+}
+
+bool FilterWorkspace::openStored(SqliteDb& db, EngineProgress* progress, QString* error) {
+    m_writer.cancelAndJoin();
+    candidate_store::LoadResult loaded = candidate_store::load(db, traits().table, progress);
+    if (!loaded.table) {
+        if (error) *error = loaded.error;
+        m_table = std::make_unique<CandidateTable>(traits().table, 0);
+        m_shownCount = 0;
+        return loaded.path == candidate_store::LoadPath::None;
+    }
+    m_table = std::move(loaded.table);
+    switch (traits().firstView) {
+        case FirstView::IdxRange: {
+            uint64_t n = 0;
+            for (uint64_t r = 0; r < m_table->rowCount(); ++r) {
+                const int32_t idx = m_table->idxAt(r);
+                n += idx >= 1 && idx <= kFirstViewRows;
+            }
+            m_shownCount = n;
+            break;
+        }
+        case FirstView::Ordered: m_shownCount = m_table->rowCount(); break;
+        case FirstView::Live: m_shownCount = m_table->liveCount(); break;
+    }
+    return true;
+}
+
+CandidateTable& FilterWorkspace::tableForChange() {
+    m_writer.cancelAndJoin();
+    return *m_table;
+}
+
+void FilterWorkspace::changed() { afterAction(); }
+
+void FilterWorkspace::afterAction() {
+    m_shownCount = m_table->liveCount();
+    m_writer.start(*m_table);
+}
+
+std::vector<uint64_t> FilterWorkspace::firstViewRows(int limit) const {
+    std::vector<uint64_t> rows;
+    if (!m_table) return rows;
+    const auto cap = static_cast<size_t>(limit);
+    switch (traits().firstView) {
+        case FirstView::IdxRange:
+            for (uint64_t r = 0; r < m_table->rowCount() && rows.size() < cap; ++r) {
+                const int32_t idx = m_table->idxAt(r);
+                if (idx >= 1 && idx <= kFirstViewRows) rows.push_back(r);
+            }
+            return rows;
+        case FirstView::Live: return liveRows(0, limit);
+        case FirstView::Ordered: {
+            // ORDER BY idx, fig1..fig5; a table made in idx order is already in that order.
+            rows.resize(m_table->rowCount());
+            std::iota(rows.begin(), rows.end(), uint64_t{0});
+            const CandidateTable& t = *m_table;
+            const auto key = [&t](uint64_t r) {
+                return std::tuple(t.idxAt(r), t.fig(1)[r], t.fig(2)[r], t.fig(3)[r], t.fig(4)[r], t.fig(5)[r]);
+            };
+            const size_t n = std::min(cap, rows.size());
+            std::partial_sort(rows.begin(), rows.begin() + static_cast<ptrdiff_t>(n), rows.end(),
+                              [&](uint64_t a, uint64_t b) { return key(a) < key(b); });
+            rows.resize(n);
+            return rows;
+        }
+    }
+    return rows;
+}
+
+std::vector<uint64_t> FilterWorkspace::liveRows(uint64_t fromRow, int limit) const {
+    std::vector<uint64_t> rows;
+    if (!m_table) return rows;
+    const auto words = m_table->unslt().words();
+    const auto cap = static_cast<size_t>(limit);
+    for (uint64_t r = fromRow; r < m_table->rowCount() && rows.size() < cap; ++r) {
+        // Skip whole dead words quickly.
+        if (r % BitVector::kWordBits == 0 && words[r / BitVector::kWordBits] == m_table->unslt().validMask(r / BitVector::kWordBits)) {
+            r += BitVector::kWordBits - 1;
+            continue;
+        }
+        if (!m_table->unslt().test(r)) rows.push_back(r);
+    }
+    return rows;
+}
+
+void FilterWorkspace::resetAll() {
+    candidate_actions::resetAll(tableForChange());
+    afterAction();
+}
+
+void FilterWorkspace::resetLast() {
+    candidate_actions::resetLast(tableForChange());
+    afterAction();
+}
+
+void FilterWorkspace::invertAll() {
+    candidate_actions::invertAll(tableForChange());
+    afterAction();
+}
+
+void FilterWorkspace::invertLast() {
+    candidate_actions::invertLast(tableForChange());
+    afterAction();
+}
+
+FilterWorkspace::ClickOutcome FilterWorkspace::release(Button button, Mouse mouse) {
+    if (!m_table) return {};
+    if (mouse == Mouse::Right) {
+        // Only the two invert buttons record a step from the right button.
+        if (button == Button::Command2) m_intCmdnb = 2;
+        else if (button == Button::Command3) m_intCmdnb = 1;
+        else return {};
+        return {false, true};
+    }
+    switch (button) {
+        case Button::Command1: resetAll(); break;
+        case Button::CmdRetn: resetLast(); break;
+        case Button::Command2: invertAll(); break;
+        case Button::Command3: invertLast(); break;
+    }
+    return {true, false};
+}

@@ -1,0 +1,87 @@
+#pragma once
+
+#include "filter/candidate_store.h"
+#include "filter/candidate_table.h"
+#include "filter/candidate_writer.h"
+#include "filter/filter_instance.h"
+
+#include <QString>
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+class SqliteDb;
+
+// The logic of one filter window (any of the seven instances): it holds the candidate table
+// in memory, keeps the record in filnum.db up to date behind each action, and gives the window
+// its caption, its first view and the four actions of the reset and invert buttons.
+class FilterWorkspace {
+public:
+    // The buttons of this logic and the mouse button that released them.
+    enum class Button { Command1, CmdRetn, Command2, Command3 };
+    enum class Mouse { Left, Right };
+    struct ClickOutcome {
+        bool ranAction = false;  // an action changed the table
+        bool popupMnuAdm = false;  // the window pops up mnuAdm (recording a step)
+    };
+
+    static constexpr int kFirstViewRows = 10000;
+
+    FilterWorkspace(FilterInstance instance, QString filnumPath);
+    // Waits for the record to be written (the window shows progress through waitForWrite first).
+    ~FilterWorkspace();
+
+    const FilterInstanceTraits& traits() const { return filterInstanceTraits(m_instance); }
+
+    // Opening an instance that makes its table: `table` is the expansion's result (or wheel's),
+    // `openingCount` the count its caption shows (RowCount, or MultiCount in multi mode).
+    void openMade(std::unique_ptr<CandidateTable> table, uint64_t openingCount);
+    // Opening an instance that keeps its table: loads it from filnum.db. The caption shows the
+    // record count of the first query. A missing table opens empty with 0.
+    bool openStored(SqliteDb& db, EngineProgress* progress = nullptr, QString* error = nullptr);
+
+    bool isOpen() const { return m_table != nullptr; }
+    const CandidateTable& table() const { return *m_table; }
+    // For the filters of the window: stops a running write first. Call changed() afterwards.
+    CandidateTable& tableForChange();
+    // After a filter changed the table: refresh the count and bring the record up to date.
+    void changed();
+
+    // The count in the caption and the caption itself.
+    uint64_t shownCount() const { return m_shownCount; }
+    QString caption() const { return filter_texts::caption(static_cast<qint64>(m_shownCount)); }
+
+    // Rows (0-based) of the grid's first view, and of the refreshed view after an action
+    // (WHERE unslt = false), at most `limit` rows.
+    std::vector<uint64_t> firstViewRows(int limit = kFirstViewRows) const;
+    std::vector<uint64_t> liveRows(uint64_t fromRow = 0, int limit = kFirstViewRows) const;
+
+    // The four actions; each ends with the refresh (count of live rows in the caption).
+    void resetAll();
+    void resetLast();
+    void invertAll();
+    void invertLast();
+    // A button released with a mouse button. Command2 and Command3 act on the left button; the
+    // right button sets intCmdnb (2 and 1) and asks for mnuAdm. Command1 and cmdRetn act on a
+    // click of the left button only.
+    ClickOutcome release(Button button, Mouse mouse);
+
+    // Window-level state.
+    int16_t intCmdnb() const { return m_intCmdnb; }
+    int16_t intQianHou = 1;
+    bool baoliuMode = true;
+
+    // The record: whether a write is running, and waiting for it (closing the window).
+    bool writePending() const { return m_writer.busy(); }
+    candidate_store::SaveResult waitForWrite(EngineProgress* progress = nullptr) { return m_writer.wait(progress); }
+
+private:
+    void afterAction();
+
+    FilterInstance m_instance;
+    std::unique_ptr<CandidateTable> m_table;
+    uint64_t m_shownCount = 0;
+    int16_t m_intCmdnb = 0;
+    CandidateWriter m_writer;
+};
