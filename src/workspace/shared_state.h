@@ -73,10 +73,16 @@ struct ZoneBoardState {
     bool dantuoMode = false;                       // DantuoMode
     int16_t spinCount = 0;                         // SpinCount: 5 and 2 at start
     int16_t chosenCount = 0;                       // ChosenCount
+    std::array<int16_t, kNumberSlots> predictList{};  // PredictList: the spin's result, positions from 0
 };
 
 struct BoardState {
     ZoneBoardState front;
     ZoneBoardState back;
     int32_t ticketCount = 0;  // TicketCount, the last result of Zhushu
+    bool fromSpin = false;    // FromSpin: expansions take PredictList instead of PickList
+    bool multiMode = false;   // MultiMode: GAgan writes MultiTable instead of expanding
+    int16_t multiCount = 0;   // MultiCount: rows of MultiTable in use
+    // MultiTable: the tickets kept from successive spins, fig1..fig7 (at most 11,520 rows).
+    std::vector<std::array<int16_t, 7>> multiTable;
 };
