@@ -1,5 +1,69 @@
+// shuangqu: the start window, then the main window of the entered workspace.
+#include "workspace/data_root.h"
+#include "workspace/session.h"
+#include "workspace/settings.h"
+#include "workspace/ui/frmpre.h"
+#include "workspace/ui/main_window.h"
+#include "workspace/ui/qt_prompter.h"
+#include "workspace/ui/single_instance.h"
+#include "workspace/workspace_list.h"
+
 #include <QApplication>
+#include <QFont>
+#include <QPointer>
+
+#include <memory>
+
 int main(int argc, char** argv) {
     QApplication app(argc, argv);
-    return 0;
+    QApplication::setApplicationName(QStringLiteral("shuangqu"));
+    QFont font(QStringLiteral("Noto Sans CJK SC"), 9);
+    QApplication::setFont(font);
+
+    QtPrompter prompter;
+    const DataRoot root = DataRoot::fromEnvironment();
+    SingleInstance instance(root.root());
+    if (instance.anotherIsRunning()) {
+        prompter.inform(QString(), SingleInstance::kAlreadyRunning, Prompter::Icon::Critical);
+        return 0;
+    }
+    instance.listen();
+    if (!root.ensureFirstStart()) {
+        prompter.inform(Session::kFatalTitle, Session::kFatalText, Prompter::Icon::Critical);
+        return 1;
+    }
+
+    Settings settings(root.settingsDir());
+    WorkspaceList workspaces(settings, root);
+    Session session(root, settings);
+    std::unique_ptr<MainWindow> mainWindow;
+
+    auto* start = new Frmpre(workspaces, prompter);
+    start->setAttribute(Qt::WA_DeleteOnClose);
+    prompter.setParent(start);
+    QPointer<QWidget> front = start;
+    QObject::connect(&instance, &SingleInstance::activationRequested, [&front] {
+        if (!front) return;
+        front->show();
+        front->setWindowState((front->windowState() & ~Qt::WindowMinimized) | Qt::WindowActive);
+        front->raise();
+        front->activateWindow();
+    });
+    QObject::connect(start, &Frmpre::entered, [&](const EnteredWorkspace& w) {
+        QString error;
+        if (!session.open(w, &error)) {
+            prompter.inform(Session::kFatalTitle, Session::kFatalText, Prompter::Icon::Critical);
+            QApplication::exit(1);
+            return;
+        }
+        mainWindow = std::make_unique<MainWindow>(session, workspaces, prompter);
+        prompter.setParent(mainWindow.get());
+        // A history that could not be read still opens the window, with the error's text.
+        if (!error.isEmpty()) prompter.inform(MainWindow::kTitle, error, Prompter::Icon::Warning);
+        front = mainWindow.get();
+        mainWindow->show();
+        start->close();
+    });
+    start->show();
+    return app.exec();
 }

@@ -107,7 +107,8 @@ std::optional<EnteredWorkspace> WorkspaceList::enter(int row, Prompter& prompter
     m_settings.write(keys::Ftopt, k);
     EnteredWorkspace w;
     w.index = k;
-    w.name = m_names[row];
+    // A nameless entry (a cancelled input box) enters under the name a reload would show.
+    w.name = m_names[row].isEmpty() ? defaultName(k) : m_names[row];
     w.bitnum = m_settings.readInt(keys::Bitnum, w.name);
     w.bitnumHou = m_settings.readInt(keys::BitnumHou, w.name);
     return w;

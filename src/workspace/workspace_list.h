@@ -8,6 +8,8 @@
 
 #include <optional>
 
+#include <QMetaType>
+
 class Prompter;
 
 // What entering a workspace hands to the main window.
@@ -65,3 +67,5 @@ private:
     QStringList m_names;      // Usernames[1..Usernum] at rows 0..
     QStringList m_passwords;  // Userpass
 };
+
+Q_DECLARE_METATYPE(EnteredWorkspace)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "support/qt_printers.h"
 #include "workspace/data_root.h"
 #include "workspace/settings.h"
 

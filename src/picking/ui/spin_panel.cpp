@@ -1,0 +1,142 @@
+#include "picking/ui/spin_panel.h"
+
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPainter>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+ProbabilityBar::ProbabilityBar(QWidget* parent) : QWidget(parent) {
+    setFixedHeight(8);
+    setMinimumWidth(60);
+}
+
+void ProbabilityBar::setBarWidth(double units) {
+    m_units = units;
+    update();
+}
+
+void ProbabilityBar::paintEvent(QPaintEvent*) {
+    QPainter p(this);
+    p.fillRect(rect(), Qt::white);
+    p.setPen(QColor(160, 160, 160));
+    p.drawRect(rect().adjusted(0, 0, -1, -1));
+    const double w = qBound(0.0, m_units, kUnits) / kUnits * width();
+    p.fillRect(QRectF(0, 0, w, height()), Qt::blue);
+}
+
+namespace {
+QLabel* spinCell(QWidget* parent, const QString& name) {
+    auto* l = new QLabel(parent);
+    l->setObjectName(name);
+    l->setAlignment(Qt::AlignCenter);
+    l->setFixedSize(22, 20);
+    l->setFrameShape(QFrame::Panel);
+    l->setFrameShadow(QFrame::Sunken);
+    l->setStyleSheet(QStringLiteral("background: white; color: rgb(200,0,0); font-weight: bold;"));
+    return l;
+}
+}  // namespace
+
+SpinRows::SpinRows(QWidget* parent) : QWidget(parent) {
+    setObjectName(QStringLiteral("SpinRows"));
+    auto* outer = new QVBoxLayout(this);
+    outer->setContentsMargins(0, 0, 0, 0);
+    auto* box = new QGroupBox(QStringLiteral("摇奖"), this);
+    outer->addWidget(box);
+    auto* grid = new QGridLayout(box);
+    grid->setContentsMargins(6, 4, 6, 4);
+    grid->setHorizontalSpacing(2);
+    grid->setVerticalSpacing(3);
+    const QString backStyle = QStringLiteral("background: white; color: rgb(0,0,200); font-weight: bold;");
+    grid->addWidget(new QLabel(QStringLiteral("前区机选"), box), 0, 0);
+    grid->addWidget(new QLabel(QStringLiteral("前区预测"), box), 1, 0);
+    grid->addWidget(new QLabel(QStringLiteral("后区机选"), box), 2, 0);
+    grid->addWidget(new QLabel(QStringLiteral("后区预测"), box), 3, 0);
+    for (int i = 0; i < kFrontSlots; ++i) {
+        m_machine << spinCell(box, QStringLiteral("Label1(%1)").arg(i));
+        m_predict << spinCell(box, QStringLiteral("Label2(%1)").arg(i));
+        grid->addWidget(m_machine.last(), 0, 1 + i);
+        grid->addWidget(m_predict.last(), 1, 1 + i);
+    }
+    for (int i = 0; i < kBackSlots; ++i) {
+        m_machineHou << spinCell(box, QStringLiteral("lblHou1(%1)").arg(i));
+        m_predictHou << spinCell(box, QStringLiteral("lblHou2(%1)").arg(i));
+        m_machineHou.last()->setStyleSheet(backStyle);
+        m_predictHou.last()->setStyleSheet(backStyle);
+        grid->addWidget(m_machineHou.last(), 2, 1 + i);
+        grid->addWidget(m_predictHou.last(), 3, 1 + i);
+    }
+    grid->setColumnStretch(1 + kFrontSlots, 1);
+    m_comSta = new QPushButton(QStringLiteral("开始(&S)"), box);
+    m_comSta->setObjectName(QStringLiteral("ComSta"));
+    m_comSpd = new QPushButton(QStringLiteral("暂停(&P)"), box);
+    m_comSpd->setObjectName(QStringLiteral("ComSpd"));
+    m_comRst = new QPushButton(QStringLiteral("重置(&T)"), box);
+    m_comRst->setObjectName(QStringLiteral("ComRst"));
+    // Start and reset wait for enough picks; the spin itself comes with the simulator.
+    for (QPushButton* b : {m_comSta, m_comSpd, m_comRst}) b->setEnabled(false);
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(m_comSta);
+    buttons->addWidget(m_comSpd);
+    buttons->addWidget(m_comRst);
+    grid->addLayout(buttons, 4, 0, 1, 2 + kFrontSlots);
+    setSpinCounts(5, 2);
+}
+
+void SpinRows::setSpinCounts(int front, int back) {
+    for (int i = 0; i < kFrontSlots; ++i) {
+        m_machine[i]->setVisible(i < front);
+        m_predict[i]->setVisible(i < front);
+    }
+    for (int i = 0; i < kBackSlots; ++i) {
+        m_machineHou[i]->setVisible(i < back);
+        m_predictHou[i]->setVisible(i < back);
+    }
+}
+
+ProbabilityBars::ProbabilityBars(QWidget* parent) : QWidget(parent) {
+    setObjectName(QStringLiteral("ProbabilityBars"));
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(4);
+    layout->addWidget(makeBars(QStringLiteral("前区概率"), kFrontBars, 0, 2), 3);
+    layout->addWidget(makeBars(QStringLiteral("后区概率"), 24, kBackOffset, 2), 2);
+}
+
+QWidget* ProbabilityBars::makeBars(const QString& title, int count, int offset, int columns) {
+    auto* box = new QGroupBox(title, this);
+    auto* grid = new QGridLayout(box);
+    grid->setContentsMargins(4, 2, 4, 2);
+    grid->setHorizontalSpacing(8);
+    grid->setVerticalSpacing(0);
+    const int rows = (count + columns - 1) / columns;
+    for (int n = 1; n <= count; ++n) {
+        auto* cell = new QWidget(box);
+        auto* h = new QHBoxLayout(cell);
+        h->setContentsMargins(0, 0, 0, 0);
+        h->setSpacing(2);
+        auto* caption = new QLabel(QStringLiteral("%1的概率:").arg(n, 2, 10, QLatin1Char('0')), cell);
+        auto* bar = new ProbabilityBar(cell);
+        bar->setObjectName(QStringLiteral("Picture2(%1)").arg(offset + n));
+        auto* pct = new QLabel(QStringLiteral("0"), cell);
+        pct->setObjectName(QStringLiteral("Label6(%1)").arg(offset + n));
+        pct->setFixedWidth(34);
+        for (QLabel* l : {caption, pct}) l->setStyleSheet(QStringLiteral("font-size: 8pt;"));
+        h->addWidget(caption);
+        h->addWidget(bar, 1);
+        h->addWidget(pct);
+        const int i = n - 1;
+        grid->addWidget(cell, i % rows, i / rows);
+        (offset == 0 ? m_frontBarRows : m_backBarRows) << cell;
+    }
+    return box;
+}
+
+void ProbabilityBars::setZoneSizes(int bitnum, int bitnumHou) {
+    for (int i = 0; i < static_cast<int>(m_frontBarRows.size()); ++i) m_frontBarRows[i]->setVisible(i + 1 <= bitnum);
+    for (int i = 0; i < static_cast<int>(m_backBarRows.size()); ++i) m_backBarRows[i]->setVisible(i + 1 <= bitnumHou);
+}

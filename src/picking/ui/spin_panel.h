@@ -1,0 +1,63 @@
+#pragma once
+
+#include <QWidget>
+
+class QLabel;
+class QPushButton;
+
+// A probability bar: a blue box whose width is given in the bar's own units (135 wide).
+class ProbabilityBar : public QWidget {
+    Q_OBJECT
+public:
+    static constexpr double kUnits = 135.0;
+    explicit ProbabilityBar(QWidget* parent = nullptr);
+    void setBarWidth(double units);
+    double barWidth() const { return m_units; }
+    QSize sizeHint() const override { return {100, 8}; }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    double m_units = 0;
+};
+
+// The spin rows (机选, 预测) of both zones with the start, pause and reset buttons.
+class SpinRows : public QWidget {
+    Q_OBJECT
+public:
+    static constexpr int kFrontSlots = 16;  // Label1(0..15), Label2(0..15)
+    static constexpr int kBackSlots = 9;    // lblHou1(0..8), lblHou2(0..8)
+
+    explicit SpinRows(QWidget* parent = nullptr);
+    // Shows the spin labels 0..count-1 of each zone.
+    void setSpinCounts(int front, int back);
+
+    QPushButton* comSta() const { return m_comSta; }
+    QPushButton* comSpd() const { return m_comSpd; }
+    QPushButton* comRst() const { return m_comRst; }
+
+private:
+    QList<QLabel*> m_machine, m_predict, m_machineHou, m_predictHou;
+    QPushButton* m_comSta;
+    QPushButton* m_comSpd;
+    QPushButton* m_comRst;
+};
+
+// The probability bars with their percentages. Front number n has Label6(n) and Picture2(n),
+// n = 1..35; back number n has Label6(35 + n) and Picture2(35 + n): the offset 35 is fixed.
+class ProbabilityBars : public QWidget {
+    Q_OBJECT
+public:
+    static constexpr int kFrontBars = 35;  // the bar row has 35 places
+    static constexpr int kBackOffset = 35;
+
+    explicit ProbabilityBars(QWidget* parent = nullptr);
+    // Hides the bars of front numbers above the zone size, and of back numbers above the back
+    // zone's size.
+    void setZoneSizes(int bitnum, int bitnumHou);
+
+private:
+    QWidget* makeBars(const QString& title, int count, int offset, int columns);
+    QList<QWidget*> m_frontBarRows, m_backBarRows;
+};

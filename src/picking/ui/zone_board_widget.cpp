@@ -1,0 +1,111 @@
+#include "picking/ui/zone_board_widget.h"
+
+#include <QEvent>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace {
+// Text colours of a number button: plain pick red, banker green, neither black.
+const QString kPicked = QStringLiteral("color: rgb(255,0,0); font-weight: bold;");
+const QString kBanker = QStringLiteral("color: rgb(0,255,0); font-weight: bold; background: rgb(40,40,40);");
+const QString kPlain = QStringLiteral("color: black;");
+}  // namespace
+
+const ZoneBoardWidget::Names& ZoneBoardWidget::namesOf(Zone zone) {
+    static const Names front{"Command1", "Label5", "Label19", "Command41", "Command42", "Command45", 36, 12, "前区"};
+    static const Names back{"Command2", "Label10", "Label11", "Command7", "Command6", "Command8", 24, 12, "后区"};
+    return zone == Zone::Front ? front : back;
+}
+
+ZoneBoardWidget::ZoneBoardWidget(Zone zone, QWidget* parent) : QGroupBox(parent), m_zone(zone) {
+    const Names& n = namesOf(zone);
+    setTitle(QString::fromUtf8(n.title));
+    setObjectName(zone == Zone::Front ? QStringLiteral("FrameQian") : QStringLiteral("FrameHou"));
+
+    auto* hint = new QLabel(QStringLiteral("下列按钮选择参选数(右键选择胆)："), this);
+    auto* grid = new QGridLayout;
+    grid->setSpacing(2);
+    for (int i = 1; i <= n.buttonCount; ++i) {
+        auto* b = new QPushButton(QStringLiteral("%1").arg(i, 2, 10, QLatin1Char('0')), this);
+        b->setObjectName(QStringLiteral("%1(%2)").arg(QString::fromLatin1(n.numberButton)).arg(i));
+        b->setCheckable(true);
+        b->setFixedSize(32, 24);
+        b->setFocusPolicy(Qt::NoFocus);
+        b->installEventFilter(this);
+        b->setStyleSheet(kPlain);
+        // The check state follows the board state, not the click itself.
+        connect(b, &QPushButton::clicked, this, [this, b, i] {
+            b->setChecked(!b->isChecked());
+            emit numberClicked(i);
+        });
+        grid->addWidget(b, (i - 1) / n.columns, (i - 1) % n.columns);
+        m_buttons << b;
+    }
+
+    auto makeButton = [this](const char* name, const char* text) {
+        auto* b = new QPushButton(QString::fromUtf8(text), this);
+        b->setObjectName(QString::fromLatin1(name));
+        return b;
+    };
+    auto* all = makeButton(n.selectAll, "全选(&A)");
+    auto* inv = makeButton(n.invert, "反选(&O)");
+    auto* reset = makeButton(n.reset, "重选(&R)");
+    connect(all, &QPushButton::clicked, this, &ZoneBoardWidget::selectAllClicked);
+    connect(inv, &QPushButton::clicked, this, &ZoneBoardWidget::invertClicked);
+    connect(reset, &QPushButton::clicked, this, &ZoneBoardWidget::resetClicked);
+
+    m_pickCount = new QLabel(QStringLiteral("0"), this);
+    m_pickCount->setObjectName(QString::fromLatin1(n.pickCount));
+    m_danCount = new QLabel(QStringLiteral("0"), this);
+    m_danCount->setObjectName(QString::fromLatin1(n.danCount));
+    for (QLabel* l : {m_pickCount, m_danCount}) {
+        l->setMinimumWidth(22);
+        l->setStyleSheet(QStringLiteral("color: rgb(0,0,160); font-weight: bold;"));
+    }
+
+    auto* row = new QHBoxLayout;
+    row->addWidget(new QLabel(QStringLiteral("拖"), this));
+    row->addWidget(m_pickCount);
+    row->addWidget(new QLabel(QStringLiteral("胆"), this));
+    row->addWidget(m_danCount);
+    row->addStretch();
+    row->addWidget(all);
+    row->addWidget(inv);
+    row->addWidget(reset);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(6, 4, 6, 4);
+    layout->setSpacing(3);
+    layout->addWidget(hint);
+    layout->addLayout(grid);
+    layout->addLayout(row);
+}
+
+void ZoneBoardWidget::setZoneSize(int size) {
+    for (int i = 1; i <= static_cast<int>(m_buttons.size()); ++i) m_buttons[i - 1]->setVisible(i <= size);
+}
+
+void ZoneBoardWidget::render(const ZoneBoardState& state) {
+    for (int i = 1; i <= static_cast<int>(m_buttons.size()); ++i) {
+        QPushButton* b = m_buttons[i - 1];
+        b->setChecked(state.pickFlag[i] || state.danFlag[i]);
+        b->setStyleSheet(state.danFlag[i] ? kBanker : state.pickFlag[i] ? kPicked : kPlain);
+    }
+    m_pickCount->setText(QString::number(state.pickCount));
+    m_danCount->setText(QString::number(state.danCount));
+}
+
+bool ZoneBoardWidget::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::MouseButtonPress && static_cast<QMouseEvent*>(event)->button() == Qt::RightButton) {
+        const int i = static_cast<int>(m_buttons.indexOf(static_cast<QPushButton*>(watched)));
+        if (i >= 0) {
+            emit numberRightClicked(i + 1);
+            return true;
+        }
+    }
+    return QGroupBox::eventFilter(watched, event);
+}

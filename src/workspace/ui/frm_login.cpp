@@ -1,0 +1,50 @@
+#include "workspace/ui/frm_login.h"
+
+#include "workspace/prompter.h"
+
+#include <QGridLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+
+FrmLogin::FrmLogin(QString expectedPassword, Prompter& prompter, QWidget* parent)
+    : QDialog(parent), m_strpass(std::move(expectedPassword)), m_prompter(prompter) {
+    setObjectName(QStringLiteral("frmLogin"));
+    setWindowTitle(QStringLiteral("登录"));
+    auto* prompt = new QLabel(QStringLiteral("请输入该用户口令密码："), this);
+    auto* label = new QLabel(QStringLiteral("密码(&P):"), this);
+    m_txtPassword = new QLineEdit(this);
+    m_txtPassword->setObjectName(QStringLiteral("txtPassword"));
+    m_txtPassword->setEchoMode(QLineEdit::Password);
+    label->setBuddy(m_txtPassword);
+    auto* ok = new QPushButton(QStringLiteral("确定"), this);
+    ok->setObjectName(QStringLiteral("cmdOK"));
+    ok->setDefault(true);
+    auto* cancel = new QPushButton(QStringLiteral("取消"), this);
+    cancel->setObjectName(QStringLiteral("cmdCancel"));
+
+    auto* grid = new QGridLayout(this);
+    grid->addWidget(prompt, 0, 0, 1, 3);
+    grid->addWidget(label, 1, 0);
+    grid->addWidget(m_txtPassword, 1, 1, 1, 2);
+    grid->addWidget(ok, 2, 1);
+    grid->addWidget(cancel, 2, 2);
+    connect(ok, &QPushButton::clicked, this, &FrmLogin::onOk);
+    connect(cancel, &QPushButton::clicked, this, &FrmLogin::onCancel);
+}
+
+void FrmLogin::onOk() {
+    if (m_txtPassword->text() == m_strpass) {
+        m_loginSucceeded = true;
+        accept();
+        return;
+    }
+    m_prompter.inform(QStringLiteral("登录"), QStringLiteral("无效的密码，请重试!"), Prompter::Icon::Warning);
+    m_txtPassword->setFocus();
+    m_txtPassword->selectAll();
+}
+
+void FrmLogin::onCancel() {
+    m_loginSucceeded = false;
+    reject();
+}

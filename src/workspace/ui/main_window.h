@@ -1,0 +1,71 @@
+#pragma once
+
+#include <QMainWindow>
+
+#include <memory>
+
+class HistoryGridModel;
+class MainMenu;
+class Prompter;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QTableView;
+class Session;
+class ProbabilityBars;
+class SpinRows;
+class WorkspaceList;
+class ZoneBoardWidget;
+
+// Form1, the hub: history grid, entry row, number board, spin rows and probability bars, and
+// the menus that open everything else. Its state is the Session it is handed.
+class MainWindow : public QMainWindow {
+    Q_OBJECT
+public:
+    static inline const QString kTitle = QStringLiteral("鹤鸣轩.明算双区大乐透彩票助理");
+
+    MainWindow(Session& session, WorkspaceList& workspaces, Prompter& prompter, QWidget* parent = nullptr);
+    ~MainWindow() override;
+
+    MainMenu& menu() { return *m_menu; }
+    QAction* action(const QString& name) const;
+    Session& session() { return m_session; }
+
+    // The load step: texts, checks, visibility and the grid from the session.
+    void loadFromSession();
+    // Rebuilds the grid with the last row in view and Label12 asking for the next issue.
+    void refreshHistory();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    QWidget* makeHistoryArea();
+    QWidget* makeBoardArea();
+    void makeStatusBar();
+    void connectMenus();
+
+    void chooseStability(int itemIndex);       // meuSpd1..12
+    void chooseFrontSize(int size);            // meuS
+    void chooseBackSize(int size);             // meuSHou
+    void checkOnly(const QString& family, int from, int to, int checked);
+    void applyZoneSizes();
+    void renameWorkspace();                    // mnuName
+    void askPrintSetting();                    // mnuPtset
+    void updateHistoryCommands();
+
+    Session& m_session;
+    WorkspaceList& m_workspaces;
+    Prompter& m_prompter;
+    std::unique_ptr<MainMenu> m_menu;
+    HistoryGridModel* m_gridModel = nullptr;
+    QTableView* m_grid = nullptr;
+    QLabel* m_label12 = nullptr;
+    QList<QLineEdit*> m_maskEdBox;
+    ZoneBoardWidget* m_front = nullptr;
+    ZoneBoardWidget* m_back = nullptr;
+    SpinRows* m_spin = nullptr;
+    ProbabilityBars* m_bars = nullptr;
+    QList<QLabel*> m_statusPanels;
+    QHash<QString, QPushButton*> m_historyButtons;
+};

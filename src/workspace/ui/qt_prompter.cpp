@@ -1,0 +1,70 @@
+#include "workspace/ui/qt_prompter.h"
+
+#include "workspace/ui/frm_login.h"
+
+#include <QFileDialog>
+#include <QInputDialog>
+#include <QAbstractButton>
+#include <QMessageBox>
+
+namespace {
+QMessageBox::Icon toQt(Prompter::Icon icon) {
+    switch (icon) {
+        case Prompter::Icon::Information: return QMessageBox::Information;
+        case Prompter::Icon::Warning: return QMessageBox::Warning;
+        case Prompter::Icon::Critical: return QMessageBox::Critical;
+        case Prompter::Icon::Question: return QMessageBox::Question;
+    }
+    return QMessageBox::NoIcon;
+}
+
+QMessageBox::StandardButton ask(QWidget* parent, const QString& title, const QString& text, Prompter::Icon icon,
+                                QMessageBox::StandardButtons buttons, QMessageBox::StandardButton def) {
+    QMessageBox box(toQt(icon), title, text, buttons, parent);
+    box.setDefaultButton(def);
+    const std::pair<QMessageBox::StandardButton, const char*> texts[] = {
+        {QMessageBox::Ok, "确定"}, {QMessageBox::Cancel, "取消"}, {QMessageBox::Yes, "是"}, {QMessageBox::No, "否"}};
+    for (const auto& [which, text] : texts)
+        if (QAbstractButton* b = box.button(which)) b->setText(QString::fromUtf8(text));
+    return static_cast<QMessageBox::StandardButton>(box.exec());
+}
+}  // namespace
+
+void QtPrompter::inform(const QString& title, const QString& text, Icon icon) {
+    ask(m_parent, title, text, icon, QMessageBox::Ok, QMessageBox::Ok);
+}
+
+bool QtPrompter::okCancel(const QString& title, const QString& text, Icon icon) {
+    return ask(m_parent, title, text, icon, QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Ok) ==
+           QMessageBox::Ok;
+}
+
+bool QtPrompter::yesNo(const QString& title, const QString& text, Icon icon) {
+    return ask(m_parent, title, text, icon, QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes) == QMessageBox::Yes;
+}
+
+std::optional<QString> QtPrompter::askTextOrCancel(const QString& title, const QString& prompt,
+                                                   const QString& proposal) {
+    QInputDialog dlg(m_parent);
+    dlg.setWindowTitle(title);
+    dlg.setLabelText(prompt);
+    dlg.setTextValue(proposal);
+    dlg.setOkButtonText(QStringLiteral("确定"));
+    dlg.setCancelButtonText(QStringLiteral("取消"));
+    if (dlg.exec() != QDialog::Accepted) return std::nullopt;
+    return dlg.textValue();
+}
+
+bool QtPrompter::login(const QString& expectedPassword) {
+    FrmLogin dlg(expectedPassword, *this, m_parent);
+    dlg.exec();
+    return dlg.loginSucceeded();
+}
+
+QString QtPrompter::openFile(const QString& title, const QString& dir, const QString& filter) {
+    return QFileDialog::getOpenFileName(m_parent, title, dir, filter);
+}
+
+QString QtPrompter::saveFile(const QString& title, const QString& dir, const QString& filter) {
+    return QFileDialog::getSaveFileName(m_parent, title, dir, filter);
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "support/qt_printers.h"
+
+#include <QProcess>
+#include <QStringList>
+#include <QTemporaryDir>
+
+// Runs the built shuangqu-cli as a process against its own data root.
+struct CliRun {
+    int exitCode = -1;
+    QString out;
+    QString err;
+};
+
+class CliRunner {
+public:
+    CliRunner() = default;
+    QString home() const { return m_dir.path(); }
+
+    CliRun run(const QStringList& args, int timeoutMs = 120000) const {
+        QProcess p;
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.remove(QStringLiteral("SHUANGQU_HOME"));
+        p.setProcessEnvironment(env);
+        p.start(QStringLiteral(SHUANGQU_CLI), QStringList{QStringLiteral("--home"), home()} + args);
+        p.waitForFinished(timeoutMs);
+        return {p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1, QString::fromUtf8(p.readAllStandardOutput()),
+                QString::fromUtf8(p.readAllStandardError())};
+    }
+
+private:
+    QTemporaryDir m_dir;
+};

@@ -1,0 +1,114 @@
+// The start window and the password box, driven through their named controls.
+#include "support/temp_home.h"
+#include "support/window_shot.h"
+#include "workspace/scripted_prompter.h"
+#include "workspace/ui/frm_login.h"
+#include "workspace/ui/frmpre.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+
+class StartWindowTest : public QObject {
+    Q_OBJECT
+private slots:
+    void listsWorkspacesAndPreselectsTheLastEntered();
+    void labelsCreateEnterAndDelete();
+    void enteringWithoutSelectionIsRefused();
+    void loginBoxKeepsAskingUntilCancelled();
+};
+
+static void clickLabel(Frmpre& w, const char* name) {
+    auto* label = w.findChild<QLabel*>(QString::fromLatin1(name));
+    QVERIFY(label);
+    QTest::mouseClick(label, Qt::LeftButton);
+}
+
+void StartWindowTest::listsWorkspacesAndPreselectsTheLastEntered() {
+    TempHome home;
+    WorkspaceList list(home.settings, home.root);
+    list.load();
+    list.create(QStringLiteral("甲"), {});
+    list.create(QStringLiteral("乙"), {});
+    home.settings.write(keys::Ftopt, 9);  // above Usernum: clamped to the last
+    ScriptedPrompter p;
+    Frmpre w(list, p);
+    QCOMPARE(w.windowTitle(), QStringLiteral("欢迎进入鹤鸣轩.明略乐透彩票助理"));
+    auto* lst = w.findChild<QListWidget*>(QStringLiteral("LstName"));
+    QVERIFY(lst);
+    QCOMPARE(lst->count(), 2);
+    QCOMPARE(lst->currentRow(), 1);
+    for (const char* name : {"Label2", "Label3", "Label4"}) QVERIFY(w.findChild<QLabel*>(QString::fromLatin1(name)));
+    w.show();
+    saveShot(&w, QStringLiteral("start_window"));
+}
+
+void StartWindowTest::labelsCreateEnterAndDelete() {
+    TempHome home;
+    WorkspaceList list(home.settings, home.root);
+    ScriptedPrompter p;
+    Frmpre w(list, p);
+    auto* lst = w.findChild<QListWidget*>(QStringLiteral("LstName"));
+    QSignalSpy entered(&w, &Frmpre::entered);
+
+    p.answer(QStringLiteral("王先生")).answer(QStringLiteral("k")).answer(QStringLiteral("k"));
+    clickLabel(w, "Label2");
+    QCOMPARE(lst->count(), 1);
+    QCOMPARE(lst->currentItem()->text(), QStringLiteral("王先生"));
+
+    p.answer(QStringLiteral("k"));  // the password box
+    clickLabel(w, "Label3");
+    QCOMPARE(entered.count(), 1);
+    const auto ws = entered.at(0).at(0).value<EnteredWorkspace>();
+    QCOMPARE(ws.name, QStringLiteral("王先生"));
+    QCOMPARE(ws.index, 1);
+
+    p.answer(true).answer(QStringLiteral("k"));
+    clickLabel(w, "Label4");
+    QCOMPARE(lst->count(), 0);
+    QCOMPARE(home.settings.readInt(keys::Usernum), 0);
+}
+
+void StartWindowTest::enteringWithoutSelectionIsRefused() {
+    TempHome home;
+    WorkspaceList list(home.settings, home.root);
+    ScriptedPrompter p;
+    Frmpre w(list, p);
+    QSignalSpy entered(&w, &Frmpre::entered);
+    clickLabel(w, "Label3");
+    QCOMPARE(entered.count(), 0);
+    QCOMPARE(p.messages(), QStringList{QStringLiteral("请建立或选择一个用户名然后再进入。")});
+}
+
+void StartWindowTest::loginBoxKeepsAskingUntilCancelled() {
+    ScriptedPrompter p;
+    FrmLogin box(QStringLiteral("secret"), p);
+    QCOMPARE(box.windowTitle(), QStringLiteral("登录"));
+    auto* field = box.findChild<QLineEdit*>(QStringLiteral("txtPassword"));
+    auto* ok = box.findChild<QPushButton*>(QStringLiteral("cmdOK"));
+    auto* cancel = box.findChild<QPushButton*>(QStringLiteral("cmdCancel"));
+    QVERIFY(field && ok && cancel);
+    box.show();
+    QTest::keyClicks(field, QStringLiteral("Secret"));
+    ok->click();
+    QCOMPARE(p.messages(), QStringList{QStringLiteral("无效的密码，请重试!")});
+    QVERIFY(box.isVisible());
+    QCOMPARE(field->selectedText(), QStringLiteral("Secret"));
+    QVERIFY(!box.loginSucceeded());
+    field->setText(QStringLiteral("secret"));
+    ok->click();
+    QVERIFY(box.loginSucceeded());
+    QVERIFY(!box.isVisible());
+
+    FrmLogin other(QStringLiteral("x"), p);
+    other.show();
+    cancel = other.findChild<QPushButton*>(QStringLiteral("cmdCancel"));
+    cancel->click();
+    QVERIFY(!other.loginSucceeded());
+}
+
+QTEST_MAIN(StartWindowTest)
+#include "test_start_window.moc"
