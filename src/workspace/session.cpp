@@ -175,6 +175,8 @@ void Session::loadStatistics() {
         for (int k = 0; k < freq.size(); ++k) {
             v.stats->percent[k + 1] = freq[k].value(0).toDouble();
             v.stats->frequency[k + 1] = static_cast<int16_t>(freq[k].value(1).toInt());
+            // Glsum is not stored: it is the numbers counted, which the counts add up to.
+            v.stats->total += v.stats->frequency[k + 1];
         }
     }
 }

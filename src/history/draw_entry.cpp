@@ -1,0 +1,111 @@
+#include "history/draw_entry.h"
+
+#include "history/history_actions.h"
+#include "history/history_texts.h"
+#include "history/history_writer.h"
+#include "workspace/prompter.h"
+#include "workspace/session.h"
+
+#include <algorithm>
+
+namespace {
+
+using Outcome = HistoryActionResult::Outcome;
+constexpr int kFrontBoxes = 5;
+constexpr int kDigits = 2;
+
+// A box as the mask shows it: two positions, "_" where nothing was typed.
+QString masked(const QString& text) {
+    QString t = text.left(kDigits);
+    while (t.size() < kDigits) t += DrawEntry::kMaskChar;
+    return t;
+}
+
+// The value of a box's digits; 0 when it holds anything else.
+int boxValue(const QString& text) {
+    bool ok = false;
+    const int v = text.toInt(&ok);
+    return ok ? v : 0;
+}
+
+}  // namespace
+
+bool DrawEntry::movesFocus(int box, const QString& text) {
+    return box >= 1 && box < kBoxes && text.size() >= kDigits && !text.left(kDigits).contains(kMaskChar);
+}
+
+HistoryActionResult DrawEntry::submit(const Boxes& boxes) {
+    // A write that fails, or a history already full, changes nothing.
+    auto failed = [this]() {
+        m_prompter.inform(history_texts::kWriteFailedTitle, history_texts::kWriteFailedText,
+                          Prompter::Icon::Critical);
+        HistoryActionResult r;
+        r.outcome = Outcome::Failed;
+        return r;
+    };
+    auto refuse = [this](const QString& text) {
+        m_prompter.inform(history_texts::kEntryTitle, text, Prompter::Icon::Critical);
+        HistoryActionResult r;
+        r.outcome = Outcome::Refused;
+        return r;
+    };
+    std::array<QString, kBoxes> text;
+    for (int i = 0; i < kBoxes; ++i) text[i] = masked(boxes[i]);
+    if (std::any_of(text.begin(), text.end(), [](const QString& t) { return t.contains(kMaskChar); }))
+        return refuse(history_texts::kEntryMaskText);
+
+    std::array<int, kFrontBoxes> front{};
+    for (int i = 0; i < kFrontBoxes; ++i) {
+        front[i] = boxValue(text[i]);
+        if (front[i] < 1 || front[i] > m_session.bitnum()) return refuse(history_texts::kEntryRangeText);
+    }
+    for (int i = 0; i < kFrontBoxes; ++i)
+        for (int j = i + 1; j < kFrontBoxes; ++j)
+            if (text[i] == text[j]) return refuse(history_texts::kEntryRepeatText);
+    std::sort(front.begin(), front.end());
+    std::array<int, 2> back{boxValue(text[5]), boxValue(text[6])};
+    for (int b : back)
+        if (b < 1 || b > m_session.bitnumHou()) return refuse(history_texts::kEntryRangeText);
+    if (text[5] == text[6]) return refuse(history_texts::kEntryRepeatText);
+    if (back[0] > back[1]) std::swap(back[0], back[1]);
+
+    HistoryState state = HistoryState::of(m_session);
+    const int drawnum = state.history.drawnum() + 1;
+    if (drawnum > rules::kMaxDraws) return failed();
+    DrawNumbers draw{};
+    draw[0] = state.history.lastIssue() + 1;
+    for (int i = 0; i < kFrontBoxes; ++i) draw[i + 1] = front[i];
+    draw[6] = back[0];
+    draw[7] = back[1];
+    state.history.figarr.push_back(draw);
+
+    const ZoneShape shape = ZoneShape::of(m_session);
+    SqliteDb& lsdb = m_session.lsdb();
+    SqliteDb& fildb = m_session.fildb();
+    SqliteTransaction lsTx(lsdb);
+    SqliteTransaction filTx(fildb);
+    if (!lsTx.active() || !filTx.active()) return failed();
+    // Glsum becomes Drawnum x 5; the back and both views go on with their own counters.
+    const std::pair<HistoryView, Denominator> writers[] = {{HistoryView::Front, Denominator::DrawCount},
+                                                           {HistoryView::Back, Denominator::Running},
+                                                           {HistoryView::Both, Denominator::Running}};
+    for (const auto& [view, denominator] : writers)
+        if (appendRows(lsdb, view, state, drawnum, drawnum, shape, denominator) != WriteStatus::Ok) return failed();
+    QVariantList reduced{drawnum};
+    for (int i = 0; i <= kFrontBoxes; ++i) reduced << draw[i];
+    if (!fildb.exec(QStringLiteral("INSERT INTO [fig]([Idx],[fig0],[fig1],[fig2],[fig3],[fig4],[fig5]) "
+                                   "VALUES (?1,?2,?3,?4,?5,?6,?7)"),
+                    reduced))
+        return failed();
+    if (!lsTx.commit()) return failed();
+    filTx.commit();
+
+    std::move(state).commitTo(m_session);
+    m_session.picbuilt = false;
+    history_actions::writeText(m_session);
+    HistoryActionResult r;
+    r.outcome = Outcome::Done;
+    r.grid = GridAction::AppendRow;
+    r.rowsAdded = 1;
+    return r;
+}

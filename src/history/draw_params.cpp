@@ -1,0 +1,253 @@
+#include "history/draw_params.h"
+
+#include <algorithm>
+#include <bitset>
+#include <cmath>
+#include <cstdlib>
+
+namespace drawparams {
+
+namespace {
+
+constexpr int kDecades = 4;
+constexpr int kSpreadMaxStart = 0;
+constexpr int kSpreadMinStart = 100;
+constexpr int kSmallLastDigit = 4;
+
+int16_t i16(long v) { return static_cast<int16_t>(v); }
+
+int decadeOf(int n) {
+    // Truncating division: a slot 0 falls into the first decade as well.
+    const int q = (n - 1) / 10;
+    return std::clamp(q, 0, kDecades - 1);
+}
+
+int16_t spread(std::span<const int> numbers, const Omission& omission, bool absDifference) {
+    if (numbers.empty()) return 0;
+    if (absDifference && numbers.size() == 2)
+        return i16(std::abs(omission[numbers[0]] - omission[numbers[1]]));
+    int largest = kSpreadMaxStart;
+    int smallest = kSpreadMinStart;
+    for (int n : numbers) {
+        largest = std::max<int>(largest, omission[n]);
+        smallest = std::min<int>(smallest, omission[n]);
+    }
+    return i16(largest - smallest);
+}
+
+}  // namespace
+
+FrontNumbers frontOf(const DrawNumbers& d) { return {d[1], d[2], d[3], d[4], d[5]}; }
+BackNumbers backOf(const DrawNumbers& d) { return {d[6], d[7]}; }
+
+int16_t complexity(std::span<const int> v) {
+    const int n = static_cast<int>(v.size());
+    if (n < 2) return 0;
+    // Differences x(a) - x(b) for a = 2..n, b = 1..a-1, in that order; each one equal to an
+    // earlier one takes one off the start.
+    std::array<int, 21> diffs{};
+    int count = 0;
+    int result = n * (n - 1) / 2 - (n - 1);
+    for (int a = 1; a < n; ++a) {
+        for (int b = 0; b < a; ++b) {
+            const int d = v[a] - v[b];
+            const bool seen = std::find(diffs.begin(), diffs.begin() + count, d) != diffs.begin() + count;
+            if (seen) --result;
+            diffs[count++] = d;
+        }
+    }
+    return i16(result);
+}
+
+int16_t longestRun(std::span<const int> v) {
+    int best = 0;
+    int run = 0;
+    for (size_t i = 1; i < v.size(); ++i) {
+        run = v[i] - v[i - 1] == 1 ? run + 1 : 0;
+        best = std::max(best, run);
+    }
+    return i16(best);
+}
+
+DrawParams core(std::span<const int> v, std::span<const int> prev, const Omission& omission,
+                std::span<const int> spreadNumbers, const CoreOptions& options) {
+    DrawParams p;
+    const int n = static_cast<int>(v.size());
+    std::bitset<10> lastDigits;
+    for (int x : v) {
+        p.Znum = i16(p.Znum + x);
+        const bool big = options.middleCountsBig ? x >= options.middle : x > options.middle;
+        if (big) {
+            p.DZnum = i16(p.DZnum + x);
+            ++p.Mornum;
+        } else {
+            p.XZnum = i16(p.XZnum + x);
+            ++p.Ltlnum;
+        }
+        if (x % 2 != 0) {
+            p.Zjnum = i16(p.Zjnum + x);
+            ++p.Jnum;
+        } else {
+            p.Zonum = i16(p.Zonum + x);
+            ++p.Onum;
+        }
+        const int last = x % 10;
+        p.Zgnum = i16(p.Zgnum + last);
+        if (last <= kSmallLastDigit)
+            ++p.Smlnum;
+        else
+            ++p.Bignum;
+        lastDigits.set(static_cast<size_t>(last));
+        p.Zynum = i16(p.Zynum + omission[x]);
+        ++p.Qnum[decadeOf(x)];
+        for (int q : prev)
+            if (q == x) ++p.Cnum;
+    }
+    p.Sumgwnum = i16(p.Znum % 10);
+    p.Modenum = i16(n - static_cast<int>(lastDigits.count()));
+    for (int i = 1; i < n; ++i) {
+        const int d = v[i] - v[i - 1];
+        if (d == 1) ++p.Lnum;
+        p.Mxzounum = i16(std::max<int>(p.Mxzounum, d));
+    }
+    p.Lxnum = longestRun(v);
+    p.Apzounum = n > 0 ? i16(v[n - 1] - v[0]) : 0;
+    p.Fcodp = complexity(v);
+    p.intYljz = spread(spreadNumbers, omission, options.spreadIsAbsDifference);
+    return p;
+}
+
+std::optional<Fit> fittedLine(const FrontNumbers& x) {
+    // Six points: the origin and (i, xi) for i = 1..5.
+    constexpr double n = 6;
+    double sx = 0, sxx = 0, sy = 0, sxy = 0;
+    for (int i = 1; i <= 5; ++i) {
+        sx += i;
+        sxx += i * i;
+        sy += x[i - 1];
+        sxy += i * x[i - 1];
+    }
+    const double denominator = sx * sx - n * sxx;
+    double sdxdy = 0, sdx2 = 0, sdy2 = 0;
+    for (int i = 0; i <= 5; ++i) {
+        const double dx = i - sx / n;
+        const double dy = (i == 0 ? 0.0 : x[i - 1]) - sy / n;
+        sdxdy += dx * dy;
+        sdx2 += dx * dx;
+        sdy2 += dy * dy;
+    }
+    if (denominator == 0 || sdx2 == 0 || sdy2 == 0) return std::nullopt;
+    Fit f;
+    f.a = static_cast<float>((sxy * sx - sxx * sy) / denominator);
+    f.R = static_cast<float>(sdxdy / (std::sqrt(sdx2) * std::sqrt(sdy2)));
+    return f;
+}
+
+void storeDecades(DrawParams& p, const std::array<int16_t, 4>& counted, Path path) {
+    p.Qnum = counted;
+    if (path == Path::Append) {
+        p.Qnum[2] = i16(counted[2] + counted[3]);
+        p.Qnum[3] = 0;
+    }
+}
+
+std::optional<DrawParams> front(const FrontNumbers& x, const FrontNumbers& prev, const Omission& omission,
+                                int bitnum, const rules::Fitbase& fitbase, Path path, int16_t oldLxnum) {
+    const std::optional<Fit> fit = fittedLine(x);
+    if (!fit) return std::nullopt;
+    DrawParams p = core(x, prev, omission, x, {bitnum / 2.0, false, false});
+    storeDecades(p, p.Qnum, path);
+    if (path == Path::Recompute) p.Lxnum = std::max(p.Lxnum, oldLxnum);
+    for (int i = 0; i < 5; ++i) p.Lcz[i] = x[i] - fitbase[i + 1];
+    p.R = fit->R;
+    p.a = fit->a;
+    return p;
+}
+
+DrawParams back(const BackNumbers& y, const BackNumbers& prev, const Omission& omission, int bitnumHou,
+                const rules::Fitbase& fitbase, Path path, const BackRecompute& recompute) {
+    const bool again = path == Path::Recompute;
+    const CoreOptions options{again ? recompute.bitnum / 2.0 : bitnumHou / 2.0, again, true};
+    const DrawParams c = core(y, prev, omission, y, options);
+    // fighou has no columns for the other fields: they stay 0.
+    DrawParams p;
+    p.Znum = again ? i16(recompute.frontZnum + y[1]) : c.Znum;
+    p.Sumgwnum = again ? i16(recompute.frontZnum % 10) : c.Sumgwnum;
+    p.Zgnum = c.Zgnum;
+    p.Zynum = c.Zynum;
+    p.Cnum = c.Cnum;
+    p.Onum = c.Onum;
+    p.Jnum = c.Jnum;
+    p.Smlnum = c.Smlnum;
+    p.Bignum = c.Bignum;
+    p.Ltlnum = c.Ltlnum;
+    p.Mornum = c.Mornum;
+    p.Modenum = c.Modenum;
+    p.Lnum = c.Lnum;
+    p.Apzounum = c.Apzounum;
+    p.intYljz = c.intYljz;
+    p.Lcz[0] = y[0] - fitbase[6];
+    p.Lcz[1] = y[1] - fitbase[7];
+    return p;
+}
+
+void placeQuan(const FrontNumbers& x, const BackNumbers& y, QuanSlots& working) {
+    int j = 0;
+    for (int i = 1; i <= 5; ++i) {
+        const int xi = x[i - 1];
+        if (j == 2) {
+            working[i + 2] = xi;
+        } else if (xi < y[j]) {
+            working[i + 1 + j] = xi;
+        } else {
+            // The back number takes the slot and the front number goes nowhere.
+            working[i + 1 + j] = y[j];
+            ++j;
+        }
+    }
+}
+
+namespace {
+
+// How many back numbers occur among the front numbers, each scan stopping at a match or at
+// the first front number larger than it.
+int16_t commonToBothZones(const FrontNumbers& x, const BackNumbers& y) {
+    int16_t count = 0;
+    for (int b : y) {
+        for (int a : x) {
+            if (a == b) {
+                ++count;
+                break;
+            }
+            if (a > b) break;
+        }
+    }
+    return count;
+}
+
+}  // namespace
+
+DrawParams both(const FrontNumbers& x, const BackNumbers& y, const QuanSlots& working, const QuanSlots& prevWorking,
+                const Omission& slotOmission, const Omission& spreadOmission, int bitnum, Path path) {
+    const std::span<const int> s(working.data() + 1, 7);
+    const std::span<const int> prev(prevWorking.data() + 1, 7);
+    const std::array<int, 7> plain{x[0], x[1], x[2], x[3], x[4], y[0], y[1]};
+    const bool again = path == Path::Recompute;
+    DrawParams p = core(s, again ? prev : std::span<const int>{}, slotOmission, {}, {bitnum / 2.0, false, false});
+    // The spread is measured on the plain numbers with YlarrQuan.
+    p.intYljz = spread(plain, spreadOmission, false);
+    storeDecades(p, p.Qnum, path);
+    p.Apzounum = commonToBothZones(x, y);
+    if (!again) {
+        p.Lnum = 0;
+        p.Lxnum = 0;
+    }
+    // figquan has no gap, fitted line or distance columns.
+    p.Mxzounum = 0;
+    p.R = 0;
+    p.a = 0;
+    p.Lcz = {};
+    return p;
+}
+
+}  // namespace drawparams
