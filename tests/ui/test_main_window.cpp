@@ -9,6 +9,7 @@
 #include "workspace/workspace_list.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QLabel>
 #include <QMenuBar>
 #include <QPushButton>
@@ -56,6 +57,7 @@ private slots:
     void historyFillsTheGridWithTheNewestInView();
     void printSettingKeepsOnlyCounts();
     void closingSavesTheSpinValues();
+    void boardClicksReachTheLogicAndTheStatusBar();
 };
 
 void MainWindowTest::emptyWorkspaceOpensWithDefaults() {
@@ -207,6 +209,41 @@ void MainWindowTest::closingSavesTheSpinValues() {
     w->close();
     QCOMPARE(f.home.settings.read(keys::SpinValue, QStringLiteral("测试"), 6), QStringLiteral("6.5"));
     QCOMPARE(f.home.settings.read(keys::SpinValue, QStringLiteral("测试"), 1), QStringLiteral("1"));
+}
+
+void MainWindowTest::boardClicksReachTheLogicAndTheStatusBar() {
+    Fixture f;
+    auto w = f.open();
+    w->show();
+    auto click = [&w](const QString& name, Qt::MouseButton button = Qt::LeftButton) {
+        auto* b = w->findChild<QPushButton*>(name);
+        QVERIFY2(b, qPrintable(name));
+        QTest::mouseClick(b, button);
+    };
+    for (int n = 1; n <= 6; ++n) click(QStringLiteral("Command1(%1)").arg(n));
+    click(QStringLiteral("Command2(3)"));
+    click(QStringLiteral("Command2(9)"));
+    auto* panel3 = w->findChild<QLabel*>(QStringLiteral("StatusBar1.Panel3"));
+    QCOMPARE(panel3->text(), QStringLiteral("前区：6码 后区：2码 共计：6注"));
+    QVERIFY(w->findChild<QPushButton*>(QStringLiteral("Command1(4)"))->isChecked());
+    QCOMPARE(w->findChild<QLabel*>(QStringLiteral("Label5"))->text(), QStringLiteral("6"));
+    QCOMPARE(f.session->board().front.pickCount, 6);
+
+    // Right click makes the number the popup's target; 胆-选择/取消 turns it into a banker.
+    click(QStringLiteral("Command1(7)"), Qt::RightButton);
+    auto* dan = w->findChild<QAction*>(QStringLiteral("mnuDan"));
+    QVERIFY(dan);
+    if (QWidget* popup = QApplication::activePopupWidget()) popup->close();
+    dan->trigger();
+    QCOMPARE(w->findChild<QLabel*>(QStringLiteral("Label19"))->text(), QStringLiteral("1"));
+    QVERIFY(f.session->board().front.danFlag[7]);
+
+    // 重选 of the front zone clears it.
+    click(QStringLiteral("Command45"));
+    QCOMPARE(f.session->board().front.pickCount, 0);
+    QCOMPARE(f.session->board().front.danCount, 0);
+    QVERIFY(!w->findChild<QPushButton*>(QStringLiteral("Command1(4)"))->isChecked());
+    QCOMPARE(f.session->board().back.pickCount, 2);
 }
 
 QTEST_MAIN(MainWindowTest)

@@ -4,6 +4,7 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QMenu>
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -16,8 +17,10 @@ const QString kPlain = QStringLiteral("color: black;");
 }  // namespace
 
 const ZoneBoardWidget::Names& ZoneBoardWidget::namesOf(Zone zone) {
-    static const Names front{"Command1", "Label5", "Label19", "Command41", "Command42", "Command45", 36, 12, "前区"};
-    static const Names back{"Command2", "Label10", "Label11", "Command7", "Command6", "Command8", 24, 12, "后区"};
+    static const Names front{"Command1",  "Label5", "Label19", "Command41", "Command42", "Command45",
+                             "mnuDt",     "mnuDan", 36,        12,          "前区"};
+    static const Names back{"Command2",  "Label10",   "Label11", "Command7", "Command6", "Command8",
+                            "mnuDtHou", "mnuDanHou", 24,        12,         "后区"};
     return zone == Zone::Front ? front : back;
 }
 
@@ -37,7 +40,7 @@ ZoneBoardWidget::ZoneBoardWidget(Zone zone, QWidget* parent) : QGroupBox(parent)
         b->setFocusPolicy(Qt::NoFocus);
         b->installEventFilter(this);
         b->setStyleSheet(kPlain);
-        // The check state follows the board state, not the click itself.
+        // The pressed state follows the board's logic, not the click itself.
         connect(b, &QPushButton::clicked, this, [this, b, i] {
             b->setChecked(!b->isChecked());
             emit numberClicked(i);
@@ -54,6 +57,13 @@ ZoneBoardWidget::ZoneBoardWidget(Zone zone, QWidget* parent) : QGroupBox(parent)
     auto* all = makeButton(n.selectAll, "全选(&A)");
     auto* inv = makeButton(n.invert, "反选(&O)");
     auto* reset = makeButton(n.reset, "重选(&R)");
+    m_invert = inv;
+
+    m_popup = new QMenu(QStringLiteral("胆拖模式"), this);
+    m_popup->setObjectName(QString::fromLatin1(n.popup));
+    QAction* dan = m_popup->addAction(QStringLiteral("胆-选择/取消"));
+    dan->setObjectName(QString::fromLatin1(n.popupItem));
+    connect(dan, &QAction::triggered, this, &ZoneBoardWidget::bankerToggled);
     connect(all, &QPushButton::clicked, this, &ZoneBoardWidget::selectAllClicked);
     connect(inv, &QPushButton::clicked, this, &ZoneBoardWidget::invertClicked);
     connect(reset, &QPushButton::clicked, this, &ZoneBoardWidget::resetClicked);
@@ -85,18 +95,19 @@ ZoneBoardWidget::ZoneBoardWidget(Zone zone, QWidget* parent) : QGroupBox(parent)
     layout->addLayout(row);
 }
 
-void ZoneBoardWidget::setZoneSize(int size) {
-    for (int i = 1; i <= static_cast<int>(m_buttons.size()); ++i) m_buttons[i - 1]->setVisible(i <= size);
-}
-
-void ZoneBoardWidget::render(const ZoneBoardState& state) {
+void ZoneBoardWidget::render(const ZoneBoard& board) {
     for (int i = 1; i <= static_cast<int>(m_buttons.size()); ++i) {
         QPushButton* b = m_buttons[i - 1];
-        b->setChecked(state.pickFlag[i] || state.danFlag[i]);
-        b->setStyleSheet(state.danFlag[i] ? kBanker : state.pickFlag[i] ? kPicked : kPlain);
+        const NumberButton& state = board.button(i);
+        b->setVisible(state.visible);
+        b->setChecked(state.pressed);
+        b->setStyleSheet(state.colour == ButtonColour::Green ? kBanker
+                         : state.colour == ButtonColour::Red ? kPicked
+                                                             : kPlain);
     }
-    m_pickCount->setText(QString::number(state.pickCount));
-    m_danCount->setText(QString::number(state.danCount));
+    m_pickCount->setText(QString::number(board.pickLabel()));
+    m_danCount->setText(QString::number(board.danLabel()));
+    m_invert->setEnabled(board.invertEnabled);
 }
 
 bool ZoneBoardWidget::eventFilter(QObject* watched, QEvent* event) {

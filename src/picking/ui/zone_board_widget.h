@@ -1,19 +1,19 @@
 #pragma once
 
-#include "workspace/shared_state.h"
+#include "picking/number_board.h"
 
 #include <QGroupBox>
 
 class QLabel;
+class QMenu;
 class QPushButton;
 
-// The number buttons of one zone with their counts and the 全选/反选/重选 buttons. One class
-// for both zones; the names of the controls differ by zone.
+// The number buttons of one zone with their counts, the 全选/反选/重选 buttons and the banker
+// popup. One class for both zones; the names of the controls differ by zone. It draws what the
+// zone's logic (ZoneBoard) holds and forwards the clicks.
 class ZoneBoardWidget : public QGroupBox {
     Q_OBJECT
 public:
-    enum class Zone { Front, Back };
-
     // Names and sizes of one zone's controls.
     struct Names {
         const char* numberButton;  // Command1 / Command2
@@ -22,6 +22,8 @@ public:
         const char* selectAll;     // Command41 / Command7
         const char* invert;        // Command42 / Command6
         const char* reset;         // Command45 / Command8
+        const char* popup;         // mnuDt / mnuDtHou
+        const char* popupItem;     // mnuDan / mnuDanHou
         int buttonCount;           // 36 / 24 buttons
         int columns;               // buttons per row
         const char* title;
@@ -32,14 +34,14 @@ public:
 
     Zone zone() const { return m_zone; }
     QPushButton* numberButton(int number) const { return m_buttons.value(number - 1); }
-    // Shows the buttons 1..size and hides the rest.
-    void setZoneSize(int size);
-    // Colours, pressed states and counts from the board state: pick red, banker green.
-    void render(const ZoneBoardState& state);
+    QMenu* bankerPopup() const { return m_popup; }
+    // Buttons, colours, counts and the invert button from the zone's logic.
+    void render(const ZoneBoard& board);
 
 signals:
     void numberClicked(int number);       // left button
-    void numberRightClicked(int number);  // right button: the banker popup
+    void numberRightClicked(int number);  // right button: the target of the banker popup
+    void bankerToggled();                 // mnuDan / mnuDanHou
     void selectAllClicked();
     void invertClicked();
     void resetClicked();
@@ -52,4 +54,6 @@ private:
     QList<QPushButton*> m_buttons;
     QLabel* m_pickCount;
     QLabel* m_danCount;
+    QPushButton* m_invert;
+    QMenu* m_popup;
 };

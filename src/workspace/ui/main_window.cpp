@@ -9,6 +9,8 @@
 
 #include <QAction>
 #include <QCloseEvent>
+#include <QCursor>
+#include <QMenu>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -41,6 +43,9 @@ MainWindow::MainWindow(Session& session, WorkspaceList& workspaces, Prompter& pr
     setObjectName(QStringLiteral("Form1"));
     setWindowTitle(kTitle);
     m_menu = std::make_unique<MainMenu>(menuBar());
+    m_board = std::make_unique<NumberBoard>(session.board(), static_cast<int16_t>(session.bitnum()),
+                                            static_cast<int16_t>(session.bitnumHou()),
+                                            static_cast<BoardEvents*>(this));
 
     auto* central = new QWidget(this);
     auto* layout = new QHBoxLayout(central);
@@ -126,8 +131,10 @@ QWidget* MainWindow::makeBoardArea() {
     auto* v = new QVBoxLayout(area);
     v->setContentsMargins(0, 0, 0, 0);
     v->setSpacing(4);
-    m_front = new ZoneBoardWidget(ZoneBoardWidget::Zone::Front, area);
-    m_back = new ZoneBoardWidget(ZoneBoardWidget::Zone::Back, area);
+    m_front = new ZoneBoardWidget(Zone::Front, area);
+    m_back = new ZoneBoardWidget(Zone::Back, area);
+    connectBoard(m_front);
+    connectBoard(m_back);
     m_spin = new SpinRows(area);
     v->addWidget(m_front);
     v->addWidget(m_back);
@@ -148,7 +155,56 @@ void MainWindow::makeStatusBar() {
     }
 }
 
+void MainWindow::connectBoard(ZoneBoardWidget* widget) {
+    const Zone z = widget->zone();
+    auto then = [this](auto&& f) {
+        return [this, f] {
+            f();
+            renderBoard();
+        };
+    };
+    connect(widget, &ZoneBoardWidget::numberClicked, this, [this, z](int n) {
+        m_board->leftClick(z, n);
+        renderBoard();
+    });
+    connect(widget, &ZoneBoardWidget::numberRightClicked, this, [this, z, widget](int n) {
+        const bool popup = m_board->rightClick(z, n);
+        renderBoard();
+        if (popup) widget->bankerPopup()->popup(QCursor::pos());
+    });
+    connect(widget, &ZoneBoardWidget::bankerToggled, this, then([this, z] { m_board->mnuDan(z); }));
+    connect(widget, &ZoneBoardWidget::selectAllClicked, this, then([this, z] { m_board->selectAll(z); }));
+    connect(widget, &ZoneBoardWidget::invertClicked, this, then([this, z] { m_board->invert(z); }));
+    connect(widget, &ZoneBoardWidget::resetClicked, this, then([this, z] { m_board->reselect(z); }));
+}
+
 void MainWindow::connectMenus() {
+    // The play modes under 组号方式, and the enabling when the menu opens.
+    connect(m_menu->menu(QStringLiteral("mnuSl")), &QMenu::aboutToShow, this, [this] {
+        m_board->openModeMenu();
+        renderBoard();
+    });
+    const struct {
+        const char* family;
+        Zone zone;
+        int from, to;
+        bool dtuo;
+    } modes[] = {{"meuDanxuan", Zone::Front, 5, 16, false},
+                 {"meuDanxuanHou", Zone::Back, 2, 8, false},
+                 {"mnuDtuo", Zone::Front, 1, 16, true},
+                 {"mnuDtuoHou", Zone::Back, 1, 8, true}};
+    for (const auto& m : modes) {
+        for (int k = m.from; k <= m.to; ++k) {
+            const Zone z = m.zone;
+            const bool dtuo = m.dtuo;
+            connect(action(QStringLiteral("%1(%2)").arg(QString::fromLatin1(m.family)).arg(k)), &QAction::triggered,
+                    this, [this, z, k, dtuo] {
+                        if (dtuo) m_board->chooseDtuo(z, k);
+                        else m_board->chooseDanxuan(z, k);
+                        renderBoard();
+                    });
+        }
+    }
     connect(action(QStringLiteral("meuExt")), &QAction::triggered, this, &QWidget::close);
     for (const rules::StabilityItem& it : rules::stabilityItems()) {
         const int index = it.index;
@@ -184,9 +240,8 @@ void MainWindow::loadFromSession() {
     m_session.yaoqian = rules::kFrontPicks;
     m_session.yaohou = rules::kBackPicks;
     applyZoneSizes();
-    action(QStringLiteral("meuAgarr"))->setEnabled(false);
-    checkOnly(QStringLiteral("meuDanxuan"), 5, 16, 5);
-    checkOnly(QStringLiteral("meuDanxuanHou"), 2, 8, 2);
+    m_board->meuAgarr = false;
+    renderBoard();
     refreshHistory();
 }
 
@@ -198,6 +253,54 @@ void MainWindow::refreshHistory() {
     // The newest draw at the top of the view.
     if (drawnum > 0) m_grid->scrollTo(m_gridModel->index(drawnum - 1, 0), QAbstractItemView::PositionAtTop);
     updateHistoryCommands();
+}
+
+void MainWindow::renderIndexedMenu(const QString& family, const IndexedMenu& menu, int from, int to) {
+    for (int k = from; k <= to; ++k) {
+        QAction* a = action(QStringLiteral("%1(%2)").arg(family).arg(k));
+        a->setEnabled(menu.enabled[static_cast<size_t>(k)]);
+        a->setChecked(menu.checked[static_cast<size_t>(k)]);
+    }
+}
+
+void MainWindow::renderBoard() {
+    const NumberBoard& b = *m_board;
+    m_front->render(b.zone(Zone::Front));
+    m_back->render(b.zone(Zone::Back));
+    renderIndexedMenu(QStringLiteral("meuDanxuan"), b.zone(Zone::Front).danxuan, 5, 16);
+    renderIndexedMenu(QStringLiteral("meuDanxuanHou"), b.zone(Zone::Back).danxuan, 2, 8);
+    renderIndexedMenu(QStringLiteral("mnuDtuo"), b.zone(Zone::Front).dtuo, 1, 16);
+    renderIndexedMenu(QStringLiteral("mnuDtuoHou"), b.zone(Zone::Back).dtuo, 1, 8);
+    m_statusPanels[2]->setText(b.statusText);
+    m_spin->comSta()->setEnabled(b.comSta);
+    m_spin->comRst()->setEnabled(b.comRst);
+    m_spin->comSpd()->setEnabled(b.comSpd);
+    m_spin->setSpinCounts(b.zone(Zone::Front).state().spinCount, b.zone(Zone::Back).state().spinCount);
+    // Commands whose windows are not built yet stay off whatever the rules say.
+    auto enable = [this](const char* name, bool on) {
+        const QString n = QString::fromLatin1(name);
+        if (QAction* a = action(n)) a->setEnabled(on && MainMenu::isBuilt(n));
+        else if (QMenu* m = m_menu->menu(n)) m->menuAction()->setEnabled(on);
+    };
+    enable("meuSta", b.meuSta);
+    enable("meuRst", b.meuRst);
+    enable("meuSup", b.meuSup);
+    enable("meuAgarr", b.meuAgarr);
+    for (int k = 9; k <= 22; ++k)
+        action(QStringLiteral("meuRt(%1)").arg(k))->setEnabled(b.meuRt && MainMenu::isBuilt(QStringLiteral("meuRt")));
+    enable("mnuDantuo", b.modeMenu.mnuDantuo);
+    enable("mnuDtxj", b.modeMenu.mnuDtxj);
+    enable("mnuDantuoHou", b.modeMenu.mnuDantuoHou);
+    enable("meuAgn", b.modeMenu.meuAgn);
+    enable("meuAgnHou", b.modeMenu.meuAgnHou);
+    enable("mnuLst", b.modeMenu.mnuLst);
+    enable("mnuDtlst", b.modeMenu.mnuDtlst);
+    enable("mnu8Lst", b.modeMenu.mnu8Lst);
+    enable("mnuDt8lst", b.modeMenu.mnuDt8lst);
+}
+
+void MainWindow::showBackSpinLabels(int k) {
+    m_spin->setSpinCounts(m_board->zone(Zone::Front).state().spinCount, k);
 }
 
 void MainWindow::updateHistoryCommands() {
@@ -213,8 +316,6 @@ void MainWindow::checkOnly(const QString& family, int from, int to, int checked)
 }
 
 void MainWindow::applyZoneSizes() {
-    m_front->setZoneSize(m_session.bitnum());
-    m_back->setZoneSize(m_session.bitnumHou());
     m_bars->setZoneSizes(m_session.bitnum(), m_session.bitnumHou());
     m_statusPanels[1]->setText(QStringLiteral("%1选5 + %2选2").arg(m_session.bitnum()).arg(m_session.bitnumHou()));
 }
@@ -229,17 +330,19 @@ void MainWindow::chooseStability(int itemIndex) {
 void MainWindow::chooseFrontSize(int size) {
     checkOnly(QStringLiteral("meuS"), rules::kFrontMin, rules::kFrontMax, size);
     m_session.setBitnum(size);
-    m_session.board().front = ZoneBoardState{};
-    m_front->render(m_session.board().front);
+    m_board->setSizes(static_cast<int16_t>(size), static_cast<int16_t>(m_session.bitnumHou()));
+    m_board->reselect(Zone::Front);
     applyZoneSizes();
+    renderBoard();
 }
 
 void MainWindow::chooseBackSize(int size) {
     checkOnly(QStringLiteral("meuSHou"), rules::kBackMin, rules::kBackMax, size);
     m_session.setBitnumHou(size);
-    m_session.board().back = ZoneBoardState{};
-    m_back->render(m_session.board().back);
+    m_board->setSizes(static_cast<int16_t>(m_session.bitnum()), static_cast<int16_t>(size));
+    m_board->reselect(Zone::Back);
     applyZoneSizes();
+    renderBoard();
 }
 
 void MainWindow::renameWorkspace() {

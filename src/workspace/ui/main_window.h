@@ -1,5 +1,7 @@
 #pragma once
 
+#include "picking/number_board.h"
+
 #include <QMainWindow>
 
 #include <memory>
@@ -19,7 +21,7 @@ class ZoneBoardWidget;
 
 // Form1, the hub: history grid, entry row, number board, spin rows and probability bars, and
 // the menus that open everything else. Its state is the Session it is handed.
-class MainWindow : public QMainWindow {
+class MainWindow : public QMainWindow, private BoardEvents {
     Q_OBJECT
 public:
     static inline const QString kTitle = QStringLiteral("鹤鸣轩.明算双区大乐透彩票助理");
@@ -30,6 +32,9 @@ public:
     MainMenu& menu() { return *m_menu; }
     QAction* action(const QString& name) const;
     Session& session() { return m_session; }
+    NumberBoard& board() { return *m_board; }
+    // Draws the board's logic: buttons, counts, the mode menus, the spin commands, the status.
+    void renderBoard();
 
     // The load step: texts, checks, visibility and the grid from the session.
     void loadFromSession();
@@ -53,11 +58,17 @@ private:
     void renameWorkspace();                    // mnuName
     void askPrintSetting();                    // mnuPtset
     void updateHistoryCommands();
+    void connectBoard(ZoneBoardWidget* widget);
+    void renderIndexedMenu(const QString& family, const IndexedMenu& menu, int from, int to);
+
+    // What the board asks of the spin and the windows.
+    void showBackSpinLabels(int k) override;
 
     Session& m_session;
     WorkspaceList& m_workspaces;
     Prompter& m_prompter;
     std::unique_ptr<MainMenu> m_menu;
+    std::unique_ptr<NumberBoard> m_board;
     HistoryGridModel* m_gridModel = nullptr;
     QTableView* m_grid = nullptr;
     QLabel* m_label12 = nullptr;
