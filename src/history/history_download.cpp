@@ -91,7 +91,7 @@ const QStringList& HistoryDownload::lstUrlGames() {
 QString HistoryDownload::downloadedDbName() { return QStringLiteral("中国体彩大乐透.db"); }
 
 QUrl HistoryDownload::endpoint(const QString& path) const {
-    QString host = m_session.settings().read(keys::DownloadHost).trimmed();
+    QString host = (m_host.isEmpty() ? m_session.settings().read(keys::DownloadHost) : m_host).trimmed();
     if (!host.contains(QStringLiteral("://"))) host.prepend(QStringLiteral("http://"));
     QUrl url(host);
     QString base = url.path();

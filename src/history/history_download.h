@@ -43,6 +43,9 @@ public:
     // rewritten.
     HistoryActionResult downloadDatabase();
 
+    // Uses this host instead of the setting (the command line's --host).
+    void setHost(const QString& host) { m_host = host; }
+
     // The service address of a path under the configured host.
     QUrl endpoint(const QString& path) const;
 
@@ -53,4 +56,5 @@ private:
     Session& m_session;
     Prompter& m_prompter;
     int m_timeoutMs;
+    QString m_host;
 };

@@ -1,0 +1,200 @@
+#include "history/ui/history_commands.h"
+
+#include "history/cell_edit.h"
+#include "history/draw_entry.h"
+#include "history/history_actions.h"
+#include "history/history_download.h"
+#include "history/history_import.h"
+#include "history/progress.h"
+#include "history/ui/frm_lst_url.h"
+#include "workspace/session.h"
+#include "workspace/ui/main_window.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDesktopServices>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QProgressDialog>
+#include <QPushButton>
+#include <QTableView>
+#include <QUrl>
+
+HistoryCommands::HistoryCommands(MainWindow& window, Prompter& prompter, std::function<QString()> chooseGame)
+    : QObject(&window),
+      m_window(window),
+      m_prompter(prompter),
+      m_chooseGame(chooseGame ? std::move(chooseGame) : [&window] { return FrmLstUrl::choose(&window); }),
+      m_boxes(window.entryBoxes()),
+      m_grid(window.historyGrid()) {
+    const struct {
+        const char* item;
+        void (HistoryCommands::*run)();
+    } commands[] = {{"mnuRed", &HistoryCommands::wholeImport},     {"mnuRead", &HistoryCommands::appendImport},
+                    {"mnuEdit", &HistoryCommands::editText},       {"meuCln", &HistoryCommands::clearList},
+                    {"mnuDelast", &HistoryCommands::deleteLast},   {"mnuNew", &HistoryCommands::downloadText},
+                    {"mnuNewol", &HistoryCommands::downloadDatabase}, {"mnuLsApp", &HistoryCommands::focusEntry}};
+    for (const auto& c : commands) {
+        QAction* a = window.action(QString::fromLatin1(c.item));
+        connect(a, &QAction::triggered, this, c.run);
+    }
+    for (int i = 0; i < static_cast<int>(m_boxes.size()); ++i) {
+        m_boxes[i]->setInputMask(QStringLiteral("99;_"));
+        connect(m_boxes[i], &QLineEdit::textChanged, this, [this, i] { entryChanged(i + 1); });
+    }
+    if (auto* discard = window.findChild<QPushButton*>(QStringLiteral("discardEntry")))
+        connect(discard, &QPushButton::clicked, this, &HistoryCommands::discardEntry);
+
+    m_text1 = new QLineEdit(m_grid->viewport());
+    m_text1->setObjectName(QStringLiteral("Text1"));
+    m_text1->hide();
+    m_text1->installEventFilter(this);
+    m_grid->installEventFilter(this);
+    connect(m_grid, &QTableView::doubleClicked, this, [this](const QModelIndex& cell) { showText1(cell); });
+}
+
+void HistoryCommands::apply(const HistoryActionResult& result) {
+    switch (result.grid) {
+        case GridAction::None: break;
+        case GridAction::AppendRow:
+        case GridAction::Rebuild:
+        case GridAction::Clear: m_window.refreshHistory(); break;
+    }
+}
+
+HistoryActionResult HistoryCommands::withProgress(
+    const QString& label, const std::function<HistoryActionResult(const HistoryProgress*)>& work) {
+    QProgressDialog dialog(label, QStringLiteral("取消"), 0, 100, &m_window);
+    dialog.setObjectName(QStringLiteral("historyProgress"));
+    dialog.setWindowModality(Qt::WindowModal);
+    dialog.setMinimumDuration(400);
+    HistoryProgress progress;
+    progress.report = [&dialog](int done, int total) {
+        dialog.setMaximum(qMax(total, 1));
+        dialog.setValue(qMin(done, qMax(total, 1)));
+        QApplication::processEvents();
+    };
+    progress.cancelled = [&dialog] { return dialog.wasCanceled(); };
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    HistoryActionResult result = work(&progress);
+    QApplication::restoreOverrideCursor();
+    return result;
+}
+
+void HistoryCommands::wholeImport() {
+    HistoryImport import(m_window.session(), m_prompter);
+    apply(withProgress(QStringLiteral("正在读入历史号码..."), [&import](const HistoryProgress* p) {
+        return import.run(HistoryImport::Mode::Whole, p);
+    }));
+}
+
+void HistoryCommands::appendImport() {
+    HistoryImport import(m_window.session(), m_prompter);
+    apply(withProgress(QStringLiteral("正在追加历史号码..."), [&import](const HistoryProgress* p) {
+        return import.run(HistoryImport::Mode::Append, p);
+    }));
+}
+
+void HistoryCommands::editText() {
+    const HistoryActionResult r = history_actions::editText(m_window.session(), m_prompter);
+    if (r.done() && !r.path.isEmpty()) QDesktopServices::openUrl(QUrl::fromLocalFile(r.path));
+    apply(r);
+}
+
+void HistoryCommands::clearList() { apply(history_actions::clearList(m_window.session(), m_prompter)); }
+
+void HistoryCommands::deleteLast() { apply(history_actions::deleteLast(m_window.session(), m_prompter)); }
+
+void HistoryCommands::downloadText() {
+    HistoryDownload download(m_window.session(), m_prompter);
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    apply(download.downloadText(m_chooseGame));
+    QApplication::restoreOverrideCursor();
+}
+
+void HistoryCommands::downloadDatabase() {
+    HistoryDownload download(m_window.session(), m_prompter);
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    apply(download.downloadDatabase());
+    QApplication::restoreOverrideCursor();
+}
+
+void HistoryCommands::focusEntry() {
+    if (!m_boxes.isEmpty()) m_boxes.first()->setFocus();
+}
+
+void HistoryCommands::discardEntry() {
+    m_resettingEntry = true;
+    for (QLineEdit* box : m_boxes) box->clear();
+    m_resettingEntry = false;
+    focusEntry();
+}
+
+void HistoryCommands::entryChanged(int box) {
+    if (m_resettingEntry) return;
+    const QString text = m_boxes[box - 1]->displayText();
+    if (box < DrawEntry::kBoxes) {
+        if (DrawEntry::movesFocus(box, text)) m_boxes[box]->setFocus();
+        return;
+    }
+    DrawEntry::Boxes boxes;
+    for (int i = 0; i < DrawEntry::kBoxes; ++i) boxes[static_cast<size_t>(i)] = m_boxes[i]->displayText();
+    const HistoryActionResult r = DrawEntry(m_window.session(), m_prompter).submit(boxes);
+    if (!r.done()) return;
+    apply(r);
+    discardEntry();
+}
+
+void HistoryCommands::showText1(const QModelIndex& cell, const QString& firstKey) {
+    if (!cell.isValid()) return;
+    const int row = cell.row() + 1;  // grid rows count the header row
+    if (!CellEdit(m_window.session(), m_prompter).isEditable(row, cell.column())) return;
+    m_editRow = row;
+    m_editColumn = cell.column();
+    m_text1->setGeometry(m_grid->visualRect(cell));
+    m_text1->setText(firstKey.isEmpty() ? cell.data().toString() : firstKey);
+    m_text1->show();
+    m_text1->setFocus();
+    if (firstKey.isEmpty()) m_text1->selectAll();
+}
+
+void HistoryCommands::commitText1(int key) {
+    const auto k = static_cast<CellEdit::Key>(key);
+    const CellEdit::Commit c = CellEdit(m_window.session(), m_prompter).commit(m_editRow, m_editColumn, m_text1->text(), k);
+    m_text1->hide();
+    m_grid->setFocus();
+    apply(c.result);
+    const QModelIndex next = m_grid->model()->index(c.nextRow - 1, c.nextColumn);
+    if (next.isValid()) m_grid->setCurrentIndex(next);
+}
+
+bool HistoryCommands::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() != QEvent::KeyPress) return QObject::eventFilter(watched, event);
+    auto* key = static_cast<QKeyEvent*>(event);
+    if (watched == m_text1) {
+        switch (key->key()) {
+            case Qt::Key_Escape:
+                m_text1->hide();
+                m_grid->setFocus();
+                return true;
+            case Qt::Key_Return:
+            case Qt::Key_Enter: commitText1(static_cast<int>(CellEdit::Key::Enter)); return true;
+            case Qt::Key_Tab: commitText1(static_cast<int>(CellEdit::Key::Tab)); return true;
+            case Qt::Key_Up: commitText1(static_cast<int>(CellEdit::Key::Up)); return true;
+            case Qt::Key_Down: commitText1(static_cast<int>(CellEdit::Key::Down)); return true;
+            default: return false;
+        }
+    }
+    if (watched == m_grid) {
+        const QString text = key->text();
+        if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) {
+            showText1(m_grid->currentIndex());
+            return true;
+        }
+        if (text.size() == 1 && CellEdit::acceptsKey(text[0])) {
+            showText1(m_grid->currentIndex(), text);
+            return true;
+        }
+    }
+    return QObject::eventFilter(watched, event);
+}
