@@ -1,0 +1,27 @@
+#pragma once
+
+#include "filter/candidate_table.h"
+
+#include <QString>
+
+#include <vector>
+
+// A small zuhe with every row's figs distinct, and helpers to read its state.
+inline CandidateTable smallTable(uint64_t rows, schema::CandidateKind kind = schema::CandidateKind::Zuhe) {
+    CandidateTable t(kind, rows);
+    for (uint64_t r = 0; r < rows; ++r)
+        for (int k = 1; k <= t.figCount(); ++k) t.fig(k)[r] = static_cast<uint8_t>((r * 7 + static_cast<uint64_t>(k) * 5) % 35 + 1);
+    return t;
+}
+
+inline std::vector<bool> bits(const BitVector& v) {
+    std::vector<bool> out;
+    for (size_t i = 0; i < v.size(); ++i) out.push_back(v.test(i));
+    return out;
+}
+
+inline std::vector<QString> reasons(const CandidateTable& t) {
+    std::vector<QString> out;
+    for (uint64_t r = 0; r < t.rowCount(); ++r) out.push_back(t.reasonText(r));
+    return out;
+}

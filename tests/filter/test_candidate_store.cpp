@@ -1,0 +1,186 @@
+#include "filter/candidate_actions.h"
+#include "filter/candidate_kernels.h"
+#include "filter/candidate_store.h"
+#include "filter/filter_workspace.h"
+#include "workspace/sqlite_db.h"
+
+#include "filter/candidate_fixture.h"
+
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+namespace store = candidate_store;
+
+void expectSameTable(const CandidateTable& a, const CandidateTable& b) {
+    ASSERT_EQ(a.kind(), b.kind());
+    ASSERT_EQ(a.rowCount(), b.rowCount());
+    for (int k = 1; k <= a.figCount(); ++k)
+        EXPECT_TRUE(std::ranges::equal(a.fig(k), b.fig(k))) << "fig" << k;
+    EXPECT_EQ(a.unslt(), b.unslt());
+    EXPECT_EQ(a.preunslt(), b.preunslt());
+    EXPECT_EQ(a.tmpunslt(), b.tmpunslt());
+    EXPECT_EQ(a.gpslt(), b.gpslt());
+    for (uint64_t r = 0; r < a.rowCount(); ++r) {
+        ASSERT_EQ(a.reasonText(r), b.reasonText(r)) << r;
+        ASSERT_EQ(a.reasons().isNull(a.fliter()[r]), b.reasons().isNull(b.fliter()[r])) << r;
+        ASSERT_EQ(a.canshuAt(r), b.canshuAt(r)) << r;
+        ASSERT_EQ(a.errnumAt(r), b.errnumAt(r)) << r;
+        ASSERT_EQ(a.idxAt(r), b.idxAt(r)) << r;
+    }
+}
+
+// A table after some work: a filter with a reason, an inversion, scratch values.
+CandidateTable workedTable(uint64_t rows) {
+    CandidateTable t = smallTable(rows);
+    const BitVector sel = kernels::select(t, [&](uint64_t r) { return t.fig(2)[r] > 20; });
+    kernels::beginFilter(t);
+    kernels::killSelected(t, sel, t.reasons().intern(QStringLiteral("各位数和大小:99 排除0~100")));
+    candidate_actions::invertLast(t);
+    for (uint64_t r = 0; r < rows; ++r) t.canshu()[r] = static_cast<int16_t>(r % 300 - 100);
+    t.errnum()[rows / 2] = 3;
+    t.fliter()[1] = ReasonTable::kNull;
+    return t;
+}
+
+class Counting : public EngineProgress {
+public:
+    explicit Counting(uint64_t cancelAfter = UINT64_MAX) : m_cancelAfter(cancelAfter) {}
+    void progress(uint64_t done, uint64_t) override { m_done = done; }
+    bool cancelled() const override { return m_done >= m_cancelAfter; }
+
+private:
+    uint64_t m_cancelAfter;
+    uint64_t m_done = 0;
+};
+
+struct Db {
+    QTemporaryDir dir;
+    SqliteDb db;
+    QString path() const { return dir.filePath(QStringLiteral("filnum.db")); }
+    Db() { db.open(path(), true); }
+};
+
+TEST(CandidateStore, CloseAndReopenGivesTheSameFlagsAndReasons) {
+    Db d;
+    const CandidateTable t = workedTable(200000);
+    ASSERT_EQ(store::save(d.db, t).outcome, store::Outcome::Done);
+    // The record holds the schema's columns with the values of the statements.
+    EXPECT_EQ(d.db.columns(QStringLiteral("zuhe")), schema::candidate(schema::CandidateKind::Zuhe).columnNames());
+    EXPECT_EQ(d.db.scalar(QStringLiteral("SELECT count(*) FROM zuhe WHERE unslt=1")).toULongLong(), t.deadCount());
+    EXPECT_EQ(d.db.scalar(QStringLiteral("SELECT fliter FROM zuhe WHERE idx=1")).toString(), t.reasonText(0));
+    EXPECT_TRUE(d.db.scalar(QStringLiteral("SELECT fliter FROM zuhe WHERE idx=2")).isNull());
+    EXPECT_EQ(d.db.scalar(QStringLiteral("SELECT fig3 FROM zuhe WHERE idx=777")).toInt(), t.fig(3)[776]);
+
+    d.db.close();
+    ASSERT_TRUE(d.db.open(d.path()));
+    const store::LoadResult image = store::load(d.db, schema::CandidateKind::Zuhe);
+    ASSERT_TRUE(image.table);
+    EXPECT_EQ(image.path, store::LoadPath::ColumnImage);
+    expectSameTable(t, *image.table);
+    const store::LoadResult rows = store::load(d.db, schema::CandidateKind::Zuhe, nullptr, false);
+    ASSERT_TRUE(rows.table);
+    EXPECT_EQ(rows.path, store::LoadPath::Rows);
+    expectSameTable(t, *rows.table);
+}
+
+TEST(CandidateStore, AChangeOfTheRowsByOtherCodeIsWhatTheNextLoadReads) {
+    Db d;
+    CandidateTable t = workedTable(5000);
+    ASSERT_EQ(store::save(d.db, t).outcome, store::Outcome::Done);
+    ASSERT_TRUE(d.db.exec(QStringLiteral("UPDATE zuhe SET unslt=1, fliter='手工删除' WHERE idx=10")));
+    const store::LoadResult r = store::load(d.db, schema::CandidateKind::Zuhe);
+    ASSERT_TRUE(r.table);
+    EXPECT_EQ(r.path, store::LoadPath::Rows) << "the trigger dropped the column image";
+    EXPECT_TRUE(r.table->unslt().test(9));
+    EXPECT_EQ(r.table->reasonText(9), QStringLiteral("手工删除"));
+    // Saved again, the image is current once more.
+    ASSERT_EQ(store::save(d.db, *r.table).outcome, store::Outcome::Done);
+    EXPECT_EQ(store::load(d.db, schema::CandidateKind::Zuhe).path, store::LoadPath::ColumnImage);
+}
+
+TEST(CandidateStore, ACancelledWriteLeavesThePreviousRecord) {
+    Db d;
+    CandidateTable first = workedTable(300000);
+    ASSERT_EQ(store::save(d.db, first).outcome, store::Outcome::Done);
+    CandidateTable second = smallTable(400000);
+    candidate_actions::invertAll(second);
+    Counting cancelHalfWay(200000);
+    EXPECT_EQ(store::save(d.db, second, &cancelHalfWay).outcome, store::Outcome::Cancelled);
+    for (bool image : {true, false}) {
+        const store::LoadResult r = store::load(d.db, schema::CandidateKind::Zuhe, nullptr, image);
+        ASSERT_TRUE(r.table);
+        expectSameTable(first, *r.table);
+    }
+    EXPECT_FALSE(d.db.tableExists(QStringLiteral("zuhe__new")));
+}
+
+TEST(CandidateStore, SixNumberTableAndAnExplicitIdx) {
+    Db d;
+    CandidateTable t = smallTable(1000, schema::CandidateKind::Zuhef);
+    candidate_actions::invertAll(t);
+    ASSERT_EQ(store::save(d.db, t).outcome, store::Outcome::Done);
+    EXPECT_EQ(d.db.columns(QStringLiteral("zuhef")), schema::candidate(schema::CandidateKind::Zuhef).columnNames());
+    // Renumbered by other code (the template's numbering runs in the order of its rows).
+    ASSERT_TRUE(d.db.exec(QStringLiteral("UPDATE zuhef SET idx = 1001 - idx")));
+    const store::LoadResult r = store::load(d.db, schema::CandidateKind::Zuhef);
+    ASSERT_TRUE(r.table);
+    EXPECT_EQ(r.table->idxAt(0), 1000);
+    EXPECT_EQ(r.table->idxAt(999), 1);
+    EXPECT_EQ(r.table->deadCount(), 1000u);
+    ASSERT_EQ(store::save(d.db, *r.table).outcome, store::Outcome::Done);
+    expectSameTable(*r.table, *store::load(d.db, schema::CandidateKind::Zuhef).table);
+}
+
+TEST(FilterWorkspace, ActionsKeepTheRecordUpToDateBehindTheWindow) {
+    Db d;
+    {
+        FilterWorkspace window(FilterInstance::GAgan, d.path());
+        window.openMade(std::make_unique<CandidateTable>(smallTable(300000)), 300000);
+        EXPECT_EQ(window.caption(), QStringLiteral("复选组合情况排列总表（每页至多显示10000注，双击任意注可删除）   合计：300000注"));
+        // Clicks faster than the writes: each cancels the running write and starts the next.
+        EXPECT_TRUE(window.release(FilterWorkspace::Button::Command2, FilterWorkspace::Mouse::Left).ranAction);
+        EXPECT_EQ(window.shownCount(), 0u);
+        window.release(FilterWorkspace::Button::CmdRetn, FilterWorkspace::Mouse::Left);
+        window.release(FilterWorkspace::Button::Command3, FilterWorkspace::Mouse::Left);
+        EXPECT_EQ(window.shownCount(), 0u);
+        EXPECT_EQ(window.waitForWrite().outcome, store::Outcome::Done);
+        EXPECT_FALSE(window.writePending());
+    }
+    // Reopened (mnuCallfd): GAganMb's caption counts its first query, idx 1..10000.
+    FilterWorkspace reopened(FilterInstance::GAganMb, d.path());
+    ASSERT_TRUE(reopened.openStored(d.db));
+    EXPECT_EQ(reopened.shownCount(), 10000u);
+    EXPECT_EQ(reopened.table().deadCount(), 300000u);
+    EXPECT_EQ(reopened.table().reasonText(0), QStringLiteral("上次反选-")) << "reset last wrote \"\" first";
+    EXPECT_EQ(reopened.firstViewRows().size(), 10000u);
+    EXPECT_TRUE(reopened.liveRows().empty());
+
+    // The right button runs nothing: it sets intCmdnb and asks for mnuAdm.
+    const auto right = reopened.release(FilterWorkspace::Button::Command3, FilterWorkspace::Mouse::Right);
+    EXPECT_FALSE(right.ranAction);
+    EXPECT_TRUE(right.popupMnuAdm);
+    EXPECT_EQ(reopened.intCmdnb(), 1);
+    reopened.release(FilterWorkspace::Button::Command2, FilterWorkspace::Mouse::Right);
+    EXPECT_EQ(reopened.intCmdnb(), 2);
+    EXPECT_FALSE(reopened.release(FilterWorkspace::Button::Command1, FilterWorkspace::Mouse::Right).popupMnuAdm);
+    EXPECT_EQ(reopened.table().deadCount(), 300000u);
+    reopened.release(FilterWorkspace::Button::Command1, FilterWorkspace::Mouse::Left);
+    EXPECT_EQ(reopened.shownCount(), 300000u);
+    EXPECT_EQ(reopened.liveRows(299990).size(), 10u);
+}
+
+TEST(FilterWorkspace, KeepingInstancesOpenEmptyWithoutATable) {
+    Db d;
+    FilterWorkspace window(FilterInstance::GAganRead, d.path());
+    QString error;
+    EXPECT_TRUE(window.openStored(d.db, nullptr, &error));
+    EXPECT_EQ(window.shownCount(), 0u);
+    EXPECT_EQ(window.caption(), filter_texts::caption(0));
+    EXPECT_EQ(filterInstanceTraits(FilterInstance::Gdanagan).historyInputMessage, QStringLiteral("请按照号码排列依次输入数字"));
+    EXPECT_EQ(filterInstanceTraits(FilterInstance::GAganZhMb).table, schema::CandidateKind::ZuheMoban);
+}
+
+}  // namespace
