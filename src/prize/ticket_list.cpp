@@ -1,0 +1,91 @@
+#include "prize/ticket_list.h"
+
+#include "prize/prize_check.h"
+
+#include <algorithm>
+#include <bit>
+
+namespace {
+
+BitVector::Word wanted(const BitVector& unslt, size_t w, bool thrown) {
+    const BitVector::Word word = unslt.words()[w];
+    return thrown ? word : (~word & unslt.validMask(w));
+}
+
+// The position of the k-th set bit (from 0) of a word that has more than k set bits.
+unsigned selectBit(BitVector::Word word, uint64_t k) {
+    for (; k > 0; --k) word &= word - 1;
+    return static_cast<unsigned>(std::countr_zero(word));
+}
+
+}  // namespace
+
+TicketList TicketList::whole(const CandidateTable& table, bool thrown) {
+    TicketList l;
+    l.m_table = &table;
+    l.m_thrown = thrown;
+    const BitVector& unslt = table.unslt();
+    auto before = std::make_shared<std::vector<uint64_t>>(unslt.wordCount());
+    uint64_t n = 0;
+    for (size_t w = 0; w < unslt.wordCount(); ++w) {
+        (*before)[w] = n;
+        n += static_cast<uint64_t>(std::popcount(wanted(unslt, w, thrown)));
+    }
+    l.m_before = std::move(before);
+    l.m_size = n;
+    return l;
+}
+
+TicketList TicketList::idxRange(const CandidateTable& table, bool thrown, int64_t idxFrom, int64_t idxTo) {
+    TicketList l;
+    l.m_table = &table;
+    l.m_thrown = thrown;
+    l.m_listed = true;
+    if (idxFrom > idxTo) return l;
+    const auto take = [&](uint64_t r) {
+        if (table.unslt().test(r) == thrown) l.m_rows.push_back(static_cast<uint32_t>(r));
+    };
+    if (table.hasExplicitIdx()) {
+        for (uint64_t r = 0; r < table.rowCount(); ++r) {
+            const int64_t idx = table.idxAt(r);
+            if (idx >= idxFrom && idx <= idxTo) take(r);
+        }
+        return l;
+    }
+    // Row r holds idx r + 1.
+    const int64_t rows = static_cast<int64_t>(table.rowCount());
+    const int64_t first = std::max<int64_t>(idxFrom, 1) - 1;
+    const int64_t last = std::min<int64_t>(idxTo, rows) - 1;
+    for (int64_t r = first; r <= last; ++r) take(static_cast<uint64_t>(r));
+    return l;
+}
+
+TicketList TicketList::byHits(const CandidateTable& table, const PrizeCheck& check, bool thrown) {
+    TicketList l;
+    l.m_table = &table;
+    l.m_thrown = thrown;
+    l.m_listed = true;
+    // A counting sort on the hit code: the code grows with jiben and then with tebie, so the
+    // codes downward are the order asked for, and rows of equal code stay in table order.
+    std::array<uint64_t, PrizeCheck::kCodes + 1> start{};
+    for (int code = PrizeCheck::kCodes - 1, at = 0; code >= 0; --code, ++at)
+        start[static_cast<size_t>(at) + 1] = start[static_cast<size_t>(at)] + check.countOfCode(thrown, code);
+    l.m_rows.resize(start[PrizeCheck::kCodes]);
+    const BitVector& unslt = table.unslt();
+    for (size_t w = 0; w < unslt.wordCount(); ++w) {
+        forEachSetBit(wanted(unslt, w, thrown), w * BitVector::kWordBits, [&](size_t r) {
+            const size_t at = static_cast<size_t>(PrizeCheck::kCodes - 1 - check.code(r));
+            l.m_rows[start[at]++] = static_cast<uint32_t>(r);
+        });
+    }
+    return l;
+}
+
+uint64_t TicketList::row(uint64_t k) const {
+    if (m_listed) return m_rows[k];
+    const std::vector<uint64_t>& before = *m_before;
+    // The last word with fewer tickets before it than k + 1.
+    const auto it = std::upper_bound(before.begin(), before.end(), k);
+    const size_t w = static_cast<size_t>(it - before.begin()) - 1;
+    return w * BitVector::kWordBits + selectBit(wanted(m_table->unslt(), w, m_thrown), k - before[w]);
+}
