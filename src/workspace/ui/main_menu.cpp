@@ -43,8 +43,10 @@ void MainMenu::addFamily(QMenu* menu, const char* name, int from, int to, const 
 }
 
 bool MainMenu::isBuilt(const QString& name) {
-    static const QStringList built{QStringLiteral("meuExt"), QStringLiteral("mnuName"), QStringLiteral("mnuPtset"),
-                                   QStringLiteral("meuAbt")};
+    static const QStringList built{
+        QStringLiteral("meuExt"),   QStringLiteral("mnuName"),  QStringLiteral("mnuPtset"), QStringLiteral("meuAbt"),
+        QStringLiteral("mnuNew"),   QStringLiteral("mnuNewol"), QStringLiteral("mnuLsApp"), QStringLiteral("mnuRed"),
+        QStringLiteral("mnuRead"),  QStringLiteral("mnuEdit"),  QStringLiteral("mnuDelast"), QStringLiteral("meuCln")};
     if (built.contains(name)) return true;
     return name.startsWith(QLatin1String("meuSpd")) || name.startsWith(QLatin1String("meuS(")) ||
            name.startsWith(QLatin1String("meuSHou("));

@@ -1,5 +1,7 @@
 #include "workspace/ui/main_window.h"
 
+#include "history/history_actions.h"
+#include "history/ui/history_commands.h"
 #include "picking/ui/spin_panel.h"
 #include "picking/ui/zone_board_widget.h"
 #include "workspace/prompter.h"
@@ -58,6 +60,7 @@ MainWindow::MainWindow(Session& session, WorkspaceList& workspaces, Prompter& pr
     setCentralWidget(central);
     makeStatusBar();
     connectMenus();
+    m_history = new HistoryCommands(*this, m_prompter);
     loadFromSession();
 }
 
@@ -93,7 +96,7 @@ QWidget* MainWindow::makeHistoryArea() {
     m_label12 = new QLabel(area);
     m_label12->setObjectName(QStringLiteral("Label12"));
     m_label12->setStyleSheet(QStringLiteral("color: rgb(0,0,160);"));
-    entry->addWidget(m_label12);
+    v->addWidget(m_label12);
     for (int i = 1; i <= 7; ++i) {
         auto* box = new QLineEdit(area);
         box->setObjectName(QStringLiteral("MaskEdBox1(%1)").arg(i));
@@ -104,6 +107,9 @@ QWidget* MainWindow::makeHistoryArea() {
         entry->addWidget(box);
         m_maskEdBox << box;
     }
+    auto* discard = new QPushButton(QStringLiteral("放弃输入"), area);
+    discard->setObjectName(QStringLiteral("discardEntry"));
+    entry->addWidget(discard);
     entry->addStretch();
     v->addLayout(entry);
 
@@ -248,10 +254,17 @@ void MainWindow::loadFromSession() {
 void MainWindow::refreshHistory() {
     m_gridModel->refresh();
     const int drawnum = m_session.drawnum();
-    m_label12->setText(QStringLiteral("在右输入") + QString::number(m_session.history().lastIssue() + 1) +
-                       QStringLiteral(" 期历史号码:"));
+    m_label12->setText(history_actions::label12(m_session));
     // The newest draw at the top of the view.
-    if (drawnum > 0) m_grid->scrollTo(m_gridModel->index(drawnum - 1, 0), QAbstractItemView::PositionAtTop);
+    // After the view has laid out the new rows.
+    if (drawnum > 0)
+        QMetaObject::invokeMethod(
+            m_grid,
+            [this] {
+                const int last = m_gridModel->rowCount() - 1;
+                if (last >= 0) m_grid->scrollTo(m_gridModel->index(last, 0), QAbstractItemView::PositionAtTop);
+            },
+            Qt::QueuedConnection);
     updateHistoryCommands();
 }
 
@@ -304,10 +317,10 @@ void MainWindow::showBackSpinLabels(int k) {
 }
 
 void MainWindow::updateHistoryCommands() {
-    // The delete and analysis commands need a history; their windows come later.
+    // The delete and analysis commands need a history; the analysis windows come later.
     const bool any = m_session.drawnum() > 0;
-    for (const char* name : {"mnuDelast", "mnuSy"})
-        action(QString::fromLatin1(name))->setEnabled(any && MainMenu::isBuilt(QString::fromLatin1(name)));
+    action(QStringLiteral("mnuDelast"))->setEnabled(any);
+    action(QStringLiteral("mnuSy"))->setEnabled(any && MainMenu::isBuilt(QStringLiteral("mnuSy")));
 }
 
 void MainWindow::checkOnly(const QString& family, int from, int to, int checked) {

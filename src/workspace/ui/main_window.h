@@ -6,6 +6,7 @@
 
 #include <memory>
 
+class HistoryCommands;
 class HistoryGridModel;
 class MainMenu;
 class Prompter;
@@ -40,6 +41,9 @@ public:
     void loadFromSession();
     // Rebuilds the grid with the last row in view and Label12 asking for the next issue.
     void refreshHistory();
+    QTableView* historyGrid() const { return m_grid; }
+    HistoryCommands& historyCommands() { return *m_history; }
+    const QList<QLineEdit*>& entryBoxes() const { return m_maskEdBox; }
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -70,6 +74,7 @@ private:
     std::unique_ptr<MainMenu> m_menu;
     std::unique_ptr<NumberBoard> m_board;
     HistoryGridModel* m_gridModel = nullptr;
+    HistoryCommands* m_history = nullptr;
     QTableView* m_grid = nullptr;
     QLabel* m_label12 = nullptr;
     QList<QLineEdit*> m_maskEdBox;
