@@ -1,0 +1,298 @@
+#include "filter/param_filter.h"
+
+#include "filter/candidate_kernels.h"
+#include "filter/param_reason_builder.h"
+
+#include <QStringList>
+
+#include <algorithm>
+#include <cmath>
+#include <mutex>
+
+using param_catalogue::formatNumber;
+using param_catalogue::leadingNumber;
+
+ParamWindowState ParamWindowState::defaults() {
+    ParamWindowState s;
+    for (const ParamInfo& p : param_catalogue::all()) s.box(p.id) = param_catalogue::boxDefaults(p.id);
+    return s;
+}
+
+ComputeInputs ParamWindowState::computeInputs() const {
+    ComputeInputs in;
+    in.scope = scope;
+    in.ticks = chkBt;
+    in.listMode = listMode;
+    in.zdqjLower = box(ParamId::Option66)[3];
+    in.zdqjUpper = box(ParamId::Option66)[2];
+    in.zdqjList = txtZdqj;
+    return in;
+}
+
+namespace param_filter {
+
+namespace {
+
+constexpr size_t kValueSlots = 65536;
+constexpr int32_t kValueOffset = 32768;
+
+// Parameters whose tally statement keeps the leading [unslt]=false AND.
+bool tallyLiveOnly(ParamId id) {
+    switch (id) {
+        case ParamId::Option2: case ParamId::Option12: case ParamId::Option13: case ParamId::Option14:
+        case ParamId::Option15: case ParamId::Option16: case ParamId::Option17: case ParamId::Option20:
+        case ParamId::Option23: case ParamId::Option24:
+            return true;
+        default: return false;
+    }
+}
+
+// Range statements: keep catches V < lo OR V > hi, exclude catches lo <= V <= hi. The limits
+// are real numbers, compared with whole values.
+std::vector<uint8_t> rangeHits(double lo, double hi, bool keep) {
+    std::vector<uint8_t> hit(kValueSlots);
+    for (size_t i = 0; i < kValueSlots; ++i) {
+        const double v = static_cast<double>(static_cast<int32_t>(i) - kValueOffset);
+        const bool inside = v >= lo && v <= hi;
+        hit[i] = keep ? !inside : inside;
+    }
+    return hit;
+}
+
+// List statements on canshu: " {list} " LIKE "* "&V&" *", so V's text must stand between
+// two blanks of the list.
+std::vector<uint8_t> tokenHits(const QString& list, bool keep) {
+    std::vector<uint8_t> listed(kValueSlots, 0);
+    for (const QString& tok : list.split(QLatin1Char(' '))) {
+        bool ok = false;
+        const int v = tok.toInt(&ok);
+        if (ok && v >= -kValueOffset && v < kValueOffset && QString::number(v) == tok)
+            listed[static_cast<size_t>(v + kValueOffset)] = 1;
+    }
+    if (keep)
+        for (uint8_t& h : listed) h = !h;
+    return listed;
+}
+
+// List statements of the positions: " {list} " LIKE "*"&V&"*", any occurrence of V's text.
+std::vector<uint8_t> substringHits(const QString& list, bool keep) {
+    const QString padded = QLatin1Char(' ') + list + QLatin1Char(' ');
+    std::vector<uint8_t> hit(kValueSlots, keep ? 1 : 0);
+    for (int v = 0; v < 256; ++v) {
+        const bool found = padded.contains(QString::number(v));
+        hit[static_cast<size_t>(v + kValueOffset)] = keep ? !found : found;
+    }
+    return hit;
+}
+
+// Parity: [canshu] <> odd AND [canshu] = even.
+std::vector<uint8_t> parityHits(int odd, int even) {
+    std::vector<uint8_t> hit(kValueSlots, 0);
+    for (int v : {0, 1}) hit[static_cast<size_t>(v + kValueOffset)] = v != odd && v == even;
+    return hit;
+}
+
+// The label in front of "大小:".
+QString label(ParamId id, const ParamWindowState& state) {
+    const QString cap = param_catalogue::caption(id, state.scope, state.listMode);
+    if (id != ParamId::Option66) return cap;
+    const auto& b = state.box(id);
+    if (state.listMode) return cap + QLatin1Char(' ') + state.txtZdqj;
+    return cap + b[3] + QLatin1Char('~') + b[2];
+}
+
+}  // namespace
+
+std::vector<FilterStep> buildSteps(ParamId id, const ParamWindowState& state, const ParamContext& ctx, bool keepSense,
+                                   bool tally) {
+    std::vector<FilterStep> steps;
+    const ParamInfo& info = param_catalogue::info(id);
+    CompiledCompute compute = param_kernels::compile(id, state.computeInputs(), ctx);
+    const bool positionParam = info.position > 0;
+    // The position buttons do nothing in a scope where they have no column.
+    if (positionParam && compute.op != CompiledCompute::Op::Position) return steps;
+
+    const bool liveOnly = !tally || tallyLiveOnly(id);
+    const auto& b = state.box(id);
+    // 自定区间 has no list test: it always uses the range statements, on Text66(0) and (1).
+    const bool listTest = state.listMode && id != ParamId::Option66;
+    const double lo = leadingNumber(b[0]), hi = leadingNumber(b[1]);
+
+    if (positionParam && !listTest) {
+        const int col = compute.constant;
+        // The parity pair of the position's boxes; Option14 in both zones uses position 2's.
+        const int pos = info.position;
+        const int odd = state.check2[static_cast<size_t>(2 + 2 * pos)] ? 1 : 0;
+        const int even = state.check2[static_cast<size_t>(3 + 2 * pos)] ? 1 : 0;
+        FilterStep parity;
+        parity.compute.op = CompiledCompute::Op::FigMod2;
+        parity.compute.constant = col;
+        parity.liveOnly = true;
+        parity.hit = parityHits(odd, even);
+        parity.prefix = QString::number(col + 1) + QStringLiteral("位奇偶性");
+        parity.constantText = true;
+        steps.push_back(std::move(parity));
+    }
+
+    FilterStep main;
+    main.valueColumn = positionParam ? compute.constant : -1;
+    main.compute = std::move(compute);
+    if (positionParam) main.compute.op = CompiledCompute::Op::Unchanged;
+    main.liveOnly = liveOnly;
+    main.prefix = label(id, state) + QStringLiteral("大小:");
+    const QString sense = keepSense ? QStringLiteral(" 保留") : QStringLiteral(" 排除");
+    if (listTest) {
+        main.hit = positionParam ? substringHits(b[3], keepSense) : tokenHits(b[3], keepSense);
+        main.suffix = sense + b[3];
+    } else {
+        main.hit = rangeHits(lo, hi, keepSense);
+        main.suffix = sense + formatNumber(lo) + QLatin1Char('~') + formatNumber(hi);
+    }
+    steps.push_back(std::move(main));
+    return steps;
+}
+
+namespace {
+
+inline int16_t valueAt(const FilterStep& s, const CandidateTable& t, std::span<const int16_t> canshu, uint64_t r) {
+    return s.valueColumn < 0 ? canshu[r] : static_cast<int16_t>(t.fig(s.valueColumn + 1)[r]);
+}
+
+// Kills the live rows that the step catches, each with the reason of its value.
+uint64_t killStep(CandidateTable& table, const FilterStep& step) {
+    using Word = BitVector::Word;
+    const uint64_t rows = table.rowCount();
+    BitVector sel(rows);
+    auto selWords = sel.words();
+    auto un = table.unslt().words();
+    const std::span<const int16_t> canshu = table.canshu();
+    const CandidateTable& ct = table;
+    std::vector<uint8_t> present(kValueSlots, 0);
+    std::mutex presentMutex;
+
+    kernels::parallelSlices(rows, [&](uint64_t begin, uint64_t end) {
+        std::vector<uint8_t> mine(kValueSlots, 0);
+        for (uint64_t w = begin / BitVector::kWordBits; w * BitVector::kWordBits < end; ++w) {
+            const uint64_t base = w * BitVector::kWordBits;
+            const uint64_t stop = std::min(end, base + BitVector::kWordBits);
+            Word bits = 0;
+            for (uint64_t r = base; r < stop; ++r) bits |= Word{step.hits(valueAt(step, ct, canshu, r))} << (r - base);
+            bits &= ~un[w];
+            selWords[w] = bits;
+            forEachSetBit(bits, base, [&](size_t r) {
+                mine[static_cast<size_t>(int32_t{valueAt(step, ct, canshu, r)} + kValueOffset)] = 1;
+            });
+        }
+        std::lock_guard lock(presentMutex);
+        for (size_t i = 0; i < kValueSlots; ++i) present[i] |= mine[i];
+    });
+
+    std::vector<ReasonTable::Id> ids(kValueSlots, ReasonTable::kNull);
+    for (size_t i = 0; i < kValueSlots; ++i)
+        if (present[i]) ids[i] = table.reasons().intern(step.reason(static_cast<int16_t>(static_cast<int32_t>(i) - kValueOffset)));
+
+    auto fl = table.fliter();
+    std::atomic<uint64_t> killed{0};
+    kernels::parallelSlices(rows, [&](uint64_t begin, uint64_t end) {
+        uint64_t mine = 0;
+        for (uint64_t w = begin / BitVector::kWordBits; w * BitVector::kWordBits < end; ++w) {
+            const Word bits = selWords[w];
+            if (!bits) continue;
+            un[w] |= bits;
+            mine += static_cast<uint64_t>(std::popcount(bits));
+            forEachSetBit(bits, w * BitVector::kWordBits, [&](size_t r) {
+                fl[r] = ids[static_cast<size_t>(int32_t{valueAt(step, ct, canshu, r)} + kValueOffset)];
+            });
+        }
+        killed += mine;
+    });
+    return killed.load();
+}
+
+ViewColumns viewOf(ParamId id) {
+    if (param_catalogue::info(id).position) return ViewColumns::Figures;
+    if (id == ParamId::Option3 || id == ParamId::Option35) return ViewColumns::FrontCanshu;
+    return ViewColumns::WithCanshu;
+}
+
+}  // namespace
+
+SingleResult runSingle(CandidateTable& table, ParamId id, const ParamWindowState& state, const ParamContext& ctx) {
+    SingleResult result;
+    const std::vector<FilterStep> steps = buildSteps(id, state, ctx, state.keep, false);
+    if (steps.empty()) return result;
+    result.ran = true;
+    result.view = viewOf(id);
+    result.heading = param_catalogue::caption(id, state.scope, state.listMode);
+    // The value over all rows, then preunslt, then the statements in order.
+    param_kernels::computeAll(steps.front().compute, table);
+    kernels::beginFilter(table);
+    for (size_t i = 0; i < steps.size(); ++i) {
+        if (i) param_kernels::computeAll(steps[i].compute, table);
+        result.killed += killStep(table, steps[i]);
+    }
+    return result;
+}
+
+int allowedCount(const QString& txtRc0) {
+    const double v = std::clamp(leadingNumber(txtRc0), -1e9, 1e9);
+    return static_cast<int>(std::nearbyint(v));  // the default rounding: a half to the even one
+}
+
+IntegratedResult runIntegrated(CandidateTable& table, const ParamWindowState& state, const ParamContext& ctx) {
+    IntegratedResult result;
+    const bool a = state.keep, b = state.logicAnd;
+    result.baoliuMode = a == b ? a : !a;
+    result.flipped = a != b;
+
+    std::vector<FilterStep> steps;
+    for (const param_catalogue::RunStep& rs : param_catalogue::integratedOrder()) {
+        if (!state.check1[static_cast<size_t>(rs.box)]) continue;
+        for (FilterStep& s : buildSteps(rs.param, state, ctx, result.baoliuMode, true)) steps.push_back(std::move(s));
+    }
+    result.steps = static_cast<int>(steps.size());
+
+    std::span<int16_t> errnum = table.errnum();
+    kernels::parallelSlices(table.rowCount(), [&](uint64_t begin, uint64_t end) {
+        std::fill(errnum.begin() + static_cast<ptrdiff_t>(begin), errnum.begin() + static_cast<ptrdiff_t>(end), int16_t{0});
+    });
+    kernels::beginFilter(table);
+    param_reasons::tally(table, steps);
+
+    result.allowed = state.check3 ? allowedCount(state.txtRc0) : 0;
+    auto un = table.unslt().words();
+    const auto gp = table.gpslt().words();
+    const int allowed = result.allowed;
+    const bool flip = result.flipped;
+    const BitVector& unslt = table.unslt();
+    kernels::parallelSlices(table.rowCount(), [&](uint64_t begin, uint64_t end) {
+        using Word = BitVector::Word;
+        for (uint64_t w = begin / BitVector::kWordBits; w * BitVector::kWordBits < end; ++w) {
+            const uint64_t base = w * BitVector::kWordBits;
+            const uint64_t stop = std::min(end, base + BitVector::kWordBits);
+            Word over = 0;
+            for (uint64_t r = base; r < stop; ++r) over |= Word{errnum[r] > allowed} << (r - base);
+            un[w] |= over;
+            if (flip) un[w] ^= ~gp[w] & unslt.validMask(w);
+        }
+    });
+    return result;
+}
+
+QString Tolerance::onCheck1Click(const ParamWindowState& state) {
+    keptCount = static_cast<int>(std::count(state.check1.begin(), state.check1.end(), true));
+    const double percent = leadingNumber(state.txtRc1);
+    const double r = std::floor(keptCount * percent / 100 + 0.5);
+    return r > 0 ? formatNumber(r) : state.txtRc0;
+}
+
+QString Tolerance::onCountEdited(const ParamWindowState& state) const {
+    if (keptCount == 0) return state.txtRc1;
+    return formatNumber(std::floor(leadingNumber(state.txtRc0) / keptCount * 100));
+}
+
+QString Tolerance::onPercentEdited(const ParamWindowState& state) const {
+    return formatNumber(std::floor(leadingNumber(state.txtRc1) / 100 * keptCount));
+}
+
+}  // namespace param_filter

@@ -1,0 +1,400 @@
+#include "filter/param_kernels.h"
+
+#include "filter/candidate_kernels.h"
+#include "workspace/session.h"
+
+#include <QStringList>
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <limits>
+
+ParamContext ParamContext::fromSession(Session& session) {
+    ParamContext c;
+    c.maxQian = session.bitnum();
+    c.maxHou = session.bitnumHou();
+    const DrawNumbers& last = session.history().figarr.back();
+    for (int k = 1; k <= 5; ++k)
+        if (last[static_cast<size_t>(k)] > 0 && last[static_cast<size_t>(k)] < kNumberSlots)
+            c.lastDrawFront[static_cast<size_t>(last[static_cast<size_t>(k)])] = true;
+    c.omissionFront = session.stats().front.omission;
+    c.omissionBack = session.stats().back.omission;
+    return c;
+}
+
+namespace param_kernels {
+
+namespace {
+
+using Op = CompiledCompute::Op;
+constexpr int kFrontCols = 5;
+constexpr int kAcSlots = 10;  // the array of differences holds ten
+
+// The figure columns of a scope and the ChkBt box that weighs each.
+struct ScopePosition {
+    int col;
+    int box;  // 0-based ChkBt index
+};
+
+std::vector<ScopePosition> scopePositions(ZoneScope scope) {
+    switch (scope) {
+        case ZoneScope::Front: return {{0, 0}, {1, 1}, {2, 2}, {3, 3}, {4, 4}};
+        case ZoneScope::Back: return {{5, 0}, {6, 1}};
+        case ZoneScope::Both: return {{0, 0}, {1, 1}, {2, 2}, {3, 3}, {4, 4}, {5, 5}, {6, 6}};
+    }
+    return {};
+}
+
+// Numbers named in a list text: the tokens between single blanks that read as a number's text,
+// which is what " {list} " LIKE "* "&[F]&" *" finds.
+std::array<bool, 256> listedNumbers(const QString& list) {
+    std::array<bool, 256> in{};
+    for (const QString& tok : list.split(QLatin1Char(' '))) {
+        for (int v = 0; v < 256; ++v)
+            if (tok == QString::number(v)) in[static_cast<size_t>(v)] = true;
+    }
+    return in;
+}
+
+// Fills the table of every ticked position of the scope with term(F, col) and adds it to the
+// visited positions. Unticked positions contribute nothing, as their weight 0 does.
+template <typename Term>
+void fillSum(CompiledCompute& c, ZoneScope scope, const std::array<bool, 7>& ticks, Term&& term) {
+    for (const ScopePosition& p : scopePositions(scope)) {
+        if (!ticks[static_cast<size_t>(p.box)]) continue;
+        c.positions.push_back(p.col);
+        for (int f = 0; f < 256; ++f) c.table[static_cast<size_t>(p.col)][static_cast<size_t>(f)] = static_cast<int16_t>(term(f, p.col));
+    }
+}
+
+std::vector<int> tickedFront(const std::array<bool, 7>& ticks) {
+    std::vector<int> cols;
+    for (int k = 0; k < kFrontCols; ++k)
+        if (ticks[static_cast<size_t>(k)]) cols.push_back(k);
+    return cols;
+}
+
+}  // namespace
+
+int acValue(const int* numbers, int n) {
+    std::array<int, kAcSlots> diffs{};
+    int stored = 0;
+    const int pairs = n * (n - 1) / 2;
+    for (int i = 0; i < n; ++i)
+        for (int j = i + 1; j < n; ++j)
+            if (stored < kAcSlots) diffs[static_cast<size_t>(stored++)] = numbers[j] - numbers[i];
+    int ac = pairs - n + 1;
+    for (int i = 0; i < stored; ++i)
+        for (int j = i + 1; j < stored; ++j)
+            if (diffs[static_cast<size_t>(i)] == diffs[static_cast<size_t>(j)]) {
+                --ac;
+                break;
+            }
+    return ac;
+}
+
+CompiledCompute compile(ParamId id, const ComputeInputs& in, const ParamContext& ctx, bool frontOnly) {
+    CompiledCompute c;
+    const ZoneScope scope = frontOnly ? ZoneScope::Front : in.scope;
+    const auto& ticks = in.ticks;
+    const auto maxOf = [&](int col) { return col < kFrontCols ? ctx.maxQian : ctx.maxHou; };
+    const auto big = [&](int f, int col) { return 2 * f > maxOf(col); };  // F > max / 2
+    const auto sum = [&](Op op, auto&& term) {
+        c.op = op;
+        fillSum(c, scope, ticks, term);
+    };
+    const bool back = scope == ZoneScope::Back;
+
+    switch (id) {
+        case ParamId::Option23: sum(Op::Sum, [](int f, int) { return f; }); break;
+        case ParamId::Option3: sum(Op::SumMod10, [](int f, int) { return f; }); break;
+        case ParamId::Option4: sum(Op::Sum, [](int f, int) { return f % 2 == 0; }); break;
+        case ParamId::Option5: sum(Op::Sum, [&](int f, int col) { return big(f, col); }); break;
+        case ParamId::Option8: sum(Op::Sum, [](int f, int) { return f % 10 > 4; }); break;
+        case ParamId::Option34: sum(Op::Sum, [](int f, int) { return f % 10; }); break;
+        case ParamId::Option39: sum(Op::Sum, [&](int f, int col) { return big(f, col) ? 0 : f; }); break;
+        case ParamId::Option40: sum(Op::Sum, [&](int f, int col) { return big(f, col) ? f : 0; }); break;
+        case ParamId::Option9:
+            if (!back) sum(Op::Sum, [](int f, int) { return f <= 10; });
+            break;
+        case ParamId::Option10:
+            if (!back) sum(Op::Sum, [](int f, int) { return f > 10 && f <= 20; });
+            break;
+        case ParamId::Option11:
+            if (!back) sum(Op::Sum, [](int f, int) { return f > 20; });
+            break;
+        case ParamId::Option32:
+            if (!back) sum(Op::Sum, [](int f, int) { return f % 2 == 1 ? f : 0; });
+            break;
+        case ParamId::Option33:
+            if (!back) sum(Op::Sum, [](int f, int) { return f % 2 == 0 ? f : 0; });
+            break;
+        case ParamId::Option20: {
+            const auto member = [&](int f) { return f < kNumberSlots && ctx.lastDrawFront[static_cast<size_t>(f)]; };
+            if (scope != ZoneScope::Both) {
+                sum(Op::Sum, [&](int f, int) { return member(f); });
+                break;
+            }
+            // Both zones: the last two terms are both written with fig6 and ChkBt(6).
+            std::array<bool, 7> t = ticks;
+            t[6] = false;
+            c.op = Op::Sum;
+            fillSum(c, scope, t, [&](int f, int col) { return col == 5 ? 2 * member(f) : member(f); });
+            break;
+        }
+        case ParamId::Option35: {
+            sum(Op::Sum, [&](int f, int col) {
+                if (f >= kNumberSlots) return 0;
+                return static_cast<int>(col < kFrontCols ? ctx.omissionFront[static_cast<size_t>(f)]
+                                                         : ctx.omissionBack[static_cast<size_t>(f)]);
+            });
+            int most = 0;
+            for (int col : c.positions) most += *std::max_element(c.table[static_cast<size_t>(col)].begin(), c.table[static_cast<size_t>(col)].end());
+            c.checkOverflow = most > std::numeric_limits<int16_t>::max();
+            break;
+        }
+        case ParamId::Option12:
+            c.op = Op::OmissionRange;
+            fillSum(c, scope, ticks, [&](int f, int col) {
+                if (f >= kNumberSlots) return 0;
+                return static_cast<int>(col < kFrontCols ? ctx.omissionFront[static_cast<size_t>(f)]
+                                                         : ctx.omissionBack[static_cast<size_t>(f)]);
+            });
+            break;
+        case ParamId::Option41:
+            c.op = Op::SameTail;
+            c.constant = scope == ZoneScope::Front ? 5 : scope == ZoneScope::Back ? 2 : 7;
+            fillSum(c, scope, ticks, [](int f, int) { return 1 << (f % 10); });
+            break;
+        case ParamId::Option2: {
+            c.op = Op::Consecutive;
+            const auto pos = scopePositions(scope);
+            for (size_t i = 0; i + 1 < pos.size(); ++i)
+                if (ticks[static_cast<size_t>(pos[i].box)] && ticks[static_cast<size_t>(pos[i + 1].box)])
+                    c.pairs.emplace_back(pos[i].col, pos[i + 1].col);
+            break;
+        }
+        case ParamId::Option6: {
+            // The handler looks at ChkBt(1)..ChkBt(5) whatever the tab. With two positions its
+            // statement has an unmatched bracket and fails; with fewer nothing runs.
+            c.positions = tickedFront(ticks);
+            if (c.positions.size() >= 3) c.op = Op::MaxGap;
+            else c.positions.clear();
+            break;
+        }
+        case ParamId::Option7:
+            if (scope == ZoneScope::Both) {
+                c.op = Op::SameNumber;
+            } else if (scope == ZoneScope::Back) {
+                c.op = Op::Difference;  // the fixed front statement fig2 - fig1
+                c.positions = {0, 1};
+            } else {
+                const std::vector<int> t = tickedFront(ticks);
+                if (!t.empty()) {
+                    c.op = Op::Difference;
+                    c.positions = {t.front(), t.back()};
+                }
+            }
+            break;
+        case ParamId::Option24:
+            if (scope == ZoneScope::Back) break;
+            c.op = Op::Ac;
+            for (const ScopePosition& p : scopePositions(scope))
+                if (ticks[static_cast<size_t>(p.box)]) c.positions.push_back(p.col);
+            break;
+        case ParamId::Option66: {
+            if (back) break;
+            if (in.listMode) {
+                const std::array<bool, 256> listed = listedNumbers(in.zdqjList);
+                c.op = Op::LiveListCount;
+                fillSum(c, scope, ticks, [&](int f, int) { return listed[static_cast<size_t>(f)] ? 1 : 0; });
+                break;
+            }
+            const auto whole = [](const QString& s) {
+                return static_cast<int>(std::nearbyint(std::clamp(param_catalogue::leadingNumber(s), -1e6, 1e6)));
+            };
+            const int lo = whole(in.zdqjLower), hi = whole(in.zdqjUpper);
+            sum(Op::Sum, [&](int f, int) { return f > lo && f <= hi; });
+            break;
+        }
+        case ParamId::Option13:
+        case ParamId::Option14:
+        case ParamId::Option15:
+        case ParamId::Option16:
+        case ParamId::Option17: {
+            const int position = param_catalogue::info(id).position;
+            if (scope == ZoneScope::Front) {
+                c.op = Op::Position;
+                c.constant = position - 1;
+            } else if (scope == ZoneScope::Both && id == ParamId::Option14) {
+                c.op = Op::Position;
+                c.constant = 6;  // fig7
+            }
+            break;
+        }
+    }
+    return c;
+}
+
+namespace {
+
+template <typename Fn>
+void rows(uint64_t begin, uint64_t end, Fn&& fn) {
+    for (uint64_t r = begin; r < end; ++r) fn(r);
+}
+
+void sumInto(const CompiledCompute& c, const CandidateTable& t, int32_t* acc, uint64_t begin, uint64_t end) {
+    const uint64_t n = end - begin;
+    std::fill(acc, acc + n, 0);
+    for (int col : c.positions) {
+        const uint8_t* f = t.fig(col + 1).data() + begin;
+        const int16_t* tab = c.table[static_cast<size_t>(col)].data();
+        for (uint64_t i = 0; i < n; ++i) acc[i] += tab[f[i]];
+    }
+}
+
+}  // namespace
+
+void computeRows(const CompiledCompute& c, const CandidateTable& t, std::span<int16_t> canshu, uint64_t begin,
+                 uint64_t end) {
+    if (!c.writesCanshu() || begin >= end) return;
+    int16_t* out = canshu.data();
+    constexpr uint64_t kBlock = 4096;
+    std::array<int32_t, kBlock> acc;
+    const auto fig = [&t](int col) { return t.fig(col + 1).data(); };
+
+    for (uint64_t b = begin; b < end; b += kBlock) {
+        const uint64_t e = std::min(end, b + kBlock);
+        const uint64_t n = e - b;
+        switch (c.op) {
+            case Op::Sum:
+                sumInto(c, t, acc.data(), b, e);
+                if (c.checkOverflow) {
+                    for (uint64_t i = 0; i < n; ++i)
+                        if (acc[i] <= std::numeric_limits<int16_t>::max()) out[b + i] = static_cast<int16_t>(acc[i]);
+                } else {
+                    for (uint64_t i = 0; i < n; ++i) out[b + i] = static_cast<int16_t>(acc[i]);
+                }
+                break;
+            case Op::SumMod10:
+                sumInto(c, t, acc.data(), b, e);
+                for (uint64_t i = 0; i < n; ++i) out[b + i] = static_cast<int16_t>(acc[i] % 10);
+                break;
+            case Op::LiveListCount: {
+                sumInto(c, t, acc.data(), b, e);
+                const BitVector& un = t.unslt();
+                for (uint64_t i = 0; i < n; ++i) out[b + i] = un.test(b + i) ? int16_t{0} : static_cast<int16_t>(acc[i]);
+                break;
+            }
+            case Op::Consecutive:
+                std::fill(acc.begin(), acc.begin() + static_cast<ptrdiff_t>(n), 0);
+                for (const auto& [x, y] : c.pairs) {
+                    const uint8_t* fx = fig(x) + b;
+                    const uint8_t* fy = fig(y) + b;
+                    for (uint64_t i = 0; i < n; ++i) acc[i] += (fy[i] - fx[i]) == 1;
+                }
+                for (uint64_t i = 0; i < n; ++i) out[b + i] = static_cast<int16_t>(acc[i]);
+                break;
+            case Op::MaxGap: {
+                const auto& p = c.positions;
+                for (uint64_t i = 0; i < n; ++i) acc[i] = std::numeric_limits<int32_t>::min();
+                for (size_t k = 0; k + 1 < p.size(); ++k) {
+                    const uint8_t* fx = fig(p[k]) + b;
+                    const uint8_t* fy = fig(p[k + 1]) + b;
+                    for (uint64_t i = 0; i < n; ++i) acc[i] = std::max(acc[i], int32_t{fy[i]} - int32_t{fx[i]});
+                }
+                for (uint64_t i = 0; i < n; ++i) out[b + i] = static_cast<int16_t>(acc[i]);
+                break;
+            }
+            case Op::Difference: {
+                const uint8_t* first = fig(c.positions[0]) + b;
+                const uint8_t* last = fig(c.positions[1]) + b;
+                for (uint64_t i = 0; i < n; ++i) out[b + i] = static_cast<int16_t>(int{last[i]} - int{first[i]});
+                break;
+            }
+            case Op::SameNumber: {
+                std::fill(acc.begin(), acc.begin() + static_cast<ptrdiff_t>(n), 0);
+                for (int backCol : {5, 6})
+                    for (int frontCol = 0; frontCol < kFrontCols; ++frontCol) {
+                        const uint8_t* fb = fig(backCol) + b;
+                        const uint8_t* ff = fig(frontCol) + b;
+                        for (uint64_t i = 0; i < n; ++i) acc[i] += fb[i] == ff[i];
+                    }
+                for (uint64_t i = 0; i < n; ++i) out[b + i] = static_cast<int16_t>(acc[i]);
+                break;
+            }
+            case Op::OmissionRange: {
+                std::array<int32_t, kBlock> least;
+                std::fill(acc.begin(), acc.begin() + static_cast<ptrdiff_t>(n), 0);
+                std::fill(least.begin(), least.begin() + static_cast<ptrdiff_t>(n), 99);
+                for (int col : c.positions) {
+                    const uint8_t* f = fig(col) + b;
+                    const int16_t* tab = c.table[static_cast<size_t>(col)].data();
+                    for (uint64_t i = 0; i < n; ++i) {
+                        const int32_t v = tab[f[i]];
+                        acc[i] = std::max(acc[i], v);
+                        least[i] = std::min(least[i], v);
+                    }
+                }
+                for (uint64_t i = 0; i < n; ++i) out[b + i] = static_cast<int16_t>(acc[i] - least[i]);
+                break;
+            }
+            case Op::SameTail: {
+                std::fill(acc.begin(), acc.begin() + static_cast<ptrdiff_t>(n), 0);
+                for (int col : c.positions) {
+                    const uint8_t* f = fig(col) + b;
+                    const int16_t* tab = c.table[static_cast<size_t>(col)].data();
+                    for (uint64_t i = 0; i < n; ++i) acc[i] |= tab[f[i]];
+                }
+                for (uint64_t i = 0; i < n; ++i)
+                    out[b + i] = static_cast<int16_t>(c.constant - std::popcount(static_cast<uint32_t>(acc[i])));
+                break;
+            }
+            case Op::Ac: {
+                const auto& p = c.positions;
+                const int np = static_cast<int>(p.size());
+                std::array<const uint8_t*, 7> cols{};
+                for (int k = 0; k < np; ++k) cols[static_cast<size_t>(k)] = fig(p[static_cast<size_t>(k)]);
+                // With at most five positions every difference is stored, and for numbers that
+                // rise along the positions the value is the count of distinct differences less
+                // n - 1, which a mask of the differences gives at once.
+                const bool fits = np <= 5;
+                rows(b, e, [&](uint64_t r) {
+                    std::array<int, 7> v{};
+                    bool rising = fits;
+                    for (int k = 0; k < np; ++k) {
+                        v[static_cast<size_t>(k)] = cols[static_cast<size_t>(k)][r];
+                        if (k && v[static_cast<size_t>(k)] <= v[static_cast<size_t>(k - 1)]) rising = false;
+                    }
+                    if (rising && np > 0 && v[static_cast<size_t>(np - 1)] < 64) {
+                        uint64_t set = 0, diffs = 0;
+                        for (int k = 0; k < np; ++k) set |= uint64_t{1} << v[static_cast<size_t>(k)];
+                        for (int k = 0; k < np; ++k) diffs |= set >> v[static_cast<size_t>(k)];
+                        diffs &= ~uint64_t{1};
+                        out[r] = static_cast<int16_t>(std::popcount(diffs) - (np - 1));
+                        return;
+                    }
+                    out[r] = static_cast<int16_t>(acValue(v.data(), np));
+                });
+                break;
+            }
+            case Op::FigMod2: {
+                const uint8_t* f = fig(c.constant) + b;
+                for (uint64_t i = 0; i < n; ++i) out[b + i] = static_cast<int16_t>(f[i] % 2);
+                break;
+            }
+            case Op::Unchanged:
+            case Op::Position: break;
+        }
+    }
+}
+
+void computeAll(const CompiledCompute& c, CandidateTable& t) {
+    if (!c.writesCanshu()) return;
+    std::span<int16_t> canshu = t.canshu();
+    const CandidateTable& ct = t;
+    kernels::parallelSlices(t.rowCount(), [&](uint64_t begin, uint64_t end) { computeRows(c, ct, canshu, begin, end); });
+}
+
+}  // namespace param_kernels

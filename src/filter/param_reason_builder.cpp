@@ -1,0 +1,170 @@
+#include "filter/param_reason_builder.h"
+
+#include "filter/candidate_kernels.h"
+
+#include <bit>
+#include <map>
+#include <mutex>
+
+namespace param_reasons {
+
+namespace {
+
+constexpr uint64_t kBlock = 4096;
+constexpr int kMaxSteps = 32;  // 22 parameters and the five positions with their parity
+
+// Distinct reason keys of one slice of rows: the old reason id, the mask of the steps that
+// caught the row and the value of each of those steps whose text shows it, as 16-bit words.
+class KeyMap {
+public:
+    KeyMap() { m_slots.assign(1024, Slot{}); }
+
+    uint32_t idOf(const uint16_t* key, uint32_t len) {
+        if ((m_count + 1) * 2 > m_slots.size()) grow();
+        const uint64_t h = hash(key, len);
+        size_t i = h & (m_slots.size() - 1);
+        while (true) {
+            Slot& s = m_slots[i];
+            if (s.len == 0) {
+                s = {h, static_cast<uint32_t>(m_arena.size()), len, m_count};
+                m_arena.insert(m_arena.end(), key, key + len);
+                m_keys.push_back(s.offset);
+                ++m_count;
+                return s.id;
+            }
+            if (s.hash == h && s.len == len && std::equal(key, key + len, m_arena.data() + s.offset)) return s.id;
+            i = (i + 1) & (m_slots.size() - 1);
+        }
+    }
+    uint32_t size() const { return m_count; }
+    const uint16_t* key(uint32_t id) const { return m_arena.data() + m_keys[id]; }
+
+private:
+    struct Slot {
+        uint64_t hash = 0;
+        uint32_t offset = 0;
+        uint32_t len = 0;
+        uint32_t id = 0;
+    };
+    static uint64_t hash(const uint16_t* key, uint32_t len) {
+        uint64_t h = 0x9E3779B97F4A7C15ull ^ len;
+        for (uint32_t i = 0; i < len; ++i) {
+            h = (h ^ key[i]) * 0xFF51AFD7ED558CCDull;
+            h ^= h >> 29;
+        }
+        return h;
+    }
+    void grow() {
+        std::vector<Slot> old = std::move(m_slots);
+        m_slots.assign(old.size() * 2, Slot{});
+        for (const Slot& s : old) {
+            if (s.len == 0) continue;
+            size_t i = s.hash & (m_slots.size() - 1);
+            while (m_slots[i].len != 0) i = (i + 1) & (m_slots.size() - 1);
+            m_slots[i] = s;
+        }
+    }
+
+    std::vector<Slot> m_slots;
+    std::vector<uint16_t> m_arena;
+    std::vector<uint32_t> m_keys;
+    uint32_t m_count = 0;
+};
+
+}  // namespace
+
+void tally(CandidateTable& table, const std::vector<FilterStep>& steps) {
+    const uint64_t rows = table.rowCount();
+    if (steps.empty() || rows == 0) return;
+    Q_ASSERT(steps.size() <= kMaxSteps);
+    const size_t nSteps = steps.size();
+    std::span<int16_t> canshu = table.canshu();
+    std::span<int16_t> errnum = table.errnum();
+    auto fl = table.fliter();
+    const CandidateTable& ct = table;
+    const BitVector& unslt = table.unslt();
+    BitVector changed(rows);
+
+    std::mutex mapsMutex;
+    std::map<uint64_t, KeyMap> maps;  // by the first row of a slice
+
+    const auto slice = [&](uint64_t begin, uint64_t end) {
+        KeyMap map;
+        std::vector<int16_t> vals(nSteps * kBlock);
+        std::array<uint32_t, kBlock> mask;
+        std::array<uint16_t, 4 + kMaxSteps> key;
+        for (uint64_t b = begin; b < end; b += kBlock) {
+            const uint64_t e = std::min(end, b + kBlock);
+            const uint64_t n = e - b;
+            std::fill(mask.begin(), mask.begin() + static_cast<ptrdiff_t>(n), 0u);
+            for (size_t t = 0; t < nSteps; ++t) {
+                const FilterStep& s = steps[t];
+                param_kernels::computeRows(s.compute, ct, canshu, b, e);
+                int16_t* v = vals.data() + t * kBlock;
+                if (s.valueColumn < 0) std::copy(canshu.begin() + static_cast<ptrdiff_t>(b), canshu.begin() + static_cast<ptrdiff_t>(e), v);
+                else {
+                    const uint8_t* f = ct.fig(s.valueColumn + 1).data() + b;
+                    for (uint64_t i = 0; i < n; ++i) v[i] = f[i];
+                }
+                const uint32_t bit = uint32_t{1} << t;
+                if (s.liveOnly) {
+                    for (uint64_t i = 0; i < n; ++i)
+                        if (s.hits(v[i]) && !unslt.test(b + i)) mask[i] |= bit;
+                } else {
+                    for (uint64_t i = 0; i < n; ++i)
+                        if (s.hits(v[i])) mask[i] |= bit;
+                }
+            }
+            for (uint64_t i = 0; i < n; ++i) {
+                const uint32_t m = mask[i];
+                const uint64_t r = b + i;
+                errnum[r] = static_cast<int16_t>(std::popcount(m));
+                if (!m) continue;
+                const uint32_t old = fl[r];
+                uint32_t len = 0;
+                key[len++] = static_cast<uint16_t>(old);
+                key[len++] = static_cast<uint16_t>(old >> 16);
+                key[len++] = static_cast<uint16_t>(m);
+                key[len++] = static_cast<uint16_t>(m >> 16);
+                for (uint32_t bits = m; bits; bits &= bits - 1) {
+                    const int t = std::countr_zero(bits);
+                    if (!steps[static_cast<size_t>(t)].constantText)
+                        key[len++] = static_cast<uint16_t>(vals[static_cast<size_t>(t) * kBlock + i]);
+                }
+                fl[r] = map.idOf(key.data(), len);
+                changed.set(r);
+            }
+        }
+        std::lock_guard lock(mapsMutex);
+        maps.emplace(begin, std::move(map));
+    };
+    kernels::parallelSlices(rows, slice);
+
+    // The texts of the distinct keys, interned in the table of reasons.
+    std::map<uint64_t, std::vector<ReasonTable::Id>> global;
+    for (auto& [begin, map] : maps) {
+        std::vector<ReasonTable::Id>& ids = global[begin];
+        ids.resize(map.size());
+        for (uint32_t id = 0; id < map.size(); ++id) {
+            const uint16_t* k = map.key(id);
+            const ReasonTable::Id old = uint32_t{k[0]} | (uint32_t{k[1]} << 16);
+            const uint32_t m = uint32_t{k[2]} | (uint32_t{k[3]} << 16);
+            QString text = table.reasons().text(old);
+            const uint16_t* v = k + 4;
+            for (uint32_t bits = m; bits; bits &= bits - 1) {
+                const FilterStep& s = steps[static_cast<size_t>(std::countr_zero(bits))];
+                text += s.constantText ? s.prefix : s.reason(static_cast<int16_t>(*v++));
+            }
+            ids[id] = table.reasons().intern(text);
+        }
+    }
+
+    const auto changedWords = changed.words();
+    kernels::parallelSlices(rows, [&](uint64_t begin, uint64_t end) {
+        const std::vector<ReasonTable::Id>& ids = global.at(begin);
+        for (uint64_t w = begin / BitVector::kWordBits; w * BitVector::kWordBits < end; ++w)
+            forEachSetBit(changedWords[w], w * BitVector::kWordBits, [&](size_t r) { fl[r] = ids[fl[r]]; });
+    });
+}
+
+}  // namespace param_reasons

@@ -1,0 +1,167 @@
+#include "filter/param_window.h"
+
+#include "filter/candidate_kernels.h"
+#include "workspace/prompter.h"
+#include "workspace/schema.h"
+#include "workspace/sqlite_db.h"
+
+#include <QDir>
+
+#include <set>
+
+ParamWindow::ParamWindow(FilterWorkspace& workspace, ParamContext context, QString workspaceFolder)
+    : m_workspace(workspace), m_context(std::move(context)), m_folder(std::move(workspaceFolder)) {
+    showFirstView();
+}
+
+param_filter::SingleResult ParamWindow::clickParameter(ParamId id, const ParamWindowState& state, Prompter&) {
+    markUsed(QLatin1String(param_catalogue::info(id).button));
+    if (!m_workspace.isOpen()) return {};
+    m_workspace.baoliuMode = state.keep;
+    param_filter::SingleResult r = param_filter::runSingle(m_workspace.tableForChange(), id, state, m_context);
+    m_workspace.changed();
+    if (r.ran) m_view = GridView::afterParameter(r.view, r.heading);
+    return r;
+}
+
+param_filter::IntegratedResult ParamWindow::clickIntegrated(const ParamWindowState& state, Prompter&) {
+    markUsed(QStringLiteral("Option29"));
+    if (!m_workspace.isOpen()) return {};
+    param_filter::IntegratedResult r = param_filter::runIntegrated(m_workspace.tableForChange(), state, m_context);
+    m_workspace.baoliuMode = r.baoliuMode;
+    m_workspace.changed();
+    m_view = GridView::live();
+    return r;
+}
+
+QString ParamWindow::exportPath() const {
+    return QDir(m_folder).filePath(param_export::xlsxName(m_workspace.traits().exportFile));
+}
+
+param_export::Result ParamWindow::clickExport(const ParamWindowState& state, Prompter& prompter) {
+    if (!m_workspace.isOpen()) return {};
+    param_export::Result r = param_export::exportLive(m_workspace.tableForChange(), state, m_context, exportPath(), prompter);
+    // canshu changed: the record follows.
+    m_workspace.changed();
+    return r;
+}
+
+void ParamWindow::showPage(const QString& text1) {
+    const auto n = static_cast<int64_t>(param_catalogue::leadingNumber(text1));
+    m_view = GridView::page(n);
+}
+
+void ParamWindow::doubleClick(ResultGridModel& model, int viewRow) {
+    if (!m_workspace.isOpen() || viewRow < 0 || viewRow >= model.rowCount()) return;
+    const int32_t idx = model.idxAt(viewRow);
+    CandidateTable& t = m_workspace.tableForChange();
+    kernels::beginFilter(t);
+    // SELECT * WHERE [idx] = {idx}: the first such row decides, the update takes them all.
+    std::vector<uint64_t> rows;
+    if (!t.hasExplicitIdx()) {
+        if (idx >= 1 && static_cast<uint64_t>(idx) <= t.rowCount()) rows.push_back(static_cast<uint64_t>(idx - 1));
+    } else {
+        for (uint64_t r = 0; r < t.rowCount(); ++r)
+            if (t.idxAt(r) == idx) rows.push_back(r);
+    }
+    if (rows.empty()) {
+        m_workspace.changed();
+        return;
+    }
+    const bool wasDead = t.unslt().test(rows.front());
+    model.setPainted(viewRow, !wasDead);
+    const ReasonTable::Id reason = wasDead ? ReasonTable::kEmpty : t.reasons().intern(kManualDelete);
+    for (uint64_t r : rows) {
+        if (t.unslt().test(r) != wasDead) continue;
+        t.unslt().set(r, !wasDead);
+        t.fliter()[r] = reason;
+    }
+    m_workspace.changed();
+}
+
+bool ParamWindow::clickAddTemplate(SqliteDb& fildb, Prompter& prompter) {
+    if (!m_workspace.isOpen()) return false;
+    const FilterInstanceTraits& traits = m_workspace.traits();
+    if (traits.filtersTemplateItself) {
+        if (!prompter.okCancel(filter_texts::kClearTemplateTitle, filter_texts::kClearTemplateText)) return false;
+        return clearTemplate(fildb);
+    }
+    if (!prompter.okCancel(kAddTemplateTitle, kAddTemplateText)) return false;
+    return addLiveToTemplate(fildb);
+}
+
+bool ParamWindow::addLiveToTemplate(SqliteDb& fildb) {
+    // The record may be behind the table while it is written: the tickets come from memory, and
+    // the write is stopped so the template's transaction finds the database free.
+    const CandidateTable& t = m_workspace.tableForChange();
+    std::vector<std::array<int, 7>> tickets;
+    tickets.reserve(t.liveCount());
+    for (uint64_t r = 0; r < t.rowCount(); ++r) {
+        if (t.unslt().test(r)) continue;
+        std::array<int, 7> k{};
+        for (int c = 1; c <= t.figCount(); ++c) k[static_cast<size_t>(c - 1)] = t.fig(c)[r];
+        tickets.push_back(k);
+    }
+    const bool done = param_template::addTickets(fildb, tickets);
+    m_workspace.changed();
+    return done;
+}
+
+bool ParamWindow::clearTemplate(SqliteDb& fildb) {
+    m_workspace.tableForChange();
+    {
+        SqliteTransaction tx(fildb);
+        if (!tx.active()) return false;
+        fildb.exec(QStringLiteral("DROP TABLE IF EXISTS [zuheMoban]"));
+        if (!fildb.exec(schema::candidate(schema::CandidateKind::ZuheMoban).createStatement()) || !tx.commit())
+            return false;
+    }
+    // The window reloads its (now empty) table, with the headings of a cleared template.
+    m_workspace.openStored(fildb);
+    m_view = GridView::live();
+    m_view.headings = {QStringLiteral("号码索引"), QStringLiteral("1位"), QStringLiteral("2位"), QStringLiteral("3位"),
+                       QStringLiteral("4位"),     QStringLiteral("5位"), QStringLiteral("6位"), QStringLiteral("7位")};
+    return true;
+}
+
+namespace param_template {
+
+bool addTickets(SqliteDb& fildb, const std::vector<std::array<int, 7>>& tickets) {
+    const QString table = QStringLiteral("zuheMoban");
+    if (!fildb.tableExists(table)) return false;
+    SqliteTransaction tx(fildb);
+    if (!tx.active()) return false;
+    // select distinct ... into Tmp: the distinct tickets in the order of their numbers.
+    std::set<std::array<int, 7>> distinct(tickets.begin(), tickets.end());
+    {
+        SqliteStatement old(fildb, QStringLiteral("SELECT fig1,fig2,fig3,fig4,fig5,fig6,fig7 FROM [zuheMoban]"));
+        if (!old.ok()) return false;
+        while (old.next()) {
+            std::array<int, 7> k{};
+            for (int c = 0; c < 7; ++c) k[static_cast<size_t>(c)] = old.integer(c);
+            distinct.insert(k);
+        }
+    }
+    if (!fildb.exec(QStringLiteral("DROP TABLE [zuheMoban]"))) return false;
+    // The seven numbers, then the columns added back one by one; fliter does not come back.
+    TableDef def{table, {}};
+    using T = ColumnType;
+    for (int c = 1; c <= 7; ++c) def.columns.append({QStringLiteral("fig%1").arg(c), T::Integer});
+    def.columns += QList<ColumnDef>{{"idx", T::Integer},      {"unslt", T::Bit},          {"canshu", T::Integer},
+                                    {"Numstring", T::String}, {"NumstringHou", T::String}, {"SKnum", T::Integer},
+                                    {"JSqihao", T::Long},     {"preunslt", T::Bit},       {"tmpunslt", T::Bit},
+                                    {"Gpslt", T::Bit},        {"Errnum", T::Integer}};
+    if (!fildb.exec(def.createStatement())) return false;
+    SqliteStatement ins(fildb, QStringLiteral("INSERT INTO [zuheMoban](fig1,fig2,fig3,fig4,fig5,fig6,fig7,idx) "
+                                              "VALUES(?1,?2,?3,?4,?5,?6,?7,?8)"));
+    if (!ins.ok()) return false;
+    qint64 idx = 0;
+    for (const std::array<int, 7>& k : distinct) {
+        for (int c = 0; c < 7; ++c) ins.bind(c + 1, static_cast<qint64>(k[static_cast<size_t>(c)]));
+        ins.bind(8, ++idx);
+        if (!ins.run()) return false;
+    }
+    return tx.commit();
+}
+
+}  // namespace param_template

@@ -1,0 +1,216 @@
+#include "filter/result_grid_model.h"
+
+#include "filter/candidate_kernels.h"
+
+#include <algorithm>
+#include <bit>
+#include <numeric>
+
+namespace {
+
+using Column = GridView::Column;
+constexpr size_t kRankWords = 8;  // one rank entry per 512 rows
+
+const std::vector<Column> kFigures7{Column::Idx,  Column::Fig1, Column::Fig2, Column::Fig3,
+                                    Column::Fig4, Column::Fig5, Column::Fig6, Column::Fig7};
+
+QString fieldName(Column c) {
+    switch (c) {
+        case Column::Idx: return QStringLiteral("idx");
+        case Column::Canshu: return QStringLiteral("canshu");
+        case Column::Fliter: return QStringLiteral("fliter");
+        default: return QStringLiteral("fig%1").arg(static_cast<int>(c));
+    }
+}
+
+GridView withColumns(std::vector<Column> cols) {
+    GridView v;
+    v.columns = std::move(cols);
+    for (Column c : v.columns) v.headings << fieldName(c);
+    return v;
+}
+
+// Sets the heading of grid column `col` when the view has that column, as setting a heading
+// of a column the query lacks does nothing.
+void setHeading(GridView& v, int col, const QString& text) {
+    if (col < v.headings.size()) v.headings[col] = text;
+}
+
+}  // namespace
+
+GridView GridView::firstView(FirstView kind) {
+    GridView v = withColumns(kFigures7);
+    switch (kind) {
+        case FirstView::IdxRange:
+            v.liveOnly = false;
+            v.idxRange = {1, kPageSize};
+            break;
+        case FirstView::Ordered:
+            v.liveOnly = false;
+            v.ordered = true;
+            break;
+        case FirstView::Live: break;
+    }
+    return v;
+}
+
+GridView GridView::live() { return withColumns(kFigures7); }
+
+GridView GridView::afterParameter(param_filter::ViewColumns columns, const QString& heading) {
+    using VC = param_filter::ViewColumns;
+    if (columns == VC::Figures) return live();
+    GridView v = columns == VC::FrontCanshu
+                     ? withColumns({Column::Idx, Column::Fig1, Column::Fig2, Column::Fig3, Column::Fig4, Column::Fig5,
+                                    Column::Canshu})
+                     : withColumns({Column::Idx, Column::Fig1, Column::Fig2, Column::Fig3, Column::Fig4, Column::Fig5,
+                                    Column::Fig6, Column::Fig7, Column::Canshu});
+    setHeading(v, 8, heading);
+    return v;
+}
+
+GridView GridView::page(int64_t n) {
+    GridView v = withColumns({Column::Idx, Column::Fig1, Column::Fig2, Column::Fig3, Column::Fig4, Column::Fig5,
+                              Column::Fig6});
+    v.idxRange = {n * kPageSize + 1, (n + 1) * kPageSize};
+    return v;
+}
+
+GridView GridView::allRows() {
+    std::vector<Column> cols = kFigures7;
+    cols.push_back(Column::Canshu);
+    cols.push_back(Column::Fliter);
+    GridView v = withColumns(std::move(cols));
+    v.liveOnly = false;
+    setHeading(v, 8, QStringLiteral("参数"));
+    setHeading(v, 9, QStringLiteral("过滤缘故"));
+    return v;
+}
+
+ResultGridModel::ResultGridModel(QObject* parent) : QAbstractTableModel(parent) {}
+
+void ResultGridModel::bind(const CandidateTable* table, GridView view) {
+    beginResetModel();
+    m_table = table;
+    m_view = std::move(view);
+    m_painted.clear();
+    m_order.clear();
+    m_rank.clear();
+    m_count = 0;
+    const uint64_t rows = table ? table->rowCount() : 0;
+    m_selected = BitVector(rows);
+    if (table) {
+        const auto un = table->unslt().words();
+        auto sel = m_selected.words();
+        const bool liveOnly = m_view.liveOnly;
+        const auto range = m_view.idxRange;
+        kernels::parallelSlices(rows, [&](uint64_t begin, uint64_t end) {
+            using Word = BitVector::Word;
+            for (uint64_t w = begin / BitVector::kWordBits; w * BitVector::kWordBits < end; ++w) {
+                Word bits = liveOnly ? ~un[w] & m_selected.validMask(w) : m_selected.validMask(w);
+                if (range && bits) {
+                    const uint64_t base = w * BitVector::kWordBits;
+                    for (Word b = bits; b; b &= b - 1) {
+                        const int bit = std::countr_zero(b);
+                        const int64_t idx = table->idxAt(base + static_cast<uint64_t>(bit));
+                        if (idx < range->first || idx > range->second) bits &= ~(Word{1} << bit);
+                    }
+                }
+                sel[w] = bits;
+            }
+        });
+        m_rank.reserve(sel.size() / kRankWords + 1);
+        uint64_t before = 0;
+        for (size_t w = 0; w < sel.size(); ++w) {
+            if (w % kRankWords == 0) m_rank.push_back(static_cast<uint32_t>(before));
+            before += static_cast<uint64_t>(std::popcount(sel[w]));
+        }
+        m_count = before;
+        if (m_view.ordered) {
+            m_order.reserve(m_count);
+            for (size_t w = 0; w < sel.size(); ++w)
+                forEachSetBit(sel[w], w * BitVector::kWordBits, [&](size_t r) { m_order.push_back(static_cast<uint32_t>(r)); });
+            const auto key = [table](uint32_t r) {
+                return std::tuple(table->idxAt(r), table->fig(1)[r], table->fig(2)[r], table->fig(3)[r],
+                                  table->fig(4)[r], table->fig(5)[r]);
+            };
+            std::stable_sort(m_order.begin(), m_order.end(), [&](uint32_t a, uint32_t b) { return key(a) < key(b); });
+        }
+    }
+    endResetModel();
+}
+
+void ResultGridModel::unbind() { bind(nullptr, GridView::live()); }
+
+int ResultGridModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(m_count);
+}
+
+int ResultGridModel::columnCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(m_view.columns.size());
+}
+
+uint64_t ResultGridModel::tableRow(int viewRow) const {
+    const auto k = static_cast<uint64_t>(viewRow);
+    if (!m_order.empty()) return m_order[k];
+    // The block whose rank is the last not above k, then the word, then the bit.
+    const auto it = std::upper_bound(m_rank.begin(), m_rank.end(), static_cast<uint32_t>(k));
+    size_t w = static_cast<size_t>(it - m_rank.begin() - 1) * kRankWords;
+    uint64_t left = k - m_rank[w / kRankWords];
+    const auto sel = m_selected.words();
+    while (true) {
+        const auto c = static_cast<uint64_t>(std::popcount(sel[w]));
+        if (left < c) break;
+        left -= c;
+        ++w;
+    }
+    BitVector::Word word = sel[w];
+    for (uint64_t i = 0; i < left; ++i) word &= word - 1;
+    return w * BitVector::kWordBits + static_cast<uint64_t>(std::countr_zero(word));
+}
+
+int ResultGridModel::viewRowOf(uint64_t row) const {
+    if (!m_table || row >= m_selected.size() || !m_selected.test(row)) return -1;
+    if (!m_order.empty()) {
+        const auto it = std::find(m_order.begin(), m_order.end(), static_cast<uint32_t>(row));
+        return static_cast<int>(it - m_order.begin());
+    }
+    const size_t w = row / BitVector::kWordBits;
+    uint64_t before = m_rank[w / kRankWords];
+    const auto sel = m_selected.words();
+    for (size_t i = w - w % kRankWords; i < w; ++i) before += static_cast<uint64_t>(std::popcount(sel[i]));
+    const BitVector::Word below = (BitVector::Word{1} << (row % BitVector::kWordBits)) - 1;
+    before += static_cast<uint64_t>(std::popcount(sel[w] & below));
+    return static_cast<int>(before);
+}
+
+int32_t ResultGridModel::idxAt(int viewRow) const { return m_table->idxAt(tableRow(viewRow)); }
+
+QVariant ResultGridModel::data(const QModelIndex& index, int role) const {
+    if (!m_table || !index.isValid() || index.row() >= rowCount() || index.column() >= columnCount()) return {};
+    const uint64_t r = tableRow(index.row());
+    if (role == PaintedRole) return m_painted.count(r) != 0;
+    if (role != Qt::DisplayRole) return {};
+    const Column c = m_view.columns[static_cast<size_t>(index.column())];
+    switch (c) {
+        case Column::Idx: return m_table->idxAt(r);
+        case Column::Canshu: return m_table->canshuAt(r);
+        case Column::Fliter: {
+            const ReasonTable::Id id = m_table->fliter()[r];
+            return m_table->reasons().isNull(id) ? QVariant() : QVariant(m_table->reasons().text(id));
+        }
+        default: return int{m_table->fig(static_cast<int>(c))[r]};
+    }
+}
+
+QVariant ResultGridModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return QAbstractTableModel::headerData(section, orientation, role);
+    return m_view.headings.value(section);
+}
+
+void ResultGridModel::setPainted(int viewRow, bool grey) {
+    if (viewRow < 0 || viewRow >= rowCount()) return;
+    const uint64_t r = tableRow(viewRow);
+    if (grey) m_painted.insert(r);
+    else m_painted.erase(r);
+    emit dataChanged(index(viewRow, 0), index(viewRow, columnCount() - 1), {PaintedRole});
+}
