@@ -1,5 +1,8 @@
 #pragma once
 
+#include "filter/zeroed_allocator.h"
+
+#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -21,8 +24,9 @@ public:
 
     void resize(size_t bits, bool value = false) {
         m_bits = bits;
-        m_words.assign(wordsFor(bits), value ? ~Word{0} : Word{0});
-        clearTail();
+        m_words.clear();
+        m_words.resize(wordsFor(bits));
+        if (value) fill(true);
     }
     size_t size() const { return m_bits; }
     size_t wordCount() const { return m_words.size(); }
@@ -58,7 +62,7 @@ public:
 
 private:
     size_t m_bits = 0;
-    std::vector<Word> m_words;
+    ZeroedVector<Word> m_words;
 };
 
 // Calls fn(row) for every set bit of `word`, whose first bit is row `base`.

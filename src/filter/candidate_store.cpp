@@ -14,6 +14,8 @@ namespace {
 using Kind = schema::CandidateKind;
 
 constexpr uint64_t kImageChunkBytes = uint64_t{32} << 20;
+// Rows bound to one INSERT statement (each row has at most 19 parameters).
+constexpr int kRowsPerInsert = 64;
 
 // What a stored column is made from.
 enum class Source { Idx, Fig, Canshu, Numstring, NumstringHou, Sknum, Jsqihao, Fliter, Unslt, Preunslt, Tmpunslt, Gpslt, Errnum, Unknown };
@@ -192,8 +194,9 @@ public:
             m_reasonBytes.push_back(t.reasons().text(static_cast<ReasonTable::Id>(id)).toUtf8());
     }
 
-    void bindRow(sqlite3_stmt* st, uint64_t r) {
-        int i = 0;
+    // Binds row r to the parameters after `offset`.
+    void bindRow(sqlite3_stmt* st, uint64_t r, int offset) {
+        int i = offset;
         for (const BoundColumn& c : m_cols) {
             ++i;
             switch (c.source) {
@@ -251,26 +254,38 @@ SaveResult save(SqliteDb& db, const CandidateTable& table, EngineProgress* progr
     if (!db.exec(def.createStatement())) return {Outcome::Failed, db.lastError()};
 
     const QList<BoundColumn> cols = boundColumns(table);
-    QStringList names, marks;
-    for (int i = 0; i < cols.size(); ++i) {
-        names << QStringLiteral("[%1]").arg(cols[i].name);
-        marks << QStringLiteral("?%1").arg(i + 1);
-    }
-    const QString insert =
-        QStringLiteral("INSERT INTO [%1](%2) VALUES(%3)").arg(fresh, names.join(QLatin1Char(',')), marks.join(QLatin1Char(',')));
-    Stmt st(db, insert);
-    if (!st.ok()) return {Outcome::Failed, st.error()};
+    // Rows go in by multi-row statements: one step per kRowsPerInsert rows.
+    const auto insertFor = [&](int rowsPerStatement) {
+        QStringList names, tuples;
+        for (const BoundColumn& c : cols) names << QStringLiteral("[%1]").arg(c.name);
+        const QString marks = QStringLiteral("(") + QStringList(cols.size(), QStringLiteral("?")).join(QLatin1Char(',')) +
+                              QStringLiteral(")");
+        for (int i = 0; i < rowsPerStatement; ++i) tuples << marks;
+        return QStringLiteral("INSERT INTO [%1](%2) VALUES%3")
+            .arg(fresh, names.join(QLatin1Char(',')), tuples.join(QLatin1Char(',')));
+    };
+    Stmt many(db, insertFor(kRowsPerInsert));
+    Stmt single(db, insertFor(1));
+    if (!many.ok() || !single.ok()) return {Outcome::Failed, many.ok() ? single.error() : many.error()};
     RowWriter writer(table, cols);
+    const auto columns = static_cast<int>(cols.size());
     QString error;
+    const auto step = [&](Stmt& st) {
+        const int rc = sqlite3_step(st.get());
+        sqlite3_reset(st.get());
+        if (rc == SQLITE_DONE) return true;
+        error = st.error();
+        return false;
+    };
     const bool complete = forEachChunk(table.rowCount(), progress, [&](uint64_t begin, uint64_t end) {
-        for (uint64_t r = begin; r < end; ++r) {
-            writer.bindRow(st.get(), r);
-            const int rc = sqlite3_step(st.get());
-            sqlite3_reset(st.get());
-            if (rc != SQLITE_DONE) {
-                error = st.error();
-                return false;
-            }
+        uint64_t r = begin;
+        for (; r + kRowsPerInsert <= end; r += kRowsPerInsert) {
+            for (int i = 0; i < kRowsPerInsert; ++i) writer.bindRow(many.get(), r + static_cast<uint64_t>(i), i * columns);
+            if (!step(many)) return false;
+        }
+        for (; r < end; ++r) {
+            writer.bindRow(single.get(), r, 0);
+            if (!step(single)) return false;
         }
         return true;
     });

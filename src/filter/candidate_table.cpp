@@ -15,12 +15,12 @@ QString twoDigits(const std::array<int, 7>& nums, int count) {
 }  // namespace
 
 CandidateTable::CandidateTable(Kind kind, uint64_t rows) : m_kind(kind), m_rows(rows) {
-    for (int k = 1; k <= figCount(); ++k) m_figs[static_cast<size_t>(k - 1)].assign(rows, 0);
+    for (int k = 1; k <= figCount(); ++k) m_figs[static_cast<size_t>(k - 1)].resize(rows);
     m_unslt.resize(rows);
     m_preunslt.resize(rows);
     m_tmpunslt.resize(rows);
     m_gpslt.resize(rows);
-    m_fliter.assign(rows, ReasonTable::kNull);
+    m_fliter.resize(rows);  // kNull
 }
 
 QString CandidateTable::numstring(uint64_t row) const {

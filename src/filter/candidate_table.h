@@ -2,6 +2,7 @@
 
 #include "filter/bit_vector.h"
 #include "filter/reason_table.h"
+#include "filter/zeroed_allocator.h"
 #include "workspace/schema.h"
 
 #include <QString>
@@ -87,20 +88,20 @@ public:
 
 private:
     template <typename T>
-    std::span<T> allocated(std::vector<T>& v) {
-        if (v.empty() && m_rows > 0) v.assign(m_rows, T{});
+    std::span<T> allocated(ZeroedVector<T>& v) {
+        if (v.empty() && m_rows > 0) v.resize(m_rows);
         return v;
     }
 
     Kind m_kind = Kind::Zuhe;
     uint64_t m_rows = 0;
-    std::array<std::vector<uint8_t>, kMaxFigs> m_figs;
+    std::array<ZeroedVector<uint8_t>, kMaxFigs> m_figs;
     BitVector m_unslt, m_preunslt, m_tmpunslt, m_gpslt;
-    std::vector<ReasonTable::Id> m_fliter;
+    ZeroedVector<ReasonTable::Id> m_fliter;
     ReasonTable m_reasons;
-    std::vector<int16_t> m_canshu, m_sknum, m_errnum;
-    std::vector<int32_t> m_jsqihao;
-    std::vector<int32_t> m_idx;
+    ZeroedVector<int16_t> m_canshu, m_sknum, m_errnum;
+    ZeroedVector<int32_t> m_jsqihao;
+    ZeroedVector<int32_t> m_idx;
     NumstringMode m_numstring = NumstringMode::Null;
     bool m_numstringHou = false;
 };

@@ -6,12 +6,15 @@
 
 #include <algorithm>
 #include <cmath>
+#include <thread>
 
 namespace {
 
 constexpr int kFrontPicks = 5;
 constexpr int kBackPicks = 2;
 constexpr int kSixPicks = 6;
+// From this many rows on the rows are written by two threads.
+constexpr uint64_t kParallelRows = uint64_t{1} << 20;
 
 bool isSix(ExpansionKind k) { return k == ExpansionKind::GAganf || k == ExpansionKind::Gdanaganf; }
 bool withBankers(ExpansionKind k) { return k == ExpansionKind::Gdanagan || k == ExpansionKind::Gdanaganf; }
@@ -177,23 +180,36 @@ ExpansionResult expand(const ExpansionInput& in, EngineProgress* progress, uint6
         }
     } else {
         const auto backs = backChoices(in);
-        constexpr uint64_t kPollRows = uint64_t{1} << 18;
-        uint64_t nextPoll = kPollRows;
-        for (const Slots& s : fronts) {
-            const uint64_t end = r + backs.size();
-            for (int k = 0; k < width; ++k)
-                std::fill(col[static_cast<size_t>(k)] + r, col[static_cast<size_t>(k)] + end, toByte(s[static_cast<size_t>(k + 1)]));
-            for (const auto& [b6, b7] : backs) {
-                col[5][r] = toByte(b6);
-                col[6][r] = toByte(b7);
-                ++r;
+        const uint64_t perFront = backs.size();
+        // Front part i fills rows i * perFront .. (i + 1) * perFront - 1, so the parts can be
+        // written by several threads at once.
+        const auto fill = [&](size_t fBegin, size_t fEnd, EngineProgress* report) {
+            constexpr size_t kPollParts = 4096;
+            for (size_t i = fBegin; i < fEnd; ++i) {
+                const Slots& s = fronts[i];
+                uint64_t at = i * perFront;
+                const uint64_t end = at + perFront;
+                for (int k = 0; k < width; ++k)
+                    std::fill(col[static_cast<size_t>(k)] + at, col[static_cast<size_t>(k)] + end, toByte(s[static_cast<size_t>(k + 1)]));
+                for (const auto& [b6, b7] : backs) {
+                    col[5][at] = toByte(b6);
+                    col[6][at] = toByte(b7);
+                    ++at;
+                }
+                if (report && (i - fBegin) % kPollParts == 0) {
+                    if (report->cancelled()) return false;
+                    report->progress(i * perFront, rows);
+                }
             }
-            if (progress && r >= nextPoll) {
-                nextPoll = r + kPollRows;
-                if (progress->cancelled()) return {};
-                progress->progress(r, rows);
-            }
-        }
+            return true;
+        };
+        const size_t half = rows >= kParallelRows ? fronts.size() / 2 : fronts.size();
+        std::thread second;
+        if (half < fronts.size()) second = std::thread([&] { fill(half, fronts.size(), nullptr); });
+        const bool done = fill(0, half, progress);
+        if (second.joinable()) second.join();
+        if (!done) return {};
+        r = rows;
     }
     Q_ASSERT(r == rows);
     if (progress) progress->progress(rows, rows);

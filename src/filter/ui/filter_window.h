@@ -1,0 +1,107 @@
+#pragma once
+
+#include "filter/filter_instance.h"
+#include "filter/filter_workspace.h"
+#include "filter/param_catalogue.h"
+#include "filter/param_filter.h"
+
+#include <QWidget>
+
+#include <memory>
+
+class Prompter;
+class QAbstractItemModel;
+class QCheckBox;
+class QComboBox;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QMenu;
+class QPushButton;
+class QRadioButton;
+class QScrollBar;
+class QTabBar;
+class QTableView;
+class Session;
+
+// The filter window: one class for the seven instances (GAgan, Gdanagan, GAganRote, GAganMb,
+// GAganRead, GAganRoteMb, GAganZhMb). It shows the candidate table that its FilterWorkspace
+// holds, and every control carries its given name.
+class FilterWindow : public QWidget {
+    Q_OBJECT
+public:
+    // `workspace` is opened already (made by an expansion, or loaded from filnum.db).
+    FilterWindow(FilterInstance instance, std::unique_ptr<FilterWorkspace> workspace, Session& session,
+                 Prompter& prompter, QWidget* parent = nullptr);
+    ~FilterWindow() override;
+
+    FilterWorkspace& workspace() { return *m_workspace; }
+    FilterInstance instance() const { return m_instance; }
+
+    // The boxes and choices as the parameter filters read them.
+    ParamWindowState readState() const;
+    // intQianHou from the tab: 1 front, 2 back, 3 both.
+    void setZoneTab(int intQianHou);
+
+    // Runs a parameter button as a left click does.
+    void runParameter(ParamId id);
+    // Refreshes the grid's view and the caption after an action.
+    void refreshView();
+
+signals:
+    void closed();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    QWidget* makeParameterFrame();
+    QWidget* makeOptionsPanel();
+    QWidget* makeSuperFrame();
+    QWidget* makeRangeFrame();
+    QWidget* makeTemplateFrame();
+    QWidget* makeGridPanel();
+    QPushButton* button(const QString& name, const QString& caption, QWidget* parent);
+    void adaptToZone();
+    void runAction(FilterWorkspace::Button which, bool rightButton);
+    void showFirstView();
+
+    FilterInstance m_instance;
+    std::unique_ptr<FilterWorkspace> m_workspace;
+    Session& m_session;
+    Prompter& m_prompter;
+
+    QTabBar* m_tabStrip1 = nullptr;
+    struct ParamRow {
+        ParamId id;
+        QPushButton* button = nullptr;
+        std::array<QLineEdit*, 4> boxes{};
+        QCheckBox* check1 = nullptr;
+        QComboBox* combo1 = nullptr;
+    };
+    std::vector<ParamRow> m_rows;
+    std::array<QCheckBox*, 7> m_chkBt{};
+    std::array<QCheckBox*, 14> m_check2{};  // Check2(4..13) at their own indices
+    QRadioButton* m_keep = nullptr;          // Option1(0)
+    QRadioButton* m_exclude = nullptr;       // Option1(1)
+    QRadioButton* m_logicAnd = nullptr;      // Option37(0)
+    QRadioButton* m_logicOr = nullptr;       // Option37(1)
+    QCheckBox* m_check3 = nullptr;
+    QLineEdit* m_txtRc0 = nullptr;
+    QLineEdit* m_txtRc1 = nullptr;
+    QRadioButton* m_option21 = nullptr;
+    QRadioButton* m_option36 = nullptr;
+    QRadioButton* m_option22 = nullptr;
+    QComboBox* m_combo2 = nullptr;
+    QLineEdit* m_txtZdqj = nullptr;
+    QHash<QString, QPushButton*> m_superButtons;
+    QScrollBar* m_hScroll1 = nullptr;
+    QLabel* m_label3 = nullptr;
+    QTableView* m_grid = nullptr;
+    QLineEdit* m_text1 = nullptr;
+    QRadioButton* m_optZzuhe0 = nullptr;
+    QRadioButton* m_optZzuhe1 = nullptr;
+    QMenu* m_mnuAdm = nullptr;
+    QAbstractItemModel* m_model = nullptr;
+};
