@@ -1,0 +1,251 @@
+// The independent check of the parameter kernels: the window's own statements run in SQLite
+// over a copy of small random candidate tables, and every row's canshu, unslt, preunslt,
+// Errnum and Fliter must equal the engine's.
+#include "param_reference.h"
+
+#include "filter/param_filter.h"
+#include "support/qt_printers.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <numeric>
+#include <random>
+
+namespace {
+
+constexpr uint64_t kRows = 240;
+
+// A table of sorted tickets with some rows as a text file may give them (any order, repeats),
+// random flags, stale canshu and Errnum, and reasons null, empty or set.
+CandidateTable randomTable(std::mt19937& rng) {
+    CandidateTable t(schema::CandidateKind::Zuhe, kRows);
+    std::uniform_int_distribution<int> front(1, 35), back(1, 12), pct(0, 99), small(-3, 40);
+    const QString earlier[] = {QString(), QStringLiteral(""), QStringLiteral("偶数个数大小:3 保留0~2"), QStringLiteral("手工删除")};
+    for (uint64_t r = 0; r < kRows; ++r) {
+        std::array<int, 5> f{};
+        std::array<int, 2> b{};
+        if (pct(rng) < 85) {
+            std::vector<int> pool(35);
+            std::iota(pool.begin(), pool.end(), 1);
+            std::shuffle(pool.begin(), pool.end(), rng);
+            std::copy_n(pool.begin(), 5, f.begin());
+            std::sort(f.begin(), f.end());
+            do {
+                b = {back(rng), back(rng)};
+            } while (b[0] == b[1]);
+            std::sort(b.begin(), b.end());
+        } else {
+            for (int& x : f) x = front(rng);
+            for (int& x : b) x = back(rng);
+        }
+        for (int k = 0; k < 5; ++k) t.fig(k + 1)[r] = static_cast<uint8_t>(f[static_cast<size_t>(k)]);
+        t.fig(6)[r] = static_cast<uint8_t>(b[0]);
+        t.fig(7)[r] = static_cast<uint8_t>(b[1]);
+        t.unslt().set(r, pct(rng) < 30);
+        t.preunslt().set(r, pct(rng) < 50);
+        t.canshu()[r] = static_cast<int16_t>(small(rng));
+        t.errnum()[r] = static_cast<int16_t>(pct(rng) % 4);
+        const QString& why = earlier[pct(rng) % 4];
+        t.fliter()[r] = why.isNull() ? ReasonTable::kNull : t.reasons().intern(why);
+    }
+    return t;
+}
+
+ParamContext randomContext(std::mt19937& rng) {
+    ParamContext c;
+    std::uniform_int_distribution<int> front(1, 35), om(0, 30);
+    for (int i = 0; i < 5; ++i) c.lastDrawFront[static_cast<size_t>(front(rng))] = true;
+    for (int n = 1; n < kNumberSlots; ++n) {
+        c.omissionFront[static_cast<size_t>(n)] = static_cast<int16_t>(om(rng));
+        c.omissionBack[static_cast<size_t>(n)] = static_cast<int16_t>(om(rng));
+    }
+    return c;
+}
+
+// A scale of the values each parameter takes, for limits and lists that catch some rows.
+int scaleOf(ParamId id) {
+    switch (id) {
+        case ParamId::Option23: case ParamId::Option32: case ParamId::Option33: case ParamId::Option39:
+        case ParamId::Option40: case ParamId::Option35: return 150;
+        case ParamId::Option34: return 40;
+        case ParamId::Option13: case ParamId::Option14: case ParamId::Option15: case ParamId::Option16:
+        case ParamId::Option17: case ParamId::Option6: case ParamId::Option7: case ParamId::Option12: return 35;
+        case ParamId::Option24: return 12;
+        default: return 7;
+    }
+}
+
+QString randomLimit(std::mt19937& rng, int scale) {
+    std::uniform_int_distribution<int> v(0, scale), form(0, 9);
+    const int n = v(rng);
+    switch (form(rng)) {
+        case 0: return QString::number(n) + QStringLiteral(".5");
+        case 1: return QStringLiteral("");
+        case 2: return QString::number(n) + QStringLiteral("x");  // the leading number counts
+        default: return QString::number(n);
+    }
+}
+
+QString randomList(std::mt19937& rng, int scale) {
+    std::uniform_int_distribution<int> v(0, scale), count(0, 5), form(0, 9);
+    QStringList parts;
+    const int n = count(rng);
+    for (int i = 0; i < n; ++i) {
+        const int x = v(rng);
+        const int f = form(rng);
+        parts << (f == 0 ? QStringLiteral("0%1").arg(x) : f == 1 ? QStringLiteral("%1.0").arg(x) : QString::number(x));
+        if (f == 2) parts << QString();  // a double blank
+    }
+    return parts.join(QLatin1Char(' '));
+}
+
+ParamWindowState randomState(std::mt19937& rng) {
+    ParamWindowState s = ParamWindowState::defaults();
+    std::uniform_int_distribution<int> pct(0, 99), scope(1, 3);
+    s.scope = static_cast<ZoneScope>(scope(rng));
+    for (bool& b : s.chkBt) b = pct(rng) < 70;
+    for (size_t i = 4; i < s.check2.size(); ++i) s.check2[i] = pct(rng) < 40;
+    s.keep = pct(rng) < 50;
+    s.listMode = pct(rng) < 35;
+    s.logicAnd = pct(rng) < 50;
+    for (const ParamInfo& p : param_catalogue::all()) {
+        const int scale = scaleOf(p.id);
+        auto& b = s.box(p.id);
+        b[0] = randomLimit(rng, scale);
+        b[1] = pct(rng) < 10 ? randomLimit(rng, scale / 3) : QString::number(param_catalogue::leadingNumber(b[0]) + (pct(rng) % (scale / 2 + 1)));
+        b[3] = randomList(rng, scale);
+    }
+    // 自定区间: its interval (3)..(2) and the count limits (0), (1).
+    auto& z = s.box(ParamId::Option66);
+    z[3] = QString::number(pct(rng) % 20);
+    z[2] = QString::number(param_catalogue::leadingNumber(z[3]) + pct(rng) % 20);
+    z[0] = QString::number(pct(rng) % 3);
+    z[1] = QString::number(param_catalogue::leadingNumber(z[0]) + pct(rng) % 4);
+    s.txtZdqj = randomList(rng, 35);
+    return s;
+}
+
+QString describe(const ParamWindowState& s) {
+    QString d = QStringLiteral("scope %1 ticks ").arg(static_cast<int>(s.scope));
+    for (bool b : s.chkBt) d += b ? QLatin1Char('1') : QLatin1Char('0');
+    d += QStringLiteral(" keep %1 list %2 and %3").arg(s.keep).arg(s.listMode).arg(s.logicAnd);
+    return d;
+}
+
+void expectSame(const CandidateTable& t, SqliteDb& db, const QString& what) {
+    const std::vector<param_reference::Row> ref = param_reference::rows(db);
+    ASSERT_EQ(ref.size(), t.rowCount());
+    for (uint64_t r = 0; r < t.rowCount(); ++r) {
+        const param_reference::Row& e = ref[r];
+        const bool engineNull = t.reasons().isNull(t.fliter()[r]);
+        const bool same = e.canshu == t.canshuAt(r) && e.unslt == t.unslt().test(r) &&
+                          e.preunslt == t.preunslt().test(r) && e.errnum == t.errnumAt(r) && e.fliterNull == engineNull &&
+                          e.fliter == t.reasonText(r);
+        ASSERT_TRUE(same) << qPrintable(what) << "\n row " << r << " figs " << int{t.fig(1)[r]} << ' ' << int{t.fig(2)[r]}
+                          << ' ' << int{t.fig(3)[r]} << ' ' << int{t.fig(4)[r]} << ' ' << int{t.fig(5)[r]} << " + "
+                          << int{t.fig(6)[r]} << ' ' << int{t.fig(7)[r]} << "\n statements: canshu " << e.canshu << " unslt "
+                          << e.unslt << " preunslt " << e.preunslt << " Errnum " << e.errnum << " Fliter "
+                          << (e.fliterNull ? "NULL" : qPrintable(e.fliter)) << "\n engine:     canshu " << t.canshuAt(r)
+                          << " unslt " << t.unslt().test(r) << " preunslt " << t.preunslt().test(r) << " Errnum "
+                          << t.errnumAt(r) << " Fliter " << (engineNull ? "NULL" : qPrintable(t.reasonText(r)));
+    }
+}
+
+class ParamStatements : public ::testing::Test {
+protected:
+    void SetUp() override { ASSERT_TRUE(db.open(QStringLiteral(":memory:"), true)); }
+    SqliteDb db;
+};
+
+// Every button, in every scope, with random ticks, both modes, keep and exclude, range and
+// list: one click on a fresh random table each time.
+TEST_F(ParamStatements, EverySingleButtonMatchesItsStatements) {
+    std::mt19937 rng(20240605);
+    for (int trial = 0; trial < 12; ++trial) {
+        for (const ParamInfo& p : param_catalogue::all()) {
+            CandidateTable t = randomTable(rng);
+            const ParamContext ctx = randomContext(rng);
+            const ParamWindowState s = randomState(rng);
+            param_reference::load(db, t);
+            param_reference::runSingle(db, p.id, s, ctx);
+            param_filter::runSingle(t, p.id, s, ctx);
+            expectSame(t, db, QStringLiteral("%1 trial %2: %3").arg(QLatin1String(p.button)).arg(trial).arg(describe(s)));
+            if (HasFatalFailure()) return;
+        }
+    }
+}
+
+// Two buttons one after the other: the second sees the first's canshu (a computation that
+// does not run keeps it) and its dead rows keep the first reason.
+TEST_F(ParamStatements, ButtonsInSequenceMatch) {
+    std::mt19937 rng(77);
+    std::uniform_int_distribution<int> pick(0, kParamCount - 1);
+    for (int trial = 0; trial < 60; ++trial) {
+        CandidateTable t = randomTable(rng);
+        const ParamContext ctx = randomContext(rng);
+        param_reference::load(db, t);
+        QString what;
+        for (int step = 0; step < 3; ++step) {
+            const auto id = static_cast<ParamId>(pick(rng));
+            const ParamWindowState s = randomState(rng);
+            what += QLatin1String(param_catalogue::info(id).button) + QLatin1Char(' ') + describe(s) + QLatin1Char('\n');
+            param_reference::runSingle(db, id, s, ctx);
+            param_filter::runSingle(t, id, s, ctx);
+        }
+        expectSame(t, db, what);
+        if (HasFatalFailure()) return;
+    }
+}
+
+// Option29 with random boxes ticked, all four senses, with and without the tolerance.
+TEST_F(ParamStatements, IntegratedRunsMatch) {
+    std::mt19937 rng(4242);
+    std::uniform_int_distribution<int> pct(0, 99);
+    for (int trial = 0; trial < 120; ++trial) {
+        CandidateTable t = randomTable(rng);
+        const ParamContext ctx = randomContext(rng);
+        ParamWindowState s = randomState(rng);
+        const int density = pct(rng);
+        for (bool& b : s.check1) b = pct(rng) < density;
+        s.check3 = pct(rng) < 50;
+        s.txtRc0 = QStringList{"0", "1", "2", "2.5", "3.5", "7", ""}[pct(rng) % 7];
+        param_reference::load(db, t);
+        param_reference::runIntegrated(db, s, ctx);
+        param_filter::runIntegrated(t, s, ctx);
+        QString boxes;
+        for (int i = 0; i < kCheck1Count; ++i)
+            if (s.check1[static_cast<size_t>(i)]) boxes += QString::number(i) + QLatin1Char(' ');
+        expectSame(t, db, QStringLiteral("trial %1 %2 boxes %3 check3 %4 TxtRc0 %5").arg(trial).arg(describe(s), boxes).arg(s.check3).arg(s.txtRc0));
+        if (HasFatalFailure()) return;
+    }
+}
+
+// The export's front-only companions compute what the front scope's statements compute,
+// whatever tab the window shows.
+TEST_F(ParamStatements, FrontOnlyCompanionsMatchTheFrontStatements) {
+    std::mt19937 rng(99);
+    for (const param_catalogue::RunStep& step : param_catalogue::exportOrder()) {
+        CandidateTable t = randomTable(rng);
+        const ParamContext ctx = randomContext(rng);
+        ParamWindowState s = randomState(rng);
+        ParamWindowState front = s;
+        front.scope = ZoneScope::Front;
+        param_reference::load(db, t);
+        param_kernels::computeAll(param_kernels::compile(step.param, s.computeInputs(), ctx, true), t);
+        // The front tab's button runs the same computation; only canshu is compared.
+        param_reference::runSingle(db, step.param, [&] {
+            ParamWindowState k = front;
+            k.keep = true;
+            k.listMode = s.listMode;
+            k.box(step.param)[0] = QStringLiteral("-1000");
+            k.box(step.param)[1] = QStringLiteral("1000");
+            return k;
+        }(), ctx);
+        const std::vector<param_reference::Row> rows = param_reference::rows(db);
+        for (uint64_t r = 0; r < t.rowCount(); ++r)
+            ASSERT_EQ(rows[r].canshu, t.canshuAt(r)) << param_catalogue::info(step.param).button << " row " << r;
+    }
+}
+
+}  // namespace
