@@ -38,7 +38,9 @@ struct Workspace {
         w.name = kUser;
         session->open(w);
     }
-    QString bundled() const { return QDir(root.historyTextFolder()).filePath(QStringLiteral("大乐透历史开奖号码.txt")); }
+    QString bundled() const {
+        return QDir(root.historyTextFolder()).filePath(QStringLiteral("大乐透历史开奖号码.txt"));
+    }
 };
 
 void BM_WholeImportBundled(benchmark::State& state) {
@@ -49,8 +51,8 @@ void BM_WholeImportBundled(benchmark::State& state) {
         state.PauseTiming();
         QFile::remove(copy);
         state.ResumeTiming();
-        const HistoryActionResult r = HistoryImport(*ws.session, prompter).importFile(HistoryImport::Mode::Whole,
-                                                                                        ws.bundled());
+        const HistoryActionResult r =
+            HistoryImport(*ws.session, prompter).importFile(HistoryImport::Mode::Whole, ws.bundled());
         if (!r.done() || ws.session->drawnum() != 2933) state.SkipWithError("the import failed");
     }
     state.counters["draws"] = ws.session->drawnum();
@@ -75,7 +77,8 @@ void BM_ParametersOfBundled(benchmark::State& state) {
             benchmark::DoNotOptimize(front(frontOf(d), frontOf(p), omission, 35, fit, Path::Append));
             benchmark::DoNotOptimize(back(backOf(d), backOf(p), omission, 12, fit, Path::Append));
             placeQuan(frontOf(d), backOf(d), working);
-            benchmark::DoNotOptimize(both(frontOf(d), backOf(d), working, {}, omission, omission, 35, Path::Append));
+            benchmark::DoNotOptimize(
+                both(frontOf(d), backOf(d), working, {}, omission, omission, 35, Path::Append));
         }
     }
 }

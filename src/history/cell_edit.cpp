@@ -53,12 +53,14 @@ bool fitsBetweenNeighbours(const DrawNumbers& d, int slot, qint64 v, int bitnum,
 // figquan for a back number, fig alone for the issue.
 bool writeCell(SqliteDb& db, int row, int slot, qint64 v) {
     auto update = [&](const char* table, const QString& column) {
-        return db.exec(QStringLiteral("UPDATE [%1] SET [%2]=?1 WHERE [Idx]=?2").arg(QLatin1String(table), column),
-                       {v, row});
+        return db.exec(
+            QStringLiteral("UPDATE [%1] SET [%2]=?1 WHERE [Idx]=?2").arg(QLatin1String(table), column),
+            {v, row});
     };
     if (slot == 0) return update("fig", QStringLiteral("fig0"));
     if (slot <= kFrontSlots)
-        return update("fig", QStringLiteral("fig%1").arg(slot)) && update("figquan", QStringLiteral("fig%1").arg(slot));
+        return update("fig", QStringLiteral("fig%1").arg(slot)) &&
+               update("figquan", QStringLiteral("fig%1").arg(slot));
     return update("fighou", QStringLiteral("fig%1").arg(slot - kFrontSlots)) &&
            update("figquan", QStringLiteral("fig%1").arg(slot));
 }
@@ -90,11 +92,15 @@ bool CellEdit::isEditable(int row, int column) const {
 CellEdit::Commit CellEdit::next(int row, int column, Key key) const {
     const int last = std::max(1, m_session.drawnum());
     switch (key) {
-        case Key::Up: return {{}, std::max(1, row - 1), column};
-        case Key::Down: return {{}, std::min(last, row + 1), column};
-        case Key::Escape: return {{}, row, column};
+        case Key::Up:
+            return {{}, std::max(1, row - 1), column};
+        case Key::Down:
+            return {{}, std::min(last, row + 1), column};
+        case Key::Escape:
+            return {{}, row, column};
         case Key::Enter:
-        case Key::Tab: break;
+        case Key::Tab:
+            break;
     }
     if (column < kLastColumn) return {{}, row, column + 1};
     return {{}, std::min(last, row + 1), kIssueColumn};
@@ -108,7 +114,8 @@ CellEdit::Commit CellEdit::commit(int row, int column, const QString& text, Key 
     const bool isNumber = slot >= 1;
     if (!value || (isNumber && !fitsBetweenNeighbours(current, slot, *value, m_session.bitnum(),
                                                       m_session.bitnumHou()))) {
-        m_prompter.inform(history_texts::kEntryTitle, history_texts::kCellRangeText, Prompter::Icon::Critical);
+        m_prompter.inform(history_texts::kEntryTitle, history_texts::kCellRangeText,
+                          Prompter::Icon::Critical);
         Commit c{{}, row, column};
         c.result.outcome = Outcome::Refused;
         return c;
@@ -119,10 +126,10 @@ CellEdit::Commit CellEdit::commit(int row, int column, const QString& text, Key 
     SqliteDb& db = m_session.lsdb();
     SqliteTransaction tx(db);
     state.history.figarr[static_cast<size_t>(row)][slot] = static_cast<int32_t>(*value);
-    const bool written = tx.active() &&
-                         (!isNumber || moveCount(db, state.stats, slot, oldValue, static_cast<int>(*value))) &&
-                         writeCell(db, row, slot, *value) &&
-                         recompute::paracount(db, state, row, ZoneShape::of(m_session)) && tx.commit();
+    const bool written =
+        tx.active() && (!isNumber || moveCount(db, state.stats, slot, oldValue, static_cast<int>(*value))) &&
+        writeCell(db, row, slot, *value) && recompute::paracount(db, state, row, ZoneShape::of(m_session)) &&
+        tx.commit();
     if (!written) {
         m_prompter.inform(history_texts::kWriteFailedTitle, history_texts::kWriteFailedText,
                           Prompter::Icon::Critical);

@@ -39,7 +39,7 @@ public:
 
     struct Commit {
         HistoryActionResult result;
-        int nextRow = 0;     // the cell the grid moves to
+        int nextRow = 0;  // the cell the grid moves to
         int nextColumn = 0;
     };
 

@@ -90,7 +90,8 @@ HistoryActionResult DrawEntry::submit(const Boxes& boxes) {
                                                            {HistoryView::Back, Denominator::Running},
                                                            {HistoryView::Both, Denominator::Running}};
     for (const auto& [view, denominator] : writers)
-        if (appendRows(lsdb, view, state, drawnum, drawnum, shape, denominator) != WriteStatus::Ok) return failed();
+        if (appendRows(lsdb, view, state, drawnum, drawnum, shape, denominator) != WriteStatus::Ok)
+            return failed();
     QVariantList reduced{drawnum};
     for (int i = 0; i <= kFrontBoxes; ++i) reduced << draw[i];
     if (!fildb.exec(QStringLiteral("INSERT INTO [fig]([Idx],[fig0],[fig1],[fig2],[fig3],[fig4],[fig5]) "

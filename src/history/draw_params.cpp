@@ -227,13 +227,15 @@ int16_t commonToBothZones(const FrontNumbers& x, const BackNumbers& y) {
 
 }  // namespace
 
-DrawParams both(const FrontNumbers& x, const BackNumbers& y, const QuanSlots& working, const QuanSlots& prevWorking,
-                const Omission& slotOmission, const Omission& spreadOmission, int bitnum, Path path) {
+DrawParams both(const FrontNumbers& x, const BackNumbers& y, const QuanSlots& working,
+                const QuanSlots& prevWorking, const Omission& slotOmission, const Omission& spreadOmission,
+                int bitnum, Path path) {
     const std::span<const int> s(working.data() + 1, 7);
     const std::span<const int> prev(prevWorking.data() + 1, 7);
     const std::array<int, 7> plain{x[0], x[1], x[2], x[3], x[4], y[0], y[1]};
     const bool again = path == Path::Recompute;
-    DrawParams p = core(s, again ? prev : std::span<const int>{}, slotOmission, {}, {bitnum / 2.0, false, false});
+    DrawParams p =
+        core(s, again ? prev : std::span<const int>{}, slotOmission, {}, {bitnum / 2.0, false, false});
     // The spread is measured on the plain numbers with YlarrQuan.
     p.intYljz = spread(plain, spreadOmission, false);
     storeDecades(p, p.Qnum, path);

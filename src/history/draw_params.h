@@ -80,8 +80,9 @@ void placeQuan(const FrontNumbers& x, const BackNumbers& y, QuanSlots& working);
 // Cnum, Lnum and Lxnum 0; the recompute path sums Ylarr (the front array), counts Cnum
 // between the working rows of this row and the previous one, and fills Lnum and Lxnum.
 // `spreadOmission` is YlarrQuan in both paths (intYljz is written by the append path only).
-DrawParams both(const FrontNumbers& x, const BackNumbers& y, const QuanSlots& working, const QuanSlots& prevWorking,
-                const Omission& slotOmission, const Omission& spreadOmission, int bitnum, Path path);
+DrawParams both(const FrontNumbers& x, const BackNumbers& y, const QuanSlots& working,
+                const QuanSlots& prevWorking, const Omission& slotOmission, const Omission& spreadOmission,
+                int bitnum, Path path);
 
 // Qnum2 and Qnum3 as each writer stores them: the append path puts 21.. into Qnum2 and
 // leaves Qnum3 at 0; the recompute path stores both as counted.

@@ -24,7 +24,8 @@ HistoryActionResult outcome(Outcome o, GridAction grid = GridAction::None) {
 }
 
 HistoryActionResult writeFailed(Prompter& prompter) {
-    prompter.inform(history_texts::kWriteFailedTitle, history_texts::kWriteFailedText, Prompter::Icon::Critical);
+    prompter.inform(history_texts::kWriteFailedTitle, history_texts::kWriteFailedText,
+                    Prompter::Icon::Critical);
     return outcome(Outcome::Failed);
 }
 
@@ -40,7 +41,9 @@ QString editTextPath(const Session& s) {
 
 bool writeText(const Session& s) { return history_text::writeFile(historyTextPath(s), s.history()); }
 
-QString label12(const Session& s) { return history_texts::label12(static_cast<qint64>(s.history().lastIssue()) + 1); }
+QString label12(const Session& s) {
+    return history_texts::label12(static_cast<qint64>(s.history().lastIssue()) + 1);
+}
 
 HistoryActionResult editText(Session& s, Prompter& prompter) {
     const QString path = editTextPath(s);
@@ -56,8 +59,9 @@ HistoryActionResult editText(Session& s, Prompter& prompter) {
     HistoryState state = HistoryState::of(s);
     SqliteTransaction tx(s.lsdb());
     const int drawnum = state.history.drawnum();
-    if (tx.active() && appendRows(s.lsdb(), HistoryView::Front, state, drawnum + 1, drawnum, ZoneShape::of(s),
-                                  Denominator::Batch) == WriteStatus::Ok &&
+    if (tx.active() &&
+        appendRows(s.lsdb(), HistoryView::Front, state, drawnum + 1, drawnum, ZoneShape::of(s),
+                   Denominator::Batch) == WriteStatus::Ok &&
         tx.commit()) {
         std::move(state).commitTo(s);
         return outcome(Outcome::Done, GridAction::Rebuild);
@@ -85,8 +89,8 @@ namespace {
 void reloadFrontOmission(SqliteDb& db, int bitnum, NumberStats& front) {
     QStringList cols;
     for (int n = 1; n <= bitnum; ++n) cols << QStringLiteral("[ylqs%1]").arg(n);
-    const QList<QVariantList> last =
-        db.rows(QStringLiteral("SELECT %1 FROM [Ylqs] ORDER BY rowid DESC LIMIT 1").arg(cols.join(QLatin1Char(','))));
+    const QList<QVariantList> last = db.rows(
+        QStringLiteral("SELECT %1 FROM [Ylqs] ORDER BY rowid DESC LIMIT 1").arg(cols.join(QLatin1Char(','))));
     if (last.isEmpty()) return;
     for (int n = 1; n <= bitnum; ++n) front.omission[n] = static_cast<int16_t>(last[0].value(n - 1).toInt());
 }
@@ -131,7 +135,8 @@ HistoryActionResult deleteLast(Session& s, Prompter& prompter) {
     if (!recountFront(db, front)) return writeFailed(prompter);
     if (front.total >= 1) {
         recomputePercent(front, s.bitnum());
-        if (!history_store::writeFrequency(db, HistoryView::Front, front, s.bitnum())) return writeFailed(prompter);
+        if (!history_store::writeFrequency(db, HistoryView::Front, front, s.bitnum()))
+            return writeFailed(prompter);
     }
     if (!tx.commit()) return writeFailed(prompter);
 

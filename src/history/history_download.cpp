@@ -36,8 +36,9 @@ bool writeBytes(const QString& path, const QByteArray& bytes) {
 // The draws of the downloaded database's fig, in row order; empty when it has none or one
 // of them cannot be held by the arrays.
 std::optional<std::vector<std::pair<int, DrawNumbers>>> readDraws(SqliteDb& db) {
-    SqliteStatement st(db, QStringLiteral("SELECT [Idx],[fig0],[fig1],[fig2],[fig3],[fig4],[fig5],[fig6],[fig7] "
-                                          "FROM [fig] ORDER BY rowid"));
+    SqliteStatement st(db,
+                       QStringLiteral("SELECT [Idx],[fig0],[fig1],[fig2],[fig3],[fig4],[fig5],[fig6],[fig7] "
+                                      "FROM [fig] ORDER BY rowid"));
     if (!st.ok()) return std::nullopt;
     std::vector<std::pair<int, DrawNumbers>> out;
     while (st.next()) {
@@ -58,11 +59,13 @@ std::optional<std::vector<std::pair<int, DrawNumbers>>> readDraws(SqliteDb& db) 
 // column in the original layout, so the copy stops at the first issue that does not fit.
 bool replaceReducedFig(SqliteDb& fildb, const std::vector<std::pair<int, DrawNumbers>>& draws) {
     fildb.exec(QStringLiteral("DROP TABLE [fig]"));
-    if (!fildb.exec(QStringLiteral("CREATE TABLE [fig]([idx] integer,[fig0] integer,[fig1] integer,[fig2] integer,"
-                                   "[fig3] integer,[fig4] integer,[fig5] integer,[fig6] integer,[fig7] integer)")))
+    if (!fildb.exec(
+            QStringLiteral("CREATE TABLE [fig]([idx] integer,[fig0] integer,[fig1] integer,[fig2] integer,"
+                           "[fig3] integer,[fig4] integer,[fig5] integer,[fig6] integer,[fig7] integer)")))
         return false;
-    SqliteStatement ins(fildb, QStringLiteral("INSERT INTO [fig]([idx],[fig0],[fig1],[fig2],[fig3],[fig4],[fig5],"
-                                              "[fig6],[fig7]) VALUES (?1,?2,?3,?4,?5,?6,?7,?8,?9)"));
+    SqliteStatement ins(fildb,
+                        QStringLiteral("INSERT INTO [fig]([idx],[fig0],[fig1],[fig2],[fig3],[fig4],[fig5],"
+                                       "[fig6],[fig7]) VALUES (?1,?2,?3,?4,?5,?6,?7,?8,?9)"));
     if (!ins.ok()) return false;
     for (const auto& [idx, d] : draws) {
         if (d[0] > std::numeric_limits<int16_t>::max()) break;
@@ -77,14 +80,20 @@ bool replaceReducedFig(SqliteDb& fildb, const std::vector<std::pair<int, DrawNum
 
 const QStringList& HistoryDownload::lstUrlGames() {
     static const QStringList games = QStringLiteral(
-        "安徽风采15选5,安徽风采25选5,安徽体育21选5,楚天风采22选5,福建风采20选5,福建体育22选5,广西风采21选5,"
-        "广西体育20选5,贵州体育21选5,河北体育20选5,河南体育21选5,湖北体育21选5,湖南风采22选5,湖南体育21选5,"
-        "黄河风采20选5,吉林风采21选5,吉林体育21选5,江苏风采15选5,江苏体育22选5,江西风采21选5,江西体育20选5,"
-        "辽宁风采25选4,龙江风采22选5,龙江体育21选5,内蒙风采22选5,南粤风采26选5,齐鲁风采23选5,区域体育联网22选5,"
-        "三晋风采21选5,山东体育21选5,陕西风采21选5,上海体育22选5,天津风采15选5,天津风采25选5,天津体育21选5,"
-        "西北体育22选5,燕赵风采20选5,云贵川天天乐22选5,云南体育21选5,浙江风采15选5,浙江体育20选5,中原风采22选5,"
-        "重庆风采20选5,重庆体育15选5")
-                                          .split(QLatin1Char(','));
+                                         "安徽风采15选5,安徽风采25选5,安徽体育21选5,楚天风采22选5,"
+                                         "福建风采20选5,福建体育22选5,广西风采21选5,"
+                                         "广西体育20选5,贵州体育21选5,河北体育20选5,河南体育21选5,"
+                                         "湖北体育21选5,湖南风采22选5,湖南体育21选5,"
+                                         "黄河风采20选5,吉林风采21选5,吉林体育21选5,江苏风采15选5,"
+                                         "江苏体育22选5,江西风采21选5,江西体育20选5,"
+                                         "辽宁风采25选4,龙江风采22选5,龙江体育21选5,内蒙风采22选5,"
+                                         "南粤风采26选5,齐鲁风采23选5,区域体育联网22选5,"
+                                         "三晋风采21选5,山东体育21选5,陕西风采21选5,上海体育22选5,"
+                                         "天津风采15选5,天津风采25选5,天津体育21选5,"
+                                         "西北体育22选5,燕赵风采20选5,云贵川天天乐22选5,云南体育21选5,"
+                                         "浙江风采15选5,浙江体育20选5,中原风采22选5,"
+                                         "重庆风采20选5,重庆体育15选5")
+                                         .split(QLatin1Char(','));
     return games;
 }
 
@@ -117,7 +126,8 @@ std::optional<QByteArray> HistoryDownload::get(const QUrl& url) const {
 }
 
 HistoryActionResult HistoryDownload::failed() {
-    m_prompter.inform(history_texts::kDownloadTitle, history_texts::kDownloadFailed, Prompter::Icon::Critical);
+    m_prompter.inform(history_texts::kDownloadTitle, history_texts::kDownloadFailed,
+                      Prompter::Icon::Critical);
     HistoryActionResult r;
     r.outcome = Outcome::Failed;
     return r;
@@ -159,8 +169,9 @@ HistoryActionResult HistoryDownload::downloadDatabase() {
     }
     if (!draws) return failed();
     const QString today = QDate::currentDate().toString(QStringLiteral("yyyy-MM-dd"));
-    if (!m_prompter.yesNo(history_texts::kDownloadTitle,
-                          history_texts::downloadDbConfirm(today, draws->front().second[0], draws->back().second[0])))
+    if (!m_prompter.yesNo(
+            history_texts::kDownloadTitle,
+            history_texts::downloadDbConfirm(today, draws->front().second[0], draws->back().second[0])))
         return {};
 
     // The downloaded draws become the history, every view computed as a whole import does.

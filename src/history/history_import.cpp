@@ -54,8 +54,9 @@ HistoryActionResult HistoryImport::run(Mode mode, const HistoryProgress* progres
     const QString question =
         mode == Mode::Whole ? history_texts::kImportWholeQuestion : history_texts::kImportAppendQuestion;
     if (!m_prompter.okCancel(history_texts::kImportTitle, question)) return {};
-    const QString chosen = m_prompter.openFile(history_texts::kOpenDialogTitle,
-                                               m_session.root().historyTextFolder(), history_texts::kOpenDialogFilter);
+    const QString chosen =
+        m_prompter.openFile(history_texts::kOpenDialogTitle, m_session.root().historyTextFolder(),
+                            history_texts::kOpenDialogFilter);
     if (chosen.isEmpty()) return {};
     return importFile(mode, chosen, progress);
 }
@@ -69,7 +70,8 @@ HistoryActionResult HistoryImport::trap(Mode mode, GridAction grid) {
     return r;
 }
 
-HistoryActionResult HistoryImport::importFile(Mode mode, const QString& chosen, const HistoryProgress* progress) {
+HistoryActionResult HistoryImport::importFile(Mode mode, const QString& chosen,
+                                              const HistoryProgress* progress) {
     if (chosen.right(3).toLower() != QLatin1String("txt")) return {};
     const QFileInfo info(chosen);
     const QString user = m_session.curuser();
@@ -85,7 +87,8 @@ HistoryActionResult HistoryImport::importFile(Mode mode, const QString& chosen, 
         const QString date = now.date().toString(QStringLiteral("yyyy-M-d"));
         const QString when = date + now.time().toString(QStringLiteral("H:mm:ss"));
         if (m_prompter.okCancel(history_texts::kImportTitle, history_texts::renameQuestion(user, when))) {
-            const QString aside = dir.filePath(user + QLatin1Char(' ') + date + QStringLiteral("日前 大乐透号码 .TXT"));
+            const QString aside =
+                dir.filePath(user + QLatin1Char(' ') + date + QStringLiteral("日前 大乐透号码 .TXT"));
             QFile::remove(aside);
             QFile::rename(copy, aside);
         }
@@ -102,14 +105,16 @@ HistoryActionResult HistoryImport::importFile(Mode mode, const QString& chosen, 
     return r;
 }
 
-HistoryActionResult HistoryImport::importCopy(Mode mode, const QString& copy, const HistoryProgress* progress) {
+HistoryActionResult HistoryImport::importCopy(Mode mode, const QString& copy,
+                                              const HistoryProgress* progress) {
     // The whole import empties the grid before it reads; it stays so when the read fails.
     const GridAction failedGrid = mode == Mode::Whole ? GridAction::Clear : GridAction::None;
     HistoryState state = HistoryState::of(m_session);
     if (mode == Mode::Whole) state = HistoryState{};
     const int oldcount = state.history.drawnum();
     switch (parseInto(copy, mode, state.history)) {
-        case ParseStatus::Ok: break;
+        case ParseStatus::Ok:
+            break;
         case ParseStatus::SevenNumbers: {
             m_prompter.inform(history_texts::kSevenNumbersTitle, history_texts::kSevenNumbersText,
                               Prompter::Icon::Critical);
@@ -118,7 +123,8 @@ HistoryActionResult HistoryImport::importCopy(Mode mode, const QString& copy, co
             r.grid = failedGrid;
             return r;
         }
-        case ParseStatus::Trap: return trap(mode, failedGrid);
+        case ParseStatus::Trap:
+            return trap(mode, failedGrid);
     }
     const ZoneShape shape = ZoneShape::of(m_session);
     SqliteDb& db = m_session.lsdb();
@@ -129,8 +135,8 @@ HistoryActionResult HistoryImport::importCopy(Mode mode, const QString& copy, co
         s = replaceAllViews(db, state, shape, progress);
     } else {
         const int rows = state.history.drawnum() - oldcount;
-        s = appendRows(db, HistoryView::Front, state, oldcount + 1, state.history.drawnum(), shape, Denominator::Batch,
-                       {progress, 0, rows});
+        s = appendRows(db, HistoryView::Front, state, oldcount + 1, state.history.drawnum(), shape,
+                       Denominator::Batch, {progress, 0, rows});
     }
     if (s == WriteStatus::Cancelled) {
         HistoryActionResult r;

@@ -26,7 +26,8 @@ public:
 
     // From the chosen file on: the suffix test, the workspace's copy of the file, the parse
     // and the writers.
-    HistoryActionResult importFile(Mode mode, const QString& chosen, const HistoryProgress* progress = nullptr);
+    HistoryActionResult importFile(Mode mode, const QString& chosen,
+                                   const HistoryProgress* progress = nullptr);
 
     // The copy that is parsed: "<user> 大乐透号码.TXT" beside the chosen file.
     static QString copyName(const QString& user);

@@ -17,9 +17,12 @@ namespace {
 
 const QStringList& parameterColumns(HistoryView v) {
     switch (v) {
-        case HistoryView::Front: return draw_columns::frontColumns();
-        case HistoryView::Back: return draw_columns::backColumns();
-        case HistoryView::Both: return draw_columns::bothColumns();
+        case HistoryView::Front:
+            return draw_columns::frontColumns();
+        case HistoryView::Back:
+            return draw_columns::backColumns();
+        case HistoryView::Both:
+            return draw_columns::bothColumns();
     }
     return draw_columns::frontColumns();
 }
@@ -98,8 +101,12 @@ bool ViewRowWriter::insertDraw(int idx, qint64 fig0, const DrawNumbers& draw, co
     for (int32_t n : numbersOf(draw, m_view)) st.bind(k++, static_cast<qint64>(n));
     for (const BoundColumn& c : m_st->columns) {
         switch (c.kind) {
-            case BoundColumn::Kind::Single: st.bind(k++, columnValue(p, c.name)); break;
-            case BoundColumn::Kind::Double: st.bind(k++, draw_columns::value(p, c.name).value_or(0.0)); break;
+            case BoundColumn::Kind::Single:
+                st.bind(k++, columnValue(p, c.name));
+                break;
+            case BoundColumn::Kind::Double:
+                st.bind(k++, draw_columns::value(p, c.name).value_or(0.0));
+                break;
             case BoundColumn::Kind::Integer:
                 st.bind(k++, static_cast<qint64>(draw_columns::value(p, c.name).value_or(0.0)));
                 break;
@@ -133,7 +140,8 @@ bool writeFrequency(SqliteDb& db, HistoryView view, const NumberStats& stats, in
     ids.bind(1, static_cast<qint64>(rows));
     std::vector<qint64> rowids;
     while (ids.next()) rowids.push_back(ids.int64(0));
-    SqliteStatement up(db, QStringLiteral("UPDATE [%1] SET [Number]=?1,[gailv]=?2,[Glnum]=?3 WHERE rowid=?4").arg(table));
+    SqliteStatement up(
+        db, QStringLiteral("UPDATE [%1] SET [Number]=?1,[gailv]=?2,[Glnum]=?3 WHERE rowid=?4").arg(table));
     if (!up.ok()) return false;
     for (size_t k = 0; k < rowids.size() && static_cast<int>(k) + 1 < kNumberSlots; ++k) {
         const int n = static_cast<int>(k) + 1;
@@ -165,9 +173,9 @@ std::optional<std::vector<int>> readNumbers(SqliteDb& db, HistoryView view, int 
     const int count = viewInfo(view).numberCount;
     QStringList cols;
     for (int i = 1; i <= count; ++i) cols << QStringLiteral("fig%1").arg(i);
-    const QList<QVariantList> rows =
-        db.rows(QStringLiteral("SELECT %1 FROM [%2] WHERE [Idx] = ?1").arg(bracketed(cols), viewInfo(view).drawTable),
-                {idx});
+    const QList<QVariantList> rows = db.rows(
+        QStringLiteral("SELECT %1 FROM [%2] WHERE [Idx] = ?1").arg(bracketed(cols), viewInfo(view).drawTable),
+        {idx});
     if (rows.isEmpty()) return std::nullopt;
     std::vector<int> out;
     for (const QVariant& v : rows.first()) out.push_back(v.toInt());

@@ -89,7 +89,8 @@ ParsedLine parseLine(QByteArrayView line, int32_t previousIssue) {
 }
 
 std::optional<qint64> leadingValue(QByteArrayView line) {
-    const QByteArray head = line.first(std::min<qsizetype>(kIssueDigits, line.size())).toByteArray().trimmed();
+    const QByteArray head =
+        line.first(std::min<qsizetype>(kIssueDigits, line.size())).toByteArray().trimmed();
     if (head.isEmpty()) return std::nullopt;
     bool ok = false;
     const qint64 v = head.toLongLong(&ok);
@@ -99,7 +100,8 @@ std::optional<qint64> leadingValue(QByteArrayView line) {
 
 QString formatLine(const DrawNumbers& draw) {
     QString line;
-    if (draw[0] > kIssueWithPrefix) line = QStringLiteral("%1 ").arg(draw[0], kIssueDigits, 10, QLatin1Char('0'));
+    if (draw[0] > kIssueWithPrefix)
+        line = QStringLiteral("%1 ").arg(draw[0], kIssueDigits, 10, QLatin1Char('0'));
     for (int i = 1; i <= kNumbersPerLine; ++i) {
         if (i > 1) line += QLatin1Char(' ');
         line += QStringLiteral("%1").arg(draw[static_cast<size_t>(i)], 2, 10, QLatin1Char('0'));

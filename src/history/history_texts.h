@@ -9,17 +9,20 @@ namespace history_texts {
 // Imports (mnuRed, mnuRead).
 inline const QString kImportTitle = QStringLiteral("读入历史");
 inline const QString kImportWholeQuestion = QStringLiteral(
-    "确实要读入历史号码吗？读入后将覆盖原来所输入/读入的历史号，以新的历史号码文件灌装进入作为本用户的历史纪录！"
+    "确实要读入历史号码吗？读入后将覆盖原来所输入/"
+    "读入的历史号，以新的历史号码文件灌装进入作为本用户的历史纪录！"
     "点击'确认'读入,点击'取消'放弃该操作。确要读入请保证安装目录下存在历史号码的文本文件文件。"
     "读取时可能要花费一段时间,请耐心等候！");
 inline const QString kImportAppendQuestion = QStringLiteral(
-    "确实要读入追加历史号码吗？读入时只需要检索历史号码文本中没有灌装如电脑的部分，已灌装期号之前部分将不读取，"
+    "确实要读入追加历史号码吗？读入时只需要检索历史号码文本中没有灌装如电脑的部分，已灌装期号之前部分将不读取"
+    "，"
     "读取部分将追加到原来所输入/读入的历史号后面！点击'确认'读入,点击'取消'放弃该操作。"
     "确要读入请保证安装目录下存在历史号码的文本文件文件。读取时可能要花费一段时间,请耐心等候！");
 inline const QString kOpenDialogTitle = QStringLiteral("打开");
 inline const QString kOpenDialogFilter = QStringLiteral("Text(*.txt)");
 inline const QString kSevenNumbersTitle = QStringLiteral("历史号码文本错误");
-inline const QString kSevenNumbersText = QStringLiteral("请检查您的历史号码文本都是由7个号码组成，中间由空格分开");
+inline const QString kSevenNumbersText =
+    QStringLiteral("请检查您的历史号码文本都是由7个号码组成，中间由空格分开");
 inline const QString kTrapTitle = QStringLiteral("输入错误");
 // The error trap of both imports; the append import still speaks of five numbers.
 inline QString trapText(bool append) {
@@ -42,12 +45,13 @@ inline QString renameQuestion(const QString& user, const QString& dateTime) {
 // Edit text (mnuEdit).
 inline const QString kEditTitle = QStringLiteral("编辑历史");
 inline QString editText(const QString& path) {
-    return QStringLiteral("您将修改该用户原来读取历史号码文件的时候所生成的默认历史号码文本，文件名为：“") + path +
-           QStringLiteral("”修改之后如果需要加载到软件里面请使用“读取历史”功能！");
+    return QStringLiteral("您将修改该用户原来读取历史号码文件的时候所生成的默认历史号码文本，文件名为：“") +
+           path + QStringLiteral("”修改之后如果需要加载到软件里面请使用“读取历史”功能！");
 }
 inline const QString kEditMissingTitle = QStringLiteral("编辑出错！");
 inline const QString kEditMissingText = QStringLiteral(
-    "您目前还没有生成历史号码文本，只有“读取历史”找到您当地的历史开奖号码并读入软件之后才能将该历史号码作为您的默认"
+    "您目前还没有生成历史号码文本，只有“读取历史”找到您当地的历史开奖号码并读入软件之后才能将该历史号码作为您"
+    "的默认"
     "历史号码！是否读取当地历史号码？");
 
 // Empty the list (meuCln).
@@ -57,7 +61,8 @@ inline const QString kClearText = QStringLiteral("确实要清空吗,确认后�
 // Manual entry (MaskEdBox1) and cell editing (Text1).
 inline const QString kEntryTitle = QStringLiteral("输入错误!!!");
 inline const QString kEntryMaskText = QStringLiteral(
-    "若需输入个位数,请在前面加0(例如:欲输入'4',结果成为'_4'或'4_'错误,应为'04').请点'放弃输入'按钮重新进行输入!");
+    "若需输入个位数,请在前面加0(例如:欲输入'4',结果成为'_4'或'4_'错误,应为'04').请点'放弃输入'"
+    "按钮重新进行输入!");
 inline const QString kEntryRangeText = QStringLiteral(
     "输入历史号的大小务必在当地的选号范围之内,请点'放弃输入'按钮重新进行输入!若需输入个位数,请在前面加0"
     "(例如:欲输入'4',结果成为'_4'或'4_'错误,应为'04').");
@@ -70,7 +75,8 @@ inline const QString kCellRangeText =
 // Downloads (mnuNew, mnuNewol).
 inline const QString kDownloadTitle = QStringLiteral("历史更新");
 inline const QString kDownloadTextQuestion = QStringLiteral(
-    "您将可以从我们网站直接下载最新的全国各地历史号码数据文件（可以用文本编辑器手工编辑），可能需要花费一段时间！");
+    "您将可以从我们网站直接下载最新的全国各地历史号码数据文件（可以用文本编辑器手工编辑），可能需要花费一段时"
+    "间！");
 inline const QString kDownloadDbQuestion =
     QStringLiteral("您将可以从我们网站直接下载最新的中国体彩大乐透号码，可能需要花费一段时间！");
 inline QString downloadDbConfirm(const QString& date, qint64 first, qint64 last) {
@@ -78,8 +84,8 @@ inline QString downloadDbConfirm(const QString& date, qint64 first, qint64 last)
            QString::number(first) + QStringLiteral(" 至 ") + QString::number(last) +
            QStringLiteral("期，是否确认为当前历史号码？");
 }
-inline const QString kDownloadFailed = QStringLiteral(
-    "操作失败，可能您的计算机未能连上internet或者服务站点下载繁忙，或者计算机读写出错。");
+inline const QString kDownloadFailed =
+    QStringLiteral("操作失败，可能您的计算机未能连上internet或者服务站点下载繁忙，或者计算机读写出错。");
 inline const QString kLstUrlCaption = QStringLiteral("历史号码系统文件列表(双击选中)");
 
 // A database write that failed: nothing was changed.

@@ -13,9 +13,12 @@ const ViewInfo& viewInfo(HistoryView v) {
 
 NumberStats& statsOf(StatsViews& s, HistoryView v) {
     switch (v) {
-        case HistoryView::Front: return s.front;
-        case HistoryView::Back: return s.back;
-        case HistoryView::Both: return s.both;
+        case HistoryView::Front:
+            return s.front;
+        case HistoryView::Back:
+            return s.back;
+        case HistoryView::Both:
+            return s.both;
     }
     return s.front;
 }
@@ -26,9 +29,12 @@ const NumberStats& statsOf(const StatsViews& s, HistoryView v) {
 
 std::vector<DrawParams>& paramsOf(DrawHistory& h, HistoryView v) {
     switch (v) {
-        case HistoryView::Front: return h.front;
-        case HistoryView::Back: return h.back;
-        case HistoryView::Both: return h.both;
+        case HistoryView::Front:
+            return h.front;
+        case HistoryView::Back:
+            return h.back;
+        case HistoryView::Both:
+            return h.both;
     }
     return h.front;
 }

@@ -14,16 +14,17 @@
 
 enum class HistoryView { Front, Back, Both };
 
-inline constexpr std::array<HistoryView, 3> kAllViews{HistoryView::Front, HistoryView::Back, HistoryView::Both};
+inline constexpr std::array<HistoryView, 3> kAllViews{HistoryView::Front, HistoryView::Back,
+                                                      HistoryView::Both};
 
 struct ViewInfo {
     QString drawTable;
     QString omissionTable;
     QString frequencyTable;
-    int firstSlot;       // first Figarr slot of the view's numbers
-    int numberCount;     // numbers per draw in the view
-    int omissionRange;   // omissions grow for 1..this, whatever the zone sizes
-    int frequencyRows;   // rows of the frequency table, one per number
+    int firstSlot;      // first Figarr slot of the view's numbers
+    int numberCount;    // numbers per draw in the view
+    int omissionRange;  // omissions grow for 1..this, whatever the zone sizes
+    int frequencyRows;  // rows of the frequency table, one per number
 };
 
 const ViewInfo& viewInfo(HistoryView v);

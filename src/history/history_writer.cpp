@@ -11,17 +11,15 @@ void HistoryState::commitTo(Session& s) && {
     s.stats() = std::move(stats);
 }
 
-ZoneShape ZoneShape::of(const Session& s) {
-    return {s.bitnum(), s.bitnumHou(), s.fitbase()};
-}
+ZoneShape ZoneShape::of(const Session& s) { return {s.bitnum(), s.bitnumHou(), s.fitbase()}; }
 
 namespace {
 
 using namespace drawparams;
 
 // The parameters of row r in one view by the append path. `working` is the figquan working row.
-std::optional<DrawParams> appendParams(HistoryView view, const HistoryState& state, int r, const ZoneShape& shape,
-                                       QuanSlots& working) {
+std::optional<DrawParams> appendParams(HistoryView view, const HistoryState& state, int r,
+                                       const ZoneShape& shape, QuanSlots& working) {
     const DrawNumbers& d = state.history.figarr[static_cast<size_t>(r)];
     const DrawNumbers& prev = state.history.figarr[static_cast<size_t>(r - 1)];
     switch (view) {
@@ -33,16 +31,16 @@ std::optional<DrawParams> appendParams(HistoryView view, const HistoryState& sta
                         Path::Append);
         case HistoryView::Both:
             placeQuan(frontOf(d), backOf(d), working);
-            return both(frontOf(d), backOf(d), working, {}, state.stats.both.omission, state.stats.both.omission,
-                        shape.bitnum, Path::Append);
+            return both(frontOf(d), backOf(d), working, {}, state.stats.both.omission,
+                        state.stats.both.omission, shape.bitnum, Path::Append);
     }
     return std::nullopt;
 }
 
 }  // namespace
 
-WriteStatus appendRows(SqliteDb& db, HistoryView view, HistoryState& state, int from, int to, const ZoneShape& shape,
-                       Denominator denominator, ProgressSpan progress) {
+WriteStatus appendRows(SqliteDb& db, HistoryView view, HistoryState& state, int from, int to,
+                       const ZoneShape& shape, Denominator denominator, ProgressSpan progress) {
     const ViewInfo& info = viewInfo(view);
     NumberStats& stats = statsOf(state.stats, view);
     std::vector<DrawParams>& params = paramsOf(state.history, view);
@@ -65,11 +63,13 @@ WriteStatus appendRows(SqliteDb& db, HistoryView view, HistoryState& state, int 
     }
     if (denominator == Denominator::DrawCount) stats.total = to * info.numberCount;
     if (!recomputePercent(stats, info.frequencyRows)) return WriteStatus::ZeroDenominator;
-    if (!history_store::writeFrequency(db, view, stats, info.frequencyRows)) return WriteStatus::DatabaseError;
+    if (!history_store::writeFrequency(db, view, stats, info.frequencyRows))
+        return WriteStatus::DatabaseError;
     return WriteStatus::Ok;
 }
 
-WriteStatus replaceAllViews(SqliteDb& db, HistoryState& state, const ZoneShape& shape, const HistoryProgress* progress) {
+WriteStatus replaceAllViews(SqliteDb& db, HistoryState& state, const ZoneShape& shape,
+                            const HistoryProgress* progress) {
     for (HistoryView v : kAllViews) {
         if (!history_store::clearTable(db, viewInfo(v).drawTable) ||
             !history_store::clearTable(db, viewInfo(v).omissionTable))

@@ -17,10 +17,12 @@ QStringList withNumbered(QStringList names, const QString& prefix, int from, int
 
 // Copies the written columns of a recomputed row onto the row in memory; the others keep
 // their values, as they keep them in the table.
-void mergeWritten(std::vector<DrawParams>& params, int pc, const DrawParams& computed, const QStringList& columns) {
+void mergeWritten(std::vector<DrawParams>& params, int pc, const DrawParams& computed,
+                  const QStringList& columns) {
     if (static_cast<int>(params.size()) <= pc) params.resize(static_cast<size_t>(pc) + 1);
     DrawParams& row = params[static_cast<size_t>(pc)];
-    for (const QString& c : columns) draw_columns::setValue(row, c, draw_columns::value(computed, c).value_or(0));
+    for (const QString& c : columns)
+        draw_columns::setValue(row, c, draw_columns::value(computed, c).value_or(0));
 }
 
 const DrawParams* storedRow(const std::vector<DrawParams>& params, int pc) {
@@ -38,39 +40,42 @@ std::array<int, N> firstNumbers(const std::vector<int>& v, size_t offset = 0) {
 
 const QStringList& frontColumns() {
     static const QStringList c = withNumbered(
-        withNumbered({"Znum", "XZnum", "DZnum", "Zjnum", "Zonum", "Zgnum", "Zynum", "Sumgwnum", "Cnum", "Onum", "Jnum",
-                      "Bignum", "Smlnum", "Mornum", "Ltlnum", "Modenum", "Lnum", "Lxnum", "Mxzounum", "Apzounum",
-                      "Fcodp", "R", "a"},
+        withNumbered({"Znum", "XZnum", "DZnum",    "Zjnum",    "Zonum",  "Zgnum",  "Zynum",  "Sumgwnum",
+                      "Cnum", "Onum",  "Jnum",     "Bignum",   "Smlnum", "Mornum", "Ltlnum", "Modenum",
+                      "Lnum", "Lxnum", "Mxzounum", "Apzounum", "Fcodp",  "R",      "a"},
                      QStringLiteral("Qnum"), 0, 3),
         QStringLiteral("Lcz"), 1, 5);
     return c;
 }
 
 const QStringList& backColumns() {
-    static const QStringList c = withNumbered({"Znum", "Zgnum", "Zynum", "Sumgwnum", "Cnum", "Onum", "Jnum", "Bignum",
-                                               "Smlnum", "Mornum", "Ltlnum", "Modenum", "Lnum", "Apzounum"},
-                                              QStringLiteral("Lcz"), 1, 2);
+    static const QStringList c =
+        withNumbered({"Znum", "Zgnum", "Zynum", "Sumgwnum", "Cnum", "Onum", "Jnum", "Bignum", "Smlnum",
+                      "Mornum", "Ltlnum", "Modenum", "Lnum", "Apzounum"},
+                     QStringLiteral("Lcz"), 1, 2);
     return c;
 }
 
 const QStringList& bothColumns() {
-    static const QStringList c =
-        withNumbered({"Znum", "XZnum", "DZnum", "Zjnum", "Zonum", "Zgnum", "Zynum", "Sumgwnum", "Cnum", "Onum",
-                      "Jnum", "Bignum", "Smlnum", "Mornum", "Ltlnum", "Modenum", "Lnum", "Lxnum", "Apzounum", "Fcodp"},
-                     QStringLiteral("Qnum"), 0, 3);
+    static const QStringList c = withNumbered(
+        {"Znum", "XZnum",  "DZnum",  "Zjnum",  "Zonum",  "Zgnum",   "Zynum", "Sumgwnum", "Cnum",     "Onum",
+         "Jnum", "Bignum", "Smlnum", "Mornum", "Ltlnum", "Modenum", "Lnum",  "Lxnum",    "Apzounum", "Fcodp"},
+        QStringLiteral("Qnum"), 0, 3);
     return c;
 }
 
 bool paracount(SqliteDb& db, HistoryState& state, int pc, const ZoneShape& shape) {
     DrawHistory& h = state.history;
     const DrawNumbers zero{};
-    const DrawNumbers& prev = pc - 1 < static_cast<int>(h.figarr.size()) ? h.figarr[static_cast<size_t>(pc - 1)] : zero;
+    const DrawNumbers& prev =
+        pc - 1 < static_cast<int>(h.figarr.size()) ? h.figarr[static_cast<size_t>(pc - 1)] : zero;
 
     // Paracount: fig. Lxnum is not reset first, so a longer run of the old row stays.
     if (const auto x = history_store::readNumbers(db, HistoryView::Front, pc)) {
         const DrawParams* old = storedRow(h.front, pc);
-        const std::optional<DrawParams> p = front(firstNumbers<5>(*x), frontOf(prev), state.stats.front.omission,
-                                                  shape.bitnum, shape.fitbase, Path::Recompute, old ? old->Lxnum : 0);
+        const std::optional<DrawParams> p =
+            front(firstNumbers<5>(*x), frontOf(prev), state.stats.front.omission, shape.bitnum, shape.fitbase,
+                  Path::Recompute, old ? old->Lxnum : 0);
         if (!p) return false;
         if (!history_store::updateParams(db, HistoryView::Front, pc, *p, frontColumns())) return false;
         mergeWritten(h.front, pc, *p, frontColumns());
@@ -80,15 +85,16 @@ bool paracount(SqliteDb& db, HistoryState& state, int pc, const ZoneShape& shape
     if (const auto y = history_store::readNumbers(db, HistoryView::Back, pc)) {
         const DrawParams* frontRow = storedRow(h.front, pc);
         const BackRecompute again{frontRow ? frontRow->Znum : int16_t{0}, shape.bitnum};
-        const DrawParams p = back(firstNumbers<2>(*y), backOf(prev), state.stats.back.omission, shape.bitnumHou,
-                                  shape.fitbase, Path::Recompute, again);
+        const DrawParams p = back(firstNumbers<2>(*y), backOf(prev), state.stats.back.omission,
+                                  shape.bitnumHou, shape.fitbase, Path::Recompute, again);
         if (!history_store::updateParams(db, HistoryView::Back, pc, p, backColumns())) return false;
         mergeWritten(h.back, pc, p, backColumns());
     }
 
     // ParaQuan: both rows from figquan, each placed into a working row that starts at 0.
     if (const auto cur = history_store::readNumbers(db, HistoryView::Both, pc)) {
-        const std::vector<int> before = history_store::readNumbers(db, HistoryView::Both, pc - 1).value_or(std::vector<int>{});
+        const std::vector<int> before =
+            history_store::readNumbers(db, HistoryView::Both, pc - 1).value_or(std::vector<int>{});
         const FrontNumbers x = firstNumbers<5>(*cur);
         const BackNumbers y = firstNumbers<2>(*cur, 5);
         QuanSlots working{};
@@ -96,8 +102,8 @@ bool paracount(SqliteDb& db, HistoryState& state, int pc, const ZoneShape& shape
         placeQuan(x, y, working);
         placeQuan(firstNumbers<5>(before), firstNumbers<2>(before, 5), previous);
         // The slots' omissions come from Ylarr, the front array.
-        const DrawParams p = both(x, y, working, previous, state.stats.front.omission, state.stats.both.omission,
-                                  shape.bitnum, Path::Recompute);
+        const DrawParams p = both(x, y, working, previous, state.stats.front.omission,
+                                  state.stats.both.omission, shape.bitnum, Path::Recompute);
         if (!history_store::updateParams(db, HistoryView::Both, pc, p, bothColumns())) return false;
         mergeWritten(h.both, pc, p, bothColumns());
     }

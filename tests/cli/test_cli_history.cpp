@@ -24,7 +24,8 @@ QStringList lines(const QString& out) { return out.split(QLatin1Char('\n'), Qt::
 TEST(CliHistory, BundledHistoryImportShowAndStats) {
     CliRunner cli;
     ASSERT_EQ(cli.run({"workspace", "create", "王"}).exitCode, 0);
-    const QString bundled = QDir(cli.home()).filePath(QStringLiteral("大乐透历史号码/大乐透历史开奖号码.txt"));
+    const QString bundled =
+        QDir(cli.home()).filePath(QStringLiteral("大乐透历史号码/大乐透历史开奖号码.txt"));
     const CliRun imported = cli.run({"history", "import", bundled});
     ASSERT_EQ(imported.exitCode, 0) << imported.err.toStdString();
     EXPECT_EQ(imported.out, QStringLiteral("2933\n"));
@@ -76,7 +77,8 @@ TEST(CliHistory, EntryEditDeleteClear) {
 
     // fig5 of row 2 from 5 to 30: the row is recomputed.
     EXPECT_EQ(cli.run({"history", "edit", "2", "fig5", "30"}).exitCode, 0);
-    EXPECT_TRUE(lines(cli.run({"history", "show"}).out)[2].startsWith(QStringLiteral("2\t2\t1\t2\t3\t4\t30\t40\t")));
+    EXPECT_TRUE(
+        lines(cli.run({"history", "show"}).out)[2].startsWith(QStringLiteral("2\t2\t1\t2\t3\t4\t30\t40\t")));
     const QStringList hou = lines(cli.run({"history", "show", "--table", "fighou"}).out);
     // fighou.Znum is the front sum plus y2 after an edit.
     EXPECT_TRUE(hou[2].contains(QStringLiteral("\t42\t")));
@@ -97,11 +99,13 @@ TEST(CliHistory, BadFilesChangeNothing) {
     CliRunner cli;
     ASSERT_EQ(cli.run({"workspace", "create", "赵"}).exitCode, 0);
     const QString dir = QDir(cli.home()).filePath(QStringLiteral("files"));
-    const QString good = writeText(dir + "/a", "h.txt", "2007001 22 24 29 31 35 04 11\n2007002 15 22 31 34 35 05 12\n");
+    const QString good =
+        writeText(dir + "/a", "h.txt", "2007001 22 24 29 31 35 04 11\n2007002 15 22 31 34 35 05 12\n");
     ASSERT_EQ(cli.run({"history", "import", good}).out, QStringLiteral("2\n"));
     const QString before = cli.run({"history", "show", "--table", "figquan"}).out;
 
-    const CliRun six = cli.run({"history", "import", writeText(dir + "/b", "h.txt", "2007003 01 02 03 04 05 06\n")});
+    const CliRun six =
+        cli.run({"history", "import", writeText(dir + "/b", "h.txt", "2007003 01 02 03 04 05 06\n")});
     EXPECT_NE(six.exitCode, 0);
     EXPECT_TRUE(six.err.contains(QStringLiteral("请检查您的历史号码文本都是由7个号码组成，中间由空格分开")));
     const CliRun nothing = cli.run({"history", "import", good, "--append"});
@@ -114,7 +118,8 @@ TEST(CliHistory, BadFilesChangeNothing) {
     EXPECT_EQ(cli.run({"history", "show", "--table", "figquan"}).out, before);
 
     const CliRun appended = cli.run(
-        {"history", "import", writeText(dir + "/d", "h.txt", "2007002 15 22 31 34 35 05 12\n2007003 03 04 18 23 32 01 06\n"),
+        {"history", "import",
+         writeText(dir + "/d", "h.txt", "2007002 15 22 31 34 35 05 12\n2007003 03 04 18 23 32 01 06\n"),
          "--append"});
     EXPECT_EQ(appended.out, QStringLiteral("3\n"));
     EXPECT_EQ(lines(cli.run({"history", "show"}).out).size(), 4);

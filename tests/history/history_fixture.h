@@ -51,7 +51,8 @@ protected:
 
     // Imports without the question and the dialog; each import gets a folder of its own so that
     // the workspace's copy of an earlier file does not stand in the way.
-    HistoryActionResult importLines(const QStringList& lines, HistoryImport::Mode mode = HistoryImport::Mode::Whole,
+    HistoryActionResult importLines(const QStringList& lines,
+                                    HistoryImport::Mode mode = HistoryImport::Mode::Whole,
                                     const HistoryProgress* progress = nullptr) {
         QTemporaryDir dir;
         const QString path = QDir(dir.path()).filePath(QStringLiteral("h.txt"));
@@ -66,16 +67,16 @@ protected:
         return session->lsdb().scalar(QStringLiteral("SELECT count(*) FROM [%1]").arg(table)).toInt();
     }
     QVariant cell(const QString& table, const QString& column, int idx) {
-        return session->lsdb().scalar(QStringLiteral("SELECT [%1] FROM [%2] WHERE [Idx]=?1").arg(column, table),
-                                      {idx});
+        return session->lsdb().scalar(
+            QStringLiteral("SELECT [%1] FROM [%2] WHERE [Idx]=?1").arg(column, table), {idx});
     }
     // Every row of every history table as text: equal dumps mean unchanged tables.
     QStringList dump() {
         QStringList out;
-        for (const char* t : {"fig", "fighou", "figquan", "Ylqs", "YlqsHou", "YlqsQuan", "Gailv", "GailvHou",
-                              "GailvQuan"}) {
-            for (const QVariantList& row :
-                 session->lsdb().rows(QStringLiteral("SELECT * FROM [%1] ORDER BY rowid").arg(QLatin1String(t)))) {
+        for (const char* t :
+             {"fig", "fighou", "figquan", "Ylqs", "YlqsHou", "YlqsQuan", "Gailv", "GailvHou", "GailvQuan"}) {
+            for (const QVariantList& row : session->lsdb().rows(
+                     QStringLiteral("SELECT * FROM [%1] ORDER BY rowid").arg(QLatin1String(t)))) {
                 QStringList cells;
                 for (const QVariant& v : row) cells << v.toString();
                 out << QLatin1String(t) + QLatin1Char(':') + cells.join(QLatin1Char(' '));
@@ -92,7 +93,8 @@ protected:
 
 // Equality of the statistics arrays, for "nothing changed" checks.
 inline bool sameStats(const NumberStats& a, const NumberStats& b) {
-    return a.omission == b.omission && a.frequency == b.frequency && a.percent == b.percent && a.total == b.total;
+    return a.omission == b.omission && a.frequency == b.frequency && a.percent == b.percent &&
+           a.total == b.total;
 }
 inline bool sameViews(const StatsViews& a, const StatsViews& b) {
     return sameStats(a.front, b.front) && sameStats(a.back, b.back) && sameStats(a.both, b.both);

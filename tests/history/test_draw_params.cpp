@@ -146,7 +146,8 @@ TEST(BackParams, AppendPath) {
 }
 
 TEST(BackParams, RecomputeUsesTheFrontSumAndMiddle) {
-    const DrawParams p = back({13, 14}, {}, kNoOmission, 24, rules::fitbase(28, 24), Path::Recompute, {97, 28});
+    const DrawParams p =
+        back({13, 14}, {}, kNoOmission, 24, rules::fitbase(28, 24), Path::Recompute, {97, 28});
     EXPECT_EQ(p.Znum, 97 + 14);
     EXPECT_EQ(p.Sumgwnum, 7);
     // The middle is Bitnum/2 = 14, and 14 itself counts as big.
@@ -204,7 +205,8 @@ TEST(QuanParams, CommonNumbersStopAtTheFirstLargerFront) {
     QuanSlots s{};
     placeQuan({3, 11, 19, 24, 33}, {2, 11}, s);
     // 2 meets 3 first and stops; 11 is found.
-    EXPECT_EQ(both({3, 11, 19, 24, 33}, {2, 11}, s, {}, kNoOmission, kNoOmission, 35, Path::Append).Apzounum, 1);
+    EXPECT_EQ(both({3, 11, 19, 24, 33}, {2, 11}, s, {}, kNoOmission, kNoOmission, 35, Path::Append).Apzounum,
+              1);
 }
 
 TEST(QuanParams, ComplexityOverSevenSlotsStartsAt15) {

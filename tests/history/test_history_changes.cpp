@@ -63,14 +63,16 @@ TEST_F(HistoryEntryTest, EntryMessagesStoreNothing) {
 TEST_F(HistoryEntryTest, EntrySortsAndAppendsToEveryTable) {
     ASSERT_TRUE(importLines({"2007001 22 24 29 31 35 04 11", "2007002 15 22 31 34 35 05 12"}).done());
     const NumberStats backBefore = session->stats().back;
-    const HistoryActionResult r = DrawEntry(*session, prompter).submit(boxes({"33", "03", "24", "19", "11", "09", "02"}));
+    const HistoryActionResult r =
+        DrawEntry(*session, prompter).submit(boxes({"33", "03", "24", "19", "11", "09", "02"}));
     ASSERT_TRUE(r.done());
     EXPECT_EQ(r.grid, GridAction::AppendRow);
     EXPECT_TRUE(prompter.messages().isEmpty());
     EXPECT_EQ(session->drawnum(), 3);
     EXPECT_EQ(session->history().figarr[3], (DrawNumbers{2007003, 3, 11, 19, 24, 33, 2, 9}));
     EXPECT_EQ(history_actions::label12(*session), QStringLiteral("在右输入2007004 期历史号码:"));
-    for (const char* t : {"fig", "fighou", "figquan", "Ylqs", "YlqsHou", "YlqsQuan"}) EXPECT_EQ(count(t), 3) << t;
+    for (const char* t : {"fig", "fighou", "figquan", "Ylqs", "YlqsHou", "YlqsQuan"})
+        EXPECT_EQ(count(t), 3) << t;
     EXPECT_EQ(cell("fig", "fig1", 3).toInt(), 3);
     EXPECT_EQ(cell("fighou", "fig1", 3).toInt(), 2);
     EXPECT_EQ(cell("figquan", "fig7", 3).toInt(), 9);
@@ -80,7 +82,8 @@ TEST_F(HistoryEntryTest, EntrySortsAndAppendsToEveryTable) {
     // Glsum = Drawnum x 5; the back view goes on with its own counter.
     EXPECT_EQ(session->stats().front.total, 15);
     EXPECT_EQ(session->stats().back.total, backBefore.total + 2);
-    EXPECT_DOUBLE_EQ(session->lsdb().scalar("SELECT gailv FROM Gailv WHERE Number=35").toDouble(), 2.0 / 15 * 100);
+    EXPECT_DOUBLE_EQ(session->lsdb().scalar("SELECT gailv FROM Gailv WHERE Number=35").toDouble(),
+                     2.0 / 15 * 100);
     EXPECT_EQ(session->stats().front.omission[22], 1);
     EXPECT_EQ(session->stats().front.omission[3], 0);
     // The reduced fig of filnum.db and the history text follow.
@@ -95,8 +98,10 @@ TEST_F(HistoryEntryTest, EntrySortsAndAppendsToEveryTable) {
 }
 
 TEST_F(HistoryEntryTest, HistoryTextRoundTrips) {
-    ASSERT_TRUE(DrawEntry(*session, prompter).submit(boxes({"01", "02", "03", "04", "05", "01", "02"})).done());
-    ASSERT_TRUE(DrawEntry(*session, prompter).submit(boxes({"06", "07", "08", "09", "10", "03", "04"})).done());
+    ASSERT_TRUE(
+        DrawEntry(*session, prompter).submit(boxes({"01", "02", "03", "04", "05", "01", "02"})).done());
+    ASSERT_TRUE(
+        DrawEntry(*session, prompter).submit(boxes({"06", "07", "08", "09", "10", "03", "04"})).done());
     const DrawHistory typed = session->history();
     // Issues 1 and 2 are written without their issue; the import numbers them 1, 2 again.
     const QString text = history_actions::historyTextPath(*session);
@@ -123,8 +128,8 @@ TEST_F(HistoryEntryTest, CellEditRecomputesTheRow) {
 
     // Front 15 -> 16 (column of 前2位).
     const int glsum = session->stats().front.total;
-    const CellEdit::Commit c = edit.commit(2, history_grid::kFirstFrontColumn + 1, QStringLiteral("16"),
-                                           CellEdit::Key::Enter);
+    const CellEdit::Commit c =
+        edit.commit(2, history_grid::kFirstFrontColumn + 1, QStringLiteral("16"), CellEdit::Key::Enter);
     ASSERT_TRUE(c.result.done());
     EXPECT_EQ(c.nextRow, 2);
     EXPECT_EQ(c.nextColumn, history_grid::kFirstFrontColumn + 2);
@@ -162,7 +167,8 @@ TEST_F(HistoryEntryTest, CellEditRefusesNumbersOutOfOrder) {
         const char* text;
     };
     // Equal to a neighbour, beyond the zone, 0, or beyond the back zone.
-    for (const Case& c : {Case{3, "10"}, Case{3, "21"}, Case{6, "36"}, Case{2, "0"}, Case{8, "13"}, Case{7, "12"}}) {
+    for (const Case& c :
+         {Case{3, "10"}, Case{3, "21"}, Case{6, "36"}, Case{2, "0"}, Case{8, "13"}, Case{7, "12"}}) {
         prompter.clear();
         const CellEdit::Commit r = edit.commit(2, c.column, QString::fromLatin1(c.text), CellEdit::Key::Tab);
         EXPECT_EQ(r.result.outcome, Outcome::Refused) << c.column << c.text;
@@ -172,7 +178,8 @@ TEST_F(HistoryEntryTest, CellEditRefusesNumbersOutOfOrder) {
     }
     EXPECT_EQ(dump(), before);
     // Escape changes nothing; the arrows move after the commit; the last column wraps.
-    EXPECT_EQ(edit.commit(2, 3, QStringLiteral("11"), CellEdit::Key::Escape).result.outcome, Outcome::Cancelled);
+    EXPECT_EQ(edit.commit(2, 3, QStringLiteral("11"), CellEdit::Key::Escape).result.outcome,
+              Outcome::Cancelled);
     EXPECT_EQ(dump(), before);
     const CellEdit::Commit up = edit.commit(2, 8, QStringLiteral("11"), CellEdit::Key::Up);
     ASSERT_TRUE(up.result.done());
@@ -195,20 +202,23 @@ TEST_F(HistoryEntryTest, CellEditRefusesNumbersOutOfOrder) {
 TEST_F(HistoryEntryTest, CellEditKeepsALongerOldRun) {
     ASSERT_TRUE(importLines({"2007001 01 02 03 04 05 04 11"}).done());
     EXPECT_EQ(cell("fig", "Lxnum", 1).toInt(), 4);
-    ASSERT_TRUE(CellEdit(*session, prompter).commit(1, 6, QStringLiteral("20"), CellEdit::Key::Enter).result.done());
+    ASSERT_TRUE(
+        CellEdit(*session, prompter).commit(1, 6, QStringLiteral("20"), CellEdit::Key::Enter).result.done());
     EXPECT_EQ(cell("fig", "Lnum", 1).toInt(), 3);
     EXPECT_EQ(cell("fig", "Lxnum", 1).toInt(), 4);
 }
 
 TEST_F(HistoryEntryTest, DeleteTheOnlyDraw) {
-    ASSERT_TRUE(DrawEntry(*session, prompter).submit(boxes({"01", "02", "03", "04", "05", "01", "02"})).done());
+    ASSERT_TRUE(
+        DrawEntry(*session, prompter).submit(boxes({"01", "02", "03", "04", "05", "01", "02"})).done());
     const StatsViews after = session->stats();
     const HistoryActionResult r = history_actions::deleteLast(*session, prompter);
     ASSERT_TRUE(r.done());
     EXPECT_EQ(r.grid, GridAction::Rebuild);
     EXPECT_TRUE(prompter.asked().isEmpty());
     EXPECT_EQ(session->drawnum(), 0);
-    for (const char* t : {"fig", "fighou", "figquan", "Ylqs", "YlqsHou", "YlqsQuan"}) EXPECT_EQ(count(t), 0) << t;
+    for (const char* t : {"fig", "fighou", "figquan", "Ylqs", "YlqsHou", "YlqsQuan"})
+        EXPECT_EQ(count(t), 0) << t;
     // No Ylqs row is left to reload from, and the back view keeps counting the deleted draw.
     EXPECT_TRUE(sameStats(session->stats().back, after.back));
     EXPECT_EQ(session->stats().back.omission[3], 1);

@@ -72,8 +72,9 @@ QByteArray serviceDatabase(const QList<QVariantList>& rows) {
     {
         SqliteDb db;
         EXPECT_TRUE(db.open(path, true));
-        EXPECT_TRUE(db.exec(QStringLiteral("CREATE TABLE fig(Idx integer, fig0 integer, fig1 integer, fig2 integer, "
-                                           "fig3 integer, fig4 integer, fig5 integer, fig6 integer, fig7 integer)")));
+        EXPECT_TRUE(
+            db.exec(QStringLiteral("CREATE TABLE fig(Idx integer, fig0 integer, fig1 integer, fig2 integer, "
+                                   "fig3 integer, fig4 integer, fig5 integer, fig6 integer, fig7 integer)")));
         for (const QVariantList& r : rows)
             EXPECT_TRUE(db.exec(QStringLiteral("INSERT INTO fig VALUES (?1,?2,?3,?4,?5,?6,?7,?8,?9)"), r));
     }
@@ -107,7 +108,8 @@ TEST_F(HistoryDownloadTest, TextListReplacesTheGamesFile) {
     QFile f(target);
     ASSERT_TRUE(f.open(QIODevice::ReadOnly));
     EXPECT_EQ(f.readAll(), text);
-    EXPECT_FALSE(QFile::exists(QDir(home.root.otherHistoryTextFolder()).filePath(kGame + QStringLiteral(".tmp"))));
+    EXPECT_FALSE(
+        QFile::exists(QDir(home.root.otherHistoryTextFolder()).filePath(kGame + QStringLiteral(".tmp"))));
     EXPECT_EQ(prompter.asked().first().title, history_texts::kDownloadTitle);
     EXPECT_EQ(prompter.asked().first().text, history_texts::kDownloadTextQuestion);
     EXPECT_EQ(shown.size(), 44);
@@ -137,8 +139,10 @@ TEST_F(HistoryDownloadTest, FailuresShowOneMessageAndChangeNothing) {
     EXPECT_EQ(download.downloadText([] { return kGame; }).outcome, Outcome::Failed);
     EXPECT_EQ(download.downloadDatabase().outcome, Outcome::Failed);
     EXPECT_EQ(server.requested(), (QStringList{kTextPath, kDbPath}));
-    EXPECT_EQ(prompter.messages(), (QStringList{history_texts::kDownloadFailed, history_texts::kDownloadFailed}));
-    EXPECT_FALSE(QFile::exists(QDir(home.root.otherHistoryTextFolder()).filePath(kGame + QStringLiteral(".Txt"))));
+    EXPECT_EQ(prompter.messages(),
+              (QStringList{history_texts::kDownloadFailed, history_texts::kDownloadFailed}));
+    EXPECT_FALSE(
+        QFile::exists(QDir(home.root.otherHistoryTextFolder()).filePath(kGame + QStringLiteral(".Txt"))));
     // Nobody listens at all.
     prompter.clear();
     download.setHost(QStringLiteral("http://127.0.0.1:1"));
@@ -160,12 +164,15 @@ TEST_F(HistoryDownloadTest, DatabaseReplacesTheHistory) {
     EXPECT_EQ(r.grid, GridAction::Rebuild);
     ASSERT_EQ(prompter.asked().size(), 2);
     EXPECT_EQ(prompter.asked()[1].kind, QStringLiteral("yesNo"));
-    EXPECT_TRUE(prompter.asked()[1].text.startsWith(QStringLiteral("您下载的是：中国体彩大乐透历史号码 截至 ")));
-    EXPECT_TRUE(prompter.asked()[1].text.endsWith(QStringLiteral(" 101 至 2007003期，是否确认为当前历史号码？")));
+    EXPECT_TRUE(
+        prompter.asked()[1].text.startsWith(QStringLiteral("您下载的是：中国体彩大乐透历史号码 截至 ")));
+    EXPECT_TRUE(
+        prompter.asked()[1].text.endsWith(QStringLiteral(" 101 至 2007003期，是否确认为当前历史号码？")));
 
     EXPECT_EQ(session->drawnum(), 3);
     EXPECT_EQ(session->history().figarr[3], (DrawNumbers{2007003, 11, 12, 13, 14, 15, 5, 6}));
-    for (const char* t : {"fig", "fighou", "figquan", "Ylqs", "YlqsHou", "YlqsQuan"}) EXPECT_EQ(count(t), 3) << t;
+    for (const char* t : {"fig", "fighou", "figquan", "Ylqs", "YlqsHou", "YlqsQuan"})
+        EXPECT_EQ(count(t), 3) << t;
     EXPECT_EQ(cell("fig", "Znum", 2).toInt(), 40);
     EXPECT_EQ(cell("fighou", "fig2", 3).toInt(), 6);
     EXPECT_EQ(session->stats().front.total, 15);
@@ -178,17 +185,19 @@ TEST_F(HistoryDownloadTest, DatabaseReplacesTheHistory) {
     ASSERT_TRUE(text.open(QIODevice::ReadOnly));
     EXPECT_EQ(text.readAll(), QByteArray("01 02 03 04 05 01 02\r\n06 07 08 09 10 03 04\r\n"
                                          "2007003 11 12 13 14 15 05 06\r\n"));
-    EXPECT_FALSE(QFile::exists(QDir(session->paths().folder()).filePath(HistoryDownload::downloadedDbName())));
+    EXPECT_FALSE(
+        QFile::exists(QDir(session->paths().folder()).filePath(HistoryDownload::downloadedDbName())));
 }
 
 TEST_F(HistoryDownloadTest, DatabaseDeclinedOrBrokenKeepsTheHistory) {
     ASSERT_TRUE(importLines({"2007001 22 24 29 31 35 04 11"}).done());
     const QStringList before = dump();
     const QByteArray good = serviceDatabase({{1, 2008001, 1, 2, 3, 4, 5, 1, 2}});
-    TinyHttpServer server({{kDbPath, good},
-                           {QStringLiteral("/broken/download/lshm/中国体彩大乐透.mdb"), QByteArray("no database")},
-                           {QStringLiteral("/beyond/download/lshm/中国体彩大乐透.mdb"),
-                            serviceDatabase({{1, 2008001, 1, 2, 3, 4, 37, 1, 2}})}});
+    TinyHttpServer server(
+        {{kDbPath, good},
+         {QStringLiteral("/broken/download/lshm/中国体彩大乐透.mdb"), QByteArray("no database")},
+         {QStringLiteral("/beyond/download/lshm/中国体彩大乐透.mdb"),
+          serviceDatabase({{1, 2008001, 1, 2, 3, 4, 37, 1, 2}})}});
     HistoryDownload download(*session, prompter, kTimeoutMs);
     download.setHost(server.host());
     // OK to download, No to the confirmation.

@@ -32,7 +32,8 @@ TEST(HistoryParser, CountsWhatItFinds) {
     EXPECT_EQ(history_text::parseLine("03 11 19 24 33 02 9", 0).status, ParsedLine::Status::TooFew);
     EXPECT_EQ(history_text::parseLine("03 11 19 24 33 02 09 10", 0).status, ParsedLine::Status::TooMany);
     // Digits left over from a long issue become a number of their own.
-    EXPECT_EQ(history_text::parseLine("9999999999 03 11 19 24 33 02 09", 0).status, ParsedLine::Status::TooMany);
+    EXPECT_EQ(history_text::parseLine("9999999999 03 11 19 24 33 02 09", 0).status,
+              ParsedLine::Status::TooMany);
     EXPECT_TRUE(history_text::isBlank(" \t "));
     EXPECT_EQ(history_text::leadingValue("2004014 03"), 2004014);
     EXPECT_FALSE(history_text::leadingValue("03 11 19 24").has_value());
@@ -48,13 +49,14 @@ TEST(HistoryParser, WritetextLines) {
 using HistoryImportTest = HistoryFixture;
 
 TEST_F(HistoryImportTest, WholeImportFillsTheThreeViews) {
-    const HistoryActionResult r = importLines({"2007001 22 24 29 31 35 04 11", "", "2007002 15 22 31 34 35 05 12",
-                                               "2007003 03 04 18 23 32 01 06"});
+    const HistoryActionResult r = importLines(
+        {"2007001 22 24 29 31 35 04 11", "", "2007002 15 22 31 34 35 05 12", "2007003 03 04 18 23 32 01 06"});
     ASSERT_TRUE(r.done());
     EXPECT_EQ(r.grid, GridAction::Rebuild);
     EXPECT_EQ(r.rowsAdded, 3);
     EXPECT_EQ(session->drawnum(), 3);
-    for (const char* t : {"fig", "fighou", "figquan", "Ylqs", "YlqsHou", "YlqsQuan"}) EXPECT_EQ(count(t), 3) << t;
+    for (const char* t : {"fig", "fighou", "figquan", "Ylqs", "YlqsHou", "YlqsQuan"})
+        EXPECT_EQ(count(t), 3) << t;
     EXPECT_EQ(cell("fig", "fig0", 2).toInt(), 2007002);
     EXPECT_EQ(cell("fighou", "fig2", 3).toInt(), 6);
     EXPECT_EQ(cell("figquan", "fig7", 1).toInt(), 11);
@@ -73,7 +75,8 @@ TEST_F(HistoryImportTest, WholeImportFillsTheThreeViews) {
     EXPECT_EQ(session->stats().front.total, 15);
     EXPECT_EQ(session->stats().back.total, 6);
     EXPECT_EQ(session->stats().both.total, 21);
-    EXPECT_DOUBLE_EQ(session->lsdb().scalar("SELECT gailv FROM Gailv WHERE Number=35").toDouble(), 2.0 / 15 * 100);
+    EXPECT_DOUBLE_EQ(session->lsdb().scalar("SELECT gailv FROM Gailv WHERE Number=35").toDouble(),
+                     2.0 / 15 * 100);
     EXPECT_EQ(session->lsdb().scalar("SELECT Glnum FROM GailvQuan WHERE Number=4").toInt(), 2);
     EXPECT_FALSE(session->picbuilt);
 }
@@ -145,9 +148,10 @@ TEST_F(HistoryImportTest, EmptyFileEndsInTheTrap) {
 TEST_F(HistoryImportTest, AppendSkipsOldIssuesAndWritesFigOnly) {
     ASSERT_TRUE(importLines({"2007001 22 24 29 31 35 04 11", "2007002 15 22 31 34 35 05 12"}).done());
     const QStringList hou = dump().filter("fighou:");
-    const HistoryActionResult r = importLines({"2007001 01 02 03 04 05 06 07", "2007002 01 02 03 04 05 06 07",
-                                               "2007003 03 04 18 23 32 01 06", "2007004 05 06 07 08 09 01 02"},
-                                              Mode::Append);
+    const HistoryActionResult r =
+        importLines({"2007001 01 02 03 04 05 06 07", "2007002 01 02 03 04 05 06 07",
+                     "2007003 03 04 18 23 32 01 06", "2007004 05 06 07 08 09 01 02"},
+                    Mode::Append);
     ASSERT_TRUE(r.done());
     EXPECT_EQ(r.rowsAdded, 2);
     EXPECT_EQ(r.grid, GridAction::None);
@@ -236,11 +240,12 @@ TEST_F(HistoryImportTest, QuestionDialogAndTheWorkspaceCopy) {
     const HistoryActionResult r = import.run(Mode::Append);
     EXPECT_EQ(r.outcome, Outcome::StartAgain);
     EXPECT_EQ(prompter.asked()[0].text, history_texts::kImportAppendQuestion);
-    EXPECT_TRUE(prompter.asked()[2].text.startsWith(QStringLiteral("读取的历史号码将保存为名为: 张三 大乐透号码.TXT")));
-    const QString aside = QDir(files.path())
-                              .filePath(kUser + QLatin1Char(' ') +
-                                        QDate::currentDate().toString(QStringLiteral("yyyy-M-d")) +
-                                        QStringLiteral("日前 大乐透号码 .TXT"));
+    EXPECT_TRUE(prompter.asked()[2].text.startsWith(
+        QStringLiteral("读取的历史号码将保存为名为: 张三 大乐透号码.TXT")));
+    const QString aside =
+        QDir(files.path())
+            .filePath(kUser + QLatin1Char(' ') + QDate::currentDate().toString(QStringLiteral("yyyy-M-d")) +
+                      QStringLiteral("日前 大乐透号码 .TXT"));
     EXPECT_TRUE(QFile::exists(aside));
     EXPECT_FALSE(QFile::exists(copy));
     // Started again, the import goes through (and finds nothing new).
@@ -250,12 +255,14 @@ TEST_F(HistoryImportTest, QuestionDialogAndTheWorkspaceCopy) {
     EXPECT_TRUE(QFile::exists(copy));
     // A missing file ends in the trap.
     prompter.clear();
-    EXPECT_EQ(import.importFile(Mode::Whole, QDir(files.path()).filePath("missing.txt")).outcome, Outcome::Failed);
+    EXPECT_EQ(import.importFile(Mode::Whole, QDir(files.path()).filePath("missing.txt")).outcome,
+              Outcome::Failed);
     EXPECT_EQ(prompter.messages(), QStringList{history_texts::trapText(false)});
 }
 
 TEST_F(HistoryImportTest, BundledHistoryImportsWhole) {
-    const QString bundled = QDir(home.root.historyTextFolder()).filePath(QStringLiteral("大乐透历史开奖号码.txt"));
+    const QString bundled =
+        QDir(home.root.historyTextFolder()).filePath(QStringLiteral("大乐透历史开奖号码.txt"));
     ASSERT_TRUE(QFile::exists(bundled));
     prompter.answer(true).answer(bundled);
     const HistoryActionResult r = HistoryImport(*session, prompter).run(Mode::Whole);
@@ -264,7 +271,8 @@ TEST_F(HistoryImportTest, BundledHistoryImportsWhole) {
     EXPECT_EQ(session->drawnum(), 2933);
     EXPECT_EQ(session->history().lastIssue(), 2026115);
     EXPECT_EQ(history_actions::label12(*session), QStringLiteral("在右输入2026116 期历史号码:"));
-    for (const char* t : {"fig", "fighou", "figquan", "Ylqs", "YlqsHou", "YlqsQuan"}) EXPECT_EQ(count(t), 2933) << t;
+    for (const char* t : {"fig", "fighou", "figquan", "Ylqs", "YlqsHou", "YlqsQuan"})
+        EXPECT_EQ(count(t), 2933) << t;
     EXPECT_EQ(cell("fig", "fig0", 2933).toInt(), 2026115);
     EXPECT_EQ(cell("fighou", "fig1", 2933).toInt(), 6);
     EXPECT_NEAR(session->lsdb().scalar("SELECT sum(gailv) FROM Gailv").toDouble(), 100.0, 1e-9);

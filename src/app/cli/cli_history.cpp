@@ -43,7 +43,8 @@ int importCommand(CliContext& ctx, Session& s, const QStringList& args) {
 }
 
 int addCommand(CliContext& ctx, Session& s, const QStringList& args) {
-    if (args.size() != 1 + DrawEntry::kBoxes) return ctx.fail(QStringLiteral("usage: history add N1 N2 N3 N4 N5 N6 N7"));
+    if (args.size() != 1 + DrawEntry::kBoxes)
+        return ctx.fail(QStringLiteral("usage: history add N1 N2 N3 N4 N5 N6 N7"));
     DrawEntry::Boxes boxes;
     for (int i = 0; i < DrawEntry::kBoxes; ++i) {
         // A number typed as one digit is given its leading 0; "_" stands for an empty position.
@@ -67,7 +68,8 @@ int gridColumn(const QString& name) {
 }
 
 int editCommand(CliContext& ctx, Session& s, const QStringList& args) {
-    if (args.size() != 4) return ctx.fail(QStringLiteral("usage: history edit IDX COLUMN VALUE (COLUMN fig0..fig7)"));
+    if (args.size() != 4)
+        return ctx.fail(QStringLiteral("usage: history edit IDX COLUMN VALUE (COLUMN fig0..fig7)"));
     bool ok = false;
     const int row = args[1].toInt(&ok);
     const int column = gridColumn(args[2]);
@@ -80,9 +82,12 @@ int editCommand(CliContext& ctx, Session& s, const QStringList& args) {
 
 QString cellText(const QVariant& v) {
     switch (v.typeId()) {
-        case QMetaType::UnknownType: return {};
-        case QMetaType::Double: return QString::number(v.toDouble(), 'g', QLocale::FloatingPointShortest);
-        default: return v.toString();
+        case QMetaType::UnknownType:
+            return {};
+        case QMetaType::Double:
+            return QString::number(v.toDouble(), 'g', QLocale::FloatingPointShortest);
+        default:
+            return v.toString();
     }
 }
 
@@ -134,18 +139,22 @@ int historyCommand(CliContext& ctx, const QStringList& args) {
     if (sub == QLatin1String("edit")) return editCommand(ctx, *s, args);
     if (sub == QLatin1String("delete-last")) {
         if (s->drawnum() == 0) return ctx.fail(QStringLiteral("the history holds no draw"));
-        return finish(ctx, history_actions::deleteLast(*s, ctx.prompter), *s, QStringLiteral("nothing deleted"));
+        return finish(ctx, history_actions::deleteLast(*s, ctx.prompter), *s,
+                      QStringLiteral("nothing deleted"));
     }
     if (sub == QLatin1String("clear"))
-        return finish(ctx, history_actions::clearList(*s, ctx.prompter), *s, QStringLiteral("nothing cleared"));
+        return finish(ctx, history_actions::clearList(*s, ctx.prompter), *s,
+                      QStringLiteral("nothing cleared"));
     if (sub == QLatin1String("show")) return showCommand(ctx, *s, args);
     if (sub == QLatin1String("download")) return downloadCommand(ctx, *s, args, false);
     if (sub == QLatin1String("download-db")) return downloadCommand(ctx, *s, args, true);
-    return ctx.fail(QStringLiteral("usage: history import|add|edit|delete-last|clear|show|download|download-db"));
+    return ctx.fail(
+        QStringLiteral("usage: history import|add|edit|delete-last|clear|show|download|download-db"));
 }
 
 int statsCommand(CliContext& ctx, const QStringList& args) {
-    if (args.value(0) != QLatin1String("show")) return ctx.fail(QStringLiteral("usage: stats show [--view front|back|both]"));
+    if (args.value(0) != QLatin1String("show"))
+        return ctx.fail(QStringLiteral("usage: stats show [--view front|back|both]"));
     Session* s = ctx.session();
     if (!s) return 1;
     bool given = false;
@@ -168,14 +177,15 @@ int statsCommand(CliContext& ctx, const QStringList& args) {
 
 const CliGroupRegistrar historyGroup(
     {QStringLiteral("history"),
-     QStringLiteral("  history import FILE [--append]\n"
-                    "  history add N1 N2 N3 N4 N5 N6 N7\n"
-                    "  history edit IDX COLUMN VALUE      (COLUMN fig0 for the issue, fig1..fig7 the numbers)\n"
-                    "  history delete-last\n"
-                    "  history clear\n"
-                    "  history show [--table fig|fighou|figquan]\n"
-                    "  history download NAME [--host URL]\n"
-                    "  history download-db [--host URL]\n"),
+     QStringLiteral(
+         "  history import FILE [--append]\n"
+         "  history add N1 N2 N3 N4 N5 N6 N7\n"
+         "  history edit IDX COLUMN VALUE      (COLUMN fig0 for the issue, fig1..fig7 the numbers)\n"
+         "  history delete-last\n"
+         "  history clear\n"
+         "  history show [--table fig|fighou|figquan]\n"
+         "  history download NAME [--host URL]\n"
+         "  history download-db [--host URL]\n"),
      historyCommand});
 const CliGroupRegistrar statsGroup({QStringLiteral("stats"),
                                     QStringLiteral("  stats show [--view front|back|both]\n"), statsCommand});
