@@ -154,7 +154,7 @@ HistoryActionResult HistoryDownload::downloadText(const GameChooser& chooseGame)
     return r;
 }
 
-HistoryActionResult HistoryDownload::downloadDatabase() {
+HistoryActionResult HistoryDownload::downloadDatabase(const HistoryProgress* progress) {
     if (!m_prompter.okCancel(history_texts::kDownloadTitle, history_texts::kDownloadDbQuestion)) return {};
     const std::optional<QByteArray> bytes = get(endpoint(kDbPath));
     if (!bytes) return failed();
@@ -182,7 +182,9 @@ HistoryActionResult HistoryDownload::downloadDatabase() {
     SqliteTransaction lsTx(lsdb);
     SqliteTransaction filTx(fildb);
     if (!lsTx.active() || !filTx.active()) return failed();
-    if (replaceAllViews(lsdb, state, ZoneShape::of(m_session)) != WriteStatus::Ok) return failed();
+    const WriteStatus written = replaceAllViews(lsdb, state, ZoneShape::of(m_session), progress);
+    if (written == WriteStatus::Cancelled) return {};
+    if (written != WriteStatus::Ok) return failed();
     if (!replaceReducedFig(fildb, *draws)) return failed();
     if (!lsTx.commit()) return failed();
     filTx.commit();

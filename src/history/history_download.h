@@ -6,6 +6,7 @@
 // message and leaves the history as it was.
 
 #include "history/history_result.h"
+#include "history/progress.h"
 
 #include <QByteArray>
 #include <QString>
@@ -40,8 +41,8 @@ public:
     // mnuNewol: the question, the GET of the database, the player's confirmation of its first
     // and last issue, then the history replaced by its draws (all three views recomputed, as a
     // whole import does), the reduced fig of filnum.db copied from it, and the history text
-    // rewritten.
-    HistoryActionResult downloadDatabase();
+    // rewritten. The recomputation reports to `progress`; a cancel there changes nothing.
+    HistoryActionResult downloadDatabase(const HistoryProgress* progress = nullptr);
 
     // Uses this host instead of the setting (the command line's --host).
     void setHost(const QString& host) { m_host = host; }
