@@ -10,7 +10,7 @@
 
 namespace {
 
-struct Run {
+struct CliRun {
     int exitCode = -1;
     QString out;
     QString err;
@@ -23,14 +23,14 @@ protected:
 
     QStringList withHome(const QStringList& args) const { return QStringList{QStringLiteral("--home"), home.path()} + args; }
 
-    Run run(const QStringList& args) {
+    CliRun run(const QStringList& args) {
         QProcess p;
         p.start(QStringLiteral(SHUANGQU_CLI), withHome(args));
         EXPECT_TRUE(p.waitForFinished(120000)) << args.join(' ').toStdString();
         return {p.exitCode(), QString::fromUtf8(p.readAllStandardOutput()), QString::fromUtf8(p.readAllStandardError())};
     }
     QString one(const QStringList& args) {
-        const Run r = run(args);
+        const CliRun r = run(args);
         EXPECT_EQ(r.exitCode, 0) << args.join(' ').toStdString() << ": " << r.err.toStdString();
         return r.out.trimmed();
     }
@@ -47,7 +47,7 @@ protected:
 
 TEST_F(CliCandidates, ASequenceOfCallsActsLikeASequenceOfClicks) {
     EXPECT_EQ(one({"expand", "--front", "30,1,9,17,22,3", "--back", "11,4"}), QStringLiteral("6"));
-    Run show = run({"candidates", "show", "--all"});
+    CliRun show = run({"candidates", "show", "--all"});
     ASSERT_EQ(show.exitCode, 0);
     ASSERT_EQ(show.lines().size(), 7);
     EXPECT_EQ(show.lines()[0], QStringLiteral("idx\tfig1\tfig2\tfig3\tfig4\tfig5\tfig6\tfig7\tcanshu\tunslt\tfliter"));
@@ -58,9 +58,13 @@ TEST_F(CliCandidates, ASequenceOfCallsActsLikeASequenceOfClicks) {
     EXPECT_EQ(run({"candidates", "show"}).lines().size(), 1) << "the live view holds the header only";
     EXPECT_EQ(one({"filter", "reset-last"}), QStringLiteral("6"));
     EXPECT_EQ(one({"filter", "invert-last"}), QStringLiteral("0"));
-    EXPECT_EQ(one({"filter", "invert-last"}), QStringLiteral("0")) << "the second press swaps nothing back here";
     show = run({"candidates", "show", "--all"});
     EXPECT_TRUE(show.lines()[6].endsWith(QStringLiteral("\t1\t上次反选-"))) << show.lines()[6].toStdString();
+    // The first press made the state before it the reference: the second swaps back.
+    EXPECT_EQ(one({"filter", "invert-last"}), QStringLiteral("6"));
+    show = run({"candidates", "show", "--all"});
+    EXPECT_TRUE(show.lines()[6].endsWith(QStringLiteral("\t0\t上次反选-上次反选-"))) << show.lines()[6].toStdString();
+    EXPECT_EQ(one({"filter", "invert-all"}), QStringLiteral("0"));
     EXPECT_EQ(one({"filter", "reset-all"}), QStringLiteral("6"));
     EXPECT_TRUE(run({"candidates", "show"}).lines()[3].endsWith(QStringLiteral("\t0\t")));
 
@@ -77,7 +81,7 @@ TEST_F(CliCandidates, ASequenceOfCallsActsLikeASequenceOfClicks) {
 }
 
 TEST_F(CliCandidates, DisabledEntriesAndBadInputFail) {
-    Run r = run({"expand", "--front", "1,2,3,4,5", "--back", "1,2"});
+    CliRun r = run({"expand", "--front", "1,2,3,4,5", "--back", "1,2"});
     EXPECT_NE(r.exitCode, 0);
     EXPECT_TRUE(r.err.contains(QStringLiteral("mnuLst"))) << r.err.toStdString();
     r = run({"expand", "--front", "1,2,3,4,5,36", "--back", "1,2"});
@@ -92,7 +96,7 @@ TEST_F(CliCandidates, PagesOfTenThousand) {
     // C(10, 5) * C(12, 2) = 252 * 66 = 16632 rows: two pages.
     EXPECT_EQ(one({"expand", "--front", "1,2,3,4,5,6,7,8,9,10", "--back", "1,2,3,4,5,6,7,8,9,10,11,12"}),
               QStringLiteral("16632"));
-    const Run page2 = run({"candidates", "show", "--page", "2"});
+    const CliRun page2 = run({"candidates", "show", "--page", "2"});
     ASSERT_EQ(page2.lines().size(), 1 + 6632);
     EXPECT_TRUE(page2.lines()[1].startsWith(QStringLiteral("10001\t")));
 }
