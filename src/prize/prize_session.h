@@ -1,0 +1,31 @@
+#pragma once
+
+#include "filter/engine_progress.h"
+#include "prize/prize_view.h"
+
+#include <QStringList>
+
+#include <memory>
+
+class Session;
+
+// The check as the main window opens it on a workspace: the stored candidate table of filnum.db
+// (read, never written), the newest draw of the history in memory, and the prize rules read
+// from the settings again.
+namespace prize_session {
+
+// Whether the menu entry of this table's check is enabled: the table exists.
+bool tableExists(Session& session, schema::CandidateKind kind);
+
+struct Opened {
+    std::unique_ptr<PrizeView> view;
+    // Settings values that were no number (their defaults were used).
+    QStringList ruleProblems;
+};
+Opened open(Session& session, schema::CandidateKind kind, EngineProgress* progress = nullptr);
+
+PrizeSettings settingsOf(Session& session);
+// The workspace folder, where duijiang/ lies.
+QString workspaceFolder(Session& session);
+
+}  // namespace prize_session

@@ -1,0 +1,138 @@
+#include "prize/ui/frm_prize.h"
+
+#include "workspace/prompter.h"
+
+#include <QButtonGroup>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTabBar>
+#include <QVBoxLayout>
+
+namespace {
+constexpr int kPanelWidth = 560;
+constexpr int kPanelHeight = 170;
+const QString kAmountMask = QStringLiteral("9999999;_");
+}  // namespace
+
+AmountField::AmountField(const QString& amount, QWidget* parent) : QLineEdit(amount, parent) {}
+
+void AmountField::enter() {
+    if (m_entered) return;
+    m_entered = true;
+    clear();
+    setInputMask(kAmountMask);
+}
+
+void AmountField::focusInEvent(QFocusEvent* event) {
+    enter();
+    QLineEdit::focusInEvent(event);
+}
+
+FrmPrize::FrmPrize(PrizeSettings settings, Prompter& prompter, QWidget* parent)
+    : QDialog(parent), m_form(std::move(settings)), m_prompter(prompter) {
+    setObjectName(QStringLiteral("frmPrize"));
+    setWindowTitle(PrizeRulesForm::kCaption);
+    auto* layout = new QVBoxLayout(this);
+    m_tabs = new QTabBar(this);
+    m_tabs->setObjectName(QStringLiteral("tbsOptions"));
+    for (int tab = 0; tab < prize::kSlots; ++tab) {
+        const PrizeSlotDefault& d = prize::kDefaults[static_cast<size_t>(tab)];
+        m_tabs->addTab(QString::fromUtf8(d.tabCaption));
+        m_tabs->setTabToolTip(tab, QString::fromUtf8(d.tabTip));
+        m_tabs->setTabData(tab, QString::fromUtf8(d.tabKey));
+    }
+    layout->addWidget(m_tabs);
+    // The panels lie on top of each other; the tab strip moves one into view.
+    auto* stage = new QWidget(this);
+    stage->setMinimumSize(kInViewX + kPanelWidth, kPanelHeight);
+    for (int tab = 0; tab < prize::kSlots; ++tab) m_panels << makePanel(tab, stage);
+    layout->addWidget(stage);
+    auto* cmdOK = new QPushButton(QStringLiteral("确定(&O)"), this);
+    cmdOK->setObjectName(QStringLiteral("cmdOK"));
+    connect(cmdOK, &QPushButton::clicked, this, &FrmPrize::storeAndClose);
+    layout->addWidget(cmdOK, 0, Qt::AlignRight);
+    auto* note = new QLabel(PrizeRulesForm::kNote, this);
+    note->setObjectName(QStringLiteral("Label3"));
+    note->setWordWrap(true);
+    layout->addWidget(note);
+    connect(m_tabs, &QTabBar::currentChanged, this, &FrmPrize::selectTab);
+    selectTab(0);
+}
+
+QWidget* FrmPrize::makePanel(int tab, QWidget* parent) {
+    auto* panel = new QWidget(parent);
+    panel->setObjectName(QStringLiteral("Picture1(%1)").arg(tab));
+    panel->resize(kPanelWidth, kPanelHeight);
+    auto* h = new QHBoxLayout(panel);
+
+    const auto zoneFrame = [&](const QString& title, const QList<int>& hits, const QList<QString>& names, int ticked,
+                               auto onClick) {
+        auto* frame = new QGroupBox(title, panel);
+        auto* v = new QVBoxLayout(frame);
+        auto* group = new QButtonGroup(frame);
+        for (int i = 0; i < hits.size(); ++i) {
+            auto* option = new QRadioButton(QStringLiteral("%1数选中").arg(hits[i]), frame);
+            option->setObjectName(QStringLiteral("%1(%2)").arg(names[i]).arg(tab));
+            option->setChecked(hits[i] == ticked);
+            group->addButton(option);
+            v->addWidget(option);
+            const int k = hits[i];
+            connect(option, &QRadioButton::clicked, this, [onClick, tab, k] { onClick(tab, k); });
+        }
+        h->addWidget(frame);
+    };
+    zoneFrame(QStringLiteral("前区号"), {1, 2, 3, 4, 5},
+              {QStringLiteral("Option1"), QStringLiteral("Option2"), QStringLiteral("Option3"), QStringLiteral("Option4"),
+               QStringLiteral("Option5")},
+              m_form.frontOption(tab), [this](int t, int k) { m_form.clickFront(t, k); });
+    zoneFrame(QStringLiteral("后区号"), {1, 2}, {QStringLiteral("Option21"), QStringLiteral("Option22")},
+              m_form.backOption(tab), [this](int t, int k) { m_form.clickBack(t, k); });
+
+    auto* right = new QVBoxLayout;
+    right->addWidget(new QLabel(QStringLiteral("奖项等级设定:"), panel));
+    auto* combo = new QComboBox(panel);
+    combo->setObjectName(QStringLiteral("Combo1(%1)").arg(tab));
+    combo->addItems(PrizeRulesForm::levelItems());
+    // The list opens with nothing chosen, whatever level is stored.
+    combo->setCurrentIndex(-1);
+    connect(combo, &QComboBox::activated, this, [this, tab](int item) { m_form.chooseLevel(tab, item); });
+    right->addWidget(combo);
+    right->addWidget(new QLabel(QStringLiteral("单注中奖金额:"), panel));
+    auto* amount = new AmountField(m_form.amountText(tab), panel);
+    amount->setObjectName(QStringLiteral("MaskEdBox1(%1)").arg(tab));
+    m_amounts << amount;
+    right->addWidget(amount);
+    right->addStretch();
+    h->addLayout(right);
+    return panel;
+}
+
+void FrmPrize::selectTab(int tab) {
+    if (m_tabs->currentIndex() != tab) m_tabs->setCurrentIndex(tab);  // comes back here
+    for (int i = 0; i < m_panels.size(); ++i) {
+        const bool inView = i == tab;
+        m_panels[i]->move(inView ? kInViewX : kOutOfViewX, 0);
+        m_panels[i]->setEnabled(inView);
+    }
+}
+
+void FrmPrize::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Tab && (event->modifiers() & Qt::ControlModifier)) {
+        selectTab((m_tabs->currentIndex() + 1) % m_tabs->count());
+        return;
+    }
+    QDialog::keyPressEvent(event);
+}
+
+void FrmPrize::storeAndClose() {
+    QStringList texts;
+    for (const AmountField* f : m_amounts) texts << f->amountText();
+    if (const std::optional<QString> error = m_form.storeAmounts(texts))
+        m_prompter.inform(PrizeRulesForm::kErrorTitle, *error, Prompter::Icon::Critical);
+    close();
+}

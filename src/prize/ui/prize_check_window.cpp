@@ -1,0 +1,201 @@
+#include "prize/ui/prize_check_window.h"
+
+#include "prize/prize_report.h"
+#include "prize/ui/prize_models.h"
+#include "workspace/prompter.h"
+
+#include <QCloseEvent>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTableView>
+#include <QVBoxLayout>
+
+namespace {
+constexpr int kRowHeight = 20;
+constexpr int kSummaryColumnTwips = 600;
+const QColor kGain(0, 255, 0);
+const QColor kLoss(255, 0, 0);
+
+QPushButton* button(const QString& name, const QString& caption, QWidget* parent) {
+    auto* b = new QPushButton(caption, parent);
+    b->setObjectName(name);
+    return b;
+}
+
+QLabel* label(const QString& name, const QString& text, QWidget* parent) {
+    auto* l = new QLabel(text, parent);
+    l->setObjectName(name);
+    return l;
+}
+
+QLineEdit* pageBox(const QString& name, QWidget* parent) {
+    auto* t = new QLineEdit(QStringLiteral("1"), parent);
+    t->setObjectName(name);
+    t->setMaximumWidth(60);
+    return t;
+}
+}  // namespace
+
+PrizeCheckWindow::PrizeCheckWindow(std::unique_ptr<PrizeView> view, QString workspaceFolder, Prompter& prompter,
+                                   QWidget* parent)
+    : QDialog(parent), m_view(std::move(view)), m_folder(std::move(workspaceFolder)), m_prompter(prompter) {
+    Q_ASSERT(m_view);
+    setObjectName(m_view->sixNumbers() ? QStringLiteral("GAganfDj") : QStringLiteral("GAganDj"));
+    setWindowTitle(m_view->caption());
+    auto* layout = new QHBoxLayout(this);
+    layout->addWidget(makeLists(), 1);
+    layout->addWidget(makeSide());
+    showMoney();
+    resize(1180, 720);
+}
+
+PrizeCheckWindow::~PrizeCheckWindow() = default;
+
+QTableView* PrizeCheckWindow::makeGrid(const QString& name, QAbstractItemModel* model) {
+    auto* grid = new QTableView(this);
+    grid->setObjectName(name);
+    grid->setModel(model);
+    grid->setSelectionBehavior(QAbstractItemView::SelectRows);
+    grid->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    grid->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    grid->verticalHeader()->setDefaultSectionSize(kRowHeight);
+    grid->verticalHeader()->hide();
+    return grid;
+}
+
+void PrizeCheckWindow::applyWidths(QTableView* grid, const PrizeListModel& model) {
+    for (int c = 0; c < model.columns().size(); ++c)
+        grid->setColumnWidth(c, std::max(twipsToPixels(model.columns()[c].widthTwips), 34));
+}
+
+QWidget* PrizeCheckWindow::makeLists() {
+    auto* box = new QWidget(this);
+    auto* v = new QVBoxLayout(box);
+    const bool six = m_view->sixNumbers();
+    v->addWidget(label(QStringLiteral("Label1"), six ? prize_texts::kSixHeading : prize_texts::kKeptHeading, box));
+    m_keptModel = new PrizeListModel(*m_view, PrizeListModel::Side::Kept, this);
+    m_keptGrid = makeGrid(QStringLiteral("MSFlexGrid1"), m_keptModel);
+    applyWidths(m_keptGrid, *m_keptModel);
+    v->addWidget(m_keptGrid, 1);
+    auto* pageRow = new QHBoxLayout;
+    m_text1 = pageBox(QStringLiteral("Text1"), box);
+    auto* command111 = button(QStringLiteral("Command111"), prize_texts::kPage, box);
+    connect(command111, &QPushButton::clicked, this, &PrizeCheckWindow::pageKept);
+    pageRow->addWidget(m_text1);
+    pageRow->addWidget(command111);
+    pageRow->addStretch();
+    v->addLayout(pageRow);
+    if (six) return box;
+
+    m_thrownHeading = label(QStringLiteral("Label2"), m_view->thrownHeading(), box);
+    v->addWidget(m_thrownHeading);
+    m_thrownModel = new PrizeListModel(*m_view, PrizeListModel::Side::Thrown, this);
+    m_thrownGrid = makeGrid(QStringLiteral("MSFlexGrid3"), m_thrownModel);
+    applyWidths(m_thrownGrid, *m_thrownModel);
+    v->addWidget(m_thrownGrid, 1);
+    auto* pageRow2 = new QHBoxLayout;
+    m_text2 = pageBox(QStringLiteral("Text2"), box);
+    auto* command2 = button(QStringLiteral("Command2"), prize_texts::kPage, box);
+    connect(command2, &QPushButton::clicked, this, &PrizeCheckWindow::pageThrown);
+    pageRow2->addWidget(m_text2);
+    pageRow2->addWidget(command2);
+    pageRow2->addStretch();
+    v->addLayout(pageRow2);
+    return box;
+}
+
+QWidget* PrizeCheckWindow::makeSide() {
+    auto* box = new QWidget(this);
+    auto* v = new QVBoxLayout(box);
+    const bool six = m_view->sixNumbers();
+    if (!six) {
+        m_summaryModel = new LevelSummaryModel(*m_view, this);
+        auto* summary = new QTableView(box);
+        summary->setObjectName(QStringLiteral("MSFlexGrid2"));
+        summary->setModel(m_summaryModel);
+        summary->horizontalHeader()->hide();
+        summary->verticalHeader()->hide();
+        summary->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+        summary->verticalHeader()->setDefaultSectionSize(kRowHeight);
+        summary->setEditTriggers(QAbstractItemView::NoEditTriggers);
+        for (int c = 0; c < 2; ++c) summary->setColumnWidth(c, twipsToPixels(kSummaryColumnTwips) + 30);
+        summary->setFixedWidth(2 * (twipsToPixels(kSummaryColumnTwips) + 30) + 4);
+        v->addWidget(summary, 1);
+    }
+    auto* money = new QGridLayout;
+    const auto row = [&](int r, const QString& caption, const QString& name) {
+        money->addWidget(new QLabel(caption, box), r, 0);
+        QLabel* value = label(name, {}, box);
+        money->addWidget(value, r, 1);
+        return value;
+    };
+    m_required = row(0, prize_texts::kRequired, QStringLiteral("LabelRequired"));
+    if (!six) {
+        m_income = row(1, prize_texts::kIncome, QStringLiteral("LabelIncome"));
+        m_result = row(2, prize_texts::kResult, QStringLiteral("LabelResult"));
+    }
+    v->addLayout(money);
+    auto* command1 = button(QStringLiteral("Command1"), prize_texts::kSort, box);
+    connect(command1, &QPushButton::clicked, this, &PrizeCheckWindow::sortByHits);
+    v->addWidget(command1);
+    auto* cmdQut = button(QStringLiteral("cmdQut"), six ? prize_texts::kBack : prize_texts::kAddToReport, box);
+    connect(cmdQut, &QPushButton::clicked, this, &PrizeCheckWindow::quit);
+    v->addWidget(cmdQut);
+    if (six) v->addStretch();
+    return box;
+}
+
+void PrizeCheckWindow::showMoney() {
+    m_required->setText(m_view->requiredText());
+    if (!m_income) return;
+    m_income->setText(m_view->incomeText());
+    m_result->setText(m_view->resultText());
+    // Green for a gain; red otherwise, a result of 0 included.
+    QPalette p = m_result->palette();
+    p.setColor(QPalette::WindowText, m_view->resultIsGain() ? kGain : kLoss);
+    m_result->setPalette(p);
+}
+
+void PrizeCheckWindow::sortByHits() {
+    m_view->sortByHits();
+    if (m_thrownModel) {
+        m_thrownModel->reset();
+        applyWidths(m_thrownGrid, *m_thrownModel);
+    }
+    m_keptModel->reset();
+    applyWidths(m_keptGrid, *m_keptModel);
+}
+
+void PrizeCheckWindow::pageKept() {
+    if (!m_view->pageKept(m_text1->text())) return;
+    m_keptModel->reset();
+}
+
+void PrizeCheckWindow::pageThrown() {
+    if (!m_view->pageThrown(m_text2->text())) return;
+    m_thrownModel->reset();
+}
+
+void PrizeCheckWindow::quit() {
+    if (!m_view->sixNumbers()) {
+        const prize_report::WriteResult r = prize_report::write(m_folder, *m_view, m_clock());
+        if (r.ok)
+            m_written = r.path;
+        else
+            m_prompter.inform(QStringLiteral("盈亏报告"), QStringLiteral("盈亏报告写入失败: %1").arg(r.error),
+                              Prompter::Icon::Warning);
+    }
+    close();
+}
+
+void PrizeCheckWindow::closeEvent(QCloseEvent* event) {
+    if (!m_closedToMain) {
+        m_closedToMain = true;
+        emit closedToMain();
+    }
+    QDialog::closeEvent(event);
+}

@@ -1,0 +1,81 @@
+#include "prize/ui/prize_models.h"
+
+#include <QFont>
+
+#include <limits>
+
+PrizeListModel::PrizeListModel(const PrizeView& view, Side side, QObject* parent)
+    : QAbstractTableModel(parent), m_view(view), m_side(side) {
+    m_columns = side == Side::Kept ? view.keptColumns() : view.thrownColumns();
+}
+
+void PrizeListModel::reset() {
+    beginResetModel();
+    m_columns = m_side == Side::Kept ? m_view.keptColumns() : m_view.thrownColumns();
+    endResetModel();
+}
+
+const TicketList& PrizeListModel::list() const { return m_side == Side::Kept ? m_view.kept() : m_view.thrown(); }
+
+int PrizeListModel::rowCount(const QModelIndex& parent) const {
+    if (parent.isValid()) return 0;
+    // A view holds at most 104,049,792 tickets, within int.
+    return static_cast<int>(std::min<uint64_t>(list().size(), std::numeric_limits<int>::max()));
+}
+
+int PrizeListModel::columnCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(m_columns.size());
+}
+
+QVariant PrizeListModel::data(const QModelIndex& index, int role) const {
+    if (!index.isValid() || role != Qt::DisplayRole || !m_view.table()) return {};
+    const uint64_t row = list().row(static_cast<uint64_t>(index.row()));
+    const PrizeListColumn& c = m_columns[index.column()];
+    const CandidateTable& t = *m_view.table();
+    switch (c.what) {
+        case PrizeColumn::Idx: return t.idxAt(row);
+        case PrizeColumn::Fig: return QStringLiteral("%1").arg(t.fig(c.fig)[row], 2, 10, QLatin1Char('0'));
+        case PrizeColumn::Jiben: return m_view.check().jiben(row);
+        case PrizeColumn::Tebie: return m_view.check().tebie(row);
+        case PrizeColumn::Jiang: {
+            // A Null level shows as an empty cell.
+            const std::optional<QString> j = m_view.check().jiang(row);
+            return j ? QVariant(*j) : QVariant();
+        }
+        case PrizeColumn::Jing: {
+            const std::optional<int32_t> m = m_view.check().jing(row);
+            return m ? QVariant(*m) : QVariant();
+        }
+        case PrizeColumn::Fliter: return t.reasonText(row);
+    }
+    return {};
+}
+
+QVariant PrizeListModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (role != Qt::DisplayRole) return {};
+    if (orientation == Qt::Horizontal)
+        return section >= 0 && section < m_columns.size() ? QVariant(m_columns[section].header) : QVariant();
+    return section + 1;
+}
+
+LevelSummaryModel::LevelSummaryModel(const PrizeView& view, QObject* parent)
+    : QAbstractTableModel(parent), m_view(view) {}
+
+int LevelSummaryModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : PrizeView::kSummaryRows;
+}
+
+int LevelSummaryModel::columnCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : 2; }
+
+QVariant LevelSummaryModel::data(const QModelIndex& index, int role) const {
+    if (!index.isValid()) return {};
+    const bool head = index.row() == 0 || index.row() == PrizeView::kSummaryThrownHead;
+    if (role == Qt::FontRole && head) {
+        QFont f;
+        f.setBold(true);
+        return f;
+    }
+    if (role != Qt::DisplayRole) return {};
+    const QString text = m_view.summaryCell(index.row(), index.column());
+    return text.isEmpty() ? QVariant() : QVariant(text);
+}

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "prize/prize_view.h"
+
+#include <QAbstractTableModel>
+
+// A ticket list of a check window (MSFlexGrid1, MSFlexGrid3): read-only, one row per ticket of
+// the list, cells decoded when painted. reset() follows the view after a reopening.
+class PrizeListModel : public QAbstractTableModel {
+    Q_OBJECT
+public:
+    enum class Side { Kept, Thrown };
+    PrizeListModel(const PrizeView& view, Side side, QObject* parent = nullptr);
+
+    // The list was reopened (sorting, a page): rows and headers anew.
+    void reset();
+    const QList<PrizeListColumn>& columns() const { return m_columns; }
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    int columnCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
+
+private:
+    const TicketList& list() const;
+
+    const PrizeView& m_view;
+    Side m_side;
+    QList<PrizeListColumn> m_columns;
+};
+
+// The level summary MSFlexGrid2: two columns, the head in row 0, "被滤" in row 14.
+class LevelSummaryModel : public QAbstractTableModel {
+    Q_OBJECT
+public:
+    explicit LevelSummaryModel(const PrizeView& view, QObject* parent = nullptr);
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    int columnCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+
+private:
+    const PrizeView& m_view;
+};
+
+// Twips of the original layout to pixels at 96 dpi.
+inline int twipsToPixels(int twips) { return twips / 15; }
