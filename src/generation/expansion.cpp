@@ -181,6 +181,9 @@ ExpansionResult expand(const ExpansionInput& in, EngineProgress* progress, uint6
     } else {
         const auto backs = backChoices(in);
         const uint64_t perFront = backs.size();
+        // The reason column is written too (null), so that its pages are touched here, on two
+        // threads, and not by the first action of the window.
+        ReasonTable::Id* reasons = table->fliter().data();
         // Front part i fills rows i * perFront .. (i + 1) * perFront - 1, so the parts can be
         // written by several threads at once.
         const auto fill = [&](size_t fBegin, size_t fEnd, EngineProgress* report) {
@@ -191,6 +194,7 @@ ExpansionResult expand(const ExpansionInput& in, EngineProgress* progress, uint6
                 const uint64_t end = at + perFront;
                 for (int k = 0; k < width; ++k)
                     std::fill(col[static_cast<size_t>(k)] + at, col[static_cast<size_t>(k)] + end, toByte(s[static_cast<size_t>(k + 1)]));
+                std::fill(reasons + at, reasons + end, ReasonTable::kNull);
                 for (const auto& [b6, b7] : backs) {
                     col[5][at] = toByte(b6);
                     col[6][at] = toByte(b7);
