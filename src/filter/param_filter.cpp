@@ -6,8 +6,18 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <mutex>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
+// The row kernels count bits; every x86-64 processor this runs on has the instruction.
+#if defined(__x86_64__) && !defined(__POPCNT__)
+#pragma GCC target("popcnt")
+#endif
 
 using param_catalogue::formatNumber;
 using param_catalogue::leadingNumber;
@@ -48,15 +58,13 @@ bool tallyLiveOnly(ParamId id) {
 }
 
 // Range statements: keep catches V < lo OR V > hi, exclude catches lo <= V <= hi. The limits
-// are real numbers, compared with whole values.
-std::vector<uint8_t> rangeHits(double lo, double hi, bool keep) {
-    std::vector<uint8_t> hit(kValueSlots);
-    for (size_t i = 0; i < kValueSlots; ++i) {
-        const double v = static_cast<double>(static_cast<int32_t>(i) - kValueOffset);
-        const bool inside = v >= lo && v <= hi;
-        hit[i] = keep ? !inside : inside;
-    }
-    return hit;
+// are real numbers; for whole values V >= lo is V >= ceil(lo) and V <= hi is V <= floor(hi).
+void setRange(FilterStep& step, double lo, double hi, bool keep) {
+    constexpr double kFar = 1e6;
+    step.test = FilterStep::Test::Range;
+    step.keep = keep;
+    step.lo = static_cast<int32_t>(std::ceil(std::clamp(lo, -kFar, kFar)));
+    step.hi = static_cast<int32_t>(std::floor(std::clamp(hi, -kFar, kFar)));
 }
 
 // List statements on canshu: " {list} " LIKE "* "&V&" *", so V's text must stand between
@@ -145,7 +153,7 @@ std::vector<FilterStep> buildSteps(ParamId id, const ParamWindowState& state, co
         main.hit = positionParam ? substringHits(b[3], keepSense) : tokenHits(b[3], keepSense);
         main.suffix = sense + b[3];
     } else {
-        main.hit = rangeHits(lo, hi, keepSense);
+        setRange(main, lo, hi, keepSense);
         main.suffix = sense + formatNumber(lo) + QLatin1Char('~') + formatNumber(hi);
     }
     steps.push_back(std::move(main));
@@ -154,55 +162,83 @@ std::vector<FilterStep> buildSteps(ParamId id, const ParamWindowState& state, co
 
 namespace {
 
-inline int16_t valueAt(const FilterStep& s, const CandidateTable& t, std::span<const int16_t> canshu, uint64_t r) {
-    return s.valueColumn < 0 ? canshu[r] : static_cast<int16_t>(t.fig(s.valueColumn + 1)[r]);
+// Packs 64 hit bytes (0 or 1) into a word, bit i for byte i.
+inline BitVector::Word packBits(const uint8_t* h, size_t n) {
+    BitVector::Word bits = 0;
+#if defined(__SSE2__)
+    if (n == BitVector::kWordBits) {
+        for (int q = 0; q < 4; ++q) {
+            const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(h + 16 * q));
+            const auto m = static_cast<uint32_t>(_mm_movemask_epi8(_mm_slli_epi16(v, 7)));
+            bits |= BitVector::Word{m} << (16 * q);
+        }
+        return bits;
+    }
+#endif
+    for (size_t i = 0; i < n; ++i) bits |= BitVector::Word{h[i]} << i;
+    return bits;
 }
 
-// Kills the live rows that the step catches, each with the reason of its value.
-uint64_t killStep(CandidateTable& table, const FilterStep& step) {
+// Reason ids by value, interned on first use. Each thread keeps its own cache; interning takes
+// the lock, which happens once per distinct value.
+class ReasonCache {
+public:
+    ReasonCache(ReasonTable& reasons, const FilterStep& step, std::mutex& lock)
+        : m_reasons(reasons), m_step(step), m_lock(lock), m_ids(kValueSlots, PrefixMap::kUnset) {}
+    ReasonTable::Id operator()(int16_t v) {
+        ReasonTable::Id& id = m_ids[static_cast<size_t>(int32_t{v} + kValueOffset)];
+        if (id == PrefixMap::kUnset) {
+            std::lock_guard guard(m_lock);
+            id = m_reasons.intern(m_step.reason(v));
+        }
+        return id;
+    }
+
+private:
+    ReasonTable& m_reasons;
+    const FilterStep& m_step;
+    std::mutex& m_lock;
+    std::vector<ReasonTable::Id> m_ids;
+};
+
+constexpr uint64_t kBlockRows = 4096;  // a multiple of 64: blocks start on whole words
+
+// One statement over every row: the step's computation, then the live rows it catches die
+// with the reason of their value. Block by block, on all cores.
+uint64_t runStep(CandidateTable& table, const FilterStep& step) {
     using Word = BitVector::Word;
     const uint64_t rows = table.rowCount();
-    BitVector sel(rows);
-    auto selWords = sel.words();
+    std::span<int16_t> canshu = table.canshu();
     auto un = table.unslt().words();
-    const std::span<const int16_t> canshu = table.canshu();
-    const CandidateTable& ct = table;
-    std::vector<uint8_t> present(kValueSlots, 0);
-    std::mutex presentMutex;
-
-    kernels::parallelSlices(rows, [&](uint64_t begin, uint64_t end) {
-        std::vector<uint8_t> mine(kValueSlots, 0);
-        for (uint64_t w = begin / BitVector::kWordBits; w * BitVector::kWordBits < end; ++w) {
-            const uint64_t base = w * BitVector::kWordBits;
-            const uint64_t stop = std::min(end, base + BitVector::kWordBits);
-            Word bits = 0;
-            for (uint64_t r = base; r < stop; ++r) bits |= Word{step.hits(valueAt(step, ct, canshu, r))} << (r - base);
-            bits &= ~un[w];
-            selWords[w] = bits;
-            forEachSetBit(bits, base, [&](size_t r) {
-                mine[static_cast<size_t>(int32_t{valueAt(step, ct, canshu, r)} + kValueOffset)] = 1;
-            });
-        }
-        std::lock_guard lock(presentMutex);
-        for (size_t i = 0; i < kValueSlots; ++i) present[i] |= mine[i];
-    });
-
-    std::vector<ReasonTable::Id> ids(kValueSlots, ReasonTable::kNull);
-    for (size_t i = 0; i < kValueSlots; ++i)
-        if (present[i]) ids[i] = table.reasons().intern(step.reason(static_cast<int16_t>(static_cast<int32_t>(i) - kValueOffset)));
-
     auto fl = table.fliter();
+    const CandidateTable& ct = table;
+    std::mutex lock;
     std::atomic<uint64_t> killed{0};
+
     kernels::parallelSlices(rows, [&](uint64_t begin, uint64_t end) {
+        ReasonCache reasonOf(table.reasons(), step, lock);
+        std::array<uint8_t, kBlockRows> hit;
+        std::array<int16_t, kBlockRows> value;
         uint64_t mine = 0;
-        for (uint64_t w = begin / BitVector::kWordBits; w * BitVector::kWordBits < end; ++w) {
-            const Word bits = selWords[w];
-            if (!bits) continue;
-            un[w] |= bits;
-            mine += static_cast<uint64_t>(std::popcount(bits));
-            forEachSetBit(bits, w * BitVector::kWordBits, [&](size_t r) {
-                fl[r] = ids[static_cast<size_t>(int32_t{valueAt(step, ct, canshu, r)} + kValueOffset)];
-            });
+        for (uint64_t b = begin; b < end; b += kBlockRows) {
+            const uint64_t e = std::min(end, b + kBlockRows);
+            const uint64_t n = e - b;
+            param_kernels::computeRows(step.compute, ct, canshu, b, e);
+            if (step.valueColumn < 0) {
+                std::copy_n(canshu.data() + b, n, value.data());
+            } else {
+                const uint8_t* f = ct.fig(step.valueColumn + 1).data() + b;
+                for (uint64_t i = 0; i < n; ++i) value[i] = f[i];
+            }
+            step.hitBlock(value.data(), n, hit.data());
+            for (uint64_t off = 0; off < n; off += BitVector::kWordBits) {
+                const size_t w = (b + off) / BitVector::kWordBits;
+                const Word bits = packBits(hit.data() + off, std::min<uint64_t>(BitVector::kWordBits, n - off)) & ~un[w];
+                if (!bits) continue;
+                un[w] |= bits;
+                mine += static_cast<uint64_t>(std::popcount(bits));
+                forEachSetBit(bits, 0, [&](size_t i) { fl[b + off + i] = reasonOf(value[off + i]); });
+            }
         }
         killed += mine;
     });
@@ -224,13 +260,9 @@ SingleResult runSingle(CandidateTable& table, ParamId id, const ParamWindowState
     result.ran = true;
     result.view = viewOf(id);
     result.heading = param_catalogue::caption(id, state.scope, state.listMode);
-    // The value over all rows, then preunslt, then the statements in order.
-    param_kernels::computeAll(steps.front().compute, table);
+    // preunslt first (the computation does not read it), then each statement in order.
     kernels::beginFilter(table);
-    for (size_t i = 0; i < steps.size(); ++i) {
-        if (i) param_kernels::computeAll(steps[i].compute, table);
-        result.killed += killStep(table, steps[i]);
-    }
+    for (const FilterStep& step : steps) result.killed += runStep(table, step);
     return result;
 }
 

@@ -47,14 +47,33 @@ struct FilterStep {
     CompiledCompute compute;
     int valueColumn = -1;    // -1 reads canshu, else a figure column (0-based)
     bool liveOnly = true;    // the statement keeps its leading [unslt]=false AND
-    // hit[V + 32768]: whether a row with value V is caught by the statement's condition.
+    // A range statement is a test of whole-number bounds (the real limits rounded inwards);
+    // a list statement or the parity a table: hit[V + 32768] tells whether value V is caught.
+    enum class Test : uint8_t { Range, Table };
+    Test test = Test::Table;
+    bool keep = true;        // Range: keep catches the values outside, exclude those inside
+    int32_t lo = 0, hi = -1;
     std::vector<uint8_t> hit;
     // The reason text: prefix + V + suffix, or `prefix` alone when `constantText`.
     QString prefix;
     QString suffix;
     bool constantText = false;
 
-    bool hits(int16_t v) const { return hit[static_cast<size_t>(int32_t{v} + 32768)] != 0; }
+    bool hits(int16_t v) const {
+        if (test == Test::Range) return keep != (v >= lo && v <= hi);
+        return hit[static_cast<size_t>(int32_t{v} + 32768)] != 0;
+    }
+    // hits() of n values into out[0..n) as 0 or 1.
+    template <typename T>
+    void hitBlock(const T* v, size_t n, uint8_t* out) const {
+        if (test == Test::Range) {
+            const uint8_t outside = keep ? 1 : 0;
+            for (size_t i = 0; i < n; ++i) out[i] = static_cast<uint8_t>((v[i] >= lo && v[i] <= hi) ^ outside);
+            return;
+        }
+        const uint8_t* h = hit.data() + 32768;
+        for (size_t i = 0; i < n; ++i) out[i] = h[v[i]];
+    }
     QString reason(int16_t v) const { return constantText ? prefix : prefix + QString::number(v) + suffix; }
 };
 

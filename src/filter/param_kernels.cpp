@@ -10,6 +10,11 @@
 #include <cmath>
 #include <limits>
 
+// The row kernels count bits; every x86-64 processor this runs on has the instruction.
+#if defined(__x86_64__) && !defined(__POPCNT__)
+#pragma GCC target("popcnt")
+#endif
+
 ParamContext ParamContext::fromSession(Session& session) {
     ParamContext c;
     c.maxQian = session.bitnum();
@@ -244,13 +249,106 @@ void rows(uint64_t begin, uint64_t end, Fn&& fn) {
     for (uint64_t r = begin; r < end; ++r) fn(r);
 }
 
-void sumInto(const CompiledCompute& c, const CandidateTable& t, int32_t* acc, uint64_t begin, uint64_t end) {
-    const uint64_t n = end - begin;
-    std::fill(acc, acc + n, 0);
-    for (int col : c.positions) {
-        const uint8_t* f = t.fig(col + 1).data() + begin;
-        const int16_t* tab = c.table[static_cast<size_t>(col)].data();
-        for (uint64_t i = 0; i < n; ++i) acc[i] += tab[f[i]];
+inline int popcount32(uint32_t x) { return __builtin_popcount(x); }
+inline int popcount64(uint64_t x) { return __builtin_popcountll(x); }
+
+// Folds of the per-position table values of a row.
+struct SumFold {
+    using Acc = int32_t;
+    static Acc init() { return 0; }
+    static Acc add(Acc a, int16_t v) { return a + v; }
+};
+struct OrFold {
+    using Acc = uint32_t;
+    static Acc init() { return 0; }
+    static Acc add(Acc a, int16_t v) { return a | static_cast<uint16_t>(v); }
+};
+// Greatest from 0 and least from 99.
+struct RangeFold {
+    struct Acc {
+        int32_t greatest, least;
+    };
+    static Acc init() { return {0, 99}; }
+    static Acc add(Acc a, int16_t v) { return {std::max<int32_t>(a.greatest, v), std::min<int32_t>(a.least, v)}; }
+};
+
+// Row by row over the tables of the visited positions, their count known at compile time so
+// that the row's value stays in a register.
+template <int N, typename Fold, typename Emit>
+void tableRowsN(const CompiledCompute& c, const CandidateTable& t, uint64_t begin, uint64_t end, Emit&& write) {
+    std::array<const uint8_t*, 7> f{};
+    std::array<const int16_t*, 7> tab{};
+#pragma GCC unroll 8
+    for (int k = 0; k < N; ++k) {
+        const int col = c.positions[static_cast<size_t>(k)];
+        f[static_cast<size_t>(k)] = t.fig(col + 1).data();
+        tab[static_cast<size_t>(k)] = c.table[static_cast<size_t>(col)].data();
+    }
+    for (uint64_t r = begin; r < end; ++r) {
+        typename Fold::Acc acc = Fold::init();
+#pragma GCC unroll 8
+        for (int k = 0; k < N; ++k) acc = Fold::add(acc, tab[static_cast<size_t>(k)][f[static_cast<size_t>(k)][r]]);
+        write(r, acc);
+    }
+}
+
+template <typename Fold, typename Emit>
+void tableRows(const CompiledCompute& c, const CandidateTable& t, uint64_t begin, uint64_t end, Emit&& write) {
+    switch (c.positions.size()) {
+        case 0: tableRowsN<0, Fold>(c, t, begin, end, write); return;
+        case 1: tableRowsN<1, Fold>(c, t, begin, end, write); return;
+        case 2: tableRowsN<2, Fold>(c, t, begin, end, write); return;
+        case 3: tableRowsN<3, Fold>(c, t, begin, end, write); return;
+        case 4: tableRowsN<4, Fold>(c, t, begin, end, write); return;
+        case 5: tableRowsN<5, Fold>(c, t, begin, end, write); return;
+        case 6: tableRowsN<6, Fold>(c, t, begin, end, write); return;
+        default: tableRowsN<7, Fold>(c, t, begin, end, write); return;
+    }
+}
+
+}  // namespace
+
+namespace {
+
+// The AC value row by row. With at most five positions every difference is stored, and for
+// numbers that rise along the positions the value is the count of distinct differences less
+// n - 1, which a mask of the differences gives at once; other rows take the loop itself.
+template <int N>
+void acRowsN(const CompiledCompute& c, const CandidateTable& t, int16_t* out, uint64_t begin, uint64_t end) {
+    std::array<const uint8_t*, 7> cols{};
+#pragma GCC unroll 8
+    for (int k = 0; k < N; ++k) cols[static_cast<size_t>(k)] = t.fig(c.positions[static_cast<size_t>(k)] + 1).data();
+    for (uint64_t r = begin; r < end; ++r) {
+        std::array<int, 7> v{};
+        bool rising = N <= 5;
+        uint64_t set = 0;
+#pragma GCC unroll 8
+        for (int k = 0; k < N; ++k) {
+            v[static_cast<size_t>(k)] = cols[static_cast<size_t>(k)][r];
+            if (k) rising &= v[static_cast<size_t>(k)] > v[static_cast<size_t>(k - 1)];
+            set |= uint64_t{1} << (v[static_cast<size_t>(k)] & 63);
+        }
+        if (N > 0 && rising && v[static_cast<size_t>(N > 0 ? N - 1 : 0)] < 64) [[likely]] {
+            uint64_t diffs = 0;
+#pragma GCC unroll 8
+            for (int k = 0; k < N; ++k) diffs |= set >> v[static_cast<size_t>(k)];
+            out[r] = static_cast<int16_t>(popcount64(diffs & ~uint64_t{1}) - (N - 1));
+            continue;
+        }
+        out[r] = static_cast<int16_t>(acValue(v.data(), N));
+    }
+}
+
+void acRows(const CompiledCompute& c, const CandidateTable& t, int16_t* out, uint64_t begin, uint64_t end) {
+    switch (c.positions.size()) {
+        case 0: acRowsN<0>(c, t, out, begin, end); return;
+        case 1: acRowsN<1>(c, t, out, begin, end); return;
+        case 2: acRowsN<2>(c, t, out, begin, end); return;
+        case 3: acRowsN<3>(c, t, out, begin, end); return;
+        case 4: acRowsN<4>(c, t, out, begin, end); return;
+        case 5: acRowsN<5>(c, t, out, begin, end); return;
+        case 6: acRowsN<6>(c, t, out, begin, end); return;
+        default: acRowsN<7>(c, t, out, begin, end); return;
     }
 }
 
@@ -260,6 +358,38 @@ void computeRows(const CompiledCompute& c, const CandidateTable& t, std::span<in
                  uint64_t end) {
     if (!c.writesCanshu() || begin >= end) return;
     int16_t* out = canshu.data();
+    constexpr int32_t kMax16 = std::numeric_limits<int16_t>::max();
+    switch (c.op) {
+        case Op::Sum:
+            if (c.checkOverflow)
+                tableRows<SumFold>(c, t, begin, end, [out](uint64_t r, int32_t v) {
+                    if (v <= kMax16) out[r] = static_cast<int16_t>(v);
+                });
+            else
+                tableRows<SumFold>(c, t, begin, end, [out](uint64_t r, int32_t v) { out[r] = static_cast<int16_t>(v); });
+            return;
+        case Op::SumMod10:
+            tableRows<SumFold>(c, t, begin, end, [out](uint64_t r, int32_t v) { out[r] = static_cast<int16_t>(v % 10); });
+            return;
+        case Op::LiveListCount: {
+            const BitVector& un = t.unslt();
+            tableRows<SumFold>(c, t, begin, end,
+                               [out, &un](uint64_t r, int32_t v) { out[r] = un.test(r) ? int16_t{0} : static_cast<int16_t>(v); });
+            return;
+        }
+        case Op::OmissionRange:
+            tableRows<RangeFold>(c, t, begin, end, [out](uint64_t r, RangeFold::Acc a) {
+                out[r] = static_cast<int16_t>(a.greatest - a.least);
+            });
+            return;
+        case Op::SameTail: {
+            const int k = c.constant;
+            tableRows<OrFold>(c, t, begin, end,
+                              [out, k](uint64_t r, uint32_t flags) { out[r] = static_cast<int16_t>(k - popcount32(flags)); });
+            return;
+        }
+        default: break;
+    }
     constexpr uint64_t kBlock = 4096;
     std::array<int32_t, kBlock> acc;
     const auto fig = [&t](int col) { return t.fig(col + 1).data(); };
@@ -268,25 +398,6 @@ void computeRows(const CompiledCompute& c, const CandidateTable& t, std::span<in
         const uint64_t e = std::min(end, b + kBlock);
         const uint64_t n = e - b;
         switch (c.op) {
-            case Op::Sum:
-                sumInto(c, t, acc.data(), b, e);
-                if (c.checkOverflow) {
-                    for (uint64_t i = 0; i < n; ++i)
-                        if (acc[i] <= std::numeric_limits<int16_t>::max()) out[b + i] = static_cast<int16_t>(acc[i]);
-                } else {
-                    for (uint64_t i = 0; i < n; ++i) out[b + i] = static_cast<int16_t>(acc[i]);
-                }
-                break;
-            case Op::SumMod10:
-                sumInto(c, t, acc.data(), b, e);
-                for (uint64_t i = 0; i < n; ++i) out[b + i] = static_cast<int16_t>(acc[i] % 10);
-                break;
-            case Op::LiveListCount: {
-                sumInto(c, t, acc.data(), b, e);
-                const BitVector& un = t.unslt();
-                for (uint64_t i = 0; i < n; ++i) out[b + i] = un.test(b + i) ? int16_t{0} : static_cast<int16_t>(acc[i]);
-                break;
-            }
             case Op::Consecutive:
                 std::fill(acc.begin(), acc.begin() + static_cast<ptrdiff_t>(n), 0);
                 for (const auto& [x, y] : c.pairs) {
@@ -324,68 +435,13 @@ void computeRows(const CompiledCompute& c, const CandidateTable& t, std::span<in
                 for (uint64_t i = 0; i < n; ++i) out[b + i] = static_cast<int16_t>(acc[i]);
                 break;
             }
-            case Op::OmissionRange: {
-                std::array<int32_t, kBlock> least;
-                std::fill(acc.begin(), acc.begin() + static_cast<ptrdiff_t>(n), 0);
-                std::fill(least.begin(), least.begin() + static_cast<ptrdiff_t>(n), 99);
-                for (int col : c.positions) {
-                    const uint8_t* f = fig(col) + b;
-                    const int16_t* tab = c.table[static_cast<size_t>(col)].data();
-                    for (uint64_t i = 0; i < n; ++i) {
-                        const int32_t v = tab[f[i]];
-                        acc[i] = std::max(acc[i], v);
-                        least[i] = std::min(least[i], v);
-                    }
-                }
-                for (uint64_t i = 0; i < n; ++i) out[b + i] = static_cast<int16_t>(acc[i] - least[i]);
-                break;
-            }
-            case Op::SameTail: {
-                std::fill(acc.begin(), acc.begin() + static_cast<ptrdiff_t>(n), 0);
-                for (int col : c.positions) {
-                    const uint8_t* f = fig(col) + b;
-                    const int16_t* tab = c.table[static_cast<size_t>(col)].data();
-                    for (uint64_t i = 0; i < n; ++i) acc[i] |= tab[f[i]];
-                }
-                for (uint64_t i = 0; i < n; ++i)
-                    out[b + i] = static_cast<int16_t>(c.constant - std::popcount(static_cast<uint32_t>(acc[i])));
-                break;
-            }
-            case Op::Ac: {
-                const auto& p = c.positions;
-                const int np = static_cast<int>(p.size());
-                std::array<const uint8_t*, 7> cols{};
-                for (int k = 0; k < np; ++k) cols[static_cast<size_t>(k)] = fig(p[static_cast<size_t>(k)]);
-                // With at most five positions every difference is stored, and for numbers that
-                // rise along the positions the value is the count of distinct differences less
-                // n - 1, which a mask of the differences gives at once.
-                const bool fits = np <= 5;
-                rows(b, e, [&](uint64_t r) {
-                    std::array<int, 7> v{};
-                    bool rising = fits;
-                    for (int k = 0; k < np; ++k) {
-                        v[static_cast<size_t>(k)] = cols[static_cast<size_t>(k)][r];
-                        if (k && v[static_cast<size_t>(k)] <= v[static_cast<size_t>(k - 1)]) rising = false;
-                    }
-                    if (rising && np > 0 && v[static_cast<size_t>(np - 1)] < 64) {
-                        uint64_t set = 0, diffs = 0;
-                        for (int k = 0; k < np; ++k) set |= uint64_t{1} << v[static_cast<size_t>(k)];
-                        for (int k = 0; k < np; ++k) diffs |= set >> v[static_cast<size_t>(k)];
-                        diffs &= ~uint64_t{1};
-                        out[r] = static_cast<int16_t>(std::popcount(diffs) - (np - 1));
-                        return;
-                    }
-                    out[r] = static_cast<int16_t>(acValue(v.data(), np));
-                });
-                break;
-            }
+            case Op::Ac: acRows(c, t, out, b, e); break;
             case Op::FigMod2: {
                 const uint8_t* f = fig(c.constant) + b;
                 for (uint64_t i = 0; i < n; ++i) out[b + i] = static_cast<int16_t>(f[i] % 2);
                 break;
             }
-            case Op::Unchanged:
-            case Op::Position: break;
+            default: break;
         }
     }
 }

@@ -1,0 +1,187 @@
+// The parameter filters on all of 35/12 (21,425,712 tickets): every parameter as a single
+// filter (keep, range) and the integrated filter with every box ticked, each timed, beside the
+// same work done by the window's statements in SQLite (the statements of the tests' reference)
+// on the first N tickets, scaled up to the whole table, with the ratio.
+//
+//   param_filter_bench [--sql-rows N | --no-sql] [--scope 1|3]
+#include "filter/candidate_actions.h"
+#include "filter/param_filter.h"
+#include "generation/expansion.h"
+#include "param_reference.h"
+#include "workspace/sqlite_db.h"
+
+#include <QCoreApplication>
+
+#include <sys/resource.h>
+
+#include <chrono>
+#include <cstdio>
+#include <functional>
+#include <random>
+#include <thread>
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+double seconds(const std::function<void()>& fn) {
+    const auto t0 = Clock::now();
+    fn();
+    return std::chrono::duration<double>(Clock::now() - t0).count();
+}
+
+// CPU time of the process (all threads), which a loaded machine does not inflate.
+double cpuSeconds() {
+    rusage u{};
+    getrusage(RUSAGE_SELF, &u);
+    return static_cast<double>(u.ru_utime.tv_sec + u.ru_stime.tv_sec) +
+           static_cast<double>(u.ru_utime.tv_usec + u.ru_stime.tv_usec) / 1e6;
+}
+
+struct Timing {
+    double wall = 0;
+    double cpu = 0;
+};
+
+Timing timed(const std::function<void()>& fn) {
+    const double c0 = cpuSeconds();
+    const double w = seconds(fn);
+    return {w, cpuSeconds() - c0};
+}
+
+// Ranges of the kind the history presets give: most tickets pass, some fail.
+void presetRanges(ParamWindowState& s) {
+    const auto set = [&](ParamId id, const char* lo, const char* hi) {
+        s.box(id)[0] = QString::fromLatin1(lo);
+        s.box(id)[1] = QString::fromLatin1(hi);
+    };
+    set(ParamId::Option23, "60", "120");
+    set(ParamId::Option3, "1", "8");
+    set(ParamId::Option2, "0", "1");
+    set(ParamId::Option4, "1", "4");
+    set(ParamId::Option5, "1", "4");
+    set(ParamId::Option8, "1", "4");
+    set(ParamId::Option9, "0", "3");
+    set(ParamId::Option10, "0", "3");
+    set(ParamId::Option11, "0", "3");
+    set(ParamId::Option13, "1", "12");
+    set(ParamId::Option14, "4", "20");
+    set(ParamId::Option15, "8", "27");
+    set(ParamId::Option16, "15", "32");
+    set(ParamId::Option17, "24", "35");
+    set(ParamId::Option6, "5", "20");
+    set(ParamId::Option7, "15", "33");
+    set(ParamId::Option20, "0", "2");
+    set(ParamId::Option24, "4", "6");
+    set(ParamId::Option32, "10", "80");
+    set(ParamId::Option33, "10", "80");
+    set(ParamId::Option34, "10", "32");
+    set(ParamId::Option35, "10", "60");
+    set(ParamId::Option12, "3", "20");
+    set(ParamId::Option39, "5", "50");
+    set(ParamId::Option40, "20", "110");
+    set(ParamId::Option41, "0", "1");
+    set(ParamId::Option66, "1", "3");
+}
+
+ParamContext benchContext() {
+    ParamContext c;
+    for (int n : {3, 12, 18, 25, 33}) c.lastDrawFront[static_cast<size_t>(n)] = true;
+    std::mt19937 rng(5);
+    std::uniform_int_distribution<int> om(0, 25);
+    for (int n = 1; n < kNumberSlots; ++n) {
+        c.omissionFront[static_cast<size_t>(n)] = static_cast<int16_t>(om(rng));
+        c.omissionBack[static_cast<size_t>(n)] = static_cast<int16_t>(om(rng));
+    }
+    return c;
+}
+
+// The first `rows` tickets of `t` as a table of their own.
+CandidateTable head(const CandidateTable& t, uint64_t rows) {
+    CandidateTable h(t.kind(), rows);
+    for (int k = 1; k <= 7; ++k) std::copy_n(t.fig(k).begin(), rows, h.fig(k).begin());
+    return h;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    QCoreApplication app(argc, argv);
+    const QStringList args = app.arguments();
+    uint64_t sqlRows = 200000;
+    int scope = 1;
+    if (args.contains(QStringLiteral("--no-sql"))) sqlRows = 0;
+    for (int i = 1; i + 1 < args.size(); ++i) {
+        if (args[i] == QLatin1String("--sql-rows")) sqlRows = args[i + 1].toULongLong();
+        if (args[i] == QLatin1String("--scope")) scope = args[i + 1].toInt();
+    }
+
+    ExpansionInput in;
+    for (int n = 1; n <= 35; ++n) in.front.push_back(static_cast<int16_t>(n));
+    for (int n = 1; n <= 12; ++n) in.back.push_back(static_cast<int16_t>(n));
+    ExpansionResult r = expand(in);
+    CandidateTable& t = *r.table;
+    const double rows = static_cast<double>(t.rowCount());
+    const double scale = sqlRows ? rows / static_cast<double>(sqlRows) : 0;
+    std::printf("35/12: %llu tickets; SQL on the first %llu, scaled x%.1f; scope %d\n",
+                static_cast<unsigned long long>(t.rowCount()), static_cast<unsigned long long>(sqlRows), scale, scope);
+
+    const ParamContext ctx = benchContext();
+    ParamWindowState s = ParamWindowState::defaults();
+    s.scope = static_cast<ZoneScope>(scope);
+    presetRanges(s);
+    s.check2[4] = true;  // 第1位: odd numbers only
+
+    CandidateTable small = head(t, sqlRows);
+    SqliteDb db;
+    db.open(QStringLiteral(":memory:"), true);
+
+    const unsigned threads = std::max(1u, std::thread::hardware_concurrency());
+    std::printf("engine: wall time, and CPU time of all %u threads (/%u = the wall time of an idle machine)\n",
+                threads, threads);
+    std::printf("%-18s %9s %9s %10s %12s %9s\n", "parameter", "wall ms", "cpu ms", "killed", "SQL ms", "ratio");
+    double worst = 0, worstCpu = 0;
+    for (const ParamInfo& p : param_catalogue::all()) {
+        candidate_actions::resetAll(t);
+        param_filter::SingleResult res;
+        const Timing tm = timed([&] { res = param_filter::runSingle(t, p.id, s, ctx); });
+        const double te = tm.wall;
+        worstCpu = std::max(worstCpu, tm.cpu);
+        double ts = 0;
+        if (sqlRows) {
+            candidate_actions::resetAll(small);
+            param_reference::load(db, small);
+            ts = seconds([&] { param_reference::runSingle(db, p.id, s, ctx); }) * scale;
+        }
+        worst = std::max(worst, te);
+        std::printf("%-9s %-8s %9.1f %9.1f %10llu %12.0f %9.0f\n", p.button, param_catalogue::info(p.id).drawColumn,
+                    te * 1000, tm.cpu * 1000, static_cast<unsigned long long>(res.killed), ts * 1000, ts / te);
+        std::fflush(stdout);
+    }
+    std::printf("slowest single filter: %.1f ms wall, %.1f ms cpu (target 50 ms)\n", worst * 1000, worstCpu * 1000);
+
+    for (bool& b : s.check1) b = true;
+    for (const auto& [keep, logicAnd, name] :
+         std::vector<std::tuple<bool, bool, const char*>>{{true, true, "keep+and"}, {false, true, "exclude+and"}}) {
+        s.keep = keep;
+        s.logicAnd = logicAnd;
+        s.check3 = true;
+        s.txtRc0 = QStringLiteral("2");
+        candidate_actions::resetAll(t);
+        param_filter::IntegratedResult res;
+        const Timing tm = timed([&] { res = param_filter::runIntegrated(t, s, ctx); });
+        const double te = tm.wall;
+        double ts = 0;
+        if (sqlRows) {
+            candidate_actions::resetAll(small);
+            param_reference::load(db, small);
+            ts = seconds([&] { param_reference::runIntegrated(db, s, ctx); }) * scale;
+        }
+        std::printf("integrated, all 27 boxes, %s: %d statements, %.1f ms wall, %.1f ms cpu, %llu live, %zu reasons; "
+                    "SQL %.0f ms; ratio %.0f (target 500 ms)\n",
+                    name, res.steps, te * 1000, tm.cpu * 1000, static_cast<unsigned long long>(t.liveCount()),
+                    t.reasons().size(), ts * 1000, ts / te);
+        std::fflush(stdout);
+    }
+    return 0;
+}
