@@ -46,7 +46,8 @@ bool MainMenu::isBuilt(const QString& name) {
     static const QStringList built{
         QStringLiteral("meuExt"),   QStringLiteral("mnuName"),  QStringLiteral("mnuPtset"), QStringLiteral("meuAbt"),
         QStringLiteral("mnuNew"),   QStringLiteral("mnuNewol"), QStringLiteral("mnuLsApp"), QStringLiteral("mnuRed"),
-        QStringLiteral("mnuRead"),  QStringLiteral("mnuEdit"),  QStringLiteral("mnuDelast"), QStringLiteral("meuCln")};
+        QStringLiteral("mnuRead"),  QStringLiteral("mnuEdit"),  QStringLiteral("mnuDelast"), QStringLiteral("meuCln"),
+        QStringLiteral("mnuLst"),   QStringLiteral("mnuDtlst"), QStringLiteral("mnuCallfd")};
     if (built.contains(name)) return true;
     return name.startsWith(QLatin1String("meuSpd")) || name.startsWith(QLatin1String("meuS(")) ||
            name.startsWith(QLatin1String("meuSHou("));

@@ -1,5 +1,7 @@
 #include "workspace/ui/main_window.h"
 
+#include "filter/ui/filter_window.h"
+#include "filter/ui/filter_windows.h"
 #include "history/history_actions.h"
 #include "history/ui/history_commands.h"
 #include "picking/ui/spin_panel.h"
@@ -212,6 +214,24 @@ void MainWindow::connectMenus() {
         }
     }
     connect(action(QStringLiteral("meuExt")), &QAction::triggered, this, &QWidget::close);
+    // The filter windows: expansions of the board, and the table of the last expansion.
+    const struct {
+        const char* item;
+        ListCommand list;
+        FilterInstance instance;
+    } lists[] = {{"mnuLst", ListCommand::MnuLst, FilterInstance::GAgan},
+                 {"mnuDtlst", ListCommand::MnuDtlst, FilterInstance::Gdanagan}};
+    for (const auto& l : lists) {
+        const ListCommand list = l.list;
+        const FilterInstance instance = l.instance;
+        connect(action(QString::fromLatin1(l.item)), &QAction::triggered, this, [this, list, instance] {
+            m_board->prepareList(list);
+            renderBoard();
+            openFilter(instance);
+        });
+    }
+    connect(action(QStringLiteral("mnuCallfd")), &QAction::triggered, this,
+            [this] { openFilter(FilterInstance::GAganMb); });
     for (const rules::StabilityItem& it : rules::stabilityItems()) {
         const int index = it.index;
         connect(action(QStringLiteral("meuSpd%1").arg(index)), &QAction::triggered, this,
@@ -372,7 +392,21 @@ void MainWindow::askPrintSetting() {
     if (ok && n > 0 && n <= 32767) m_session.setPrintrow(n);
 }
 
+FilterWindow* MainWindow::openFilter(FilterInstance instance) {
+    FilterWindow* w = openFilterWindow(instance, m_session, m_prompter, this);
+    if (!w) return nullptr;
+    m_filterWindows.append(w);
+    connect(w, &FilterWindow::closed, this, [this, w] {
+        m_filterWindows.removeAll(w);
+        w->deleteLater();
+    });
+    return w;
+}
+
 void MainWindow::closeEvent(QCloseEvent* event) {
+    // Each filter window brings its table's record up to date before it goes.
+    for (const QPointer<FilterWindow>& w : QList<QPointer<FilterWindow>>(m_filterWindows))
+        if (w) w->close();
     m_session.saveSpinValues();
     event->accept();
 }

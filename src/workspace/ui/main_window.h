@@ -2,10 +2,14 @@
 
 #include "picking/number_board.h"
 
+#include "filter/filter_instance.h"
+
 #include <QMainWindow>
+#include <QPointer>
 
 #include <memory>
 
+class FilterWindow;
 class HistoryCommands;
 class HistoryGridModel;
 class MainMenu;
@@ -34,6 +38,9 @@ public:
     QAction* action(const QString& name) const;
     Session& session() { return m_session; }
     NumberBoard& board() { return *m_board; }
+    // Opens a filter window (an expansion of the board, or the stored table); null when refused.
+    FilterWindow* openFilter(FilterInstance instance);
+    const QList<QPointer<FilterWindow>>& filterWindows() const { return m_filterWindows; }
     // Draws the board's logic: buttons, counts, the mode menus, the spin commands, the status.
     void renderBoard();
 
@@ -84,4 +91,5 @@ private:
     ProbabilityBars* m_bars = nullptr;
     QList<QLabel*> m_statusPanels;
     QHash<QString, QPushButton*> m_historyButtons;
+    QList<QPointer<FilterWindow>> m_filterWindows;
 };
