@@ -47,7 +47,8 @@ bool MainMenu::isBuilt(const QString& name) {
         QStringLiteral("meuExt"),   QStringLiteral("mnuName"),  QStringLiteral("mnuPtset"), QStringLiteral("meuAbt"),
         QStringLiteral("mnuNew"),   QStringLiteral("mnuNewol"), QStringLiteral("mnuLsApp"), QStringLiteral("mnuRed"),
         QStringLiteral("mnuRead"),  QStringLiteral("mnuEdit"),  QStringLiteral("mnuDelast"), QStringLiteral("meuCln"),
-        QStringLiteral("mnuLst"),   QStringLiteral("mnuDtlst"), QStringLiteral("mnuCallfd")};
+        QStringLiteral("mnuLst"),   QStringLiteral("mnuDtlst"), QStringLiteral("mnuCallfd"), QStringLiteral("meuPlc"),
+        QStringLiteral("meuRepot")};
     if (built.contains(name)) return true;
     return name.startsWith(QLatin1String("meuSpd")) || name.startsWith(QLatin1String("meuS(")) ||
            name.startsWith(QLatin1String("meuSHou("));

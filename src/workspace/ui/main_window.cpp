@@ -3,6 +3,7 @@
 #include "filter/ui/filter_window.h"
 #include "filter/ui/filter_windows.h"
 #include "history/history_actions.h"
+#include "prize/ui/prize_windows.h"
 #include "history/ui/history_commands.h"
 #include "picking/ui/spin_panel.h"
 #include "picking/ui/zone_board_widget.h"
@@ -232,6 +233,22 @@ void MainWindow::connectMenus() {
     }
     connect(action(QStringLiteral("mnuCallfd")), &QAction::triggered, this,
             [this] { openFilter(FilterInstance::GAganMb); });
+
+    // Prize rules, checks and reports.
+    connect(action(QStringLiteral("meuPlc")), &QAction::triggered, this,
+            [this] { openPrizeRules(m_session, m_prompter, this); });
+    connect(action(QStringLiteral("meuRepot")), &QAction::triggered, this,
+            [this] { openReports(m_session, m_prompter, this); });
+    for (const auto& [item, kind] : prizeCheckItems()) {
+        const schema::CandidateKind k = kind;
+        connect(action(QString::fromLatin1(item)), &QAction::triggered, this, [this, k] {
+            hide();
+            openPrizeCheck(m_session, m_prompter, k, this, [this] { show(); });
+            show();
+        });
+    }
+    // A check is offered when its table exists.
+    connect(m_menu->menu(QStringLiteral("meuWid")), &QMenu::aboutToShow, this, &MainWindow::updatePrizeChecks);
     for (const rules::StabilityItem& it : rules::stabilityItems()) {
         const int index = it.index;
         connect(action(QStringLiteral("meuSpd%1").arg(index)), &QAction::triggered, this,
@@ -268,6 +285,7 @@ void MainWindow::loadFromSession() {
     applyZoneSizes();
     m_board->meuAgarr = false;
     renderBoard();
+    updatePrizeChecks();
     refreshHistory();
 }
 
@@ -390,6 +408,21 @@ void MainWindow::askPrintSetting() {
     const int n = answer.trimmed().toInt(&ok);
     // Anything but a count is ignored.
     if (ok && n > 0 && n <= 32767) m_session.setPrintrow(n);
+}
+
+const std::vector<std::pair<const char*, schema::CandidateKind>>& MainWindow::prizeCheckItems() {
+    static const std::vector<std::pair<const char*, schema::CandidateKind>> items{
+        {"mnuzhInq", schema::CandidateKind::Zuhe},
+        {"mnuRtInq", schema::CandidateKind::ZuheRote},
+        {"mnuTxInq", schema::CandidateKind::ZuheRead},
+        {"mnuMbInq", schema::CandidateKind::ZuheMoban},
+        {"mnufsInq", schema::CandidateKind::Zuhef}};
+    return items;
+}
+
+void MainWindow::updatePrizeChecks() {
+    for (const auto& [item, kind] : prizeCheckItems())
+        action(QString::fromLatin1(item))->setEnabled(prizeCheckEnabled(m_session, kind));
 }
 
 FilterWindow* MainWindow::openFilter(FilterInstance instance) {

@@ -69,6 +69,9 @@ private:
     void renameWorkspace();                    // mnuName
     void askPrintSetting();                    // mnuPtset
     void updateHistoryCommands();
+    // The prize check entries of 功能窗口 and their tables; enabled when the table exists.
+    static const std::vector<std::pair<const char*, schema::CandidateKind>>& prizeCheckItems();
+    void updatePrizeChecks();
     void connectBoard(ZoneBoardWidget* widget);
     void renderIndexedMenu(const QString& family, const IndexedMenu& menu, int from, int to);
 
