@@ -8,9 +8,12 @@
 
 static int printHelp(CliContext& ctx) {
     ctx.out << "usage: shuangqu-cli [--home DIR] [--workspace NAME] COMMAND ...\n\ncommands:\n";
-    std::vector<CliGroup> groups = cliGroups();
-    std::sort(groups.begin(), groups.end(), [](const CliGroup& a, const CliGroup& b) { return a.name < b.name; });
-    for (const CliGroup& g : groups) ctx.out << g.usage;
+    // Groups and the subcommands added to them, by group name.
+    std::vector<std::pair<QString, QString>> usages;
+    for (const CliGroup& g : cliGroups()) usages.emplace_back(g.name, g.usage);
+    for (const CliSubcommand& s : cliSubcommands()) usages.emplace_back(s.group, s.usage);
+    std::stable_sort(usages.begin(), usages.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+    for (const auto& u : usages) ctx.out << u.second;
     ctx.out << "  help\n";
     ctx.out.flush();
     return 0;
@@ -38,6 +41,14 @@ int main(int argc, char** argv) {
     CliContext ctx(root, workspace);
     if (args.isEmpty() || args.first() == QLatin1String("help")) return printHelp(ctx);
     const QString group = args.takeFirst();
+    for (const CliSubcommand& sub : cliSubcommands()) {
+        if (sub.group != group || sub.name != args.value(0)) continue;
+        const int rc = sub.run(ctx, args.mid(1));
+        ctx.reportMessages();
+        ctx.out.flush();
+        ctx.err.flush();
+        return rc;
+    }
     for (const CliGroup& g : cliGroups()) {
         if (g.name != group) continue;
         const int rc = g.run(ctx, args);

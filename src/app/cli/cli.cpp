@@ -62,6 +62,15 @@ const std::vector<CliGroup>& cliGroups() { return registry(); }
 
 CliGroupRegistrar::CliGroupRegistrar(CliGroup group) { registry().push_back(std::move(group)); }
 
+static std::vector<CliSubcommand>& subRegistry() {
+    static std::vector<CliSubcommand> subs;
+    return subs;
+}
+
+const std::vector<CliSubcommand>& cliSubcommands() { return subRegistry(); }
+
+CliSubcommandRegistrar::CliSubcommandRegistrar(CliSubcommand sub) { subRegistry().push_back(std::move(sub)); }
+
 namespace cliargs {
 
 QString option(const QStringList& args, const QString& name, bool* found) {

@@ -53,6 +53,22 @@ struct CliGroupRegistrar {
     explicit CliGroupRegistrar(CliGroup group);
 };
 
+// A subcommand that one file adds to a group registered by another ("filter param" beside the
+// group "filter"): the dispatcher runs it, with the arguments after its name, when the group's
+// first argument names it.
+struct CliSubcommand {
+    QString group;
+    QString name;
+    QString usage;  // one line per form, for `help`
+    std::function<int(CliContext&, const QStringList& args)> run;
+};
+
+const std::vector<CliSubcommand>& cliSubcommands();
+
+struct CliSubcommandRegistrar {
+    explicit CliSubcommandRegistrar(CliSubcommand sub);
+};
+
 // Small argument helpers shared by the commands.
 namespace cliargs {
 // The value after `--name`, or empty; `found` tells whether the option was there.
