@@ -3,6 +3,8 @@
 #include "filter/candidate_kernels.h"
 
 #include <algorithm>
+#include <cstring>
+#include <utility>
 #include <mutex>
 
 CheckDraw CheckDraw::newest(const DrawHistory& history) {
@@ -16,16 +18,140 @@ CheckDraw CheckDraw::newest(const DrawHistory& history) {
 
 namespace {
 
-// How often each byte value occurs among a zone's draw numbers.
-using Weights = std::array<uint8_t, 256>;
+// Rows handled together: the hit counters of a block stay in the first-level cache.
+constexpr uint64_t kBlockRows = 4096;
+static_assert(kBlockRows % BitVector::kWordBits == 0);
 
-Weights weightsOf(const CheckDraw& draw, int first, int count) {
-    Weights w{};
-    for (int i = first; i < first + count; ++i) {
-        const int v = draw.numbers[static_cast<size_t>(i)];
-        if (v >= 0 && v < 256) ++w[static_cast<size_t>(v)];
+using CodeCounts = std::array<std::array<uint64_t, PrizeCheck::kCodes>, 2>;
+
+struct KernelInput {
+    std::array<const uint8_t*, 6> front{};  // fig1..fig5, or fig1..fig6 of zuhef
+    std::array<const uint8_t*, 2> back{};   // fig6, fig7
+    std::array<uint8_t, prize::kFrontMax> frontDraw{};
+    std::array<uint8_t, prize::kBackMax> backDraw{};
+    std::span<const BitVector::Word> unslt;
+    uint8_t* codes = nullptr;
+};
+
+// Sixteen ticket rows of one column as one vector of bytes (the compiler's generic vectors:
+// SSE2 on x86-64, NEON on ARM).
+using Bytes16 = uint8_t __attribute__((vector_size(16)));
+constexpr uint64_t kLanes = sizeof(Bytes16);
+
+inline Bytes16 load16(const uint8_t* p) {
+    Bytes16 v;
+    std::memcpy(&v, p, sizeof v);
+    return v;
+}
+
+// How many of the draw's numbers equal each lane: a lane compares equal as all ones (-1), so
+// subtracting the comparison counts it.
+template <size_t... D>
+inline Bytes16 matchesOf(Bytes16 x, const Bytes16* draw, std::index_sequence<D...>) {
+    return (Bytes16{} - ... - reinterpret_cast<Bytes16>(x == draw[D]));
+}
+
+template <size_t kDraw>
+inline Bytes16 matches(Bytes16 x, const std::array<Bytes16, kDraw>& draw) {
+    return matchesOf(x, draw.data(), std::make_index_sequence<kDraw>{});
+}
+
+template <size_t kDraw>
+inline uint8_t matches(uint8_t x, const std::array<uint8_t, kDraw>& draw) {
+    uint8_t m = 0;
+    for (size_t d = 0; d < kDraw; ++d) m = static_cast<uint8_t>(m + (x == draw[d]));
+    return m;
+}
+
+inline uint8_t codeOf(unsigned front, unsigned back) {
+    return static_cast<uint8_t>(std::min(front, unsigned{prize::kFrontMax}) * PrizeCheck::kBackHitsSpan +
+                                std::min(back, unsigned{prize::kBackMax}));
+}
+
+// Writes the hit codes of rows [b, b + n).
+template <int kFrontFigs, bool kBack>
+void codeBlock(const KernelInput& in, uint64_t b, uint64_t n) {
+    std::array<Bytes16, prize::kFrontMax> fd;
+    std::array<Bytes16, prize::kBackMax> bd;
+    for (size_t d = 0; d < fd.size(); ++d) fd[d] = Bytes16{} + in.frontDraw[d];
+    for (size_t d = 0; d < bd.size(); ++d) bd[d] = Bytes16{} + in.backDraw[d];
+    const Bytes16 frontMax = Bytes16{} + static_cast<uint8_t>(prize::kFrontMax);
+    const Bytes16 backMax = Bytes16{} + static_cast<uint8_t>(prize::kBackMax);
+    uint64_t i = 0;
+    for (; i + kLanes <= n; i += kLanes) {
+        const uint64_t r = b + i;
+        Bytes16 j{};
+        for (int k = 0; k < kFrontFigs; ++k) j += matches(load16(in.front[static_cast<size_t>(k)] + r), fd);
+        j = j < frontMax ? j : frontMax;
+        Bytes16 code = j + j + j;
+        if constexpr (kBack) {
+            Bytes16 t = matches(load16(in.back[0] + r), bd) + matches(load16(in.back[1] + r), bd);
+            code += t < backMax ? t : backMax;
+        }
+        std::memcpy(in.codes + r, &code, sizeof code);
     }
-    return w;
+    for (; i < n; ++i) {
+        const uint64_t r = b + i;
+        unsigned j = 0, t = 0;
+        for (int k = 0; k < kFrontFigs; ++k) j += matches(in.front[static_cast<size_t>(k)][r], in.frontDraw);
+        if constexpr (kBack) t = matches(in.back[0][r], in.backDraw) + matches(in.back[1][r], in.backDraw);
+        in.codes[r] = codeOf(j, t);
+    }
+}
+
+// The tally of a block by code, kept and thrown apart: each row's code with 18 added for a
+// thrown row, made sixteen rows at a time from the flag bits, then counted.
+using Tally = std::array<std::array<uint32_t, 2 * PrizeCheck::kCodes>, 4>;
+
+void tallyBlock(const KernelInput& in, uint64_t b, uint64_t n, Tally& tally) {
+    alignas(16) std::array<uint8_t, kBlockRows> slot;
+    const Bytes16 bitOfLane = {1, 2, 4, 8, 16, 32, 64, 128, 1, 2, 4, 8, 16, 32, 64, 128};
+    const Bytes16 thrownOffset = Bytes16{} + static_cast<uint8_t>(PrizeCheck::kCodes);
+    uint64_t i = 0;
+    for (; i + kLanes <= n; i += kLanes) {
+        const uint64_t r = b + i;
+        const auto bits = static_cast<uint16_t>(in.unslt[r / BitVector::kWordBits] >> (r % BitVector::kWordBits));
+        Bytes16 spread = Bytes16{} + static_cast<uint8_t>(bits & 0xFF);
+        for (size_t lane = 8; lane < kLanes; ++lane) spread[lane] = static_cast<uint8_t>(bits >> 8);
+        const Bytes16 thrown = reinterpret_cast<Bytes16>((spread & bitOfLane) != 0) & thrownOffset;
+        const Bytes16 v = load16(in.codes + r) + thrown;
+        std::memcpy(slot.data() + i, &v, sizeof v);
+    }
+    for (; i < n; ++i) {
+        const uint64_t r = b + i;
+        const bool thrown = (in.unslt[r / BitVector::kWordBits] >> (r % BitVector::kWordBits)) & 1u;
+        slot[i] = static_cast<uint8_t>(in.codes[r] + (thrown ? PrizeCheck::kCodes : 0));
+    }
+    i = 0;
+    for (; i + 4 <= n; i += 4) {
+        ++tally[0][slot[i]];
+        ++tally[1][slot[i + 1]];
+        ++tally[2][slot[i + 2]];
+        ++tally[3][slot[i + 3]];
+    }
+    for (; i < n; ++i) ++tally[0][slot[i]];
+}
+
+template <int kFrontFigs, bool kBack>
+void checkSlice(const KernelInput& in, uint64_t begin, uint64_t end, CodeCounts& counts, EngineProgress* progress) {
+    // Four interleaved tallies, so that neighbouring rows of one code do not wait on each other.
+    Tally tally{};
+    const auto flush = [&] {
+        for (auto& part : tally) {
+            for (size_t s = 0; s < part.size(); ++s) counts[s / PrizeCheck::kCodes][s % PrizeCheck::kCodes] += part[s];
+            part.fill(0);
+        }
+    };
+    constexpr uint64_t kBlocksPerFlush = 1024;  // a tally takes at most a quarter of these rows
+    uint64_t blocks = 0;
+    for (uint64_t b = begin; b < end; b += kBlockRows) {
+        if (progress && progress->cancelled()) break;
+        const uint64_t n = std::min(kBlockRows, end - b);
+        codeBlock<kFrontFigs, kBack>(in, b, n);
+        tallyBlock(in, b, n, tally);
+        if (++blocks % kBlocksPerFlush == 0) flush();
+    }
+    flush();
 }
 
 }  // namespace
@@ -36,7 +162,8 @@ PrizeCheck PrizeCheck::run(const CandidateTable& table, const CheckDraw& draw, c
     c.m_zones = table.kind() == CandidateTable::Kind::Zuhef ? Zones::FrontOnly : Zones::FrontAndBack;
     c.m_rules = rules;
     c.m_rows = table.rowCount();
-    c.m_code.assign(c.m_rows, 0);
+    // Every row is written by the kernel: no zeroing first.
+    c.m_code = std::make_unique_for_overwrite<uint8_t[]>(c.m_rows);
     const bool backToo = c.m_zones == Zones::FrontAndBack;
     // Slots applied from 12 down to 1: the lowest slot with a pattern is the one that stays.
     // The six-number view assigns no levels.
@@ -44,34 +171,30 @@ PrizeCheck PrizeCheck::run(const CandidateTable& table, const CheckDraw& draw, c
         c.m_slotOfCode[static_cast<size_t>(code)] =
             backToo ? static_cast<uint8_t>(rules.slotFor(code / kBackHitsSpan, code % kBackHitsSpan)) : 0;
 
-    const Weights front = weightsOf(draw, 0, prize::kFrontMax);
-    const Weights back = weightsOf(draw, prize::kFrontMax, prize::kBackMax);
-    const int frontFigs = table.figCount() == 6 ? 6 : prize::kFrontMax;
-    const uint8_t* f[6] = {};
-    for (int k = 0; k < frontFigs; ++k) f[k] = table.fig(k + 1).data();
-    const uint8_t* b6 = backToo ? table.fig(6).data() : nullptr;
-    const uint8_t* b7 = backToo ? table.fig(7).data() : nullptr;
-    const auto unslt = table.unslt().words();
-    uint8_t* out = c.m_code.data();
+    KernelInput in;
+    // A draw number outside a byte matches no ticket number; 0 stands for it, which no ticket holds.
+    const auto drawByte = [&](size_t i) {
+        const int v = draw.numbers[i];
+        return static_cast<uint8_t>(v > 0 && v < 256 ? v : 0);
+    };
+    for (size_t i = 0; i < in.frontDraw.size(); ++i) in.frontDraw[i] = drawByte(i);
+    for (size_t i = 0; i < in.backDraw.size(); ++i) in.backDraw[i] = drawByte(prize::kFrontMax + i);
+    for (int k = 1; k <= (backToo ? prize::kFrontMax : table.figCount()); ++k)
+        in.front[static_cast<size_t>(k - 1)] = table.fig(k).data();
+    if (backToo) {
+        in.back[0] = table.fig(6).data();
+        in.back[1] = table.fig(7).data();
+    }
+    in.unslt = table.unslt().words();
+    in.codes = c.m_code.get();
 
     std::mutex merge;
     kernels::parallelSlices(c.m_rows, [&](uint64_t begin, uint64_t end) {
-        std::array<std::array<uint64_t, kCodes>, 2> counts{};
-        for (uint64_t chunk = begin; chunk < end; chunk += kernels::kChunkRows) {
-            if (progress && progress->cancelled()) break;
-            const uint64_t stop = std::min(end, chunk + kernels::kChunkRows);
-            for (uint64_t r = chunk; r < stop; ++r) {
-                unsigned j = 0;
-                for (int k = 0; k < frontFigs; ++k) j += front[f[k][r]];
-                unsigned t = backToo ? unsigned{back[b6[r]]} + back[b7[r]] : 0u;
-                j = std::min<unsigned>(j, prize::kFrontMax);
-                t = std::min<unsigned>(t, prize::kBackMax);
-                const uint8_t code = static_cast<uint8_t>(j * kBackHitsSpan + t);
-                out[r] = code;
-                const unsigned dead = (unslt[r / BitVector::kWordBits] >> (r % BitVector::kWordBits)) & 1u;
-                ++counts[dead][code];
-            }
-        }
+        CodeCounts counts{};
+        if (backToo)
+            checkSlice<prize::kFrontMax, true>(in, begin, end, counts, progress);
+        else
+            checkSlice<6, false>(in, begin, end, counts, progress);
         std::lock_guard lock(merge);
         for (size_t d = 0; d < 2; ++d)
             for (size_t code = 0; code < kCodes; ++code) c.m_codeCount[d][code] += counts[d][code];

@@ -8,6 +8,7 @@
 #include <QString>
 
 #include <array>
+#include <memory>
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -43,7 +44,7 @@ public:
 
     Zones zones() const { return m_zones; }
     const PrizeRules& rules() const { return m_rules; }
-    uint64_t rowCount() const { return m_code.size(); }
+    uint64_t rowCount() const { return m_rows; }
 
     uint8_t code(uint64_t row) const { return m_code[row]; }
     int jiben(uint64_t row) const { return m_code[row] / kBackHitsSpan; }
@@ -69,7 +70,7 @@ private:
     PrizeRules m_rules;
     uint64_t m_rows = 0;
     uint64_t m_kept = 0;
-    std::vector<uint8_t> m_code;
+    std::shared_ptr<uint8_t[]> m_code;  // the hit code of each row; shared by copies
     std::array<uint8_t, kCodes> m_slotOfCode{};
     std::array<std::array<uint64_t, kCodes>, 2> m_codeCount{};
     std::array<std::array<uint64_t, prize::kSlots + 1>, 2> m_slotCount{};
