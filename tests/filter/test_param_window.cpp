@@ -1,0 +1,240 @@
+// The grid, its paging and manual delete, the combination template and the export, driven
+// through the window's logic as the filter window drives it.
+#include "filter/candidate_actions.h"
+#include "filter/candidate_kernels.h"
+#include "filter/param_window.h"
+#include "workspace/schema.h"
+#include "workspace/scripted_prompter.h"
+#include "workspace/sqlite_db.h"
+
+#include "filter/candidate_fixture.h"
+#include "support/qt_printers.h"
+
+#include <QDir>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <set>
+
+namespace {
+
+void killRows(CandidateTable& t, uint64_t from, uint64_t to) {
+    BitVector sel(t.rowCount());
+    for (uint64_t r = from; r < to; ++r) sel.set(r);
+    kernels::beginFilter(t);
+    kernels::killSelected(t, sel, t.reasons().intern(QStringLiteral("各位数和大小:1 保留0~0")));
+}
+
+struct Window {
+    QTemporaryDir dir;
+    FilterWorkspace workspace{FilterInstance::GAgan, QDir(dir.path()).filePath(QStringLiteral("filnum.db"))};
+    ParamWindow window{workspace, ParamContext{}, dir.path()};
+    ResultGridModel model;
+
+    explicit Window(uint64_t rows) {
+        workspace.openMade(std::make_unique<CandidateTable>(smallTable(rows)), rows);
+        window.showFirstView();
+        model.bind(&workspace.table(), window.view());
+    }
+    ~Window() { workspace.waitForWrite(); }
+};
+
+TEST(ResultGrid, PagesAreStretchesOfIdsAndTheModelIsLazy) {
+    CandidateTable t = smallTable(60000);
+    killRows(t, 0, 10000);
+    killRows(t, 19999, 20000);
+    ResultGridModel model;
+    model.bind(&t, GridView::page(0));
+    EXPECT_EQ(model.rowCount(), 0);  // page 0 is empty while page 5 is not
+    model.bind(&t, GridView::page(5));
+    EXPECT_EQ(model.rowCount(), 10000);
+    EXPECT_EQ(model.idxAt(0), 50001);
+    EXPECT_EQ(model.columnCount(), 7);  // idx, fig1..fig6: a paged view has no fig7
+    EXPECT_EQ(model.headerData(6, Qt::Horizontal).toString(), QStringLiteral("fig6"));
+    // The default "1" is the second stretch; its last id died.
+    model.bind(&t, GridView::page(1));
+    EXPECT_EQ(model.rowCount(), 9999);
+    EXPECT_EQ(model.idxAt(9998), 19999);
+
+    // A big live view: rows found by rank agree with a plain walk.
+    CandidateTable big = smallTable(3 * 1024 * 1024 + 17);
+    std::mt19937 rng(3);
+    BitVector sel(big.rowCount());
+    for (uint64_t r = 0; r < big.rowCount(); ++r)
+        if (rng() % 3 == 0) sel.set(r);
+    kernels::beginFilter(big);
+    kernels::killSelected(big, sel, ReasonTable::kEmpty);
+    model.bind(&big, GridView::live());
+    ASSERT_EQ(static_cast<uint64_t>(model.rowCount()), big.liveCount());
+    std::vector<uint64_t> live;
+    for (uint64_t r = 0; r < big.rowCount(); ++r)
+        if (!big.unslt().test(r)) live.push_back(r);
+    for (int k : {0, 1, 63, 64, 511, 512, 100000, model.rowCount() - 1}) {
+        EXPECT_EQ(model.tableRow(k), live[static_cast<size_t>(k)]) << k;
+        EXPECT_EQ(model.viewRowOf(live[static_cast<size_t>(k)]), k);
+        EXPECT_EQ(model.data(model.index(k, 1)).toInt(), big.fig(1)[live[static_cast<size_t>(k)]]);
+    }
+    for (uint64_t r = 0; r < 200; ++r) {
+        if (sel.test(r)) {
+            EXPECT_EQ(model.viewRowOf(r), -1) << r;
+        }
+    }
+}
+
+TEST(ResultGrid, ViewsAndHeadingsFollowTheButtons) {
+    CandidateTable t = smallTable(50);
+    ResultGridModel model;
+    model.bind(&t, GridView::afterParameter(param_filter::ViewColumns::WithCanshu, QStringLiteral("偶数个数")));
+    EXPECT_EQ(model.columnCount(), 9);
+    EXPECT_EQ(model.headerData(8, Qt::Horizontal).toString(), QStringLiteral("偶数个数"));
+    // Option3's query lacks the back numbers: column 8 does not exist, canshu keeps its name.
+    model.bind(&t, GridView::afterParameter(param_filter::ViewColumns::FrontCanshu, QStringLiteral("各位和个位")));
+    EXPECT_EQ(model.columnCount(), 7);
+    EXPECT_EQ(model.headerData(6, Qt::Horizontal).toString(), QStringLiteral("canshu"));
+    model.bind(&t, GridView::allRows());
+    EXPECT_EQ(model.columnCount(), 10);
+    EXPECT_EQ(model.headerData(8, Qt::Horizontal).toString(), QStringLiteral("参数"));
+    EXPECT_EQ(model.headerData(9, Qt::Horizontal).toString(), QStringLiteral("过滤缘故"));
+    // First views: GAgan shows ids 1..10000 dead or alive.
+    killRows(t, 0, 5);
+    model.bind(&t, GridView::firstView(FirstView::IdxRange));
+    EXPECT_EQ(model.rowCount(), 50);
+    model.bind(&t, GridView::firstView(FirstView::Live));
+    EXPECT_EQ(model.rowCount(), 45);
+}
+
+TEST(ParamWindowActions, DoubleClickTogglesAndCountsAsAFilter) {
+    Window w(200);
+    ScriptedPrompter prompter;
+    EXPECT_EQ(w.model.rowCount(), 200);
+    w.window.doubleClick(w.model, 4);
+    EXPECT_EQ(w.workspace.shownCount(), 199u);
+    EXPECT_TRUE(w.model.isPainted(4));
+    EXPECT_TRUE(w.model.data(w.model.index(4, 0), ResultGridModel::PaintedRole).toBool());
+    EXPECT_EQ(w.workspace.table().reasonText(4), QStringLiteral("手工删除"));
+    EXPECT_EQ(w.model.rowCount(), 200);  // not rebound: the row stays, grey
+    w.window.doubleClick(w.model, 4);
+    EXPECT_EQ(w.workspace.shownCount(), 200u);
+    EXPECT_FALSE(w.model.isPainted(4));
+    EXPECT_EQ(w.workspace.table().reasonText(4), QString(""));
+
+    // Reset of the last filter after a manual delete returns that one ticket.
+    ParamWindowState s = ParamWindowState::defaults();
+    s.box(ParamId::Option4) = {QStringLiteral("3"), QStringLiteral("3"), {}, {}};
+    w.window.clickParameter(ParamId::Option4, s, prompter);
+    EXPECT_TRUE(w.window.usedButtons().count(QStringLiteral("Option4")));
+    const uint64_t afterFilter = w.workspace.shownCount();
+    w.model.bind(&w.workspace.table(), w.window.view());
+    EXPECT_EQ(w.model.headerData(8, Qt::Horizontal).toString(), QStringLiteral("偶数个数"));
+    w.window.doubleClick(w.model, 0);
+    EXPECT_EQ(w.workspace.shownCount(), afterFilter - 1);
+    w.workspace.resetLast();
+    EXPECT_EQ(w.workspace.shownCount(), afterFilter);
+
+    // In the all-rows view a double click restores a dead ticket whatever killed it.
+    w.window.showAllRows();
+    w.model.bind(&w.workspace.table(), w.window.view());
+    int dead = -1;
+    for (int r = 0; r < w.model.rowCount() && dead < 0; ++r)
+        if (w.workspace.table().unslt().test(w.model.tableRow(r))) dead = r;
+    ASSERT_GE(dead, 0);
+    EXPECT_TRUE(w.model.data(w.model.index(dead, 9)).toString().startsWith(QStringLiteral("偶数个数大小:")));
+    w.window.doubleClick(w.model, dead);
+    EXPECT_FALSE(w.workspace.table().unslt().test(w.model.tableRow(dead)));
+    EXPECT_EQ(w.workspace.shownCount(), afterFilter + 1);
+
+    // Paging with Text1's text.
+    w.window.showPage(QStringLiteral("0"));
+    EXPECT_EQ(w.window.view().idxRange->first, 1);
+    EXPECT_EQ(w.window.view().idxRange->second, 10000);
+}
+
+TEST(ParamWindowActions, AddToTemplateKeepsDistinctTicketsInOrderAndRenumbers) {
+    QTemporaryDir dir;
+    SqliteDb db;
+    ASSERT_TRUE(db.open(QDir(dir.path()).filePath(QStringLiteral("filnum.db")), true));
+    // Without the template table nothing happens.
+    EXPECT_FALSE(param_template::addTickets(db, {{1, 2, 3, 4, 5, 6, 7}}));
+    EXPECT_FALSE(db.tableExists(QStringLiteral("zuheMoban")));
+
+    ASSERT_TRUE(db.exec(schema::candidate(schema::CandidateKind::ZuheMoban).createStatement()));
+    ASSERT_TRUE(param_template::addTickets(db, {{9, 10, 11, 12, 13, 1, 2}, {1, 2, 3, 4, 5, 6, 7}}));
+    ASSERT_TRUE(param_template::addTickets(db, {{1, 2, 3, 4, 5, 6, 7}, {1, 2, 3, 4, 6, 1, 2}}));
+    const auto rows = db.rows(QStringLiteral("SELECT idx, fig1, fig5, fig6 FROM zuheMoban ORDER BY rowid"));
+    ASSERT_EQ(rows.size(), 3);
+    EXPECT_EQ(rows[0], (QVariantList{1, 1, 5, 6}));
+    EXPECT_EQ(rows[1], (QVariantList{2, 1, 6, 1}));
+    EXPECT_EQ(rows[2], (QVariantList{3, 9, 13, 1}));
+    const QStringList cols = db.columns(QStringLiteral("zuheMoban"));
+    EXPECT_EQ(cols.first(), QStringLiteral("fig1"));
+    EXPECT_EQ(cols.value(7), QStringLiteral("idx"));
+    EXPECT_FALSE(cols.contains(QStringLiteral("fliter"), Qt::CaseInsensitive));
+    // Adding nothing only renumbers.
+    ASSERT_TRUE(param_template::addTickets(db, {}));
+    EXPECT_EQ(db.scalar(QStringLiteral("SELECT count(*) FROM zuheMoban")).toInt(), 3);
+
+    // Through the button: Cancel leaves it; OK adds the live tickets of the window.
+    Window w(30);
+    ScriptedPrompter prompter;
+    prompter.answer(false);
+    EXPECT_FALSE(w.window.clickAddTemplate(db, prompter));
+    ASSERT_EQ(prompter.asked().size(), 1);
+    EXPECT_EQ(prompter.asked()[0].title, QStringLiteral("添加组号模板"));
+    EXPECT_EQ(db.scalar(QStringLiteral("SELECT count(*) FROM zuheMoban")).toInt(), 3);
+    prompter.answer(true);
+    EXPECT_TRUE(w.window.clickAddTemplate(db, prompter));
+    std::set<std::array<int, 7>> distinct;
+    for (uint64_t r = 0; r < w.workspace.table().rowCount(); ++r) {
+        std::array<int, 7> k{};
+        for (int c = 1; c <= 7; ++c) k[static_cast<size_t>(c - 1)] = w.workspace.table().fig(c)[r];
+        distinct.insert(k);
+    }
+    EXPECT_EQ(db.scalar(QStringLiteral("SELECT count(*) FROM zuheMoban")).toInt(), 3 + static_cast<int>(distinct.size()));
+    EXPECT_EQ(db.scalar(QStringLiteral("SELECT max(idx) FROM zuheMoban")).toInt(), 3 + static_cast<int>(distinct.size()));
+}
+
+TEST(ParamWindowActions, ExportWritesTheSheetOrShowsTheMessage) {
+    if (QStandardPaths::findExecutable(QStringLiteral("unzip")).isEmpty()) GTEST_SKIP() << "unzip is needed to read the sheet";
+    Window w(40);
+    killRows(w.workspace.tableForChange(), 0, 10);
+    w.workspace.changed();
+    ParamWindowState s = ParamWindowState::defaults();
+    s.check1[0] = s.check1[17] = s.check1[15] = s.check1[9] = true;  // 9: a position, not exported
+    ScriptedPrompter prompter;
+    const param_export::Result r = w.window.clickExport(s, prompter);
+    ASSERT_TRUE(r.written);
+    EXPECT_EQ(r.rows, 30u);
+    EXPECT_EQ(r.titles, (QStringList{QStringLiteral("各位数和"), QStringLiteral("首尾差值"), QStringLiteral("数字复杂度"),
+                                     QStringLiteral("小数之和")}));
+    EXPECT_TRUE(w.window.exportPath().endsWith(QStringLiteral("/Zuhe.xlsx")));
+    EXPECT_EQ(w.workspace.table().liveCount(), 30u);
+
+    QProcess unzip;
+    unzip.start(QStringLiteral("unzip"), {QStringLiteral("-p"), w.window.exportPath()});
+    ASSERT_TRUE(unzip.waitForFinished(30000));
+    const QString xml = QString::fromUtf8(unzip.readAllStandardOutput());
+    for (const QString& text : {QStringLiteral("序号"), QStringLiteral("第5位"), QStringLiteral("数字复杂度"), QStringLiteral("Sheet1")})
+        EXPECT_TRUE(xml.contains(text)) << qPrintable(text);
+    // The first ticket written is idx 11 (rows 1..10 died), then its sum in column G.
+    const CandidateTable& t = w.workspace.table();
+    const int sum = t.fig(1)[10] + t.fig(2)[10] + t.fig(3)[10] + t.fig(4)[10] + t.fig(5)[10];
+    EXPECT_TRUE(xml.contains(QStringLiteral("<c r=\"A2\" s=\"0\"><v>11</v></c>")) || xml.contains(QStringLiteral("<c r=\"A2\"><v>11</v></c>")));
+    EXPECT_TRUE(xml.contains(QStringLiteral("<c r=\"G2\"><v>%1</v></c>").arg(sum)) ||
+                xml.contains(QStringLiteral("<c r=\"G2\" s=\"0\"><v>%1</v></c>").arg(sum)));
+    EXPECT_TRUE(prompter.asked().isEmpty());
+
+    // A file that cannot be written: the message, nothing else.
+    const param_export::Result bad = param_export::exportLive(w.workspace.tableForChange(), s, {},
+                                                              QStringLiteral("/nonexistent/dir/Zuhe.xlsx"), prompter);
+    w.workspace.changed();
+    EXPECT_FALSE(bad.written);
+    ASSERT_EQ(prompter.asked().size(), 1);
+    EXPECT_EQ(prompter.asked()[0].title, QStringLiteral("列表显示错误"));
+    EXPECT_EQ(prompter.asked()[0].text, QStringLiteral("您的电脑没有安装Microsoft Excel表格软件，多参数列表无法显示"));
+}
+
+}  // namespace
