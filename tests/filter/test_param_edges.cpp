@@ -251,8 +251,11 @@ TEST(ParamSingle, DeadRowsKeepTheirFirstReasonAndResetLastUndoesOnlyTheSecondFil
     EXPECT_EQ(t.preunslt(), afterFirst);
     uint64_t secondKilled = 0;
     for (uint64_t r = 0; r < t.rowCount(); ++r) {
-        if (afterFirst.test(r)) EXPECT_EQ(t.reasonText(r), firstReasons[r]) << r;
-        else if (t.unslt().test(r)) ++secondKilled;
+        if (afterFirst.test(r)) {
+            EXPECT_EQ(t.reasonText(r), firstReasons[r]) << r;
+        } else if (t.unslt().test(r)) {
+            ++secondKilled;
+        }
     }
     EXPECT_GT(secondKilled, 0u);
     candidate_actions::resetLast(t);
