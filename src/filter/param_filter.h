@@ -67,8 +67,13 @@ struct FilterStep {
     template <typename T>
     void hitBlock(const T* v, size_t n, uint8_t* out) const {
         if (test == Test::Range) {
-            const uint8_t outside = keep ? 1 : 0;
-            for (size_t i = 0; i < n; ++i) out[i] = static_cast<uint8_t>((v[i] >= lo && v[i] <= hi) ^ outside);
+            // Without branches, so that the loop runs on vector lanes.
+            const uint32_t outside = keep ? 1u : 0u;
+            const int32_t l = lo, h = hi;
+            for (size_t i = 0; i < n; ++i) {
+                const int32_t x = v[i];
+                out[i] = static_cast<uint8_t>((static_cast<uint32_t>(x >= l) & static_cast<uint32_t>(x <= h)) ^ outside);
+            }
             return;
         }
         const uint8_t* h = hit.data() + 32768;
