@@ -24,6 +24,16 @@ CandidateTable::CandidateTable(Kind kind, uint64_t rows) : m_kind(kind), m_rows(
 }
 
 QString CandidateTable::numstring(uint64_t row) const {
+    if (m_numstring == NumstringMode::Back) return numstringHou(row);
+    if (m_numstring == NumstringMode::Marked) {
+        static constexpr char kMarks[] = "!@#$%^";
+        QString s = QStringLiteral("(");
+        for (int k = 0; k < figCount(); ++k) {
+            if (k) s += QLatin1Char(kMarks[k - 1]);
+            s += QString::number(m_figs[static_cast<size_t>(k)][row]);
+        }
+        return s + QLatin1Char(')');
+    }
     const int count = m_numstring == NumstringMode::Whole ? figCount() : (m_kind == Kind::Zuhef ? 6 : 5);
     std::array<int, 7> nums{};
     for (int k = 0; k < count; ++k) nums[static_cast<size_t>(k)] = m_figs[static_cast<size_t>(k)][row];

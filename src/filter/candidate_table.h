@@ -25,8 +25,10 @@ public:
     // scratch columns, idx): what the memory check of an expansion counts.
     static constexpr uint64_t kBytesPerTicket = 7 + 1 + 4 + 2 + 2 + 2 + 4 + 4;
 
-    // How the scratch text columns Numstring / NumstringHou are currently filled.
-    enum class NumstringMode : uint8_t { Null, Front, Whole };
+    // How the scratch text columns Numstring / NumstringHou are currently filled: the front
+    // numbers, all numbers or the back numbers in two digits joined by blanks, or the marked
+    // form "(1!2@3#4$5%6^7)" of the same-as-template filter.
+    enum class NumstringMode : uint8_t { Null, Front, Whole, Back, Marked };
 
     CandidateTable() = default;
     CandidateTable(Kind kind, uint64_t rows);

@@ -69,6 +69,8 @@ public:
 
     // Window-level state.
     int16_t intCmdnb() const { return m_intCmdnb; }
+    // The super filters, the template steps and their replay set the code as well.
+    void setIntCmdnb(int16_t code) { m_intCmdnb = code; }
     int16_t intQianHou = 1;
     bool baoliuMode = true;
 

@@ -1,0 +1,569 @@
+#include "filter/super_kernels.h"
+
+#include "filter/candidate_kernels.h"
+#include "filter/super_text.h"
+
+#include <algorithm>
+#include <atomic>
+#include <bit>
+#include <climits>
+#include <mutex>
+
+namespace super_kernels {
+
+namespace {
+
+using super_text::LiteralClasses;
+using super_text::Pieces;
+using Mode = CandidateTable::NumstringMode;
+using Word = BitVector::Word;
+
+constexpr int32_t kNoDraw = INT32_MAX;
+constexpr int kMaxSubset = 5;  // the front numbers of a draw
+// Rows per progress step of the history filters; each step runs on all cores.
+constexpr uint64_t kHistoryStepRows = uint64_t{1} << 22;
+
+bool bit(uint64_t mask, int c) { return c >= 0 && ((mask >> c) & 1u); }
+
+// Interns a reason text at most once per key, from several threads.
+class LazyReasons {
+public:
+    LazyReasons(ReasonTable& table, size_t keys) : m_table(table), m_ids(keys) {
+        for (auto& id : m_ids) id.store(kUnset, std::memory_order_relaxed);
+    }
+    template <typename TextFn>
+    ReasonTable::Id get(size_t key, TextFn&& text) {
+        ReasonTable::Id id = m_ids[key].load(std::memory_order_acquire);
+        if (id != kUnset) return id;
+        std::lock_guard lock(m_mutex);
+        id = m_ids[key].load(std::memory_order_relaxed);
+        if (id == kUnset) {
+            id = m_table.intern(text());
+            m_ids[key].store(id, std::memory_order_release);
+        }
+        return id;
+    }
+
+private:
+    static constexpr ReasonTable::Id kUnset = UINT32_MAX;
+    ReasonTable& m_table;
+    std::vector<std::atomic<ReasonTable::Id>> m_ids;
+    std::mutex m_mutex;
+};
+
+// Sets unslt (true or false) and a reason on the rows of `sel`.
+void setRows(CandidateTable& t, const BitVector& sel, bool dead, ReasonTable::Id reason) {
+    auto un = t.unslt().words();
+    const auto s = sel.words();
+    auto fl = t.fliter();
+    for (size_t w = 0; w < un.size(); ++w) {
+        if (!s[w]) continue;
+        un[w] = dead ? (un[w] | s[w]) : (un[w] & ~s[w]);
+        forEachSetBit(s[w], w * BitVector::kWordBits, [&](size_t r) { fl[r] = reason; });
+    }
+}
+
+// Intersects `sel` with the live (or dead) rows.
+void keepOnly(BitVector& sel, const BitVector& flags, bool set) {
+    auto s = sel.words();
+    const auto f = flags.words();
+    for (size_t w = 0; w < s.size(); ++w) s[w] &= set ? f[w] : ~f[w];
+    sel.clearTail();
+}
+
+bool any(const BitVector& v) {
+    for (Word w : v.words())
+        if (w) return true;
+    return false;
+}
+
+}  // namespace
+
+// ---- relation -------------------------------------------------------------------------------
+
+QString relationPattern(std::span<const int16_t> numbers) {
+    QString pat;
+    for (int16_t n : numbers) pat += QLatin1Char('*') + super_text::twoDigits(n) + QLatin1Char('*');
+    return pat;
+}
+
+void relationPrologue(CandidateTable& t) {
+    kernels::beginFilter(t);
+    t.setNumstring(Mode::Whole);
+}
+
+uint64_t relation(CandidateTable& t, Relation kind, std::span<const int16_t> numbers, const QString& caption) {
+    const QString pat = relationPattern(numbers);
+    relationPrologue(t);
+    const Pieces pieces = super_text::piecesOf(Mode::Whole, t.figCount());
+    LiteralClasses cls;
+    std::vector<int> order;
+    uint64_t anyMask = 0;
+    for (int16_t n : numbers) {
+        const int c = cls.add(super_text::twoDigits(n));
+        order.push_back(c);
+        if (c >= 0) anyMask |= uint64_t{1} << c;
+    }
+    cls.build();
+    // LIKE "*a**b*": the pieces must hold a, then b, ... in this order, one literal per piece
+    // (a piece holds at most three characters, a literal at least two).
+    const auto matches = [&](uint64_t r) {
+        if (order.empty()) return false;  // LIKE "" never holds on a ticket
+        size_t p = 0;
+        for (int i = 0; i < pieces.count && p < order.size(); ++i)
+            if (bit(cls.maskOf(t.fig(pieces.cols[static_cast<size_t>(i)] + 1)[r], true), order[p])) ++p;
+        return p == order.size();
+    };
+    BitVector sel;
+    switch (kind) {
+        case Relation::Xiangke: sel = kernels::select(t, matches); break;
+        case Relation::Baoliu: sel = kernels::select(t, [&](uint64_t r) { return !matches(r); }); break;
+        case Relation::Xiangsheng:
+            sel = kernels::select(t, [&](uint64_t r) {
+                return (cls.rowMask(t, r, pieces) & anyMask) != 0 && !matches(r);
+            });
+            break;
+    }
+    keepOnly(sel, t.unslt(), false);
+    if (!any(sel)) return 0;
+    return kernels::killSelected(t, sel, t.reasons().intern(caption + pat));
+}
+
+// ---- history --------------------------------------------------------------------------------
+
+QString historyReason(const HistoryRun& run, int32_t issue, int matches) {
+    return run.caption + QStringLiteral(" 检索前 ") + run.nText + QStringLiteral(" 期") + QString::number(issue) +
+           QStringLiteral("期 有") + QString::number(matches) + QStringLiteral("码相同");
+}
+
+namespace {
+
+// One pass of the loop that reads a history row: the classes of the literals its statement
+// tests, per term.
+struct Pass {
+    int32_t issue = 0;
+    DrawNumbers draw{};
+    std::array<int, 5> front{};  // scope 1: the five front numbers
+    int houTerm = -1;            // scopes 2, 3: fig6 of the draw, tested on NumstringHou
+    int numTerm = -1;            // fig7 of the draw, tested on Numstring
+    uint64_t frontMask = 0;
+    bool regular = false;  // five distinct classes
+};
+
+// Best match over the passes and the newest pass that reached it.
+struct Best {
+    int matches = 0;
+    int32_t pass = kNoDraw;
+    void offer(int m, int32_t i) {
+        if (m > matches || (m == matches && m > 0 && i < pass)) {
+            matches = m;
+            pass = i;
+        }
+    }
+};
+
+uint64_t binomial(int n, int k) {
+    if (k < 0 || k > n) return 0;
+    uint64_t r = 1;
+    for (int i = 1; i <= k; ++i) r = r * static_cast<uint64_t>(n - k + i) / static_cast<uint64_t>(i);
+    return r;
+}
+
+// For every subset of at most five classes, the newest regular pass whose front numbers hold
+// it: the lookup that replaces a statement per draw.
+class SubsetTable {
+public:
+    explicit SubsetTable(int classes) {
+        for (int n = 0; n <= LiteralClasses::kMaxClasses; ++n)
+            for (int k = 0; k <= kMaxSubset; ++k) m_binom[static_cast<size_t>(n)][static_cast<size_t>(k)] = binomial(n, k);
+        for (int k = 1; k <= kMaxSubset; ++k)
+            m_newest[static_cast<size_t>(k)].assign(m_binom[static_cast<size_t>(classes)][static_cast<size_t>(k)], kNoDraw);
+    }
+    // Passes must come newest first.
+    void add(uint64_t mask, int32_t pass) {
+        for (uint64_t sub = mask; sub; sub = (sub - 1) & mask) {
+            int32_t& slot = m_newest[static_cast<size_t>(std::popcount(sub))][rankOf(sub)];
+            if (slot == kNoDraw) slot = pass;
+        }
+    }
+    // At most five classes in `ticket`.
+    Best best(uint64_t ticket) const {
+        Best b;
+        for (uint64_t sub = ticket; sub; sub = (sub - 1) & ticket) {
+            const int k = std::popcount(sub);
+            if (k < b.matches) continue;
+            const int32_t pass = m_newest[static_cast<size_t>(k)][rankOf(sub)];
+            if (pass != kNoDraw) b.offer(k, pass);
+        }
+        return b;
+    }
+
+private:
+    // The combinatorial rank of a set among the sets of its size (colex order).
+    size_t rankOf(uint64_t sub) const {
+        uint64_t rank = 0;
+        size_t j = 1;
+        for (uint64_t m = sub; m; m &= m - 1, ++j) rank += m_binom[static_cast<size_t>(std::countr_zero(m))][j];
+        return static_cast<size_t>(rank);
+    }
+    std::array<std::array<uint64_t, kMaxSubset + 1>, LiteralClasses::kMaxClasses + 1> m_binom{};
+    std::array<std::vector<int32_t>, kMaxSubset + 1> m_newest;
+};
+
+class HistoryKernel {
+public:
+    HistoryKernel(CandidateTable& t, const HistoryRun& run, const DrawHistory& draws)
+        : m_t(t), m_run(run) {
+        const int drawnum = draws.drawnum();
+        const int64_t reachable = std::min<int64_t>(run.passes, int64_t{drawnum} + 1);
+        m_lastSkipped = run.passes > reachable;
+        m_front = run.scope == ZoneScope::Front;
+        for (int64_t i = 0; i < reachable; ++i) {
+            const DrawNumbers& d = draws.figarr[static_cast<size_t>(drawnum - i)];
+            Pass p;
+            p.issue = d[0];
+            p.draw = d;
+            if (m_front) {
+                for (int j = 0; j < 5; ++j) p.front[static_cast<size_t>(j)] = m_cls.add(super_text::twoDigits(d[static_cast<size_t>(j + 1)]));
+            } else {
+                p.houTerm = m_cls.add(super_text::twoDigits(d[6]));
+                p.numTerm = m_cls.add(super_text::twoDigits(d[7]));
+            }
+            m_passes.push_back(p);
+        }
+        m_cls.build();
+        if (m_front && !m_cls.overflow()) {
+            m_subsets.emplace(m_cls.size());
+            for (size_t i = 0; i < m_passes.size(); ++i) {
+                Pass& p = m_passes[i];
+                for (int c : p.front) p.frontMask |= uint64_t{1} << c;
+                p.regular = std::popcount(p.frontMask) == 5;
+                if (p.regular) m_subsets->add(p.frontMask, static_cast<int32_t>(i));
+                else m_irregular.push_back(static_cast<int32_t>(i));
+            }
+        }
+        if (!m_front && !m_cls.overflow()) {
+            const size_t n = static_cast<size_t>(m_cls.size());
+            m_newestHou.assign(n, kNoDraw);
+            m_newestNum.assign(n, kNoDraw);
+            m_newestBoth.assign(n * n, kNoDraw);
+            for (size_t i = 0; i < m_passes.size(); ++i) {
+                const Pass& p = m_passes[i];
+                const auto pass = static_cast<int32_t>(i);
+                auto& h = m_newestHou[static_cast<size_t>(p.houTerm)];
+                auto& g = m_newestNum[static_cast<size_t>(p.numTerm)];
+                auto& b = m_newestBoth[static_cast<size_t>(p.houTerm) * n + static_cast<size_t>(p.numTerm)];
+                h = std::min(h, pass);
+                g = std::min(g, pass);
+                b = std::min(b, pass);
+            }
+        }
+        m_reasonsReady = std::make_unique<LazyReasons>(t.reasons(), m_passes.size() * 8 + 1);
+    }
+
+    uint64_t run(EngineProgress* progress) {
+        const uint64_t rows = m_t.rowCount();
+        kernels::beginFilter(m_t);
+        std::ranges::fill(m_t.canshu(), int16_t{0});
+        if (m_run.scope == ZoneScope::Front) {
+            m_t.setNumstring(Mode::Front);
+        } else {
+            if (m_run.scope == ZoneScope::Both) m_t.setNumstring(Mode::Front);
+            m_t.setNumstringHou(true);
+        }
+        m_num = super_text::piecesOf(m_t.numstringMode(), m_t.figCount());
+        m_hou = super_text::piecesHou();
+        if (m_run.passes <= 0) return 0;  // the loop does not run: SKnum stays as it was
+        std::ranges::fill(m_t.sknum(), int16_t{0});
+        if (m_passes.empty() || (!m_front && m_num.null)) return 0;  // no draw, or LIKE on null
+        std::atomic<uint64_t> killed{0};
+        for (uint64_t begin = 0; begin < rows; begin += kHistoryStepRows) {
+            if (progress && progress->cancelled()) break;
+            const uint64_t end = std::min(rows, begin + kHistoryStepRows);
+            kernels::parallelSlices(end - begin, [&](uint64_t b, uint64_t e) {
+                killed += m_front ? slice<true>(begin + b, begin + e) : slice<false>(begin + b, begin + e);
+            });
+            if (progress) progress->progress(end, rows);
+        }
+        return killed;
+    }
+
+private:
+    // The rows [begin, end), word-aligned.
+    template <bool Front>
+    uint64_t slice(uint64_t begin, uint64_t end) {
+        auto un = m_t.unslt().words();
+        auto canshu = m_t.canshu();
+        auto sknum = m_t.sknum();
+        auto jsq = m_t.jsqihao();
+        auto fl = m_t.fliter();
+        uint64_t killed = 0;
+        uint64_t lastKey = 0;
+        bool haveKey = false;
+        Best best;
+        int lastCount = 0;
+        for (uint64_t r = begin; r < end; ++r) {
+            const size_t w = r / BitVector::kWordBits;
+            const Word m = Word{1} << (r % BitVector::kWordBits);
+            if (un[w] & m) continue;
+            if (m_cls.overflow()) {
+                slowRow(r, best, lastCount);
+            } else if constexpr (Front) {
+                const uint64_t key = m_cls.rowMask(m_t, r, m_num);
+                if (!haveKey || key != lastKey) {
+                    haveKey = true;
+                    lastKey = key;
+                    best = frontBest(key);
+                    lastCount = m_lastSkipped ? 0 : frontCount(key, m_passes.back());
+                }
+            } else {
+                const uint64_t hou = m_cls.rowMask(m_t, r, m_hou), num = m_cls.rowMask(m_t, r, m_num);
+                best = pairBest(hou, num);
+                const Pass& last = m_passes.back();
+                lastCount = m_lastSkipped ? 0 : int{bit(hou, last.houTerm)} + int{bit(num, last.numTerm)};
+            }
+            sknum[r] = static_cast<int16_t>(lastCount);
+            if (best.matches == 0) continue;
+            canshu[r] = static_cast<int16_t>(best.matches);
+            const Pass& p = m_passes[static_cast<size_t>(best.pass)];
+            jsq[r] = p.issue;
+            if (best.matches < m_run.threshold) continue;
+            un[w] |= m;
+            ++killed;
+            const size_t key = static_cast<size_t>(best.pass) * 8 + static_cast<size_t>(best.matches);
+            fl[r] = m_reasonsReady->get(key, [&] { return historyReason(m_run, p.issue, best.matches); });
+        }
+        return killed;
+    }
+
+    int frontCount(uint64_t ticket, const Pass& p) const {
+        int n = 0;
+        for (int c : p.front) n += bit(ticket, c);
+        return n;
+    }
+
+    Best frontBest(uint64_t ticket) const {
+        Best b;
+        if (std::popcount(ticket) <= kMaxSubset) {
+            b = m_subsets->best(ticket);
+        } else {
+            for (size_t i = 0; i < m_passes.size(); ++i)
+                if (m_passes[i].regular) b.offer(std::popcount(ticket & m_passes[i].frontMask), static_cast<int32_t>(i));
+        }
+        for (int32_t i : m_irregular) b.offer(frontCount(ticket, m_passes[static_cast<size_t>(i)]), i);
+        return b;
+    }
+
+    Best pairBest(uint64_t hou, uint64_t num) const {
+        Best b;
+        const size_t n = static_cast<size_t>(m_cls.size());
+        int32_t both = kNoDraw, one = kNoDraw;
+        for (uint64_t h = hou; h; h &= h - 1) {
+            const auto a = static_cast<size_t>(std::countr_zero(h));
+            one = std::min(one, m_newestHou[a]);
+            for (uint64_t g = num; g; g &= g - 1) both = std::min(both, m_newestBoth[a * n + static_cast<size_t>(std::countr_zero(g))]);
+        }
+        for (uint64_t g = num; g; g &= g - 1) one = std::min(one, m_newestNum[static_cast<size_t>(std::countr_zero(g))]);
+        if (both != kNoDraw) b.offer(2, both);
+        else if (one != kNoDraw) b.offer(1, one);
+        return b;
+    }
+
+    // More distinct literals than a mask holds: the row's texts are tested against each pass.
+    void slowRow(uint64_t r, Best& best, int& lastCount) const {
+        const auto texts = [&](const Pieces& p) {
+            std::vector<QString> out;
+            for (int i = 0; i < p.count; ++i)
+                out.push_back(super_text::pieceText(m_t.fig(p.cols[static_cast<size_t>(i)] + 1)[r], p.padded));
+            return out;
+        };
+        const std::vector<QString> num = texts(m_num), hou = texts(m_hou);
+        const auto holds = [](const std::vector<QString>& pieces, int32_t n) {
+            const QString lit = super_text::twoDigits(n);
+            return std::ranges::any_of(pieces, [&](const QString& p) { return p.contains(lit); });
+        };
+        const auto count = [&](const Pass& p) {
+            if (m_front) {
+                int n = 0;
+                for (int j = 1; j <= 5; ++j) n += holds(num, p.draw[static_cast<size_t>(j)]);
+                return n;
+            }
+            return int{holds(hou, p.draw[6])} + int{holds(num, p.draw[7])};
+        };
+        best = Best{};
+        for (size_t i = 0; i < m_passes.size(); ++i) best.offer(count(m_passes[i]), static_cast<int32_t>(i));
+        lastCount = m_lastSkipped ? 0 : count(m_passes.back());
+    }
+
+    CandidateTable& m_t;
+    const HistoryRun& m_run;
+    LiteralClasses m_cls;
+    std::vector<Pass> m_passes;
+    std::vector<int32_t> m_irregular;
+    std::optional<SubsetTable> m_subsets;
+    std::vector<int32_t> m_newestHou, m_newestNum, m_newestBoth;
+    bool m_front = true;
+    bool m_lastSkipped = false;
+    Pieces m_num, m_hou;
+    std::unique_ptr<LazyReasons> m_reasonsReady;
+};
+
+}  // namespace
+
+uint64_t history(CandidateTable& t, const HistoryRun& run, const DrawHistory& draws, EngineProgress* progress) {
+    if (run.threshold <= 0) return 0;
+    HistoryKernel kernel(t, run, draws);
+    return kernel.run(progress);
+}
+
+// ---- inclusion ------------------------------------------------------------------------------
+
+QString inclusionList(std::span<const int16_t> numbers) {
+    QStringList parts;
+    for (int16_t n : numbers) parts << super_text::twoDigits(n);
+    return parts.join(QLatin1Char(' '));
+}
+
+namespace {
+
+Mode modeOf(ZoneScope scope) {
+    switch (scope) {
+        case ZoneScope::Front: return Mode::Front;
+        case ZoneScope::Back: return Mode::Back;
+        case ZoneScope::Both: return Mode::Whole;
+    }
+    return Mode::Front;
+}
+
+struct InclusionClasses {
+    LiteralClasses cls;
+    std::vector<int> numbers, bankers;
+    uint64_t bankerMask = 0;
+    Pieces pieces;
+
+    InclusionClasses(const CandidateTable& t, const InclusionRun& run) {
+        for (int16_t n : run.numbers) numbers.push_back(cls.add(super_text::twoDigits(n)));
+        for (int16_t d : run.bankers) bankers.push_back(cls.add(super_text::twoDigits(d)));
+        cls.build();
+        for (int c : bankers)
+            if (c >= 0) bankerMask |= uint64_t{1} << c;
+        pieces = super_text::piecesOf(t.numstringMode(), t.figCount());
+    }
+    int count(uint64_t mask) const {
+        int n = 0;
+        for (int c : numbers) n += bit(mask, c);
+        return n;
+    }
+    // NOT LIKE "*dd*" for some banker.
+    bool lacksBanker(uint64_t mask) const {
+        for (int c : bankers)
+            if (!bit(mask, c)) return true;
+        return false;
+    }
+};
+
+QString groupReason(const InclusionRun& run) {
+    return run.caption + inclusionList(run.numbers) + QStringLiteral("  ") + QString::number(run.skzu) +
+           QStringLiteral("个一组");
+}
+
+QString bankerReason(const InclusionRun& run) {
+    return run.caption + inclusionList(run.numbers) + QStringLiteral("  胆");
+}
+
+// SKnum of the rows of `counted` (others 0) and the selection of those reaching skzu.
+BitVector countNumbers(CandidateTable& t, const InclusionClasses& ic, const BitVector& counted, int16_t skzu) {
+    auto sk = t.sknum();
+    std::ranges::fill(sk, int16_t{0});
+    return kernels::select(t, [&](uint64_t r) {
+        if (!counted.test(r)) return false;
+        const int n = ic.count(ic.cls.rowMask(t, r, ic.pieces));
+        sk[r] = static_cast<int16_t>(n);
+        return n >= skzu;
+    });
+}
+
+}  // namespace
+
+uint64_t inclusionKill(CandidateTable& t, const InclusionRun& run) {
+    kernels::beginFilter(t);
+    t.setNumstring(modeOf(run.scope));
+    const InclusionClasses ic(t, run);
+    BitVector live(t.rowCount());
+    {
+        auto l = live.words();
+        const auto u = t.unslt().words();
+        for (size_t w = 0; w < l.size(); ++w) l[w] = ~u[w];
+        live.clearTail();
+    }
+    const BitVector reach = countNumbers(t, ic, live, run.skzu);
+    uint64_t killed = 0;
+    if (any(reach)) killed = kernels::killSelected(t, reach, t.reasons().intern(groupReason(run)));
+    if (run.bankers.empty()) return killed;
+    BitVector back = kernels::select(t, [&](uint64_t r) { return ic.lacksBanker(ic.cls.rowMask(t, r, ic.pieces)); });
+    keepOnly(back, t.unslt(), true);
+    if (any(back)) setRows(t, back, false, t.reasons().intern(QStringLiteral(" ")));
+    return killed;
+}
+
+uint64_t inclusionKeep(CandidateTable& t, const InclusionRun& run) {
+    kernels::beginFilter(t);
+    t.setNumstring(modeOf(run.scope));
+    const InclusionClasses ic(t, run);
+    BitVector preLive(t.rowCount());
+    {
+        auto l = preLive.words();
+        const auto p = t.preunslt().words();
+        for (size_t w = 0; w < l.size(); ++w) l[w] = ~p[w];
+        preLive.clearTail();
+    }
+    const BitVector reach = countNumbers(t, ic, preLive, run.skzu);
+    // All rows live before die with the group reason, those that reach skzu come back with "".
+    BitVector dies = preLive;
+    {
+        auto d = dies.words();
+        const auto s = reach.words();
+        for (size_t w = 0; w < d.size(); ++w) d[w] &= ~s[w];
+    }
+    if (any(dies)) setRows(t, dies, true, t.reasons().intern(groupReason(run)));
+    if (any(reach)) setRows(t, reach, false, ReasonTable::kEmpty);
+    if (!run.bankers.empty()) {
+        BitVector marked = kernels::select(t, [&](uint64_t r) { return ic.lacksBanker(ic.cls.rowMask(t, r, ic.pieces)); });
+        keepOnly(marked, t.unslt(), true);
+        if (any(marked)) setRows(t, marked, true, t.reasons().intern(bankerReason(run)));
+    }
+    return dies.count();
+}
+
+// ---- same as template -----------------------------------------------------------------------
+
+std::optional<uint64_t> ticketKey(const std::array<qint64, 7>& numbers) {
+    uint64_t key = 0;
+    for (size_t k = 0; k < numbers.size(); ++k) {
+        if (numbers[k] < 0 || numbers[k] > UINT8_MAX) return std::nullopt;
+        key |= static_cast<uint64_t>(numbers[k]) << (8 * k);
+    }
+    return key;
+}
+
+uint64_t rowKey(const CandidateTable& t, uint64_t row) {
+    uint64_t key = 0;
+    for (int k = 1; k <= 7; ++k) key |= static_cast<uint64_t>(k <= t.figCount() ? t.fig(k)[row] : 0) << (8 * (k - 1));
+    return key;
+}
+
+uint64_t sameAsTemplate(CandidateTable& t, const std::unordered_set<uint64_t>& templateKeys) {
+    t.setNumstring(Mode::Marked);
+    if (templateKeys.empty()) return 0;
+    BitVector hit = kernels::select(t, [&](uint64_t r) { return templateKeys.count(rowKey(t, r)) != 0; });
+    uint64_t died = 0;
+    auto un = t.unslt().words();
+    const auto h = hit.words();
+    for (size_t w = 0; w < un.size(); ++w) {
+        died += static_cast<uint64_t>(std::popcount(h[w] & ~un[w]));
+        un[w] |= h[w];
+    }
+    return died;
+}
+
+}  // namespace super_kernels
