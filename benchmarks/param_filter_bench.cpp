@@ -3,7 +3,7 @@
 // same work done by the window's statements in SQLite (the statements of the tests' reference)
 // on the first N tickets, scaled up to the whole table, with the ratio.
 //
-//   param_filter_bench [--sql-rows N | --no-sql] [--scope 1|3] [--singles]
+//   param_filter_bench [--sql-rows N | --no-sql] [--scope 1|3] [--singles | --integrated]
 #include "filter/candidate_actions.h"
 #include "filter/param_filter.h"
 #include "generation/expansion.h"
@@ -141,7 +141,9 @@ int main(int argc, char** argv) {
                 threads, threads);
     std::printf("%-18s %9s %9s %10s %12s %9s\n", "parameter", "wall ms", "cpu ms", "killed", "SQL ms", "ratio");
     double worst = 0, worstCpu = 0;
+    const bool singles = !args.contains(QStringLiteral("--integrated"));
     for (const ParamInfo& p : param_catalogue::all()) {
+        if (!singles) break;
         candidate_actions::resetAll(t);
         param_filter::SingleResult res;
         const Timing tm = timed([&] { res = param_filter::runSingle(t, p.id, s, ctx); });

@@ -109,35 +109,38 @@ CompiledCompute compile(ParamId id, const ComputeInputs& in, const ParamContext&
     const auto& ticks = in.ticks;
     const auto maxOf = [&](int col) { return col < kFrontCols ? ctx.maxQian : ctx.maxHou; };
     const auto big = [&](int f, int col) { return 2 * f > maxOf(col); };  // F > max / 2
-    const auto sum = [&](Op op, auto&& term) {
+    for (int col = 0; col < 7; ++col) c.zoneMax[static_cast<size_t>(col)] = maxOf(col);
+    using Term = CompiledCompute::Term;
+    const auto sum = [&](Op op, auto&& term, Term kind = Term::Table) {
         c.op = op;
+        c.term = kind;
         fillSum(c, scope, ticks, term);
     };
     const bool back = scope == ZoneScope::Back;
 
     switch (id) {
-        case ParamId::Option23: sum(Op::Sum, [](int f, int) { return f; }); break;
-        case ParamId::Option3: sum(Op::SumMod10, [](int f, int) { return f; }); break;
-        case ParamId::Option4: sum(Op::Sum, [](int f, int) { return f % 2 == 0; }); break;
-        case ParamId::Option5: sum(Op::Sum, [&](int f, int col) { return big(f, col); }); break;
-        case ParamId::Option8: sum(Op::Sum, [](int f, int) { return f % 10 > 4; }); break;
-        case ParamId::Option34: sum(Op::Sum, [](int f, int) { return f % 10; }); break;
-        case ParamId::Option39: sum(Op::Sum, [&](int f, int col) { return big(f, col) ? 0 : f; }); break;
-        case ParamId::Option40: sum(Op::Sum, [&](int f, int col) { return big(f, col) ? f : 0; }); break;
+        case ParamId::Option23: sum(Op::Sum, [](int f, int) { return f; }, Term::Value); break;
+        case ParamId::Option3: sum(Op::SumMod10, [](int f, int) { return f; }, Term::Value); break;
+        case ParamId::Option4: sum(Op::Sum, [](int f, int) { return f % 2 == 0; }, Term::Even); break;
+        case ParamId::Option5: sum(Op::Sum, [&](int f, int col) { return big(f, col); }, Term::Big); break;
+        case ParamId::Option8: sum(Op::Sum, [](int f, int) { return f % 10 > 4; }, Term::TailBig); break;
+        case ParamId::Option34: sum(Op::Sum, [](int f, int) { return f % 10; }, Term::Tail); break;
+        case ParamId::Option39: sum(Op::Sum, [&](int f, int col) { return big(f, col) ? 0 : f; }, Term::SmallValue); break;
+        case ParamId::Option40: sum(Op::Sum, [&](int f, int col) { return big(f, col) ? f : 0; }, Term::BigValue); break;
         case ParamId::Option9:
-            if (!back) sum(Op::Sum, [](int f, int) { return f <= 10; });
+            if (!back) sum(Op::Sum, [](int f, int) { return f <= 10; }, Term::UpTo10);
             break;
         case ParamId::Option10:
-            if (!back) sum(Op::Sum, [](int f, int) { return f > 10 && f <= 20; });
+            if (!back) sum(Op::Sum, [](int f, int) { return f > 10 && f <= 20; }, Term::From11To20);
             break;
         case ParamId::Option11:
-            if (!back) sum(Op::Sum, [](int f, int) { return f > 20; });
+            if (!back) sum(Op::Sum, [](int f, int) { return f > 20; }, Term::Above20);
             break;
         case ParamId::Option32:
-            if (!back) sum(Op::Sum, [](int f, int) { return f % 2 == 1 ? f : 0; });
+            if (!back) sum(Op::Sum, [](int f, int) { return f % 2 == 1 ? f : 0; }, Term::OddValue);
             break;
         case ParamId::Option33:
-            if (!back) sum(Op::Sum, [](int f, int) { return f % 2 == 0 ? f : 0; });
+            if (!back) sum(Op::Sum, [](int f, int) { return f % 2 == 0 ? f : 0; }, Term::EvenValue);
             break;
         case ParamId::Option20: {
             const auto member = [&](int f) { return f < kNumberSlots && ctx.lastDrawFront[static_cast<size_t>(f)]; };
@@ -223,8 +226,10 @@ CompiledCompute compile(ParamId id, const ComputeInputs& in, const ParamContext&
             const auto whole = [](const QString& s) {
                 return static_cast<int>(std::nearbyint(std::clamp(param_catalogue::leadingNumber(s), -1e6, 1e6)));
             };
-            const int lo = whole(in.zdqjLower), hi = whole(in.zdqjUpper);
-            sum(Op::Sum, [&](int f, int) { return f > lo && f <= hi; });
+            const int lo = std::clamp(whole(in.zdqjLower), -1, 256), hi = std::clamp(whole(in.zdqjUpper), -1, 256);
+            sum(Op::Sum, [&](int f, int) { return f > lo && f <= hi; }, Term::Interval);
+            c.termLo = lo;
+            c.termHi = hi;
             break;
         }
         case ParamId::Option13:
@@ -267,15 +272,6 @@ struct OrFold {
     static Acc init() { return 0; }
     static Acc add(Acc a, int16_t v) { return a | static_cast<uint16_t>(v); }
 };
-// Greatest from 0 and least from 99.
-struct RangeFold {
-    struct Acc {
-        int32_t greatest, least;
-    };
-    static Acc init() { return {0, 99}; }
-    static Acc add(Acc a, int16_t v) { return {std::max<int32_t>(a.greatest, v), std::min<int32_t>(a.least, v)}; }
-};
-
 // Row by row over the tables of the visited positions, their count known at compile time so
 // that the row's value stays in a register.
 template <int N, typename Fold, typename Emit>
@@ -358,11 +354,72 @@ void acRows(const CompiledCompute& c, const CandidateTable& t, int16_t* out, uin
 
 }  // namespace
 
+namespace {
+
+// A Sum whose term is arithmetic on the number: column by column over blocks of 16-bit lanes.
+template <typename Term>
+void addColumn(int16_t* acc, const uint8_t* f, uint64_t n, Term term) {
+    for (uint64_t i = 0; i < n; ++i) acc[i] = static_cast<int16_t>(acc[i] + term(int16_t{f[i]}));
+}
+
+void arithmeticSum(const CompiledCompute& c, const CandidateTable& t, int16_t* out, uint64_t begin, uint64_t end,
+                   bool mod10) {
+    using Term = CompiledCompute::Term;
+    constexpr uint64_t kSumBlock = 4096;
+    alignas(64) std::array<int16_t, kSumBlock> acc;
+    for (uint64_t b = begin; b < end; b += kSumBlock) {
+        const uint64_t n = std::min(end, b + kSumBlock) - b;
+        std::fill_n(acc.begin(), n, int16_t{0});
+        for (int col : c.positions) {
+            const uint8_t* f = t.fig(col + 1).data() + b;
+            const auto max = static_cast<int16_t>(c.zoneMax[static_cast<size_t>(col)]);
+            const auto lo = static_cast<int16_t>(c.termLo), hi = static_cast<int16_t>(c.termHi);
+            int16_t* a = acc.data();
+            switch (c.term) {
+                case Term::Value: addColumn(a, f, n, [](int16_t x) { return x; }); break;
+                case Term::Even: addColumn(a, f, n, [](int16_t x) { return static_cast<int16_t>((x & 1) ^ 1); }); break;
+                case Term::Big: addColumn(a, f, n, [max](int16_t x) { return static_cast<int16_t>(2 * x > max); }); break;
+                case Term::TailBig: addColumn(a, f, n, [](int16_t x) { return static_cast<int16_t>(x % 10 > 4); }); break;
+                case Term::UpTo10: addColumn(a, f, n, [](int16_t x) { return static_cast<int16_t>(x <= 10); }); break;
+                case Term::From11To20:
+                    addColumn(a, f, n, [](int16_t x) { return static_cast<int16_t>((x > 10) & (x <= 20)); });
+                    break;
+                case Term::Above20: addColumn(a, f, n, [](int16_t x) { return static_cast<int16_t>(x > 20); }); break;
+                case Term::OddValue: addColumn(a, f, n, [](int16_t x) { return static_cast<int16_t>(x * (x & 1)); }); break;
+                case Term::EvenValue:
+                    addColumn(a, f, n, [](int16_t x) { return static_cast<int16_t>(x * ((x & 1) ^ 1)); });
+                    break;
+                case Term::Tail: addColumn(a, f, n, [](int16_t x) { return static_cast<int16_t>(x % 10); }); break;
+                case Term::SmallValue:
+                    addColumn(a, f, n, [max](int16_t x) { return static_cast<int16_t>(x * (2 * x <= max)); });
+                    break;
+                case Term::BigValue:
+                    addColumn(a, f, n, [max](int16_t x) { return static_cast<int16_t>(x * (2 * x > max)); });
+                    break;
+                case Term::Interval:
+                    addColumn(a, f, n, [lo, hi](int16_t x) { return static_cast<int16_t>((x > lo) & (x <= hi)); });
+                    break;
+                case Term::Table: break;
+            }
+        }
+        if (mod10)
+            for (uint64_t i = 0; i < n; ++i) out[b + i] = static_cast<int16_t>(acc[i] % 10);
+        else
+            std::copy_n(acc.begin(), n, out + b);
+    }
+}
+
+}  // namespace
+
 void computeRows(const CompiledCompute& c, const CandidateTable& t, std::span<int16_t> canshu, uint64_t begin,
                  uint64_t end) {
     if (!c.writesCanshu() || begin >= end) return;
     int16_t* out = canshu.data();
     constexpr int32_t kMax16 = std::numeric_limits<int16_t>::max();
+    if ((c.op == Op::Sum || c.op == Op::SumMod10) && c.term != CompiledCompute::Term::Table) {
+        arithmeticSum(c, t, out, begin, end, c.op == Op::SumMod10);
+        return;
+    }
     switch (c.op) {
         case Op::Sum:
             if (c.checkOverflow)
@@ -381,11 +438,27 @@ void computeRows(const CompiledCompute& c, const CandidateTable& t, std::span<in
                                [out, &un](uint64_t r, int32_t v) { out[r] = un.test(r) ? int16_t{0} : static_cast<int16_t>(v); });
             return;
         }
-        case Op::OmissionRange:
-            tableRows<RangeFold>(c, t, begin, end, [out](uint64_t r, RangeFold::Acc a) {
-                out[r] = static_cast<int16_t>(a.greatest - a.least);
-            });
+        case Op::OmissionRange: {
+            // Column by column over blocks: the greatest from 0 and the least from 99.
+            constexpr uint64_t kRangeBlock = 4096;
+            alignas(64) std::array<int16_t, kRangeBlock> greatest, least;
+            for (uint64_t b = begin; b < end; b += kRangeBlock) {
+                const uint64_t n = std::min(end, b + kRangeBlock) - b;
+                std::fill_n(greatest.begin(), n, int16_t{0});
+                std::fill_n(least.begin(), n, int16_t{99});
+                for (int col : c.positions) {
+                    const uint8_t* f = t.fig(col + 1).data() + b;
+                    const int16_t* tab = c.table[static_cast<size_t>(col)].data();
+                    for (uint64_t i = 0; i < n; ++i) {
+                        const int16_t v = tab[f[i]];
+                        greatest[i] = std::max(greatest[i], v);
+                        least[i] = std::min(least[i], v);
+                    }
+                }
+                for (uint64_t i = 0; i < n; ++i) out[b + i] = static_cast<int16_t>(greatest[i] - least[i]);
+            }
             return;
+        }
         case Op::SameTail: {
             const int k = c.constant;
             tableRows<OrFold>(c, t, begin, end,

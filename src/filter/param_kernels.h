@@ -64,8 +64,18 @@ struct CompiledCompute {
     std::vector<std::pair<int, int>> pairs;
     // Per position a table by number (byte value) with the weight folded in.
     std::array<std::array<int16_t, 256>, 7> table{};
+    // The term of a Sum as arithmetic on the number, where it has one: the kernels then run on
+    // vector lanes instead of looking up the tables (which always hold the same values).
+    enum class Term : uint8_t {
+        Table, Value, Even, Big, TailBig, UpTo10, From11To20, Above20, OddValue, EvenValue, Tail, SmallValue,
+        BigValue, Interval,
+    };
+    Term term = Term::Table;
+    int termLo = 0, termHi = 0;  // Interval: lo < F <= hi
     // SameTail's constant; the column of Position and FigMod2.
     int constant = 0;
+    // Big, SmallValue, BigValue: the zone maximum of each column (F is big when 2F > max).
+    std::array<int, 7> zoneMax{};
     // The sum may leave the range of the column (omission sums of a long history): rows whose
     // value does not fit keep their canshu, as an overflowing row update fails alone.
     bool checkOverflow = false;

@@ -3,6 +3,7 @@
 #include "filter/candidate_kernels.h"
 
 #include <bit>
+#include <cstring>
 #include <map>
 #include <mutex>
 
@@ -57,7 +58,14 @@ private:
     };
     static uint64_t hash(const uint16_t* key, uint32_t len) {
         uint64_t h = 0x9E3779B97F4A7C15ull ^ len;
-        for (uint32_t i = 0; i < len; ++i) {
+        uint32_t i = 0;
+        for (; i + 4 <= len; i += 4) {
+            uint64_t w;
+            std::memcpy(&w, key + i, sizeof w);
+            h = (h ^ w) * 0xFF51AFD7ED558CCDull;
+            h ^= h >> 29;
+        }
+        for (; i < len; ++i) {
             h = (h ^ key[i]) * 0xFF51AFD7ED558CCDull;
             h ^= h >> 29;
         }
@@ -103,7 +111,8 @@ void tally(CandidateTable& table, const std::vector<FilterStep>& steps) {
         std::array<uint32_t, kBlock> mask;
         std::array<uint8_t, kBlock> live, hit, all;
         all.fill(1);
-        std::array<uint16_t, 4 + kMaxSteps> key;
+        std::array<uint16_t, 4 + kMaxSteps> key{}, lastKey{};
+        uint32_t lastLen = 0, lastId = 0;
         for (uint64_t b = begin; b < end; b += kBlock) {
             const uint64_t e = std::min(end, b + kBlock);
             const uint64_t n = e - b;
@@ -148,7 +157,14 @@ void tally(CandidateTable& table, const std::vector<FilterStep>& steps) {
                     if (!steps[static_cast<size_t>(t)].constantText)
                         key[len++] = static_cast<uint16_t>(vals[static_cast<size_t>(t) * kBlock + i]);
                 }
-                fl[r] = map.idOf(key.data(), len);
+                // Neighbouring rows often differ only where no step looks (the back numbers of a
+                // front-scope run): the last key is kept and compared first.
+                if (len != lastLen || !std::equal(key.begin(), key.begin() + len, lastKey.begin())) {
+                    lastId = map.idOf(key.data(), len);
+                    lastLen = len;
+                    std::copy_n(key.begin(), len, lastKey.begin());
+                }
+                fl[r] = lastId;
                 changed.set(r);
             }
         }
