@@ -69,7 +69,7 @@ QTableView* PrizeCheckWindow::makeGrid(const QString& name, QAbstractItemModel* 
 
 void PrizeCheckWindow::applyWidths(QTableView* grid, const PrizeListModel& model) {
     for (int c = 0; c < model.columns().size(); ++c)
-        grid->setColumnWidth(c, std::max(twipsToPixels(model.columns()[c].widthTwips), 34));
+        grid->setColumnWidth(c, twipsToPixels(model.columns()[c].widthTwips));
 }
 
 QWidget* PrizeCheckWindow::makeLists() {
@@ -122,8 +122,8 @@ QWidget* PrizeCheckWindow::makeSide() {
         summary->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
         summary->verticalHeader()->setDefaultSectionSize(kRowHeight);
         summary->setEditTriggers(QAbstractItemView::NoEditTriggers);
-        for (int c = 0; c < 2; ++c) summary->setColumnWidth(c, twipsToPixels(kSummaryColumnTwips) + 30);
-        summary->setFixedWidth(2 * (twipsToPixels(kSummaryColumnTwips) + 30) + 4);
+        for (int c = 0; c < 2; ++c) summary->setColumnWidth(c, twipsToPixels(kSummaryColumnTwips));
+        summary->setFixedWidth(2 * twipsToPixels(kSummaryColumnTwips) + 4);
         v->addWidget(summary, 1);
     }
     auto* money = new QGridLayout;

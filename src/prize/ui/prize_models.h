@@ -43,5 +43,10 @@ private:
     const PrizeView& m_view;
 };
 
-// Twips of the original layout to pixels at 96 dpi.
-inline int twipsToPixels(int twips) { return twips / 15; }
+// Twips of the layout to pixels: 15 twips a pixel at 96 dpi, widened for the larger default
+// font of this toolkit, so that "8等奖" fits a column of 500 twips.
+inline int twipsToPixels(int twips) {
+    constexpr int kTwipsPerPixel = 15;
+    constexpr double kFontWidening = 1.4;
+    return static_cast<int>(twips * kFontWidening / kTwipsPerPixel);
+}

@@ -1,0 +1,249 @@
+// GAganDj and GAganfDj driven through their named controls, after a real filter run against
+// the newest real draw.
+#include "filter/param_filter.h"
+#include "generation/expansion.h"
+#include "prize/prize_session.h"
+#include "prize/ui/prize_check_window.h"
+#include "prize/ui/prize_windows.h"
+#include "prize_window_fixture.h"
+#include "support/window_shot.h"
+
+#include <QAbstractItemModelTester>
+#include <QApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTableView>
+#include <QTest>
+#include <QTimer>
+
+using Kind = schema::CandidateKind;
+
+namespace {
+// Picks around the newest real draw (2026115: 12 20 32 33 35 + 06 07) and a few more, expanded:
+// 56 front combinations, and six back pairs of which 10 11 hits nothing.
+std::unique_ptr<CandidateTable> expandAround(const DrawNumbers& d, ExpansionKind kind = ExpansionKind::GAgan) {
+    ExpansionInput in;
+    in.kind = kind;
+    for (int i = 1; i <= 5; ++i) in.front.push_back(static_cast<int16_t>(d[static_cast<size_t>(i)]));
+    for (int n : {3, 9, 17}) in.front.push_back(static_cast<int16_t>(n));
+    if (kind == ExpansionKind::GAgan)
+        for (int n : {d[6], d[7], 10, 11}) in.back.push_back(static_cast<int16_t>(n));
+    std::sort(in.front.begin(), in.front.end());
+    std::sort(in.back.begin(), in.back.end());
+    return expand(in, nullptr, uint64_t{1} << 30).table;
+}
+
+std::unique_ptr<PrizeCheckWindow> openWindow(PrizeWorkspace& w, Kind kind) {
+    prize_session::Opened o = prize_session::open(*w.session, kind);
+    return std::make_unique<PrizeCheckWindow>(std::move(o.view), prize_session::workspaceFolder(*w.session), w.prompter);
+}
+
+template <typename T>
+T* child(QWidget* w, const char* name) {
+    return w->findChild<T*>(QString::fromLatin1(name));
+}
+
+QColor textColour(QLabel* l) { return l->palette().color(QPalette::WindowText); }
+}  // namespace
+
+class PrizeCheckTest : public QObject {
+    Q_OBJECT
+private slots:
+    void realFilterRunAgainstTheNewestRealDraw();
+    void sortingAndPagingThroughTheControls();
+    void addToReportWritesAndClosesBackToTheMainWindow();
+    void anEmptyKeptSetShowsARedZero();
+    void zuhefChecksTheFrontZoneOnly();
+};
+
+void PrizeCheckTest::realFilterRunAgainstTheNewestRealDraw() {
+    PrizeWorkspace w;
+    QVERIFY(w.importRealHistory() > 2900);
+    const DrawNumbers newest = w.session->history().figarr.back();
+    QCOMPARE(newest[0], 2026115);
+    auto table = expandAround(newest);
+    QVERIFY(table);
+    QCOMPARE(table->rowCount(), uint64_t{56 * 6});
+    // 各位数和, keep 60 to 120: the winning ticket sums to 132 and is thrown out.
+    ParamWindowState state = ParamWindowState::defaults();
+    state.box(ParamId::Option23)[0] = QStringLiteral("60");
+    state.box(ParamId::Option23)[1] = QStringLiteral("120");
+    const param_filter::SingleResult run =
+        param_filter::runSingle(*table, ParamId::Option23, state, ParamContext::fromSession(*w.session));
+    QVERIFY(run.ran);
+    QVERIFY(run.killed > 0);
+    QVERIFY(w.store(*table));
+    QVERIFY(prizeCheckEnabled(*w.session, Kind::Zuhe));
+    QVERIFY(!prizeCheckEnabled(*w.session, Kind::ZuheRote));
+
+    auto win = openWindow(w, Kind::Zuhe);
+    win->resize(1280, 760);
+    win->show();
+    QVERIFY(QTest::qWaitForWindowExposed(win.get()));
+    QCOMPARE(win->objectName(), QStringLiteral("GAganDj"));
+    QVERIFY(win->windowTitle().startsWith(QStringLiteral("排列组合中奖查询（最后一次复选/胆拖组合结果")));
+    auto* kept = child<QTableView>(win.get(), "MSFlexGrid1");
+    auto* thrown = child<QTableView>(win.get(), "MSFlexGrid3");
+    auto* summary = child<QTableView>(win.get(), "MSFlexGrid2");
+    QAbstractItemModelTester t1(kept->model(), QAbstractItemModelTester::FailureReportingMode::QtTest);
+    QAbstractItemModelTester t3(thrown->model(), QAbstractItemModelTester::FailureReportingMode::QtTest);
+    QAbstractItemModelTester t2(summary->model(), QAbstractItemModelTester::FailureReportingMode::QtTest);
+
+    QCOMPARE(headerTexts(kept->model()), (QStringList{"号码索引", "前1", "前2", "前3", "前4", "前5", "后1", "后2", "中前",
+                                                      "中后", "奖级", "奖金"}));
+    QCOMPARE(headerTexts(thrown->model()).last(), QStringLiteral("过滤缘故"));
+    const uint64_t thrownCount = table->deadCount();
+    QCOMPARE(kept->model()->rowCount() + thrown->model()->rowCount(), 336);
+    QCOMPARE(static_cast<uint64_t>(kept->model()->rowCount()), table->liveCount());
+    QCOMPARE(child<QLabel>(win.get(), "Label2")->text(), QStringLiteral("投注组合情况排列总表(合计：%1注)").arg(thrownCount));
+    QCOMPARE(columnTexts(summary->model(), 0, 9),
+             (QStringList{"奖级", "1等奖", "2等奖", "3等奖", "4等奖", "5等奖", "6等奖", "7等奖", "8等奖"}));
+    QCOMPARE(summary->model()->index(14, 0).data().toString(), QStringLiteral("被滤"));
+    // The 5+2 ticket is among the thrown, counted under 被滤 and listed with its reason.
+    QCOMPARE(summary->model()->index(15, 1).data().toString(), QStringLiteral("1"));
+    QCOMPARE(summary->model()->index(1, 1).data().toString(), QStringLiteral("0"));
+    const QStringList levels = columnTexts(thrown->model(), 10);
+    const int first = static_cast<int>(levels.indexOf(QStringLiteral("1等奖")));
+    QVERIFY(first >= 0);
+    QCOMPARE(thrown->model()->index(first, 11).data().toInt(), 5000000);
+    QVERIFY(thrown->model()->index(first, 12).data().toString().startsWith(QStringLiteral("各位数和")));
+    // A kept ticket with no hits shows empty level and money cells.
+    const QStringList keptLevels = columnTexts(kept->model(), 10);
+    const int none = static_cast<int>(keptLevels.indexOf(QString()));
+    QVERIFY(none >= 0);
+    QVERIFY(!kept->model()->index(none, 11).data().isValid());
+
+    const PrizeView& v = win->view();
+    QCOMPARE(child<QLabel>(win.get(), "LabelRequired")->text(), QStringLiteral("%1元").arg(kept->model()->rowCount() * 2));
+    QCOMPARE(child<QLabel>(win.get(), "LabelResult")->text(), v.resultText());
+    QCOMPARE(textColour(child<QLabel>(win.get(), "LabelResult")), v.resultIsGain() ? QColor(0, 255, 0) : QColor(255, 0, 0));
+    // The check left the flags and reasons of the stored table alone.
+    auto reread = candidate_store::load(w.session->fildb(), Kind::Zuhe).table;
+    QCOMPARE(reread->deadCount(), thrownCount);
+    saveShot(win.get(), QStringLiteral("prize_check"));
+}
+
+void PrizeCheckTest::sortingAndPagingThroughTheControls() {
+    PrizeWorkspace w;
+    w.importRealHistory();
+    auto table = expandAround(w.session->history().figarr.back());
+    for (uint64_t r = 0; r < table->rowCount(); r += 4) table->unslt().set(r);
+    QVERIFY(w.store(*table));
+    auto win = openWindow(w, Kind::Zuhe);
+    win->show();
+    auto* kept = child<QTableView>(win.get(), "MSFlexGrid1");
+    auto* thrown = child<QTableView>(win.get(), "MSFlexGrid3");
+    QAbstractItemModelTester t1(kept->model(), QAbstractItemModelTester::FailureReportingMode::QtTest);
+    QAbstractItemModelTester t3(thrown->model(), QAbstractItemModelTester::FailureReportingMode::QtTest);
+    QCOMPARE(child<QPushButton>(win.get(), "Command1")->text(), QStringLiteral("中奖排序(&A)"));
+    QTest::mouseClick(child<QPushButton>(win.get(), "Command1"), Qt::LeftButton);
+    const QStringList front = columnTexts(kept->model(), 8);
+    const QStringList back = columnTexts(kept->model(), 9);
+    for (int r = 1; r < front.size(); ++r)
+        QVERIFY(front[r - 1].toInt() > front[r].toInt() ||
+                (front[r - 1] == front[r] && back[r - 1].toInt() >= back[r].toInt()));
+    QCOMPARE(headerTexts(thrown->model()).mid(6, 4), (QStringList{"红6", "蓝球", "中红", "中蓝"}));
+    QCOMPARE(headerTexts(kept->model()).mid(6, 2), (QStringList{"后1", "后2"}));
+
+    // Page 2 of the kept list spans idx 10001..30000: nothing in a table of 336.
+    child<QLineEdit>(win.get(), "Text1")->setText(QStringLiteral("2"));
+    QTest::mouseClick(child<QPushButton>(win.get(), "Command111"), Qt::LeftButton);
+    QCOMPARE(kept->model()->rowCount(), 0);
+    child<QLineEdit>(win.get(), "Text1")->setText(QStringLiteral("1"));
+    QTest::mouseClick(child<QPushButton>(win.get(), "Command111"), Qt::LeftButton);
+    QCOMPARE(kept->model()->rowCount(), 336 - 84);
+    QCOMPARE(kept->model()->index(0, 0).data().toInt(), 2);
+    child<QLineEdit>(win.get(), "Text2")->setText(QStringLiteral("1"));
+    QTest::mouseClick(child<QPushButton>(win.get(), "Command2"), Qt::LeftButton);
+    QCOMPARE(thrown->model()->rowCount(), 84);
+    QCOMPARE(&win->view().lastOpened(), &win->view().thrown());
+}
+
+void PrizeCheckTest::addToReportWritesAndClosesBackToTheMainWindow() {
+    PrizeWorkspace w;
+    w.importRealHistory();
+    QVERIFY(w.store(*expandAround(w.session->history().figarr.back())));
+    bool backToMain = false;
+    QString written;
+    // The check is modal: the button is pressed once it shows.
+    QTimer poll;
+    poll.setInterval(20);
+    QObject::connect(&poll, &QTimer::timeout, [&] {
+        auto* win = qobject_cast<PrizeCheckWindow*>(QApplication::activeModalWidget());
+        if (!win) return;
+        poll.stop();
+        win->setClock([] { return QDateTime(QDate(2026, 11, 25), QTime(21, 5, 3)); });
+        auto* quit = child<QPushButton>(win, "cmdQut");
+        QCOMPARE(quit->text(), QStringLiteral("添加到盈亏报告并返回(&E)"));
+        QTest::mouseClick(quit, Qt::LeftButton);
+        written = win->writtenReport();
+    });
+    poll.start();
+    openPrizeCheck(*w.session, w.prompter, Kind::Zuhe, nullptr, [&] { backToMain = true; });
+    QVERIFY(backToMain);
+    QCOMPARE(written, QDir(w.session->paths().folder()).filePath(QStringLiteral("duijiang/26-11-25日21.5.3秒兑奖.txt")));
+    QFile f(written);
+    QVERIFY(f.open(QIODevice::ReadOnly));
+    const QStringList lines = QString::fromUtf8(f.readAll()).split(QLatin1Char('\n'));
+    QCOMPARE(lines[3], QStringLiteral("开奖期数:2026115"));
+    QCOMPARE(lines[4], QStringLiteral("开奖结果12 20 32 33 35 6  +  7"));
+    QVERIFY(lines.contains(QStringLiteral("购买336注")));
+    QVERIFY(lines.contains(QStringLiteral("中出1等奖1注")));
+    // 336 tickets, two a line.
+    QCOMPARE(lines.size() - 1 - (lines.indexOf(QStringLiteral("个人购买情况如下:")) + 1), 168);
+}
+
+void PrizeCheckTest::anEmptyKeptSetShowsARedZero() {
+    PrizeWorkspace w;
+    w.importRealHistory();
+    auto table = expandAround(w.session->history().figarr.back());
+    table->unslt().fill(true);
+    QVERIFY(w.store(*table));
+    auto win = openWindow(w, Kind::Zuhe);
+    win->show();
+    for (const char* name : {"LabelRequired", "LabelIncome", "LabelResult"})
+        QCOMPARE(child<QLabel>(win.get(), name)->text(), QStringLiteral("0元"));
+    QCOMPARE(textColour(child<QLabel>(win.get(), "LabelResult")), QColor(255, 0, 0));
+    QCOMPARE(child<QTableView>(win.get(), "MSFlexGrid1")->model()->rowCount(), 0);
+
+    // A table that was never made opens empty as well.
+    auto none = openWindow(w, Kind::ZuheMoban);
+    QCOMPARE(child<QLabel>(none.get(), "LabelResult")->text(), QStringLiteral("0元"));
+    QCOMPARE(child<QLabel>(none.get(), "Label2")->text(), QStringLiteral("投注组合情况排列总表(合计：0注)"));
+}
+
+void PrizeCheckTest::zuhefChecksTheFrontZoneOnly() {
+    PrizeWorkspace w;
+    w.importRealHistory();
+    auto table = expandAround(w.session->history().figarr.back(), ExpansionKind::GAganf);
+    QVERIFY(table);
+    QCOMPARE(table->kind(), Kind::Zuhef);
+    QVERIFY(w.store(*table));
+    QVERIFY(prizeCheckEnabled(*w.session, Kind::Zuhef));
+    auto win = openWindow(w, Kind::Zuhef);
+    win->show();
+    QCOMPARE(win->objectName(), QStringLiteral("GAganfDj"));
+    QVERIFY(win->windowTitle().contains(QStringLiteral("胆拖复6结果")));
+    QVERIFY(!child<QTableView>(win.get(), "MSFlexGrid3"));
+    QVERIFY(!child<QTableView>(win.get(), "MSFlexGrid2"));
+    auto* kept = child<QTableView>(win.get(), "MSFlexGrid1");
+    QAbstractItemModelTester t(kept->model(), QAbstractItemModelTester::FailureReportingMode::QtTest);
+    QCOMPARE(headerTexts(kept->model()), (QStringList{"号码索引", "1位", "2位", "3位", "4位", "5位", "第六位", "中基号"}));
+    const int rows = kept->model()->rowCount();
+    QCOMPARE(static_cast<uint64_t>(rows), table->rowCount());
+    QCOMPARE(child<QLabel>(win.get(), "LabelRequired")->text(), QStringLiteral("%1元").arg(rows * 12));
+    QVERIFY(columnTexts(kept->model(), 7).contains(QStringLiteral("5")));
+    auto* quit = child<QPushButton>(win.get(), "cmdQut");
+    QCOMPARE(quit->text(), QStringLiteral("返回(&E)"));
+    QSignalSpy back(win.get(), &PrizeCheckWindow::closedToMain);
+    QTest::mouseClick(quit, Qt::LeftButton);
+    QCOMPARE(back.count(), 1);
+    QVERIFY(win->writtenReport().isEmpty());
+    QVERIFY(!QDir(QDir(w.session->paths().folder()).filePath(QStringLiteral("duijiang"))).exists() ||
+            QDir(QDir(w.session->paths().folder()).filePath(QStringLiteral("duijiang"))).isEmpty());
+}
+
+QTEST_MAIN(PrizeCheckTest)
+#include "test_prize_check.moc"
