@@ -353,3 +353,47 @@ TEST(ParamIntegrated, AllowedCountRoundsHalfToEvenAndTheBoxesFollowEachOther) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(ParamCatalogue, BoxesNamesAndTabs) {
+    // Defaults: lower limits "0"; upper and count by parameter; 自定区间 0..9 both ways.
+    EXPECT_EQ(param_catalogue::boxDefaults(ParamId::Option23),
+              (std::array<QString, 4>{QStringLiteral("0"), QStringLiteral("999"), QStringLiteral("18"), QString()}));
+    EXPECT_EQ(param_catalogue::boxDefaults(ParamId::Option13)[1], QStringLiteral("99"));
+    EXPECT_EQ(param_catalogue::boxDefaults(ParamId::Option7)[2], QStringLiteral("5"));
+    EXPECT_EQ(param_catalogue::boxDefaults(ParamId::Option66),
+              (std::array<QString, 4>{QStringLiteral("0"), QStringLiteral("9"), QStringLiteral("9"), QStringLiteral("0")}));
+    // The key filter of the boxes lets digits, "." and a blank through; Text1 digits only.
+    for (QChar c : QStringLiteral("0123456789. ")) EXPECT_TRUE(param_catalogue::boxAcceptsKey(c)) << int{c.unicode()};
+    for (QChar c : QStringLiteral("a-,+")) EXPECT_FALSE(param_catalogue::boxAcceptsKey(c)) << int{c.unicode()};
+    EXPECT_FALSE(param_catalogue::pageBoxAcceptsKey(QLatin1Char('.')));
+    EXPECT_FALSE(param_catalogue::pageBoxAcceptsKey(QLatin1Char(' ')));
+
+    // Names: the draw columns, the buttons, and 自定区间 by its settings name.
+    EXPECT_EQ(param_catalogue::byDrawColumn(QStringLiteral("onum")), ParamId::Option4);
+    EXPECT_EQ(param_catalogue::byDrawColumn(QStringLiteral("fig3")), ParamId::Option15);
+    EXPECT_EQ(param_catalogue::byDrawColumn(QStringLiteral("Zdqj")), ParamId::Option66);
+    EXPECT_EQ(param_catalogue::byButton(QStringLiteral("Option41")), ParamId::Option41);
+    EXPECT_FALSE(param_catalogue::byDrawColumn(QStringLiteral("nothing")).has_value());
+
+    // The captions that follow the tab and the list mode.
+    EXPECT_EQ(param_catalogue::caption(ParamId::Option7, ZoneScope::Both, false), QStringLiteral("前后区同号"));
+    EXPECT_EQ(param_catalogue::check1Caption(15, ZoneScope::Both), QStringLiteral("前后区同号"));
+    EXPECT_EQ(param_catalogue::check1Caption(17, ZoneScope::Front), QStringLiteral("复杂度AC值"));
+    EXPECT_EQ(param_catalogue::caption(ParamId::Option66, ZoneScope::Front, true), QStringLiteral("指定号码"));
+    EXPECT_EQ(param_catalogue::exportTitle(ParamId::Option24, false), QStringLiteral("数字复杂度"));
+    // The back tab disables the front-only parameters; both zones hide the positions and 最大差值.
+    EXPECT_FALSE(param_catalogue::enabledIn(ParamId::Option9, ZoneScope::Back));
+    EXPECT_TRUE(param_catalogue::enabledIn(ParamId::Option14, ZoneScope::Back));
+    EXPECT_FALSE(param_catalogue::enabledIn(ParamId::Option15, ZoneScope::Back));
+    EXPECT_FALSE(param_catalogue::enabledIn(ParamId::Option6, ZoneScope::Both));
+    EXPECT_TRUE(param_catalogue::enabledIn(ParamId::Option24, ZoneScope::Both));
+    // The run visits 27 buttons; the export leaves out the five positions.
+    EXPECT_EQ(param_catalogue::integratedOrder().size(), 27u);
+    EXPECT_EQ(param_catalogue::exportOrder().size(), 22u);
+    EXPECT_EQ(param_catalogue::integratedOrder()[24].param, ParamId::Option39);
+    EXPECT_EQ(param_catalogue::integratedOrder()[24].box, 15);
+}
+
+}  // namespace
