@@ -21,6 +21,14 @@ namespace param_reasons {
 namespace {
 
 constexpr uint64_t kBlock = 4096;
+
+// The eight bits of a byte as eight bytes 0 or 1, lowest bit first.
+constexpr std::array<uint64_t, 256> kByteFlags = [] {
+    std::array<uint64_t, 256> t{};
+    for (unsigned v = 0; v < 256; ++v)
+        for (unsigned bit = 0; bit < 8; ++bit) t[v] |= uint64_t{(v >> bit) & 1u} << (8 * bit);
+    return t;
+}();
 constexpr int kMaxSteps = 32;  // 22 parameters and the five positions with their parity
 
 // Distinct reason keys of one slice of rows: the old reason id, the mask of the steps that
@@ -117,7 +125,13 @@ void tally(CandidateTable& table, const std::vector<FilterStep>& steps) {
             const uint64_t e = std::min(end, b + kBlock);
             const uint64_t n = e - b;
             std::fill(mask.begin(), mask.begin() + static_cast<ptrdiff_t>(n), 0u);
-            for (uint64_t i = 0; i < n; ++i) live[i] = !unslt.test(b + i);
+            // The live flags of the block as bytes, eight at a time from the words of unslt.
+            const auto unWords = unslt.words();
+            for (uint64_t off = 0; off < n; off += 8) {
+                const uint64_t w = unWords[(b + off) / BitVector::kWordBits];
+                const auto byte = static_cast<uint8_t>(~(w >> ((b + off) % BitVector::kWordBits)));
+                std::memcpy(live.data() + off, &kByteFlags[byte], 8);
+            }
             for (size_t t = 0; t < nSteps; ++t) {
                 const FilterStep& s = steps[t];
                 param_kernels::computeRows(s.compute, ct, canshu, b, e);
@@ -159,7 +173,9 @@ void tally(CandidateTable& table, const std::vector<FilterStep>& steps) {
                 }
                 // Neighbouring rows often differ only where no step looks (the back numbers of a
                 // front-scope run): the last key is kept and compared first.
-                if (len != lastLen || !std::equal(key.begin(), key.begin() + len, lastKey.begin())) {
+                bool same = len == lastLen;
+                for (uint32_t k = 0; same && k < len; ++k) same = key[k] == lastKey[k];
+                if (!same) {
                     lastId = map.idOf(key.data(), len);
                     lastLen = len;
                     std::copy_n(key.begin(), len, lastKey.begin());
