@@ -1,6 +1,7 @@
 #include "filter/ui/filter_window.h"
 
 #include "filter/result_grid_model.h"
+#include "filter/ui/dialog_progress.h"
 #include "workspace/prompter.h"
 #include "workspace/session.h"
 
@@ -81,7 +82,9 @@ FilterWindow::FilterWindow(FilterInstance instance, std::unique_ptr<FilterWorksp
       m_instance(instance),
       m_workspace(std::move(workspace)),
       m_session(session),
-      m_prompter(prompter) {
+      m_prompter(prompter),
+      m_params(std::make_unique<ParamWindow>(*m_workspace, ParamContext::fromSession(session),
+                                             session.paths().folder())) {
     setObjectName(QString::fromLatin1(m_workspace->traits().className));
     setAttribute(Qt::WA_DeleteOnClose, false);
 
@@ -185,6 +188,7 @@ QWidget* FilterWindow::makeParameterFrame() {
         }
         const ParamId id = p.id;
         connect(row.button, &QPushButton::clicked, this, [this, id] { runParameter(id); });
+        connect(row.check1, &QCheckBox::clicked, this, &FilterWindow::check1Clicked);
         m_rows.push_back(row);
         ++r;
     }
@@ -271,6 +275,11 @@ QWidget* FilterWindow::makeOptionsPanel() {
     m_txtRc0 = new QLineEdit(QStringLiteral("1"), frame6);
     m_txtRc0->setObjectName(QStringLiteral("TxtRc(0)"));
     for (QLineEdit* e : {m_txtRc0, m_txtRc1}) e->setFixedWidth(36);
+    // The allowed count and the percent follow each other when the player edits one.
+    connect(m_txtRc0, &QLineEdit::textEdited, this,
+            [this] { m_txtRc1->setText(m_tolerance.onCountEdited(readState())); });
+    connect(m_txtRc1, &QLineEdit::textEdited, this,
+            [this] { m_txtRc0->setText(m_tolerance.onPercentEdited(readState())); });
     f6->addWidget(m_logicAnd, 0, 0);
     f6->addWidget(m_logicOr, 0, 1);
     f6->addWidget(m_check3, 1, 0, 1, 2);
@@ -299,12 +308,15 @@ QWidget* FilterWindow::makeSuperFrame() {
     int i = 0;
     for (const auto& it : items) {
         QPushButton* b = button(QString::fromLatin1(it.name), QString::fromUtf8(it.caption), frame3);
-        // The super filters come with their own logic; until then they stay off.
-        b->setEnabled(false);
+        // The relation, history, inclusion and template filters come with their own logic.
+        const std::string_view name(it.name);
+        b->setEnabled(name == "Option29" || name == "Option42");
         m_superButtons.insert(b->objectName(), b);
         g->addWidget(b, i / 3, i % 3, 1, it.name == std::string_view("Option29") ? 2 : 1);
         ++i;
     }
+    connect(m_superButtons[QStringLiteral("Option29")], &QPushButton::clicked, this, &FilterWindow::runIntegrated);
+    connect(m_superButtons[QStringLiteral("Option42")], &QPushButton::clicked, this, &FilterWindow::runExport);
     m_superButtons[QStringLiteral("Option43")]->setToolTip(QStringLiteral("与组号模板相同的组合将其过滤掉"));
     if (m_workspace->traits().filtersTemplateItself) m_superButtons[QStringLiteral("Option43")]->hide();
     return frame3;
@@ -364,12 +376,14 @@ QWidget* FilterWindow::makeTemplateFrame() {
     int i = 0;
     for (const auto& it : items) {
         QPushButton* b = button(QString::fromLatin1(it.name), it.caption, frame7);
-        b->setEnabled(false);  // templates and saved settings come with their own logic
+        // Templates and saved settings come with their own logic.
+        b->setEnabled(it.name == std::string_view("cmdAdmb"));
         g->addWidget(b, 2 + i / 3, i % 3);
         m_superButtons.insert(b->objectName(), b);
         ++i;
     }
     h->addWidget(frame7);
+    connect(m_superButtons[QStringLiteral("cmdAdmb")], &QPushButton::clicked, this, &FilterWindow::addToTemplate);
     return panel;
 }
 
@@ -387,9 +401,12 @@ QWidget* FilterWindow::makeGridPanel() {
     m_grid->horizontalHeader()->setDefaultSectionSize(40);
     m_grid->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_grid->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    auto* model = new ResultGridModel(this);
-    m_model = model;
-    m_grid->setModel(model);
+    m_model = new ResultGridModel(this);
+    m_grid->setModel(m_model);
+    connect(m_grid, &QTableView::doubleClicked, this, [this](const QModelIndex& index) {
+        m_params->doubleClick(*m_model, index.row());
+        setWindowTitle(m_workspace->caption());
+    });
     v->addWidget(m_grid, 1);
 
     auto* row = new QHBoxLayout;
@@ -411,6 +428,8 @@ QWidget* FilterWindow::makeGridPanel() {
     f14->addWidget(m_optZzuhe1);
     QPushButton* cmdPrint = button(QStringLiteral("CmdPrint"), QStringLiteral("打印预览(&P)"), panel);
     cmdPrint->setEnabled(false);  // printing comes with the output tools
+    connect(command111, &QPushButton::clicked, this, &FilterWindow::showPage);
+    connect(m_optZzuhe1, &QRadioButton::clicked, this, &FilterWindow::showAllRows);
     row->addWidget(m_text1);
     row->addWidget(command111);
     row->addWidget(frame14);
@@ -447,16 +466,68 @@ QWidget* FilterWindow::makeGridPanel() {
 }
 
 void FilterWindow::showFirstView() {
-    auto* model = static_cast<ResultGridModel*>(m_model);
-    model->bind(&m_workspace->table(), GridView::firstView(m_workspace->traits().firstView));
-    setWindowTitle(m_workspace->caption());
+    m_params->showFirstView();
+    showParamView();
 }
 
 void FilterWindow::refreshView() {
-    auto* model = static_cast<ResultGridModel*>(m_model);
-    model->bind(&m_workspace->table(), GridView::live());
+    m_model->bind(&m_workspace->table(), GridView::live());
     setWindowTitle(m_workspace->caption());
 }
+
+void FilterWindow::showParamView() {
+    m_model->bind(&m_workspace->table(), m_params->view());
+    setWindowTitle(m_workspace->caption());
+    // A used button's text turns blue.
+    for (ParamRow& row : m_rows)
+        if (m_params->usedButtons().count(row.button->objectName())) row.button->setStyleSheet(kUsedStyle);
+    for (QPushButton* b : m_superButtons)
+        if (m_params->usedButtons().count(b->objectName())) b->setStyleSheet(kUsedStyle);
+}
+
+void FilterWindow::runIntegrated() {
+    m_params->setContext(ParamContext::fromSession(m_session));
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    m_params->clickIntegrated(readState(), m_prompter);
+    QApplication::restoreOverrideCursor();
+    showParamView();
+}
+
+void FilterWindow::runExport() {
+    m_params->setContext(ParamContext::fromSession(m_session));
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    const param_export::Result r = m_params->clickExport(readState(), m_prompter);
+    QApplication::restoreOverrideCursor();
+    showParamView();
+    if (r.written) m_prompter.inform(QStringLiteral("多选参数导出"), m_params->exportPath());
+}
+
+void FilterWindow::showPage() {
+    m_params->showPage(m_text1->text());
+    m_model->bind(&m_workspace->table(), m_params->view());
+}
+
+void FilterWindow::showAllRows() {
+    m_params->showAllRows();
+    m_model->bind(&m_workspace->table(), m_params->view());
+    // The choice goes back to 过滤剩余, which itself runs nothing.
+    m_optZzuhe0->setChecked(true);
+    m_optZzuhe0->setFocus();
+}
+
+void FilterWindow::waitForRecord() {
+    if (!m_workspace->writePending()) return;
+    DialogProgress progress(QStringLiteral("正在保存组合..."), this, false);
+    m_workspace->waitForWrite(&progress);
+}
+
+void FilterWindow::addToTemplate() {
+    // The template lives in filnum.db beside the record being written.
+    waitForRecord();
+    m_params->clickAddTemplate(m_session.fildb(), m_prompter);
+}
+
+void FilterWindow::check1Clicked() { m_txtRc0->setText(m_tolerance.onCheck1Click(readState())); }
 
 void FilterWindow::runAction(FilterWorkspace::Button which, bool rightButton) {
     QApplication::setOverrideCursor(Qt::WaitCursor);
@@ -487,18 +558,11 @@ ParamWindowState FilterWindow::readState() const {
 }
 
 void FilterWindow::runParameter(ParamId id) {
-    const ParamContext ctx = ParamContext::fromSession(m_session);
+    m_params->setContext(ParamContext::fromSession(m_session));
     QApplication::setOverrideCursor(Qt::WaitCursor);
-    const ParamWindowState state = readState();
-    const param_filter::SingleResult result = param_filter::runSingle(m_workspace->tableForChange(), id, state, ctx);
-    m_workspace->changed();
+    m_params->clickParameter(id, readState(), m_prompter);
     QApplication::restoreOverrideCursor();
-    for (ParamRow& row : m_rows)
-        if (row.id == id) row.button->setStyleSheet(kUsedStyle);
-    if (!result.ran) return;
-    auto* model = static_cast<ResultGridModel*>(m_model);
-    model->bind(&m_workspace->table(), GridView::afterParameter(result.view, result.heading));
-    setWindowTitle(m_workspace->caption());
+    showParamView();
 }
 
 void FilterWindow::setZoneTab(int intQianHou) {
@@ -559,13 +623,7 @@ bool FilterWindow::eventFilter(QObject* watched, QEvent* event) {
 
 void FilterWindow::closeEvent(QCloseEvent* event) {
     // The record is brought up to date before the window goes.
-    if (m_workspace->writePending()) {
-        QProgressDialog dialog(QStringLiteral("正在保存组合..."), QString(), 0, 100, this);
-        dialog.setWindowModality(Qt::WindowModal);
-        dialog.setMinimumDuration(0);
-        dialog.show();
-        m_workspace->waitForWrite();
-    }
+    waitForRecord();
     emit closed();
     event->accept();
 }

@@ -4,13 +4,14 @@
 #include "filter/filter_workspace.h"
 #include "filter/param_catalogue.h"
 #include "filter/param_filter.h"
+#include "filter/param_window.h"
 
 #include <QWidget>
 
 #include <memory>
 
 class Prompter;
-class QAbstractItemModel;
+class ResultGridModel;
 class QCheckBox;
 class QComboBox;
 class QGroupBox;
@@ -43,10 +44,15 @@ public:
     // intQianHou from the tab: 1 front, 2 back, 3 both.
     void setZoneTab(int intQianHou);
 
+    ParamWindow& params() { return *m_params; }
+    ResultGridModel& gridModel() { return *m_model; }
+
     // Runs a parameter button as a left click does.
     void runParameter(ParamId id);
     // Refreshes the grid's view and the caption after an action.
     void refreshView();
+    // Binds the grid to the view of the last action and shows the caption and used buttons.
+    void showParamView();
 
 signals:
     void closed();
@@ -66,6 +72,13 @@ private:
     void adaptToZone();
     void runAction(FilterWorkspace::Button which, bool rightButton);
     void showFirstView();
+    void runIntegrated();       // Option29
+    void runExport();           // Option42
+    void showPage();            // Command111
+    void showAllRows();         // optZzuhe(1)
+    void addToTemplate();       // cmdAdmb
+    void check1Clicked();
+    void waitForRecord();
 
     FilterInstance m_instance;
     std::unique_ptr<FilterWorkspace> m_workspace;
@@ -103,5 +116,7 @@ private:
     QRadioButton* m_optZzuhe0 = nullptr;
     QRadioButton* m_optZzuhe1 = nullptr;
     QMenu* m_mnuAdm = nullptr;
-    QAbstractItemModel* m_model = nullptr;
+    ResultGridModel* m_model = nullptr;
+    std::unique_ptr<ParamWindow> m_params;
+    param_filter::Tolerance m_tolerance;
 };
