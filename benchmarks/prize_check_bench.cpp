@@ -105,7 +105,10 @@ int main(int argc, char** argv) {
     for (int i = 0; i < reps; ++i) {
         auto copy = std::make_unique<CandidateTable>(t);
         view.reset();
-        tView = std::min(tView, seconds([&] { view = std::make_unique<PrizeView>(schema::CandidateKind::Zuhe, std::move(copy), draw, rules); }));
+        tView = std::min(tView, seconds([&] {
+                             view = std::make_unique<PrizeView>(schema::CandidateKind::Zuhe, std::move(copy),
+                                                                draw, rules);
+                         }));
     }
     std::printf("opening of the check view (kernel, both lists, level summary, money): %.1f ms; result %s\n",
                 tView * 1000, qPrintable(view->resultText()));
@@ -127,18 +130,20 @@ int main(int argc, char** argv) {
     for (const char* ev : {"INSERT", "UPDATE", "DELETE"})
         db.exec(QStringLiteral("DROP TRIGGER IF EXISTS [sq_image_zuhe_%1]").arg(QLatin1String(ev)));
     prize_sql_form::Outcome outcome;
-    const double tSql = seconds([&] { outcome = prize_sql_form::run(db, schema::CandidateKind::Zuhe, draw, rules); });
+    const double tSql =
+        seconds([&] { outcome = prize_sql_form::run(db, schema::CandidateKind::Zuhe, draw, rules); });
     if (!outcome.ok) std::printf("SQL form failed: %s\n", qPrintable(outcome.error));
     const double scale = static_cast<double>(total) / static_cast<double>(sample);
     const double tSqlAll = tSql * scale;
     // The two agree on the sample.
     const PrizeCheck partCheck = PrizeCheck::run(*part, draw, rules);
-    const qint64 sqlWinners = db.scalar(QStringLiteral("SELECT COUNT(*) FROM zuhe WHERE jiang IS NOT NULL")).toLongLong();
+    const qint64 sqlWinners =
+        db.scalar(QStringLiteral("SELECT COUNT(*) FROM zuhe WHERE jiang IS NOT NULL")).toLongLong();
     uint64_t kernelWinners = 0;
     for (uint64_t row = 0; row < sample; ++row) kernelWinners += partCheck.slot(row) != 0;
     std::printf("SQL form on %llu rows: %.2f s; scaled to %llu rows: %.1f s; winners %lld vs %llu (%s)\n",
-                static_cast<unsigned long long>(sample), tSql, static_cast<unsigned long long>(total), tSqlAll,
-                static_cast<long long>(sqlWinners), static_cast<unsigned long long>(kernelWinners),
+                static_cast<unsigned long long>(sample), tSql, static_cast<unsigned long long>(total),
+                tSqlAll, static_cast<long long>(sqlWinners), static_cast<unsigned long long>(kernelWinners),
                 static_cast<uint64_t>(sqlWinners) == kernelWinners ? "same" : "DIFFERENT");
     std::printf("ratio SQL : kernel = %.0f : 1\n", tSqlAll / tKernel);
     return 0;

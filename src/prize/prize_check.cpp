@@ -4,8 +4,8 @@
 
 #include <algorithm>
 #include <cstring>
-#include <utility>
 #include <mutex>
+#include <utility>
 
 CheckDraw CheckDraw::newest(const DrawHistory& history) {
     CheckDraw d;
@@ -110,7 +110,8 @@ void tallyBlock(const KernelInput& in, uint64_t b, uint64_t n, Tally& tally) {
     uint64_t i = 0;
     for (; i + kLanes <= n; i += kLanes) {
         const uint64_t r = b + i;
-        const auto bits = static_cast<uint16_t>(in.unslt[r / BitVector::kWordBits] >> (r % BitVector::kWordBits));
+        const auto bits =
+            static_cast<uint16_t>(in.unslt[r / BitVector::kWordBits] >> (r % BitVector::kWordBits));
         Bytes16 spread = Bytes16{} + static_cast<uint8_t>(bits & 0xFF);
         for (size_t lane = 8; lane < kLanes; ++lane) spread[lane] = static_cast<uint8_t>(bits >> 8);
         const Bytes16 thrown = reinterpret_cast<Bytes16>((spread & bitOfLane) != 0) & thrownOffset;
@@ -133,12 +134,14 @@ void tallyBlock(const KernelInput& in, uint64_t b, uint64_t n, Tally& tally) {
 }
 
 template <int kFrontFigs, bool kBack>
-void checkSlice(const KernelInput& in, uint64_t begin, uint64_t end, CodeCounts& counts, EngineProgress* progress) {
+void checkSlice(const KernelInput& in, uint64_t begin, uint64_t end, CodeCounts& counts,
+                EngineProgress* progress) {
     // Four interleaved tallies, so that neighbouring rows of one code do not wait on each other.
     Tally tally{};
     const auto flush = [&] {
         for (auto& part : tally) {
-            for (size_t s = 0; s < part.size(); ++s) counts[s / PrizeCheck::kCodes][s % PrizeCheck::kCodes] += part[s];
+            for (size_t s = 0; s < part.size(); ++s)
+                counts[s / PrizeCheck::kCodes][s % PrizeCheck::kCodes] += part[s];
             part.fill(0);
         }
     };
@@ -202,7 +205,8 @@ PrizeCheck PrizeCheck::run(const CandidateTable& table, const CheckDraw& draw, c
     if (progress) progress->progress(c.m_rows, c.m_rows);
 
     for (size_t d = 0; d < 2; ++d)
-        for (size_t code = 0; code < kCodes; ++code) c.m_slotCount[d][c.m_slotOfCode[code]] += c.m_codeCount[d][code];
+        for (size_t code = 0; code < kCodes; ++code)
+            c.m_slotCount[d][c.m_slotOfCode[code]] += c.m_codeCount[d][code];
     for (size_t code = 0; code < kCodes; ++code) c.m_kept += c.m_codeCount[0][code];
     return c;
 }

@@ -8,8 +8,8 @@
 #include <QString>
 
 #include <array>
-#include <memory>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -57,13 +57,17 @@ public:
     uint64_t keptCount() const { return m_kept; }
     uint64_t thrownCount() const { return m_rows - m_kept; }
     // Rows of a slot among the kept (thrown = false) or thrown rows.
-    uint64_t countInSlot(bool thrown, int slot) const { return m_slotCount[thrown ? 1 : 0][static_cast<size_t>(slot)]; }
+    uint64_t countInSlot(bool thrown, int slot) const {
+        return m_slotCount[thrown ? 1 : 0][static_cast<size_t>(slot)];
+    }
     // SELECT COUNT(*) ... WHERE [unslt] = thrown AND [jiang] = name: every slot of that name.
     uint64_t countOfLevel(bool thrown, const QString& name) const;
     // SELECT SUM([jing]) ... WHERE [unslt] = FALSE: Null when no kept row has a prize slot.
     std::optional<int64_t> keptPrizeSum() const;
     // Hits of each code among the kept or thrown rows.
-    uint64_t countOfCode(bool thrown, int code) const { return m_codeCount[thrown ? 1 : 0][static_cast<size_t>(code)]; }
+    uint64_t countOfCode(bool thrown, int code) const {
+        return m_codeCount[thrown ? 1 : 0][static_cast<size_t>(code)];
+    }
 
 private:
     Zones m_zones = Zones::FrontAndBack;

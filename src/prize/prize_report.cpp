@@ -30,18 +30,21 @@ QString drawLine(const CheckDraw& d) {
 }
 }  // namespace
 
-QString fileName(const QDateTime& when) {
-    return when.toString(QStringLiteral("yy-M-d日H.m.s秒")) + kSuffix;
-}
+QString fileName(const QDateTime& when) { return when.toString(QStringLiteral("yy-M-d日H.m.s秒")) + kSuffix; }
 
 QString sourceLine(schema::CandidateKind kind) {
     using K = schema::CandidateKind;
     switch (kind) {
-        case K::Zuhe: return QStringLiteral("组号方式:复选/胆拖组合缩水");
-        case K::ZuheRote: return QStringLiteral("组号方式:旋转矩阵组合缩水");
-        case K::ZuheRead: return QStringLiteral("组号方式:调用文本组合缩水");
-        case K::ZuheMoban: return QStringLiteral("组号方式:组号模版组合缩水");
-        case K::Zuhef: return {};
+        case K::Zuhe:
+            return QStringLiteral("组号方式:复选/胆拖组合缩水");
+        case K::ZuheRote:
+            return QStringLiteral("组号方式:旋转矩阵组合缩水");
+        case K::ZuheRead:
+            return QStringLiteral("组号方式:调用文本组合缩水");
+        case K::ZuheMoban:
+            return QStringLiteral("组号方式:组号模版组合缩水");
+        case K::Zuhef:
+            return {};
     }
     return {};
 }
@@ -71,7 +74,9 @@ void emitLines(const PrizeView& view, const QDateTime& when, Emit&& put) {
     const PrizeRules& rules = view.rules();
     for (int n = 1; n <= prize::kSlots; ++n) {
         if (!rules.formsLevelRow(n)) continue;
-        out << QStringLiteral("中出%1%2注").arg(rules.slot(n).rank).arg(view.hitCounts()[static_cast<size_t>(n)]);
+        out << QStringLiteral("中出%1%2注")
+                   .arg(rules.slot(n).rank)
+                   .arg(view.hitCounts()[static_cast<size_t>(n)]);
     }
     const int32_t cost = view.required();
     out << QStringLiteral("购买%1注").arg(cost / prize::kTicketCost);

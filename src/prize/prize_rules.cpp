@@ -96,4 +96,6 @@ void PrizeSettings::writeBack(int n, int back) {
 void PrizeSettings::writeMoney(int n, int32_t money) {
     m_settings.writeRaw(app(), slotSection(n), kMoneyKey, QString::number(money));
 }
-void PrizeSettings::writeRank(int n, const QString& rank) { m_settings.writeRaw(app(), kRankSection, QString::number(n), rank); }
+void PrizeSettings::writeRank(int n, const QString& rank) {
+    m_settings.writeRaw(app(), kRankSection, QString::number(n), rank);
+}

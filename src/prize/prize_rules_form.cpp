@@ -17,7 +17,8 @@ std::optional<QString> convert(const QString& text, int32_t* out) {
     const QString t = text.trimmed();
     bool digits = !t.isEmpty();
     for (qsizetype i = 0; i < t.size() && digits; ++i)
-        digits = t[i].isDigit() || (i == 0 && (t[i] == QLatin1Char('-') || t[i] == QLatin1Char('+')) && t.size() > 1);
+        digits = t[i].isDigit() ||
+                 (i == 0 && (t[i] == QLatin1Char('-') || t[i] == QLatin1Char('+')) && t.size() > 1);
     if (!digits) return errorText(kTypeMismatch, QStringLiteral("类型不匹配"));
     bool ok = false;
     const qlonglong v = t.toLongLong(&ok);

@@ -15,7 +15,8 @@ public:
     static inline const QString kErrorTitle = QStringLiteral("Error");
     static inline const QString kAmountHint = QStringLiteral("输入奖金额应为7位,不足应用'0'补齐7位!");
     static inline const QString kNote = QStringLiteral(
-        "说明:(1)如果本地奖项少于9种,请将剩余的几种奖金设置为0.        (2)中奖金额修改时必须输入是7位,不足须用0补齐.            "
+        "说明:(1)如果本地奖项少于9种,请将剩余的几种奖金设置为0.        "
+        "(2)中奖金额修改时必须输入是7位,不足须用0补齐.            "
         "(3)\"特别号选中\"选项打勾表示\"是\",不打勾表示\"非\".");
     // The error source the message names: the program.
     static inline const QString kErrorSource = QStringLiteral("shuangqu");

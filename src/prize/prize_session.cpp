@@ -20,7 +20,8 @@ Opened open(Session& session, schema::CandidateKind kind, EngineProgress* progre
     std::unique_ptr<CandidateTable> table;
     // A missing table, or one that cannot be read, gives empty lists and zero sums.
     if (tableExists(session, kind)) table = candidate_store::load(session.fildb(), kind, progress).table;
-    o.view = std::make_unique<PrizeView>(kind, std::move(table), CheckDraw::newest(session.history()), rules.rules);
+    o.view = std::make_unique<PrizeView>(kind, std::move(table), CheckDraw::newest(session.history()),
+                                         rules.rules);
     return o;
 }
 

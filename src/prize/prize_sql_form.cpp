@@ -34,22 +34,26 @@ Outcome run(SqliteDb& db, schema::CandidateKind kind, const CheckDraw& draw, con
     if (!six) set += QStringLiteral(", [NumstringHou]=%1").arg(joinedText(6, 7));
     bool ok = db.exec(set);
     ok = db.exec(six ? QStringLiteral("UPDATE [%1] SET [jiben]=0").arg(t)
-                     : QStringLiteral("UPDATE [%1] SET [jiben]=0 ,[tebie]=0").arg(t)) && ok;
+                     : QStringLiteral("UPDATE [%1] SET [jiben]=0 ,[tebie]=0").arg(t)) &&
+         ok;
     for (int i = 0; i < prize::kFrontMax + (six ? 0 : prize::kBackMax); ++i) {
         const bool front = i < prize::kFrontMax;
         const QString sql = QStringLiteral("UPDATE [%1] SET [%2]=[%2]+1 WHERE [%1].[%3] LIKE ?1")
                                 .arg(t, front ? QStringLiteral("jiben") : QStringLiteral("tebie"),
                                      front ? QStringLiteral("NumString") : QStringLiteral("NumStringHou"));
-        ok = db.exec(sql, {QStringLiteral("%") + twoDigits(draw.numbers[static_cast<size_t>(i)]) + QStringLiteral("%")}) &&
+        ok = db.exec(sql, {QStringLiteral("%") + twoDigits(draw.numbers[static_cast<size_t>(i)]) +
+                           QStringLiteral("%")}) &&
              ok;
     }
     if (!six) {
         for (int n = prize::kSlots; n >= 1; --n) {
             const PrizeSlot& s = rules.slot(n);
-            ok = db.exec(QStringLiteral("UPDATE [%1] SET [jiang]=?1 ,[jing]=?2 WHERE [%1].[jiben]=?3 AND [%1].[tebie]=?4")
-                             .arg(t),
-                         {s.rank, s.money, s.front, s.back}) &&
-                 ok;
+            ok =
+                db.exec(QStringLiteral(
+                            "UPDATE [%1] SET [jiang]=?1 ,[jing]=?2 WHERE [%1].[jiben]=?3 AND [%1].[tebie]=?4")
+                            .arg(t),
+                        {s.rank, s.money, s.front, s.back}) &&
+                ok;
         }
     }
     if (!ok) return {false, db.lastError()};

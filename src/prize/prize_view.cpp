@@ -6,13 +6,15 @@ QString prize_texts::countedHeading(uint64_t n) {
     return QStringLiteral("投注组合情况排列总表(合计：%1注)").arg(n);
 }
 
-PrizeView::PrizeView(Kind kind, std::unique_ptr<CandidateTable> table, const CheckDraw& draw, const PrizeRules& rules)
+PrizeView::PrizeView(Kind kind, std::unique_ptr<CandidateTable> table, const CheckDraw& draw,
+                     const PrizeRules& rules)
     : m_kind(kind), m_table(std::move(table)), m_empty(kind, 0), m_draw(draw) {
     const CandidateTable& t = m_table ? *m_table : m_empty;
     m_check = PrizeCheck::run(t, draw, rules);
     if (sixNumbers()) {
         m_kept = TicketList::whole(t, false);
-        m_required = static_cast<int32_t>(std::min<uint64_t>(m_kept.size(), kSixVisitedRows)) * prize::kSixRowCost;
+        m_required =
+            static_cast<int32_t>(std::min<uint64_t>(m_kept.size(), kSixVisitedRows)) * prize::kSixRowCost;
         return;
     }
     // The thrown list is opened first, then the kept one: the kept set is the one opened last.
@@ -45,7 +47,8 @@ QList<PrizeListColumn> PrizeView::keptColumns() const {
     constexpr int kWide = 500, kNarrow = 400;
     cols.append({PrizeColumn::Idx, 0, QStringLiteral("号码索引"), kWide});
     for (int k = 1; k <= 5; ++k) cols.append({PrizeColumn::Fig, k, QStringLiteral("前%1").arg(k), kNarrow});
-    for (int k = 6; k <= 7; ++k) cols.append({PrizeColumn::Fig, k, QStringLiteral("后%1").arg(k - 5), kNarrow});
+    for (int k = 6; k <= 7; ++k)
+        cols.append({PrizeColumn::Fig, k, QStringLiteral("后%1").arg(k - 5), kNarrow});
     cols.append({PrizeColumn::Jiben, 0, QStringLiteral("中前"), kWide});
     cols.append({PrizeColumn::Tebie, 0, QStringLiteral("中后"), kWide});
     cols.append({PrizeColumn::Jiang, 0, QStringLiteral("奖级"), kWide});
@@ -60,10 +63,10 @@ QList<PrizeListColumn> PrizeView::thrownColumns() const {
     cols.append({PrizeColumn::Fliter, 0, QStringLiteral("过滤缘故"), kReasonWidth});
     if (!m_sortedHeaders) return cols;
     // After sorting the lower list is headed in other words than the upper one.
-    const QStringList sorted{QStringLiteral("号码索引"), QStringLiteral("红1"), QStringLiteral("红2"),
-                             QStringLiteral("红3"), QStringLiteral("红4"), QStringLiteral("红5"),
-                             QStringLiteral("红6"), QStringLiteral("蓝球"), QStringLiteral("中红"),
-                             QStringLiteral("中蓝"), QStringLiteral("奖级"), QStringLiteral("奖金"),
+    const QStringList sorted{QStringLiteral("号码索引"), QStringLiteral("红1"),  QStringLiteral("红2"),
+                             QStringLiteral("红3"),      QStringLiteral("红4"),  QStringLiteral("红5"),
+                             QStringLiteral("红6"),      QStringLiteral("蓝球"), QStringLiteral("中红"),
+                             QStringLiteral("中蓝"),     QStringLiteral("奖级"), QStringLiteral("奖金"),
                              QStringLiteral("过滤缘故")};
     for (int i = 0; i < cols.size(); ++i) cols[i].header = sorted[i];
     return cols;

@@ -14,9 +14,11 @@
 // The texts of the check windows.
 namespace prize_texts {
 inline const QString kCaptionGAganDj = QStringLiteral(
-    "排列组合中奖查询（最后一次复选/胆拖组合结果与最后一次历史号码对奖，可以在“用户设置”中对中奖规则进行设置）");
+    "排列组合中奖查询（最后一次复选/"
+    "胆拖组合结果与最后一次历史号码对奖，可以在“用户设置”中对中奖规则进行设置）");
 inline const QString kCaptionGAganfDj = QStringLiteral(
-    "排列组合中奖查询（最后一次复选/胆拖复6结果与最后一次历史号码对奖，可以在“用户设置”中对中奖规则进行设置）");
+    "排列组合中奖查询（最后一次复选/"
+    "胆拖复6结果与最后一次历史号码对奖，可以在“用户设置”中对中奖规则进行设置）");
 inline const QString kKeptHeading = QStringLiteral("投注组合情况排列总表");
 inline const QString kThrownHeading = QStringLiteral("被过滤滤掉组合情况排列总表");
 inline const QString kSixHeading = QStringLiteral("复选组合情况排列总表（每页至多显示10000注）：");
@@ -60,7 +62,8 @@ public:
     static constexpr uint64_t kSixVisitedRows = 10000;
 
     // `table` is null when the table is missing: the lists stay empty and the sums 0.
-    PrizeView(Kind kind, std::unique_ptr<CandidateTable> table, const CheckDraw& draw, const PrizeRules& rules);
+    PrizeView(Kind kind, std::unique_ptr<CandidateTable> table, const CheckDraw& draw,
+              const PrizeRules& rules);
     // The lists point into the view's own table.
     PrizeView(const PrizeView&) = delete;
     PrizeView& operator=(const PrizeView&) = delete;

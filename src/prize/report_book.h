@@ -45,8 +45,8 @@ public:
     // The path stored at an index of the array, empty past the stored ones.
     QString pathAt(int index) const;
 
-    void previous();               // Command1
-    void next();                   // Command2
+    void previous();                 // Command1
+    void next();                     // Command2
     void tickChanged(int position);  // an item of List1 ticked or unticked
     // Command6 / Command5: ask, then delete; false when the player said no.
     bool deleteTicked(Prompter& prompter, const QList<int>& tickedPositions);

@@ -14,7 +14,8 @@ struct PrizeCli {
     PrizeCli() {
         EXPECT_EQ(cli.run({"workspace", "create", "w"}).exitCode, 0);
         EXPECT_EQ(cli.run({"history", "add", "3", "7", "12", "20", "28", "4", "9"}).exitCode, 0);
-        EXPECT_EQ(cli.run({"expand", "--front", "3,7,12,20,28,30", "--back", "4,9,10"}).out, QStringLiteral("18\n"));
+        EXPECT_EQ(cli.run({"expand", "--front", "3,7,12,20,28,30", "--back", "4,9,10"}).out,
+                  QStringLiteral("18\n"));
     }
     QString out(const QStringList& args) {
         const CliRun r = cli.run(args);
@@ -31,7 +32,10 @@ TEST(CliPrize, RulesShowAndSet) {
     EXPECT_EQ(rows[0], QStringLiteral("slot\tfront\tback\tMoney\tPrizerank"));
     EXPECT_EQ(rows[1], QStringLiteral("1\t5\t2\t5000000\t1等奖"));
     EXPECT_EQ(rows[10], QStringLiteral("10\t3\t0\t5\t8等奖"));
-    EXPECT_EQ(p.cli.run({"prize", "rules", "set", "9", "--front", "5", "--back", "0", "--money", "77", "--rank", "九等"}).exitCode,
+    EXPECT_EQ(p.cli
+                  .run({"prize", "rules", "set", "9", "--front", "5", "--back", "0", "--money", "77",
+                        "--rank", "九等"})
+                  .exitCode,
               0);
     rows = p.out({"prize", "rules", "show"}).split('\n', Qt::SkipEmptyParts);
     EXPECT_EQ(rows[9], QStringLiteral("9\t5\t0\t77\t九等"));
@@ -44,11 +48,13 @@ TEST(CliPrize, RulesShowAndSet) {
 TEST(CliPrize, CheckListAndReportBeforeAndAfterAFilter) {
     PrizeCli p;
     EXPECT_EQ(p.out({"prize", "check"}),
-              QStringLiteral("level\tkept\tfiltered\n1等奖\t1\t0\n2等奖\t2\t0\n3等奖\t0\t0\n4等奖\t5\t0\n5等奖\t10\t0\n"
-                             "6等奖\t0\t0\n7等奖\t0\t0\n8等奖\t0\t0\nrequired\t36\nincome\t5120000\nresult\t5119964\n"));
+              QStringLiteral(
+                  "level\tkept\tfiltered\n1等奖\t1\t0\n2等奖\t2\t0\n3等奖\t0\t0\n4等奖\t5\t0\n5等奖\t10\t0\n"
+                  "6等奖\t0\t0\n7等奖\t0\t0\n8等奖\t0\t0\nrequired\t36\nincome\t5120000\nresult\t5119964\n"));
     QStringList sorted = p.out({"prize", "list", "--sorted"}).split('\n', Qt::SkipEmptyParts);
     ASSERT_EQ(sorted.size(), 19);
-    EXPECT_EQ(sorted[0], QStringLiteral("idx\tfig1\tfig2\tfig3\tfig4\tfig5\tfig6\tfig7\tjiben\ttebie\tjiang\tjing"));
+    EXPECT_EQ(sorted[0],
+              QStringLiteral("idx\tfig1\tfig2\tfig3\tfig4\tfig5\tfig6\tfig7\tjiben\ttebie\tjiang\tjing"));
     EXPECT_EQ(sorted[1], QStringLiteral("1\t3\t7\t12\t20\t28\t4\t9\t5\t2\t1等奖\t5000000"));
     EXPECT_TRUE(sorted[18].endsWith(QStringLiteral("\t4\t1\t5等奖\t500")));
 
@@ -85,9 +91,11 @@ TEST(CliPrize, OtherTables) {
     // A table that was never made checks as empty.
     const QStringList rote = p.out({"prize", "check", "--table", "zuheRote"}).split('\n', Qt::SkipEmptyParts);
     EXPECT_EQ(rote.mid(9), (QStringList{"required\t0", "income\t0", "result\t0"}));
-    EXPECT_EQ(p.out({"expand", "--front", "3,7,12,20,28,30,31", "--back", "1,2", "--six"}), QStringLiteral("7\n"));
+    EXPECT_EQ(p.out({"expand", "--front", "3,7,12,20,28,30,31", "--back", "1,2", "--six"}),
+              QStringLiteral("7\n"));
     EXPECT_EQ(p.out({"prize", "check", "--table", "zuhef"}), QStringLiteral("kept\t7\nrequired\t84\n"));
-    const QStringList six = p.out({"prize", "list", "--table", "zuhef", "--sorted"}).split('\n', Qt::SkipEmptyParts);
+    const QStringList six =
+        p.out({"prize", "list", "--table", "zuhef", "--sorted"}).split('\n', Qt::SkipEmptyParts);
     EXPECT_EQ(six[0], QStringLiteral("idx\tfig1\tfig2\tfig3\tfig4\tfig5\tfig6\tjiben"));
     EXPECT_TRUE(six[1].endsWith(QStringLiteral("\t5")));
     EXPECT_TRUE(six[7].endsWith(QStringLiteral("\t4")));

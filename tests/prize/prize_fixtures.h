@@ -16,7 +16,8 @@ inline std::unique_ptr<CandidateTable> table(const std::vector<Ticket>& rows,
                                              schema::CandidateKind kind = schema::CandidateKind::Zuhe) {
     auto t = std::make_unique<CandidateTable>(kind, rows.size());
     for (size_t r = 0; r < rows.size(); ++r)
-        for (int k = 1; k <= t->figCount(); ++k) t->fig(k)[r] = static_cast<uint8_t>(rows[r][static_cast<size_t>(k - 1)]);
+        for (int k = 1; k <= t->figCount(); ++k)
+            t->fig(k)[r] = static_cast<uint8_t>(rows[r][static_cast<size_t>(k - 1)]);
     return t;
 }
 

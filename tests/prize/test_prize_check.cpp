@@ -136,9 +136,11 @@ TEST(PrizeView, AnEmptyKeptSetCostsAndEarnsNothingAndShowsRed) {
 
 TEST(PrizeView, ALevelEqualToTheSlotBeforeMergesRowsAndApartTheyRepeat) {
     PrizeRules rules = PrizeRules::defaults();
-    rules.slot(3).rank = QStringLiteral("2等奖");  // 5+0 joins 5+1
+    rules.slot(3).rank = QStringLiteral("2等奖");   // 5+0 joins 5+1
     rules.slot(12).rank = QStringLiteral("1等奖");  // not a neighbour of slot 1
-    auto t = table({{3, 7, 12, 20, 28, 4, 11}, {3, 7, 12, 20, 28, 1, 2}, {3, 7, 12, 20, 28, 4, 9},
+    auto t = table({{3, 7, 12, 20, 28, 4, 11},
+                    {3, 7, 12, 20, 28, 1, 2},
+                    {3, 7, 12, 20, 28, 4, 9},
                     {3, 7, 30, 31, 32, 4, 1}});
     PrizeView v(Kind::Zuhe, std::move(t), kDraw, rules);
     EXPECT_EQ(summaryColumn(v, 0, 1, 9),
@@ -183,8 +185,8 @@ TEST(PrizeView, SortingPutsTheBestFirstAndRenamesTheLowerHeaders) {
     EXPECT_EQ(rowsOf(v.thrown()), (std::vector<uint64_t>{4, 1}));
     QStringList heads;
     for (const PrizeListColumn& c : v.thrownColumns()) heads << c.header;
-    EXPECT_EQ(heads, (QStringList{"号码索引", "红1", "红2", "红3", "红4", "红5", "红6", "蓝球", "中红", "中蓝", "奖级",
-                                  "奖金", "过滤缘故"}));
+    EXPECT_EQ(heads, (QStringList{"号码索引", "红1", "红2", "红3", "红4", "红5", "红6", "蓝球", "中红",
+                                  "中蓝", "奖级", "奖金", "过滤缘故"}));
     EXPECT_EQ(v.keptColumns()[6].header, QStringLiteral("后1"));
     EXPECT_EQ(&v.lastOpened(), &v.kept());
 }
@@ -237,7 +239,8 @@ TEST(PrizeCheck, AgreesWithItsSqlFormRowByRow) {
         Ticket t{};
         for (int k = 0; k < 5; ++k) {
             int n;
-            do n = rng.bounded(1, 36); while (used[static_cast<size_t>(n)]);
+            do n = rng.bounded(1, 36);
+            while (used[static_cast<size_t>(n)]);
             used[static_cast<size_t>(n)] = true;
             t[static_cast<size_t>(k)] = n;
         }
@@ -275,13 +278,16 @@ TEST(PrizeCheck, AgreesWithItsSqlFormRowByRow) {
             ++seen[static_cast<size_t>(c.slot(r))];
         }
         EXPECT_EQ(seen[9], 0);  // slot 8 has the same pattern and wins
-        for (const QString& level : {QStringLiteral("1等奖"), QStringLiteral("6等奖"), QStringLiteral("8等奖")}) {
-            EXPECT_EQ(db.scalar(QStringLiteral("SELECT COUNT(*) FROM zuhe WHERE unslt = 0 AND jiang = ?1"), {level})
-                          .toULongLong(),
-                      c.countOfLevel(false, level));
-            EXPECT_EQ(db.scalar(QStringLiteral("SELECT COUNT(*) FROM zuhe WHERE unslt = 1 AND jiang = ?1"), {level})
-                          .toULongLong(),
-                      c.countOfLevel(true, level));
+        for (const QString& level :
+             {QStringLiteral("1等奖"), QStringLiteral("6等奖"), QStringLiteral("8等奖")}) {
+            EXPECT_EQ(
+                db.scalar(QStringLiteral("SELECT COUNT(*) FROM zuhe WHERE unslt = 0 AND jiang = ?1"), {level})
+                    .toULongLong(),
+                c.countOfLevel(false, level));
+            EXPECT_EQ(
+                db.scalar(QStringLiteral("SELECT COUNT(*) FROM zuhe WHERE unslt = 1 AND jiang = ?1"), {level})
+                    .toULongLong(),
+                c.countOfLevel(true, level));
         }
         const QVariant sum = db.scalar(QStringLiteral("SELECT SUM(jing) FROM zuhe WHERE unslt = 0"));
         EXPECT_EQ(sum.isNull(), !c.keptPrizeSum().has_value());

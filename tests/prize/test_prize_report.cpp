@@ -60,7 +60,9 @@ TEST(PrizeReport, NameAndHeaderLinesOfACheck) {
 
 TEST(PrizeReport, CountsAreReadBySlotAndSlideUnderTheDefaultRules) {
     // One ticket in each of 6等奖 (3+2), 7等奖 (3+1) and 8等奖 (3+0, twice).
-    auto t = table({{3, 7, 12, 30, 31, 4, 9}, {3, 7, 12, 30, 31, 4, 1}, {3, 7, 12, 30, 31, 1, 2},
+    auto t = table({{3, 7, 12, 30, 31, 4, 9},
+                    {3, 7, 12, 30, 31, 4, 1},
+                    {3, 7, 12, 30, 31, 1, 2},
                     {3, 7, 12, 30, 32, 1, 2}});
     PrizeView v(Kind::Zuhe, std::move(t), kDraw, PrizeRules::defaults());
     EXPECT_EQ(v.summaryCell(6, 1), QStringLiteral("1"));
@@ -68,8 +70,8 @@ TEST(PrizeReport, CountsAreReadBySlotAndSlideUnderTheDefaultRules) {
     EXPECT_EQ(v.summaryCell(8, 1), QStringLiteral("2"));
     const QStringList lines = prize_report::lines(v, kWhen);
     const QStringList levels = lines.mid(5, 8);
-    EXPECT_EQ(levels, (QStringList{"中出1等奖0注", "中出2等奖0注", "中出3等奖0注", "中出4等奖0注", "中出5等奖0注",
-                                   "中出6等奖1注",
+    EXPECT_EQ(levels, (QStringList{"中出1等奖0注", "中出2等奖0注", "中出3等奖0注", "中出4等奖0注",
+                                   "中出5等奖0注", "中出6等奖1注",
                                    // slot 8 reads row 8, the count of 8等奖; slot 10 reads an unused row
                                    "中出7等奖2注", "中出8等奖0注"}));
 }
@@ -134,7 +136,8 @@ struct Book {
 TEST(ReportBook, AHandWrittenReportIsListedAndTheLastFileIsShown) {
     Book b;
     b.report(QStringLiteral("a兑奖.txt"), QStringLiteral("手写"), QStringLiteral("两行"));
-    b.report(QStringLiteral("b兑奖.txt"), QStringLiteral("兑奖日期:2026-03-05"), QStringLiteral("兑奖时间:14:07:09"));
+    b.report(QStringLiteral("b兑奖.txt"), QStringLiteral("兑奖日期:2026-03-05"),
+             QStringLiteral("兑奖时间:14:07:09"));
     writeFile(QDir(b.reports).filePath(QStringLiteral("other.txt")), "not a report\n");
     ReportBook book = b.open();
     ASSERT_EQ(book.items().size(), 2);
@@ -143,7 +146,8 @@ TEST(ReportBook, AHandWrittenReportIsListedAndTheLastFileIsShown) {
     EXPECT_TRUE(book.shownText().startsWith(QStringLiteral("兑奖日期:2026-03-05\n")));
     EXPECT_EQ(book.currentIndex(), 0);
 
-    ReportBook none(QDir(b.home.dir.path()).filePath(QStringLiteral("乙")), b.home.settings, QStringLiteral("乙"));
+    ReportBook none(QDir(b.home.dir.path()).filePath(QStringLiteral("乙")), b.home.settings,
+                    QStringLiteral("乙"));
     none.load();
     EXPECT_TRUE(none.items().isEmpty());
     EXPECT_TRUE(none.shownText().isEmpty());
@@ -174,7 +178,8 @@ TEST(ReportBook, PreviousRightAfterOpeningDoesNothingAndNextRunsOnePastTheEnd) {
 TEST(ReportBook, DeletingTickedReadsTheListAnewWithTheIndexRunningOn) {
     Book b;
     for (const char* n : {"a", "b", "c"})
-        b.report(QString::fromLatin1(n) + QStringLiteral("兑奖.txt"), QString::fromLatin1(n).toUpper(), QStringLiteral("t"));
+        b.report(QString::fromLatin1(n) + QStringLiteral("兑奖.txt"), QString::fromLatin1(n).toUpper(),
+                 QStringLiteral("t"));
     ReportBook book = b.open();
     b.prompter.answer(false);
     EXPECT_FALSE(book.deleteTicked(b.prompter, {0}));

@@ -29,7 +29,8 @@ TEST(PrizeRules, AWorkspaceThatNeverSavedReadsTheDefaultTable) {
     const int front[] = {5, 5, 5, 4, 4, 3, 4, 3, 2, 3, 1, 2};
     const int back[] = {2, 1, 0, 2, 1, 2, 0, 1, 2, 0, 2, 1};
     const int money[] = {5000000, 50000, 5000, 3000, 500, 200, 200, 10, 10, 5, 5, 5};
-    const char* rank[] = {"1等奖", "2等奖", "3等奖", "4等奖", "5等奖", "6等奖", "6等奖", "7等奖", "7等奖", "8等奖", "8等奖", "8等奖"};
+    const char* rank[] = {"1等奖", "2等奖", "3等奖", "4等奖", "5等奖", "6等奖",
+                          "6等奖", "7等奖", "7等奖", "8等奖", "8等奖", "8等奖"};
     for (int n = 1; n <= 12; ++n) {
         const PrizeSlot& s = read.rules.slot(n);
         EXPECT_EQ(s.front, front[n - 1]) << n;
@@ -133,7 +134,8 @@ TEST(PrizeSettings, ANonNumericValueIsReportedAndTheSlotKeepsItsDefault) {
     TempHome h;
     h.settings.writeRaw(kWs + QStringLiteral("QY"), QStringLiteral("7prize"), QStringLiteral("Money"),
                         QStringLiteral("abc"));
-    h.settings.writeRaw(kWs + QStringLiteral("QY"), QStringLiteral("8prize"), QStringLiteral("0"), QStringLiteral(" 4 "));
+    h.settings.writeRaw(kWs + QStringLiteral("QY"), QStringLiteral("8prize"), QStringLiteral("0"),
+                        QStringLiteral(" 4 "));
     const PrizeSettings::ReadResult read = PrizeSettings(h.settings, kWs).read();
     ASSERT_EQ(read.problems.size(), 1);
     EXPECT_TRUE(read.problems[0].contains(QStringLiteral("7prize")));

@@ -43,8 +43,10 @@ struct PrizeWorkspace {
             const QStringList p = in.readLine().split(QLatin1Char(' '), Qt::SkipEmptyParts);
             if (p.size() != 8) continue;
             ++idx;
-            db.exec(QStringLiteral("INSERT INTO fig(Idx,fig0,fig1,fig2,fig3,fig4,fig5) VALUES (?1,?2,?3,?4,?5,?6,?7)"),
-                    {idx, p[0].toInt(), p[1].toInt(), p[2].toInt(), p[3].toInt(), p[4].toInt(), p[5].toInt()});
+            db.exec(
+                QStringLiteral(
+                    "INSERT INTO fig(Idx,fig0,fig1,fig2,fig3,fig4,fig5) VALUES (?1,?2,?3,?4,?5,?6,?7)"),
+                {idx, p[0].toInt(), p[1].toInt(), p[2].toInt(), p[3].toInt(), p[4].toInt(), p[5].toInt()});
             db.exec(QStringLiteral("INSERT INTO fighou(Idx,fig0,fig1,fig2) VALUES (?1,?2,?3,?4)"),
                     {idx, p[0].toInt(), p[6].toInt(), p[7].toInt()});
         }

@@ -23,7 +23,8 @@ using Kind = schema::CandidateKind;
 namespace {
 // Picks around the newest real draw (2026115: 12 20 32 33 35 + 06 07) and a few more, expanded:
 // 56 front combinations, and six back pairs of which 10 11 hits nothing.
-std::unique_ptr<CandidateTable> expandAround(const DrawNumbers& d, ExpansionKind kind = ExpansionKind::GAgan) {
+std::unique_ptr<CandidateTable> expandAround(const DrawNumbers& d,
+                                             ExpansionKind kind = ExpansionKind::GAgan) {
     ExpansionInput in;
     in.kind = kind;
     for (int i = 1; i <= 5; ++i) in.front.push_back(static_cast<int16_t>(d[static_cast<size_t>(i)]));
@@ -37,7 +38,8 @@ std::unique_ptr<CandidateTable> expandAround(const DrawNumbers& d, ExpansionKind
 
 std::unique_ptr<PrizeCheckWindow> openWindow(PrizeWorkspace& w, Kind kind) {
     prize_session::Opened o = prize_session::open(*w.session, kind);
-    return std::make_unique<PrizeCheckWindow>(std::move(o.view), prize_session::workspaceFolder(*w.session), w.prompter);
+    return std::make_unique<PrizeCheckWindow>(std::move(o.view), prize_session::workspaceFolder(*w.session),
+                                              w.prompter);
 }
 
 template <typename T>
@@ -91,13 +93,14 @@ void PrizeCheckTest::realFilterRunAgainstTheNewestRealDraw() {
     QAbstractItemModelTester t3(thrown->model(), QAbstractItemModelTester::FailureReportingMode::QtTest);
     QAbstractItemModelTester t2(summary->model(), QAbstractItemModelTester::FailureReportingMode::QtTest);
 
-    QCOMPARE(headerTexts(kept->model()), (QStringList{"号码索引", "前1", "前2", "前3", "前4", "前5", "后1", "后2", "中前",
-                                                      "中后", "奖级", "奖金"}));
+    QCOMPARE(headerTexts(kept->model()), (QStringList{"号码索引", "前1", "前2", "前3", "前4", "前5", "后1",
+                                                      "后2", "中前", "中后", "奖级", "奖金"}));
     QCOMPARE(headerTexts(thrown->model()).last(), QStringLiteral("过滤缘故"));
     const uint64_t thrownCount = table->deadCount();
     QCOMPARE(kept->model()->rowCount() + thrown->model()->rowCount(), 336);
     QCOMPARE(static_cast<uint64_t>(kept->model()->rowCount()), table->liveCount());
-    QCOMPARE(child<QLabel>(win.get(), "Label2")->text(), QStringLiteral("投注组合情况排列总表(合计：%1注)").arg(thrownCount));
+    QCOMPARE(child<QLabel>(win.get(), "Label2")->text(),
+             QStringLiteral("投注组合情况排列总表(合计：%1注)").arg(thrownCount));
     QCOMPARE(columnTexts(summary->model(), 0, 9),
              (QStringList{"奖级", "1等奖", "2等奖", "3等奖", "4等奖", "5等奖", "6等奖", "7等奖", "8等奖"}));
     QCOMPARE(summary->model()->index(14, 0).data().toString(), QStringLiteral("被滤"));
@@ -116,9 +119,11 @@ void PrizeCheckTest::realFilterRunAgainstTheNewestRealDraw() {
     QVERIFY(!kept->model()->index(none, 11).data().isValid());
 
     const PrizeView& v = win->view();
-    QCOMPARE(child<QLabel>(win.get(), "LabelRequired")->text(), QStringLiteral("%1元").arg(kept->model()->rowCount() * 2));
+    QCOMPARE(child<QLabel>(win.get(), "LabelRequired")->text(),
+             QStringLiteral("%1元").arg(kept->model()->rowCount() * 2));
     QCOMPARE(child<QLabel>(win.get(), "LabelResult")->text(), v.resultText());
-    QCOMPARE(textColour(child<QLabel>(win.get(), "LabelResult")), v.resultIsGain() ? QColor(0, 255, 0) : QColor(255, 0, 0));
+    QCOMPARE(textColour(child<QLabel>(win.get(), "LabelResult")),
+             v.resultIsGain() ? QColor(0, 255, 0) : QColor(255, 0, 0));
     // The check left the flags and reasons of the stored table alone.
     auto reread = candidate_store::load(w.session->fildb(), Kind::Zuhe).table;
     QCOMPARE(reread->deadCount(), thrownCount);
@@ -183,7 +188,9 @@ void PrizeCheckTest::addToReportWritesAndClosesBackToTheMainWindow() {
     poll.start();
     openPrizeCheck(*w.session, w.prompter, Kind::Zuhe, nullptr, [&] { backToMain = true; });
     QVERIFY(backToMain);
-    QCOMPARE(written, QDir(w.session->paths().folder()).filePath(QStringLiteral("duijiang/26-11-25日21.5.3秒兑奖.txt")));
+    QCOMPARE(
+        written,
+        QDir(w.session->paths().folder()).filePath(QStringLiteral("duijiang/26-11-25日21.5.3秒兑奖.txt")));
     QFile f(written);
     QVERIFY(f.open(QIODevice::ReadOnly));
     const QStringList lines = QString::fromUtf8(f.readAll()).split(QLatin1Char('\n'));
@@ -230,7 +237,8 @@ void PrizeCheckTest::zuhefChecksTheFrontZoneOnly() {
     QVERIFY(!child<QTableView>(win.get(), "MSFlexGrid2"));
     auto* kept = child<QTableView>(win.get(), "MSFlexGrid1");
     QAbstractItemModelTester t(kept->model(), QAbstractItemModelTester::FailureReportingMode::QtTest);
-    QCOMPARE(headerTexts(kept->model()), (QStringList{"号码索引", "1位", "2位", "3位", "4位", "5位", "第六位", "中基号"}));
+    QCOMPARE(headerTexts(kept->model()),
+             (QStringList{"号码索引", "1位", "2位", "3位", "4位", "5位", "第六位", "中基号"}));
     const int rows = kept->model()->rowCount();
     QCOMPARE(static_cast<uint64_t>(rows), table->rowCount());
     QCOMPARE(child<QLabel>(win.get(), "LabelRequired")->text(), QStringLiteral("%1元").arg(rows * 12));

@@ -22,7 +22,8 @@ struct Reports : PrizeWorkspace {
     }
     std::unique_ptr<FrmYk> open() {
         auto w = std::make_unique<FrmYk>(
-            ReportBook(prize_session::workspaceFolder(*session), session->settings(), session->curuser()), prompter);
+            ReportBook(prize_session::workspaceFolder(*session), session->settings(), session->curuser()),
+            prompter);
         w->show();
         return w;
     }
@@ -123,7 +124,8 @@ void PrizeReportsTest::deletingTickedAndDeletingAll() {
 
 void PrizeReportsTest::printsToPdfOrNotAtAll() {
     Reports r;
-    r.write(QStringLiteral("a兑奖.txt"), QStringLiteral("兑奖日期:2026-03-05\n兑奖时间:14:07:09\n盈亏-26圆\n"));
+    r.write(QStringLiteral("a兑奖.txt"),
+            QStringLiteral("兑奖日期:2026-03-05\n兑奖时间:14:07:09\n盈亏-26圆\n"));
     auto w = r.open();
     QTemporaryDir out;
     bool offered = true;

@@ -8,10 +8,10 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTabBar>
-#include <QPointer>
 #include <QTest>
 
 namespace {
@@ -22,7 +22,9 @@ T* named(QWidget* w, const QString& name) {
 QRadioButton* option(QWidget* w, const char* family, int tab) {
     return named<QRadioButton>(w, QStringLiteral("%1(%2)").arg(QLatin1String(family)).arg(tab));
 }
-AmountField* amount(QWidget* w, int tab) { return named<AmountField>(w, QStringLiteral("MaskEdBox1(%1)").arg(tab)); }
+AmountField* amount(QWidget* w, int tab) {
+    return named<AmountField>(w, QStringLiteral("MaskEdBox1(%1)").arg(tab));
+}
 QWidget* panel(QWidget* w, int tab) { return named<QWidget>(w, QStringLiteral("Picture1(%1)").arg(tab)); }
 
 // Clicks a field and types into it, as the player enters it.

@@ -39,13 +39,15 @@ int rulesShow(CliContext& ctx, Session& s) {
     ctx.out << "slot\tfront\tback\tMoney\tPrizerank\n";
     for (int n = 1; n <= prize::kSlots; ++n) {
         const PrizeSlot& slot = rules.slot(n);
-        ctx.out << n << '\t' << slot.front << '\t' << slot.back << '\t' << slot.money << '\t' << slot.rank << '\n';
+        ctx.out << n << '\t' << slot.front << '\t' << slot.back << '\t' << slot.money << '\t' << slot.rank
+                << '\n';
     }
     return 0;
 }
 
 int rulesSet(CliContext& ctx, Session& s, const QStringList& args) {
-    const QString usage = QStringLiteral("usage: prize rules set SLOT [--front 0..5] [--back 0..2] [--money M] [--rank TEXT]");
+    const QString usage =
+        QStringLiteral("usage: prize rules set SLOT [--front 0..5] [--back 0..2] [--money M] [--rank TEXT]");
     bool ok = false;
     const int n = args.value(2).toInt(&ok);
     if (!ok || n < 1 || n > prize::kSlots) return ctx.fail(usage);
@@ -84,23 +86,30 @@ int check(CliContext& ctx, const PrizeView& v) {
     for (int row = 1; row < PrizeView::kSummaryThrownHead && !v.summaryCell(row, 0).isEmpty(); ++row)
         ctx.out << v.summaryCell(row, 0) << '\t' << v.summaryCell(row, 1) << '\t'
                 << v.summaryCell(PrizeView::kSummaryThrownHead + row, 1) << '\n';
-    ctx.out << "required\t" << v.required() << "\nincome\t" << v.income() << "\nresult\t" << v.result() << '\n';
+    ctx.out << "required\t" << v.required() << "\nincome\t" << v.income() << "\nresult\t" << v.result()
+            << '\n';
     return 0;
 }
 
 QString cell(const PrizeView& v, const PrizeListColumn& c, uint64_t row) {
     const CandidateTable& t = *v.table();
     switch (c.what) {
-        case PrizeColumn::Idx: return QString::number(t.idxAt(row));
-        case PrizeColumn::Fig: return QString::number(t.fig(c.fig)[row]);
-        case PrizeColumn::Jiben: return QString::number(v.check().jiben(row));
-        case PrizeColumn::Tebie: return QString::number(v.check().tebie(row));
-        case PrizeColumn::Jiang: return v.check().jiang(row).value_or(QString());
+        case PrizeColumn::Idx:
+            return QString::number(t.idxAt(row));
+        case PrizeColumn::Fig:
+            return QString::number(t.fig(c.fig)[row]);
+        case PrizeColumn::Jiben:
+            return QString::number(v.check().jiben(row));
+        case PrizeColumn::Tebie:
+            return QString::number(v.check().tebie(row));
+        case PrizeColumn::Jiang:
+            return v.check().jiang(row).value_or(QString());
         case PrizeColumn::Jing: {
             const std::optional<int32_t> m = v.check().jing(row);
             return m ? QString::number(*m) : QString();
         }
-        case PrizeColumn::Fliter: return t.reasonText(row);
+        case PrizeColumn::Fliter:
+            return t.reasonText(row);
     }
     return {};
 }
@@ -108,13 +117,20 @@ QString cell(const PrizeView& v, const PrizeListColumn& c, uint64_t row) {
 // The schema's names of the list columns.
 QString columnName(const PrizeListColumn& c) {
     switch (c.what) {
-        case PrizeColumn::Idx: return QStringLiteral("idx");
-        case PrizeColumn::Fig: return QStringLiteral("fig%1").arg(c.fig);
-        case PrizeColumn::Jiben: return QStringLiteral("jiben");
-        case PrizeColumn::Tebie: return QStringLiteral("tebie");
-        case PrizeColumn::Jiang: return QStringLiteral("jiang");
-        case PrizeColumn::Jing: return QStringLiteral("jing");
-        case PrizeColumn::Fliter: return QStringLiteral("fliter");
+        case PrizeColumn::Idx:
+            return QStringLiteral("idx");
+        case PrizeColumn::Fig:
+            return QStringLiteral("fig%1").arg(c.fig);
+        case PrizeColumn::Jiben:
+            return QStringLiteral("jiben");
+        case PrizeColumn::Tebie:
+            return QStringLiteral("tebie");
+        case PrizeColumn::Jiang:
+            return QStringLiteral("jiang");
+        case PrizeColumn::Jing:
+            return QStringLiteral("jing");
+        case PrizeColumn::Fliter:
+            return QStringLiteral("fliter");
     }
     return {};
 }
@@ -190,12 +206,13 @@ int reportCommand(CliContext& ctx, const QStringList& args) {
     return 0;
 }
 
-const CliGroupRegistrar prizeGroup({QStringLiteral("prize"),
-                                    QStringLiteral("  prize rules show\n"
-                                                   "  prize rules set SLOT [--front F] [--back B] [--money M] [--rank TEXT]\n"
-                                                   "  prize check [--table T]\n"
-                                                   "  prize list [--table T] [--kept|--filtered] [--sorted]\n"),
-                                    prizeCommand});
+const CliGroupRegistrar prizeGroup(
+    {QStringLiteral("prize"),
+     QStringLiteral("  prize rules show\n"
+                    "  prize rules set SLOT [--front F] [--back B] [--money M] [--rank TEXT]\n"
+                    "  prize check [--table T]\n"
+                    "  prize list [--table T] [--kept|--filtered] [--sorted]\n"),
+     prizeCommand});
 const CliGroupRegistrar reportGroup({QStringLiteral("report"),
                                      QStringLiteral("  report write [--table T]\n"
                                                     "  report list\n"

@@ -70,8 +70,8 @@ QWidget* FrmPrize::makePanel(int tab, QWidget* parent) {
     panel->resize(kPanelWidth, kPanelHeight);
     auto* h = new QHBoxLayout(panel);
 
-    const auto zoneFrame = [&](const QString& title, const QList<int>& hits, const QList<QString>& names, int ticked,
-                               auto onClick) {
+    const auto zoneFrame = [&](const QString& title, const QList<int>& hits, const QList<QString>& names,
+                               int ticked, auto onClick) {
         auto* frame = new QGroupBox(title, panel);
         auto* v = new QVBoxLayout(frame);
         auto* group = new QButtonGroup(frame);
@@ -87,8 +87,8 @@ QWidget* FrmPrize::makePanel(int tab, QWidget* parent) {
         h->addWidget(frame);
     };
     zoneFrame(QStringLiteral("前区号"), {1, 2, 3, 4, 5},
-              {QStringLiteral("Option1"), QStringLiteral("Option2"), QStringLiteral("Option3"), QStringLiteral("Option4"),
-               QStringLiteral("Option5")},
+              {QStringLiteral("Option1"), QStringLiteral("Option2"), QStringLiteral("Option3"),
+               QStringLiteral("Option4"), QStringLiteral("Option5")},
               m_form.frontOption(tab), [this](int t, int k) { m_form.clickFront(t, k); });
     zoneFrame(QStringLiteral("后区号"), {1, 2}, {QStringLiteral("Option21"), QStringLiteral("Option22")},
               m_form.backOption(tab), [this](int t, int k) { m_form.clickBack(t, k); });

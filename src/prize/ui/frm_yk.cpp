@@ -49,7 +49,8 @@ FrmYk::FrmYk(ReportBook book, Prompter& prompter, QWidget* parent)
                             QStringLiteral("显示上次中奖查询产生的盈亏报告"), this);
     auto* command2 = button(QStringLiteral("Command2"), QStringLiteral("下一次(&N)"),
                             QStringLiteral("显示下次中奖查询产生的盈亏报告"), this);
-    auto* command4 = button(QStringLiteral("Command4"), QStringLiteral("打印(&P)"), QStringLiteral("通过打印机将该报告打印"), this);
+    auto* command4 = button(QStringLiteral("Command4"), QStringLiteral("打印(&P)"),
+                            QStringLiteral("通过打印机将该报告打印"), this);
     auto* command6 = button(QStringLiteral("Command6"), QStringLiteral("指定删除(&D)"), closeTip, this);
     auto* command5 = button(QStringLiteral("Command5"), QStringLiteral("全部删除(&R)"), closeTip, this);
     auto* command3 = button(QStringLiteral("Command3"), QStringLiteral("关闭(&C)"), {}, this);

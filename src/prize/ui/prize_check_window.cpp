@@ -40,8 +40,8 @@ QLineEdit* pageBox(const QString& name, QWidget* parent) {
 }
 }  // namespace
 
-PrizeCheckWindow::PrizeCheckWindow(std::unique_ptr<PrizeView> view, QString workspaceFolder, Prompter& prompter,
-                                   QWidget* parent)
+PrizeCheckWindow::PrizeCheckWindow(std::unique_ptr<PrizeView> view, QString workspaceFolder,
+                                   Prompter& prompter, QWidget* parent)
     : QDialog(parent), m_view(std::move(view)), m_folder(std::move(workspaceFolder)), m_prompter(prompter) {
     Q_ASSERT(m_view);
     setObjectName(m_view->sixNumbers() ? QStringLiteral("GAganfDj") : QStringLiteral("GAganDj"));
@@ -76,7 +76,8 @@ QWidget* PrizeCheckWindow::makeLists() {
     auto* box = new QWidget(this);
     auto* v = new QVBoxLayout(box);
     const bool six = m_view->sixNumbers();
-    v->addWidget(label(QStringLiteral("Label1"), six ? prize_texts::kSixHeading : prize_texts::kKeptHeading, box));
+    v->addWidget(
+        label(QStringLiteral("Label1"), six ? prize_texts::kSixHeading : prize_texts::kKeptHeading, box));
     m_keptModel = new PrizeListModel(*m_view, PrizeListModel::Side::Kept, this);
     m_keptGrid = makeGrid(QStringLiteral("MSFlexGrid1"), m_keptModel);
     applyWidths(m_keptGrid, *m_keptModel);
@@ -142,7 +143,8 @@ QWidget* PrizeCheckWindow::makeSide() {
     auto* command1 = button(QStringLiteral("Command1"), prize_texts::kSort, box);
     connect(command1, &QPushButton::clicked, this, &PrizeCheckWindow::sortByHits);
     v->addWidget(command1);
-    auto* cmdQut = button(QStringLiteral("cmdQut"), six ? prize_texts::kBack : prize_texts::kAddToReport, box);
+    auto* cmdQut =
+        button(QStringLiteral("cmdQut"), six ? prize_texts::kBack : prize_texts::kAddToReport, box);
     connect(cmdQut, &QPushButton::clicked, this, &PrizeCheckWindow::quit);
     v->addWidget(cmdQut);
     if (six) v->addStretch();

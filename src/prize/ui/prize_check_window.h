@@ -46,10 +46,10 @@ private:
     QTableView* makeGrid(const QString& name, QAbstractItemModel* model);
     void applyWidths(QTableView* grid, const PrizeListModel& model);
     void showMoney();
-    void sortByHits();   // Command1
-    void pageKept();     // Command111
-    void pageThrown();   // Command2
-    void quit();         // cmdQut
+    void sortByHits();  // Command1
+    void pageKept();    // Command111
+    void pageThrown();  // Command2
+    void quit();        // cmdQut
 
     std::unique_ptr<PrizeView> m_view;
     QString m_folder;

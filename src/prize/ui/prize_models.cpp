@@ -15,7 +15,9 @@ void PrizeListModel::reset() {
     endResetModel();
 }
 
-const TicketList& PrizeListModel::list() const { return m_side == Side::Kept ? m_view.kept() : m_view.thrown(); }
+const TicketList& PrizeListModel::list() const {
+    return m_side == Side::Kept ? m_view.kept() : m_view.thrown();
+}
 
 int PrizeListModel::rowCount(const QModelIndex& parent) const {
     if (parent.isValid()) return 0;
@@ -33,10 +35,14 @@ QVariant PrizeListModel::data(const QModelIndex& index, int role) const {
     const PrizeListColumn& c = m_columns[index.column()];
     const CandidateTable& t = *m_view.table();
     switch (c.what) {
-        case PrizeColumn::Idx: return t.idxAt(row);
-        case PrizeColumn::Fig: return QStringLiteral("%1").arg(t.fig(c.fig)[row], 2, 10, QLatin1Char('0'));
-        case PrizeColumn::Jiben: return m_view.check().jiben(row);
-        case PrizeColumn::Tebie: return m_view.check().tebie(row);
+        case PrizeColumn::Idx:
+            return t.idxAt(row);
+        case PrizeColumn::Fig:
+            return QStringLiteral("%1").arg(t.fig(c.fig)[row], 2, 10, QLatin1Char('0'));
+        case PrizeColumn::Jiben:
+            return m_view.check().jiben(row);
+        case PrizeColumn::Tebie:
+            return m_view.check().tebie(row);
         case PrizeColumn::Jiang: {
             // A Null level shows as an empty cell.
             const std::optional<QString> j = m_view.check().jiang(row);
@@ -46,7 +52,8 @@ QVariant PrizeListModel::data(const QModelIndex& index, int role) const {
             const std::optional<int32_t> m = m_view.check().jing(row);
             return m ? QVariant(*m) : QVariant();
         }
-        case PrizeColumn::Fliter: return t.reasonText(row);
+        case PrizeColumn::Fliter:
+            return t.reasonText(row);
     }
     return {};
 }

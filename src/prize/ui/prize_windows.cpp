@@ -56,9 +56,10 @@ std::unique_ptr<PrizeView> openWithProgress(Session& session, Prompter& prompter
     QApplication::restoreOverrideCursor();
     if (progress.m_cancel) return nullptr;
     if (!opened.ruleProblems.isEmpty())
-        prompter.inform(QStringLiteral("中奖规则"),
-                        QStringLiteral("中奖规则设置有误,以下各项按默认值对奖:\n") + opened.ruleProblems.join('\n'),
-                        Prompter::Icon::Warning);
+        prompter.inform(
+            QStringLiteral("中奖规则"),
+            QStringLiteral("中奖规则设置有误,以下各项按默认值对奖:\n") + opened.ruleProblems.join('\n'),
+            Prompter::Icon::Warning);
     return std::move(opened.view);
 }
 
@@ -87,10 +88,12 @@ void openPrizeCheck(Session& session, Prompter& prompter, schema::CandidateKind 
     window.exec();
 }
 
-bool prizeCheckEnabled(Session& session, schema::CandidateKind kind) { return prize_session::tableExists(session, kind); }
+bool prizeCheckEnabled(Session& session, schema::CandidateKind kind) {
+    return prize_session::tableExists(session, kind);
+}
 
 void openReports(Session& session, Prompter& prompter, QWidget* parent) {
-    FrmYk window(ReportBook(prize_session::workspaceFolder(session), session.settings(), session.curuser()), prompter,
-                 parent);
+    FrmYk window(ReportBook(prize_session::workspaceFolder(session), session.settings(), session.curuser()),
+                 prompter, parent);
     window.exec();
 }
