@@ -1,7 +1,7 @@
 // The filter window opened from the board: caption, first view, the four actions, the right
 // button's popup, the zone tabs, and reopening the stored table with mnuCallfd.
 #include "filter/ui/filter_window.h"
-#include "support/temp_home.h"
+#include "support/main_window_fixture.h"
 #include "support/window_shot.h"
 #include "workspace/scripted_prompter.h"
 #include "workspace/session.h"
@@ -23,20 +23,9 @@
 namespace {
 const QString kHead = QStringLiteral("复选组合情况排列总表（每页至多显示10000注，双击任意注可删除）   合计：");
 
-struct Fixture {
-    TempHome home;
-    WorkspaceList list{home.settings, home.root};
-    ScriptedPrompter prompter;
-    std::unique_ptr<Session> session;
-    std::unique_ptr<MainWindow> window;
-
+struct Fixture : MainWindowFixture {
     Fixture() {
-        list.load();
-        list.create(QStringLiteral("测试"), {});
-        auto w = list.enter(0, prompter);
-        session = std::make_unique<Session>(home.root, home.settings);
-        session->open(*w);
-        window = std::make_unique<MainWindow>(*session, list, prompter);
+        open();
         window->show();
     }
     void pick(const QString& button, const QList<int>& numbers) {

@@ -3,7 +3,7 @@
 #include "filter/result_grid_model.h"
 #include "filter/ui/filter_window.h"
 #include "history/history_import.h"
-#include "support/temp_home.h"
+#include "support/main_window_fixture.h"
 #include "support/window_shot.h"
 #include "workspace/schema.h"
 #include "workspace/scripted_prompter.h"
@@ -27,24 +27,12 @@
 namespace {
 const QString kHead = QStringLiteral("复选组合情况排列总表（每页至多显示10000注，双击任意注可删除）   合计：");
 
-struct Fixture {
-    TempHome home;
-    WorkspaceList list{home.settings, home.root};
-    ScriptedPrompter prompter;
-    std::unique_ptr<Session> session;
-    std::unique_ptr<MainWindow> window;
+struct Fixture : MainWindowFixture {
     FilterWindow* filter = nullptr;
 
     // The real history, then 12 front and 4 back numbers expanded: 792 x 6 = 4752 tickets.
     Fixture() {
-        list.load();
-        list.create(QStringLiteral("测试"), {});
-        auto w = list.enter(0, prompter);
-        session = std::make_unique<Session>(home.root, home.settings);
-        session->open(*w);
-        const QString file = QDir(home.root.historyTextFolder()).filePath(QStringLiteral("大乐透历史开奖号码.txt"));
-        HistoryImport(*session, prompter).importFile(HistoryImport::Mode::Whole, file);
-        window = std::make_unique<MainWindow>(*session, list, prompter);
+        open([this](Session& s) { HistoryImport(s, prompter).importFile(HistoryImport::Mode::Whole, bundledHistory()); });
         window->show();
         for (int n : {2, 5, 8, 11, 13, 17, 20, 24, 27, 30, 32, 35})
             window->findChild<QPushButton*>(QStringLiteral("Command1(%1)").arg(n))->click();

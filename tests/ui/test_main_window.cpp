@@ -1,7 +1,7 @@
 // The main window shell: start-up from the session, the menu map, the rule and stability
 // menus, the print setting, and exit.
 #include "picking/ui/zone_board_widget.h"
-#include "support/temp_home.h"
+#include "support/main_window_fixture.h"
 #include "support/window_shot.h"
 #include "workspace/scripted_prompter.h"
 #include "workspace/session.h"
@@ -20,24 +20,7 @@
 #include <memory>
 
 namespace {
-// A workspace entered as the start window does.
-struct Fixture {
-    TempHome home;
-    WorkspaceList list{home.settings, home.root};
-    ScriptedPrompter prompter;
-    std::unique_ptr<Session> session;
-
-    explicit Fixture(const QString& name = QStringLiteral("测试")) {
-        list.load();
-        list.create(name, {});
-    }
-    std::unique_ptr<MainWindow> open() {
-        auto w = list.enter(0, prompter);
-        session = std::make_unique<Session>(home.root, home.settings);
-        if (!session->open(*w)) return nullptr;
-        return std::make_unique<MainWindow>(*session, list, prompter);
-    }
-};
+using Fixture = MainWindowFixture;
 
 QStringList checkedStabilityItems(MainWindow& w) {
     QStringList out;
@@ -62,7 +45,7 @@ private slots:
 
 void MainWindowTest::emptyWorkspaceOpensWithDefaults() {
     Fixture f;
-    auto w = f.open();
+    MainWindow* w = f.open();
     QVERIFY(w);
     QCOMPARE(w->windowTitle(), QStringLiteral("鹤鸣轩.明算双区大乐透彩票助理"));
     QCOMPARE(f.session->bitnum(), 35);
@@ -82,10 +65,10 @@ void MainWindowTest::emptyWorkspaceOpensWithDefaults() {
     QVERIFY(!w->action(QStringLiteral("mnuDelast"))->isEnabled());
     QCOMPARE(w->findChild<QLabel*>(QStringLiteral("Label12"))->text(), QStringLiteral("在右输入1 期历史号码:"));
     // 36 front buttons exist and those above 35 are hidden; the back shows 12 of 24.
-    QVERIFY(w->findChild<QPushButton*>(QStringLiteral("Command1(35)"))->isVisibleTo(w.get()));
-    QVERIFY(!w->findChild<QPushButton*>(QStringLiteral("Command1(36)"))->isVisibleTo(w.get()));
-    QVERIFY(w->findChild<QPushButton*>(QStringLiteral("Command2(12)"))->isVisibleTo(w.get()));
-    QVERIFY(!w->findChild<QPushButton*>(QStringLiteral("Command2(13)"))->isVisibleTo(w.get()));
+    QVERIFY(w->findChild<QPushButton*>(QStringLiteral("Command1(35)"))->isVisibleTo(w));
+    QVERIFY(!w->findChild<QPushButton*>(QStringLiteral("Command1(36)"))->isVisibleTo(w));
+    QVERIFY(w->findChild<QPushButton*>(QStringLiteral("Command2(12)"))->isVisibleTo(w));
+    QVERIFY(!w->findChild<QPushButton*>(QStringLiteral("Command2(13)"))->isVisibleTo(w));
     QCOMPARE(f.session->fitbase()[1], 3.5);
     QCOMPARE(f.session->fitbase()[5], 31.5);
     QCOMPARE(f.session->fitbase()[6], 3.0);
@@ -95,12 +78,12 @@ void MainWindowTest::emptyWorkspaceOpensWithDefaults() {
 void MainWindowTest::infiniteStabilityChecksNothingAfterRestart() {
     Fixture f;
     {
-        auto w = f.open();
+        MainWindow* w = f.open();
         w->action(QStringLiteral("meuSpd8"))->trigger();
         QCOMPARE(f.home.settings.readInt(keys::WdAtLoad, QStringLiteral("测试")), 8000);
         QCOMPARE(checkedStabilityItems(*w), QStringList{QStringLiteral("meuSpd8")});
     }
-    auto w = f.open();
+    MainWindow* w = f.open();
     QVERIFY(checkedStabilityItems(*w).isEmpty());
     // Another value checks its own item after a restart.
     w->action(QStringLiteral("meuSpd3"))->trigger();
@@ -110,7 +93,7 @@ void MainWindowTest::infiniteStabilityChecksNothingAfterRestart() {
 
 void MainWindowTest::menuMapHasEveryItem() {
     Fixture f;
-    auto w = f.open();
+    MainWindow* w = f.open();
     const QList<std::pair<const char*, const char*>> items = {
         {"mnuCall", "调用历史选号号码(&C)"},   {"mnuYLowHou", "选择遗漏低次号码(&W)"},
         {"meuExt", "退出软件(&Q)"},            {"mnuNewol", "历史号码网上在线更新(&L)"},
@@ -143,39 +126,36 @@ void MainWindowTest::menuMapHasEveryItem() {
 
 void MainWindowTest::frontSizeChangeShowsButtonsAndIsSaved() {
     Fixture f;
-    auto w = f.open();
+    MainWindow* w = f.open();
     w->action(QStringLiteral("meuS(36)"))->trigger();
     QVERIFY(w->action(QStringLiteral("meuS(36)"))->isChecked());
     QVERIFY(!w->action(QStringLiteral("meuS(35)"))->isChecked());
     QCOMPARE(f.home.settings.readInt(keys::Bitnum, QStringLiteral("测试")), 36);
     QCOMPARE(f.session->fitbase()[1], 3.6);
     for (int n = 1; n <= 36; ++n)
-        QVERIFY(w->findChild<QPushButton*>(QStringLiteral("Command1(%1)").arg(n))->isVisibleTo(w.get()));
+        QVERIFY(w->findChild<QPushButton*>(QStringLiteral("Command1(%1)").arg(n))->isVisibleTo(w));
     w->action(QStringLiteral("meuSHou(24)"))->trigger();
     QCOMPARE(f.session->fitbase()[7], 18.0);
     // A restart reads the sizes back: all 36 buttons show.
     w = f.open();
     QCOMPARE(f.session->bitnum(), 36);
-    QVERIFY(w->findChild<QPushButton*>(QStringLiteral("Command1(36)"))->isVisibleTo(w.get()));
-    QVERIFY(w->findChild<QPushButton*>(QStringLiteral("Command2(24)"))->isVisibleTo(w.get()));
+    QVERIFY(w->findChild<QPushButton*>(QStringLiteral("Command1(36)"))->isVisibleTo(w));
+    QVERIFY(w->findChild<QPushButton*>(QStringLiteral("Command2(24)"))->isVisibleTo(w));
 }
 
 void MainWindowTest::historyFillsTheGridWithTheNewestInView() {
     Fixture f;
-    {
-        auto w = f.open();
-        SqliteDb& db = f.session->lsdb();
-        for (int i = 1; i <= 60; ++i) {
-            QVERIFY(db.exec(QStringLiteral("INSERT INTO fig(Idx,fig0,fig1,fig2,fig3,fig4,fig5) VALUES (?1,?2,1,2,3,4,5)"),
-                            {i, 2026000 + i}));
-            QVERIFY(db.exec(QStringLiteral("INSERT INTO fighou(Idx,fig0,fig1,fig2) VALUES (?1,?2,6,7)"),
-                            {i, 2026000 + i}));
-        }
+    QVERIFY(f.open());
+    SqliteDb& db = f.session->lsdb();
+    for (int i = 1; i <= 60; ++i) {
+        QVERIFY(db.exec(QStringLiteral("INSERT INTO fig(Idx,fig0,fig1,fig2,fig3,fig4,fig5) VALUES (?1,?2,1,2,3,4,5)"),
+                        {i, 2026000 + i}));
+        QVERIFY(db.exec(QStringLiteral("INSERT INTO fighou(Idx,fig0,fig1,fig2) VALUES (?1,?2,6,7)"), {i, 2026000 + i}));
     }
-    auto w = f.open();
+    MainWindow* w = f.open();
     w->resize(1366, 740);
     w->show();
-    QVERIFY(QTest::qWaitForWindowExposed(w.get()));
+    QVERIFY(QTest::qWaitForWindowExposed(w));
     auto* grid = w->findChild<QTableView*>(QStringLiteral("MSFlexGrid1"));
     QCOMPARE(grid->model()->rowCount(), 60);
     QCOMPARE(grid->model()->index(59, 1).data().toInt(), 2026060);
@@ -185,12 +165,12 @@ void MainWindowTest::historyFillsTheGridWithTheNewestInView() {
     QTRY_VERIFY(grid->rowAt(grid->viewport()->height() - 1) == 59 || grid->rowAt(0) == 59 ||
                 grid->visualRect(grid->model()->index(59, 0)).isValid());
     QVERIFY(grid->viewport()->rect().intersects(grid->visualRect(grid->model()->index(59, 0))));
-    saveShot(w.get(), QStringLiteral("main_window"));
+    saveShot(w, QStringLiteral("main_window"));
 }
 
 void MainWindowTest::printSettingKeepsOnlyCounts() {
     Fixture f;
-    auto w = f.open();
+    MainWindow* w = f.open();
     f.prompter.answer(QStringLiteral("6"));
     w->action(QStringLiteral("mnuPtset"))->trigger();
     QCOMPARE(f.prompter.asked().last().title, QStringLiteral("打印设置"));
@@ -203,7 +183,7 @@ void MainWindowTest::printSettingKeepsOnlyCounts() {
 
 void MainWindowTest::closingSavesTheSpinValues() {
     Fixture f;
-    auto w = f.open();
+    MainWindow* w = f.open();
     f.session->spinValues = {1, 2, 3, 4, 5, 6.5};
     w->show();
     w->close();
@@ -213,7 +193,7 @@ void MainWindowTest::closingSavesTheSpinValues() {
 
 void MainWindowTest::boardClicksReachTheLogicAndTheStatusBar() {
     Fixture f;
-    auto w = f.open();
+    MainWindow* w = f.open();
     w->show();
     auto click = [&w](const QString& name, Qt::MouseButton button = Qt::LeftButton) {
         auto* b = w->findChild<QPushButton*>(name);

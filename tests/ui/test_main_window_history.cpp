@@ -1,7 +1,7 @@
 // The history commands of the main window: the whole import of the real history, typing a
 // draw into the entry row, editing a grid cell through Text1, deleting the last draw.
 #include "history/ui/history_commands.h"
-#include "support/temp_home.h"
+#include "support/main_window_fixture.h"
 #include "support/window_shot.h"
 #include "workspace/scripted_prompter.h"
 #include "workspace/session.h"
@@ -19,24 +19,8 @@
 #include <memory>
 
 namespace {
-struct Fixture {
-    TempHome home;
-    WorkspaceList list{home.settings, home.root};
-    ScriptedPrompter prompter;
-    std::unique_ptr<Session> session;
-    std::unique_ptr<MainWindow> window;
-
-    Fixture() {
-        list.load();
-        list.create(QStringLiteral("张先生"), {});
-        auto w = list.enter(0, prompter);
-        session = std::make_unique<Session>(home.root, home.settings);
-        session->open(*w);
-        window = std::make_unique<MainWindow>(*session, list, prompter);
-    }
-    QString bundledHistory() const {
-        return QDir(home.root.historyTextFolder()).filePath(QStringLiteral("大乐透历史开奖号码.txt"));
-    }
+struct Fixture : MainWindowFixture {
+    Fixture() : MainWindowFixture(QStringLiteral("张先生")) { open(); }
     QTableView* grid() const { return window->findChild<QTableView*>(QStringLiteral("MSFlexGrid1")); }
     QString label12() const { return window->findChild<QLabel*>(QStringLiteral("Label12"))->text(); }
     void type(int box, const QString& text) {
