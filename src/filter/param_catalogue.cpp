@@ -33,8 +33,8 @@ const std::array<ParamInfo, kParamCount>& table() {
         {P::Option34, "Option34", QStringLiteral("个位数和"), "Text25", "Zgnum", 24, "99", "3", "Gwh", "Gwh", 0},
         {P::Option35, "Option35", QStringLiteral("遗漏数和"), "Text26", "Zynum", 25, "99", "5", "Ylh", "Ylh", 0},
         {P::Option12, "Option12", QStringLiteral("遗漏极差"), "Text27", "intyljz", 18, "99", "5", "Ylc", "Ylc", 0},
-        {P::Option39, "Option39", QStringLiteral("小数之和"), "Text28", "Xznum", 15, "99", "5", "Xsh", "Xsh", 0},
-        {P::Option40, "Option40", QStringLiteral("大数之和"), "Text29", "DZnum", 16, "99", "5", "Dsh", "Dsh", 0},
+        {P::Option39, "Option39", QStringLiteral("小数之和"), "Text28", "Xznum", 19, "99", "5", "Xsh", "Xsh", 0},
+        {P::Option40, "Option40", QStringLiteral("大数之和"), "Text29", "DZnum", 20, "99", "5", "Dsh", "Dsh", 0},
         {P::Option41, "Option41", QStringLiteral("同尾个数"), "Text30", "Modenum", 26, "99", "5", "Tws", "Tws", 0},
         {P::Option66, "Option66", QStringLiteral("自定区间"), "Text66", "", 21, "9", "9", "Zdqj", "Zdqj", 0},
     }};
@@ -135,6 +135,12 @@ bool enabledIn(ParamId id, ZoneScope scope) {
 }
 
 std::span<const RunStep> integratedOrder() { return kIntegratedFull; }
+
+int runBox(ParamId id) {
+    if (id == P::Option39) return 15;
+    if (id == P::Option40) return 16;
+    return info(id).check1;
+}
 std::span<const RunStep> exportOrder() { return kExport; }
 
 std::array<QString, 4> boxDefaults(ParamId id) {

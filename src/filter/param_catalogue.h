@@ -52,7 +52,7 @@ struct ParamInfo {
     QString caption;         // button caption (front and back tabs)
     const char* boxes;       // "Text2"
     const char* drawColumn;  // "Znum"; empty for 自定区间
-    int check1;              // the Check1 box whose tick runs it in the integrated filter
+    int check1;              // its own entry of Check1 (19 and 20 are captions that no run reads)
     QString upperDefault;    // box (1)
     QString countDefault;    // box (2)
     const char* snapshot;    // short name of its columns in moban/Canshu ("sh" -> sh_1, sh_2)
@@ -87,6 +87,9 @@ struct RunStep {
     ParamId param;
 };
 std::span<const RunStep> integratedOrder();
+// The Check1 box whose tick runs the parameter: its own entry, but 15 for 小数之和 and 16 for
+// 大数之和.
+int runBox(ParamId id);
 // The export's order: the run without the five positions.
 std::span<const RunStep> exportOrder();
 

@@ -394,6 +394,11 @@ TEST(ParamCatalogue, BoxesNamesAndTabs) {
     EXPECT_EQ(param_catalogue::exportOrder().size(), 22u);
     EXPECT_EQ(param_catalogue::integratedOrder()[24].param, ParamId::Option39);
     EXPECT_EQ(param_catalogue::integratedOrder()[24].box, 15);
+    // 小数之和 and 大数之和 have their own entries 19 and 20, but boxes 15 and 16 run them.
+    EXPECT_EQ(param_catalogue::info(ParamId::Option39).check1, 19);
+    EXPECT_EQ(param_catalogue::runBox(ParamId::Option39), 15);
+    EXPECT_EQ(param_catalogue::runBox(ParamId::Option40), 16);
+    EXPECT_EQ(param_catalogue::runBox(ParamId::Option66), 21);
 }
 
 }  // namespace

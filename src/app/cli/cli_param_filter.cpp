@@ -151,7 +151,7 @@ int integratedCommand(CliContext& ctx, const QStringList& args) {
     for (const QString& name : names.split(QLatin1Char(','), Qt::SkipEmptyParts)) {
         const auto id = paramByName(name);
         if (!id) return ctx.fail(QStringLiteral("unknown parameter %1").arg(name));
-        s.check1[static_cast<size_t>(param_catalogue::info(*id).check1)] = true;
+        s.check1[static_cast<size_t>(param_catalogue::runBox(*id))] = true;
     }
     // Each parameter's boxes: --range NAME LO HI, --list NAME "V V V", as many as given. A
     // list puts the whole run in list mode, as Option36 does for the window.
@@ -205,7 +205,7 @@ int exportCommand(CliContext& ctx, const QStringList& args) {
         for (const QString& name : names.split(QLatin1Char(','), Qt::SkipEmptyParts)) {
             const auto id = paramByName(name);
             if (!id) return ctx.fail(QStringLiteral("unknown parameter %1").arg(name));
-            s.check1[static_cast<size_t>(param_catalogue::info(*id).check1)] = true;
+            s.check1[static_cast<size_t>(param_catalogue::runBox(*id))] = true;
         }
     } else {
         s.check1.fill(true);
