@@ -10,6 +10,7 @@
 #include "filter/candidate_fixture.h"
 #include "support/qt_printers.h"
 
+#include <QAbstractItemModelTester>
 #include <QDir>
 #include <QProcess>
 #include <QStandardPaths>
@@ -34,6 +35,8 @@ struct Window {
     FilterWorkspace workspace{FilterInstance::GAgan, QDir(dir.path()).filePath(QStringLiteral("filnum.db"))};
     ParamWindow window{workspace, ParamContext{}, dir.path()};
     ResultGridModel model;
+
+    QAbstractItemModelTester tester{&model, QAbstractItemModelTester::FailureReportingMode::Fatal};
 
     explicit Window(uint64_t rows) {
         workspace.openMade(std::make_unique<CandidateTable>(smallTable(rows)), rows);
@@ -88,6 +91,7 @@ TEST(ResultGrid, PagesAreStretchesOfIdsAndTheModelIsLazy) {
 TEST(ResultGrid, ViewsAndHeadingsFollowTheButtons) {
     CandidateTable t = smallTable(50);
     ResultGridModel model;
+    QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
     model.bind(&t, GridView::afterParameter(param_filter::ViewColumns::WithCanshu, QStringLiteral("偶数个数")));
     EXPECT_EQ(model.columnCount(), 9);
     EXPECT_EQ(model.headerData(8, Qt::Horizontal).toString(), QStringLiteral("偶数个数"));
