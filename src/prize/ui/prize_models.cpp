@@ -2,17 +2,22 @@
 
 #include <QFont>
 
+#include <algorithm>
 #include <limits>
 
 PrizeListModel::PrizeListModel(const PrizeView& view, Side side, QObject* parent)
     : QAbstractTableModel(parent), m_view(view), m_side(side) {
     m_columns = side == Side::Kept ? view.keptColumns() : view.thrownColumns();
+    m_fetched = std::min(list().size(), kBatchRows);
 }
 
 void PrizeListModel::reset() {
     beginResetModel();
     m_columns = m_side == Side::Kept ? m_view.keptColumns() : m_view.thrownColumns();
+    m_fetched = std::min(list().size(), kBatchRows);
+    m_announcingReset = true;
     endResetModel();
+    m_announcingReset = false;
 }
 
 const TicketList& PrizeListModel::list() const {
@@ -22,7 +27,26 @@ const TicketList& PrizeListModel::list() const {
 int PrizeListModel::rowCount(const QModelIndex& parent) const {
     if (parent.isValid()) return 0;
     // A view holds at most 104,049,792 tickets, within int.
-    return static_cast<int>(std::min<uint64_t>(list().size(), std::numeric_limits<int>::max()));
+    return static_cast<int>(std::min<uint64_t>(m_fetched, std::numeric_limits<int>::max()));
+}
+
+bool PrizeListModel::canFetchMore(const QModelIndex& parent) const {
+    return !parent.isValid() && m_fetched < list().size();
+}
+
+void PrizeListModel::fetchMore(const QModelIndex& parent) {
+    if (!canFetchMore(parent)) return;
+    // A view that asks while the reset is still being announced gets its rows right after, so
+    // that no insertion falls inside the reset for the other listeners.
+    if (m_announcingReset) {
+        QMetaObject::invokeMethod(
+            this, [this] { fetchMore({}); }, Qt::QueuedConnection);
+        return;
+    }
+    const uint64_t to = std::min(list().size(), m_fetched + kBatchRows);
+    beginInsertRows({}, static_cast<int>(m_fetched), static_cast<int>(to - 1));
+    m_fetched = to;
+    endInsertRows();
 }
 
 int PrizeListModel::columnCount(const QModelIndex& parent) const {

@@ -5,7 +5,8 @@
 #include <QAbstractTableModel>
 
 // A ticket list of a check window (MSFlexGrid1, MSFlexGrid3): read-only, one row per ticket of
-// the list, cells decoded when painted. reset() follows the view after a reopening.
+// the list, cells decoded when painted. Rows are handed to the grid a batch at a time as it
+// scrolls down, so a list of millions opens at once. reset() follows the view after a reopening.
 class PrizeListModel : public QAbstractTableModel {
     Q_OBJECT
 public:
@@ -16,13 +17,21 @@ public:
     void reset();
     const QList<PrizeListColumn>& columns() const { return m_columns; }
 
+    // Rows given to the grid on opening and with each further batch: as many as the six-number
+    // view prices as visited.
+    static constexpr uint64_t kBatchRows = PrizeView::kSixVisitedRows;
+
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
+    bool canFetchMore(const QModelIndex& parent) const override;
+    void fetchMore(const QModelIndex& parent) override;
 
 private:
     const TicketList& list() const;
+    uint64_t m_fetched = 0;
+    bool m_announcingReset = false;
 
     const PrizeView& m_view;
     Side m_side;
