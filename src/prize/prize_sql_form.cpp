@@ -23,13 +23,12 @@ Outcome run(SqliteDb& db, schema::CandidateKind kind, const CheckDraw& draw, con
                                                   QStringLiteral("jiang"), QStringLiteral("jing")};
     const QStringList types{QStringLiteral("integer"), QStringLiteral("integer"), QStringLiteral("text"),
                             QStringLiteral("integer")};
+    SqliteTransaction tx(db);
     // The drops fail on a table without the columns, as they are meant to.
     for (const QString& c : scratch) db.exec(QStringLiteral("ALTER TABLE [%1] DROP COLUMN [%2]").arg(t, c));
     for (int i = 0; i < scratch.size(); ++i)
         if (!db.exec(QStringLiteral("ALTER TABLE [%1] ADD COLUMN [%2] %3").arg(t, scratch[i], types[i])))
             return {false, db.lastError()};
-
-    SqliteTransaction tx(db);
     QString set = QStringLiteral("UPDATE [%1] SET [Numstring]=%2").arg(t, joinedText(1, six ? 6 : 5));
     if (!six) set += QStringLiteral(", [NumstringHou]=%1").arg(joinedText(6, 7));
     bool ok = db.exec(set);

@@ -4,6 +4,7 @@
 #include "prize_window_fixture.h"
 #include "support/window_shot.h"
 
+#include <QAbstractItemModelTester>
 #include <QListWidget>
 #include <QPrinter>
 #include <QPushButton>
@@ -67,6 +68,7 @@ void PrizeReportsTest::listsReportsAndAHandWrittenOne() {
     QVERIFY(QTest::qWaitForWindowExposed(w.get()));
     QCOMPARE(w->windowTitle(), QStringLiteral("盈亏报告"));
     auto* list = named<QListWidget>(w.get(), "List1");
+    QAbstractItemModelTester tester(list->model(), QAbstractItemModelTester::FailureReportingMode::QtTest);
     QCOMPARE(list->count(), 2);
     QCOMPARE(list->item(0)->text(), QStringLiteral("兑奖日期:2026-03-05     兑奖时间:14:07:09"));
     QCOMPARE(list->item(1)->text(), QStringLiteral("第一行     第二行"));
@@ -101,6 +103,7 @@ void PrizeReportsTest::deletingTickedAndDeletingAll() {
     r.write(QStringLiteral("b兑奖.txt"), QStringLiteral("B\n2\n"));
     auto w = r.open();
     auto* list = named<QListWidget>(w.get(), "List1");
+    QAbstractItemModelTester tester(list->model(), QAbstractItemModelTester::FailureReportingMode::QtTest);
     list->item(0)->setCheckState(Qt::Checked);
     r.prompter.answer(false);
     click(w.get(), "Command6");
