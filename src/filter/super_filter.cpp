@@ -239,7 +239,9 @@ bool SuperFilter::askInclusion(SuperInputs& in, Prompter& p) const {
 
 SuperFilter::Outcome SuperFilter::click(SuperButton b, FilterWorkspace::Mouse mouse, SuperInputs& in, ZoneScope tab,
                                         Prompter& prompter, EngineProgress* progress) {
-    if (!m_ws.isOpen() || !enabled(b, tab, m_ws.traits())) return {};
+    // Recording needs no table: only the left button filters.
+    if (!enabled(b, tab, m_ws.traits())) return {};
+    if (mouse == FilterWorkspace::Mouse::Left && !m_ws.isOpen()) return {};
     bool asked = true;
     switch (b) {
         case SuperButton::Option25_0:
