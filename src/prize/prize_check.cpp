@@ -3,6 +3,7 @@
 #include "filter/candidate_kernels.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 #include <mutex>
 #include <utility>
@@ -24,14 +25,7 @@ static_assert(kBlockRows % BitVector::kWordBits == 0);
 
 using CodeCounts = std::array<std::array<uint64_t, PrizeCheck::kCodes>, 2>;
 
-struct KernelInput {
-    std::array<const uint8_t*, 6> front{};  // fig1..fig5, or fig1..fig6 of zuhef
-    std::array<const uint8_t*, 2> back{};   // fig6, fig7
-    std::array<uint8_t, prize::kFrontMax> frontDraw{};
-    std::array<uint8_t, prize::kBackMax> backDraw{};
-    std::span<const BitVector::Word> unslt;
-    uint8_t* codes = nullptr;
-};
+using KernelInput = PrizeCheck::Source;
 
 // Sixteen ticket rows of one column as one vector of bytes (the compiler's generic vectors:
 // SSE2 on x86-64, NEON on ARM).
@@ -68,9 +62,9 @@ inline uint8_t codeOf(unsigned front, unsigned back) {
                                 std::min(back, unsigned{prize::kBackMax}));
 }
 
-// Writes the hit codes of rows [b, b + n).
+// Writes the hit codes of rows [b, b + n) to out.
 template <int kFrontFigs, bool kBack>
-void codeBlock(const KernelInput& in, uint64_t b, uint64_t n) {
+void codeBlock(const KernelInput& in, uint64_t b, uint64_t n, uint8_t* out) {
     std::array<Bytes16, prize::kFrontMax> fd;
     std::array<Bytes16, prize::kBackMax> bd;
     for (size_t d = 0; d < fd.size(); ++d) fd[d] = Bytes16{} + in.frontDraw[d];
@@ -88,14 +82,14 @@ void codeBlock(const KernelInput& in, uint64_t b, uint64_t n) {
             Bytes16 t = matches(load16(in.back[0] + r), bd) + matches(load16(in.back[1] + r), bd);
             code += t < backMax ? t : backMax;
         }
-        std::memcpy(in.codes + r, &code, sizeof code);
+        std::memcpy(out + i, &code, sizeof code);
     }
     for (; i < n; ++i) {
         const uint64_t r = b + i;
         unsigned j = 0, t = 0;
         for (int k = 0; k < kFrontFigs; ++k) j += matches(in.front[static_cast<size_t>(k)][r], in.frontDraw);
         if constexpr (kBack) t = matches(in.back[0][r], in.backDraw) + matches(in.back[1][r], in.backDraw);
-        in.codes[r] = codeOf(j, t);
+        out[i] = codeOf(j, t);
     }
 }
 
@@ -103,25 +97,34 @@ void codeBlock(const KernelInput& in, uint64_t b, uint64_t n) {
 // thrown row, made sixteen rows at a time from the flag bits, then counted.
 using Tally = std::array<std::array<uint32_t, 2 * PrizeCheck::kCodes>, 4>;
 
-void tallyBlock(const KernelInput& in, uint64_t b, uint64_t n, Tally& tally) {
+// For each byte of flag bits, eight bytes holding 18 where the bit is set: the offset of a
+// thrown row's tally entry. Byte k of the word is the row of bit k on a little-endian machine.
+static_assert(std::endian::native == std::endian::little);
+constexpr std::array<uint64_t, 256> kThrownOffsets = [] {
+    std::array<uint64_t, 256> t{};
+    for (unsigned bits = 0; bits < 256; ++bits)
+        for (unsigned lane = 0; lane < 8; ++lane)
+            if (bits & (1u << lane)) t[bits] |= uint64_t{PrizeCheck::kCodes} << (8 * lane);
+    return t;
+}();
+
+void tallyBlock(const KernelInput& in, uint64_t b, uint64_t n, const uint8_t* codes, Tally& tally) {
     alignas(16) std::array<uint8_t, kBlockRows> slot;
-    const Bytes16 bitOfLane = {1, 2, 4, 8, 16, 32, 64, 128, 1, 2, 4, 8, 16, 32, 64, 128};
-    const Bytes16 thrownOffset = Bytes16{} + static_cast<uint8_t>(PrizeCheck::kCodes);
     uint64_t i = 0;
     for (; i + kLanes <= n; i += kLanes) {
         const uint64_t r = b + i;
         const auto bits =
             static_cast<uint16_t>(in.unslt[r / BitVector::kWordBits] >> (r % BitVector::kWordBits));
-        Bytes16 spread = Bytes16{} + static_cast<uint8_t>(bits & 0xFF);
-        for (size_t lane = 8; lane < kLanes; ++lane) spread[lane] = static_cast<uint8_t>(bits >> 8);
-        const Bytes16 thrown = reinterpret_cast<Bytes16>((spread & bitOfLane) != 0) & thrownOffset;
-        const Bytes16 v = load16(in.codes + r) + thrown;
+        const std::array<uint64_t, 2> offsets{kThrownOffsets[bits & 0xFF], kThrownOffsets[bits >> 8]};
+        Bytes16 thrown;
+        std::memcpy(&thrown, offsets.data(), sizeof thrown);
+        const Bytes16 v = load16(codes + i) + thrown;
         std::memcpy(slot.data() + i, &v, sizeof v);
     }
     for (; i < n; ++i) {
         const uint64_t r = b + i;
         const bool thrown = (in.unslt[r / BitVector::kWordBits] >> (r % BitVector::kWordBits)) & 1u;
-        slot[i] = static_cast<uint8_t>(in.codes[r] + (thrown ? PrizeCheck::kCodes : 0));
+        slot[i] = static_cast<uint8_t>(codes[i] + (thrown ? PrizeCheck::kCodes : 0));
     }
     i = 0;
     for (; i + 4 <= n; i += 4) {
@@ -150,8 +153,9 @@ void checkSlice(const KernelInput& in, uint64_t begin, uint64_t end, CodeCounts&
     for (uint64_t b = begin; b < end; b += kBlockRows) {
         if (progress && progress->cancelled()) break;
         const uint64_t n = std::min(kBlockRows, end - b);
-        codeBlock<kFrontFigs, kBack>(in, b, n);
-        tallyBlock(in, b, n, tally);
+        alignas(16) std::array<uint8_t, kBlockRows> codes;
+        codeBlock<kFrontFigs, kBack>(in, b, n, codes.data());
+        tallyBlock(in, b, n, codes.data(), tally);
         if (++blocks % kBlocksPerFlush == 0) flush();
     }
     flush();
@@ -165,8 +169,6 @@ PrizeCheck PrizeCheck::run(const CandidateTable& table, const CheckDraw& draw, c
     c.m_zones = table.kind() == CandidateTable::Kind::Zuhef ? Zones::FrontOnly : Zones::FrontAndBack;
     c.m_rules = rules;
     c.m_rows = table.rowCount();
-    // Every row is written by the kernel: no zeroing first.
-    c.m_code = std::make_unique_for_overwrite<uint8_t[]>(c.m_rows);
     const bool backToo = c.m_zones == Zones::FrontAndBack;
     // Slots applied from 12 down to 1: the lowest slot with a pattern is the one that stays.
     // The six-number view assigns no levels.
@@ -174,7 +176,7 @@ PrizeCheck PrizeCheck::run(const CandidateTable& table, const CheckDraw& draw, c
         c.m_slotOfCode[static_cast<size_t>(code)] =
             backToo ? static_cast<uint8_t>(rules.slotFor(code / kBackHitsSpan, code % kBackHitsSpan)) : 0;
 
-    KernelInput in;
+    KernelInput& in = c.m_source;
     // A draw number outside a byte matches no ticket number; 0 stands for it, which no ticket holds.
     const auto drawByte = [&](size_t i) {
         const int v = draw.numbers[i];
@@ -189,7 +191,6 @@ PrizeCheck PrizeCheck::run(const CandidateTable& table, const CheckDraw& draw, c
         in.back[1] = table.fig(7).data();
     }
     in.unslt = table.unslt().words();
-    in.codes = c.m_code.get();
 
     std::mutex merge;
     kernels::parallelSlices(c.m_rows, [&](uint64_t begin, uint64_t end) {
@@ -209,6 +210,19 @@ PrizeCheck PrizeCheck::run(const CandidateTable& table, const CheckDraw& draw, c
             c.m_slotCount[d][c.m_slotOfCode[code]] += c.m_codeCount[d][code];
     for (size_t code = 0; code < kCodes; ++code) c.m_kept += c.m_codeCount[0][code];
     return c;
+}
+
+uint8_t PrizeCheck::code(uint64_t row) const {
+    uint8_t c = 0;
+    codes(row, 1, &c);
+    return c;
+}
+
+void PrizeCheck::codes(uint64_t begin, uint64_t n, uint8_t* out) const {
+    if (m_zones == Zones::FrontAndBack)
+        codeBlock<prize::kFrontMax, true>(m_source, begin, n, out);
+    else
+        codeBlock<6, false>(m_source, begin, n, out);
 }
 
 std::optional<QString> PrizeCheck::jiang(uint64_t row) const {

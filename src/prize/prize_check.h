@@ -9,8 +9,8 @@
 
 #include <array>
 #include <cstdint>
-#include <memory>
 #include <optional>
+#include <span>
 #include <vector>
 
 // The draw a check compares with: the newest of the history in memory.
@@ -21,10 +21,13 @@ struct CheckDraw {
     static CheckDraw newest(const DrawHistory& history);
 };
 
-// The hits and prize slots of every row of a candidate table for one draw and one rule table:
-// the scratch columns jiben, tebie, jiang and jing of the check, kept in memory. A row's hits
-// are one byte, code = jiben * 3 + tebie; jiang and jing follow from the code through the
-// rules. The check reads the table and never changes it (not unslt, not Fliter).
+// The hits and prize slots of the rows of a candidate table for one draw and one rule table:
+// the scratch columns jiben, tebie, jiang and jing of the check. A row's hits are one byte,
+// code = jiben * 3 + tebie; jiang and jing follow from the code through the rules. The opening
+// pass counts the codes of kept and thrown rows without storing them; a row's code is worked
+// out again from its numbers when a list shows or sorts it, which costs less than writing and
+// keeping a column. The check reads the table, which must outlive it, and never changes it
+// (not unslt, not Fliter).
 //
 // Hits count the draw's numbers that occur in the ticket's zone, as a LIKE "*07*" over the
 // two-digit texts joined by blanks does: 07 matches 07 and never 17. The numbers of one zone
@@ -46,11 +49,13 @@ public:
     const PrizeRules& rules() const { return m_rules; }
     uint64_t rowCount() const { return m_rows; }
 
-    uint8_t code(uint64_t row) const { return m_code[row]; }
-    int jiben(uint64_t row) const { return m_code[row] / kBackHitsSpan; }
-    int tebie(uint64_t row) const { return m_code[row] % kBackHitsSpan; }
+    uint8_t code(uint64_t row) const;
+    // The codes of rows [begin, begin + n) into out, sixteen rows at a time.
+    void codes(uint64_t begin, uint64_t n, uint8_t* out) const;
+    int jiben(uint64_t row) const { return code(row) / kBackHitsSpan; }
+    int tebie(uint64_t row) const { return code(row) % kBackHitsSpan; }
     // The slot that the row matched, 0 for none (jiang and jing are Null then).
-    int slot(uint64_t row) const { return m_slotOfCode[m_code[row]]; }
+    int slot(uint64_t row) const { return m_slotOfCode[code(row)]; }
     std::optional<QString> jiang(uint64_t row) const;
     std::optional<int32_t> jing(uint64_t row) const;
 
@@ -69,12 +74,21 @@ public:
         return m_codeCount[thrown ? 1 : 0][static_cast<size_t>(code)];
     }
 
+    // The columns and draw numbers the codes are made from.
+    struct Source {
+        std::array<const uint8_t*, 6> front{};  // fig1..fig5, or fig1..fig6 of zuhef
+        std::array<const uint8_t*, 2> back{};   // fig6, fig7
+        std::array<uint8_t, prize::kFrontMax> frontDraw{};
+        std::array<uint8_t, prize::kBackMax> backDraw{};
+        std::span<const BitVector::Word> unslt;
+    };
+
 private:
     Zones m_zones = Zones::FrontAndBack;
+    Source m_source;
     PrizeRules m_rules;
     uint64_t m_rows = 0;
     uint64_t m_kept = 0;
-    std::shared_ptr<uint8_t[]> m_code;  // the hit code of each row; shared by copies
     std::array<uint8_t, kCodes> m_slotOfCode{};
     std::array<std::array<uint64_t, kCodes>, 2> m_codeCount{};
     std::array<std::array<uint64_t, prize::kSlots + 1>, 2> m_slotCount{};

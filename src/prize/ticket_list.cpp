@@ -72,11 +72,17 @@ TicketList TicketList::byHits(const CandidateTable& table, const PrizeCheck& che
         start[static_cast<size_t>(at) + 1] = start[static_cast<size_t>(at)] + check.countOfCode(thrown, code);
     l.m_rows.resize(start[PrizeCheck::kCodes]);
     const BitVector& unslt = table.unslt();
-    for (size_t w = 0; w < unslt.wordCount(); ++w) {
-        forEachSetBit(wanted(unslt, w, thrown), w * BitVector::kWordBits, [&](size_t r) {
-            const size_t at = static_cast<size_t>(PrizeCheck::kCodes - 1 - check.code(r));
-            l.m_rows[start[at]++] = static_cast<uint32_t>(r);
-        });
+    constexpr uint64_t kBlockRows = 4096;
+    std::array<uint8_t, kBlockRows> codes;
+    for (uint64_t b = 0; b < table.rowCount(); b += kBlockRows) {
+        const uint64_t n = std::min(kBlockRows, table.rowCount() - b);
+        check.codes(b, n, codes.data());
+        for (uint64_t w = b / BitVector::kWordBits; w * BitVector::kWordBits < b + n; ++w) {
+            forEachSetBit(wanted(unslt, w, thrown), w * BitVector::kWordBits, [&](size_t r) {
+                const size_t at = static_cast<size_t>(PrizeCheck::kCodes - 1 - codes[r - b]);
+                l.m_rows[start[at]++] = static_cast<uint32_t>(r);
+            });
+        }
     }
     return l;
 }
