@@ -11,7 +11,6 @@
 #include <cstdint>
 #include <optional>
 #include <span>
-#include <vector>
 
 // The draw a check compares with: the newest of the history in memory.
 struct CheckDraw {
@@ -31,8 +30,8 @@ struct CheckDraw {
 //
 // Hits count the draw's numbers that occur in the ticket's zone, as a LIKE "*07*" over the
 // two-digit texts joined by blanks does: 07 matches 07 and never 17. The numbers of one zone
-// of a ticket are distinct, so this equals the count of the ticket's numbers that the draw
-// holds, which is what the kernel sums through a table of the draw's numbers.
+// of a ticket are distinct, so this equals the sum over the ticket's numbers of how often the
+// draw holds each, which the kernel counts with byte compares sixteen rows at a time.
 class PrizeCheck {
 public:
     // GAganDj counts both zones and prices them; GAganfDj counts the front zone of zuhef only.
