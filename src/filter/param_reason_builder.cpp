@@ -77,6 +77,12 @@ private:
             h = (h ^ key[i]) * 0xFF51AFD7ED558CCDull;
             h ^= h >> 29;
         }
+        // The final mix, so that the low bits that pick the slot depend on every word.
+        h ^= h >> 33;
+        h *= 0xFF51AFD7ED558CCDull;
+        h ^= h >> 33;
+        h *= 0xC4CEB9FE1A85EC53ull;
+        h ^= h >> 33;
         return h;
     }
     void grow() {
@@ -189,23 +195,28 @@ void tally(CandidateTable& table, const std::vector<FilterStep>& steps) {
     };
     kernels::parallelSlices(rows, slice);
 
-    // The texts of the distinct keys, interned in the table of reasons.
+    // The texts of the distinct keys, made on all cores, then interned in the table of reasons.
     std::map<uint64_t, std::vector<ReasonTable::Id>> global;
     for (auto& [begin, map] : maps) {
+        std::vector<QString> texts(map.size());
+        const ReasonTable& reasons = table.reasons();
+        kernels::parallelSlices(map.size(), [&](uint64_t from, uint64_t to) {
+            for (uint64_t id = from; id < to; ++id) {
+                const uint16_t* k = map.key(static_cast<uint32_t>(id));
+                const ReasonTable::Id old = uint32_t{k[0]} | (uint32_t{k[1]} << 16);
+                const uint32_t m = uint32_t{k[2]} | (uint32_t{k[3]} << 16);
+                QString text = reasons.text(old);
+                const uint16_t* v = k + 4;
+                for (uint32_t bits = m; bits; bits &= bits - 1) {
+                    const FilterStep& s = steps[static_cast<size_t>(std::countr_zero(bits))];
+                    text += s.constantText ? s.prefix : s.reason(static_cast<int16_t>(*v++));
+                }
+                texts[id] = std::move(text);
+            }
+        });
         std::vector<ReasonTable::Id>& ids = global[begin];
         ids.resize(map.size());
-        for (uint32_t id = 0; id < map.size(); ++id) {
-            const uint16_t* k = map.key(id);
-            const ReasonTable::Id old = uint32_t{k[0]} | (uint32_t{k[1]} << 16);
-            const uint32_t m = uint32_t{k[2]} | (uint32_t{k[3]} << 16);
-            QString text = table.reasons().text(old);
-            const uint16_t* v = k + 4;
-            for (uint32_t bits = m; bits; bits &= bits - 1) {
-                const FilterStep& s = steps[static_cast<size_t>(std::countr_zero(bits))];
-                text += s.constantText ? s.prefix : s.reason(static_cast<int16_t>(*v++));
-            }
-            ids[id] = table.reasons().intern(text);
-        }
+        for (uint32_t id = 0; id < map.size(); ++id) ids[id] = table.reasons().intern(texts[id]);
     }
 
     const auto changedWords = changed.words();
