@@ -19,6 +19,8 @@ using Mode = CandidateTable::NumstringMode;
 using Word = BitVector::Word;
 
 constexpr int32_t kNoDraw = INT32_MAX;
+// The front numbers' part of a ticket key (five bytes).
+constexpr uint64_t kFrontBits = (uint64_t{1} << 40) - 1;
 constexpr int kMaxSubset = 5;  // the front numbers of a draw
 // Rows per progress step of the history filters; each step runs on all cores.
 constexpr uint64_t kHistoryStepRows = uint64_t{1} << 22;
@@ -170,44 +172,85 @@ uint64_t binomial(int n, int k) {
 }
 
 // For every subset of at most five classes, the newest regular pass whose front numbers hold
-// it: the lookup that replaces a statement per draw.
+// it: the lookup that replaces a statement per draw. A set is ranked among the sets of its size
+// with its largest class least significant, so tickets in the order of their numbers (the last
+// number changing fastest) read neighbouring entries; the classes are numbered by value.
 class SubsetTable {
 public:
-    explicit SubsetTable(int classes) {
+    explicit SubsetTable(int classes) : m_classes(classes) {
         for (int n = 0; n <= LiteralClasses::kMaxClasses; ++n)
             for (int k = 0; k <= kMaxSubset; ++k) m_binom[static_cast<size_t>(n)][static_cast<size_t>(k)] = binomial(n, k);
         for (int k = 1; k <= kMaxSubset; ++k)
             m_newest[static_cast<size_t>(k)].assign(m_binom[static_cast<size_t>(classes)][static_cast<size_t>(k)], kNoDraw);
+        // The patterns over t positions, the larger subsets first.
+        for (unsigned t = 1; t <= kMaxSubset; ++t)
+            for (int k = static_cast<int>(t); k >= 1; --k)
+                for (unsigned p = 1; p < (1u << t); ++p)
+                    if (bitCount(p) == k) m_patterns[t].push_back(static_cast<uint8_t>(p));
     }
-    // Passes must come newest first.
-    void add(uint64_t mask, int32_t pass) {
-        for (uint64_t sub = mask; sub; sub = (sub - 1) & mask) {
-            int32_t& slot = m_newest[static_cast<size_t>(std::popcount(sub))][rankOf(sub)];
+    // `cls` ascending and distinct; passes come newest first.
+    void add(const std::array<int, kMaxSubset>& cls, int32_t pass) {
+        for (uint8_t p : m_patterns[kMaxSubset]) {
+            int32_t& slot = m_newest[static_cast<size_t>(bitCount(p))][rankOf(cls.data(), p)];
             if (slot == kNoDraw) slot = pass;
         }
     }
-    // At most five classes in `ticket`.
-    Best best(uint64_t ticket) const {
+    // The best of a ticket with t <= 5 classes, ascending.
+    Best best(const int* cls, unsigned t) const {
         Best b;
-        for (uint64_t sub = ticket; sub; sub = (sub - 1) & ticket) {
-            const int k = std::popcount(sub);
-            if (k < b.matches) continue;
-            const int32_t pass = m_newest[static_cast<size_t>(k)][rankOf(sub)];
+        for (uint8_t p : m_patterns[t]) {
+            const int k = bitCount(p);
+            if (k < b.matches) break;  // the larger subsets came first
+            const int32_t pass = m_newest[static_cast<size_t>(k)][rankOf(cls, p)];
             if (pass != kNoDraw) b.offer(k, pass);
         }
         return b;
     }
 
 private:
-    // The combinatorial rank of a set among the sets of its size (colex order).
-    size_t rankOf(uint64_t sub) const {
+    static int bitCount(unsigned p) {
+        int n = 0;
+        for (; p; p &= p - 1) ++n;
+        return n;
+    }
+    size_t rankOf(const int* cls, unsigned pattern) const {
+        const int k = bitCount(pattern);
         uint64_t rank = 0;
-        size_t j = 1;
-        for (uint64_t m = sub; m; m &= m - 1, ++j) rank += m_binom[static_cast<size_t>(std::countr_zero(m))][j];
+        int i = 0;
+        for (unsigned pos = 0; pattern; ++pos, pattern >>= 1) {
+            if (!(pattern & 1u)) continue;
+            rank += m_binom[static_cast<size_t>(m_classes - 1 - cls[pos])][static_cast<size_t>(k - i)];
+            ++i;
+        }
         return static_cast<size_t>(rank);
     }
+    int m_classes;
     std::array<std::array<uint64_t, kMaxSubset + 1>, LiteralClasses::kMaxClasses + 1> m_binom{};
     std::array<std::vector<int32_t>, kMaxSubset + 1> m_newest;
+    std::array<std::vector<uint8_t>, kMaxSubset + 1> m_patterns;
+};
+
+// The class mask of a row's pieces with the column pointers and the table held at hand.
+class RowMasks {
+public:
+    RowMasks(const CandidateTable& t, const LiteralClasses& cls, const Pieces& p) : m_count(p.null ? 0 : p.count) {
+        for (int i = 0; i < m_count; ++i) m_cols[static_cast<size_t>(i)] = t.fig(p.cols[static_cast<size_t>(i)] + 1).data();
+        for (int v = 0; v < 256; ++v) m_table[static_cast<size_t>(v)] = cls.maskOf(static_cast<uint8_t>(v), p.padded);
+    }
+    uint64_t operator()(uint64_t r) const {
+        if (m_count == 5) {
+            return m_table[m_cols[0][r]] | m_table[m_cols[1][r]] | m_table[m_cols[2][r]] | m_table[m_cols[3][r]] |
+                   m_table[m_cols[4][r]];
+        }
+        uint64_t m = 0;
+        for (int i = 0; i < m_count; ++i) m |= m_table[m_cols[static_cast<size_t>(i)][r]];
+        return m;
+    }
+
+private:
+    int m_count;
+    std::array<const uint8_t*, 7> m_cols{};
+    std::array<uint64_t, 256> m_table{};
 };
 
 class HistoryKernel {
@@ -218,6 +261,19 @@ public:
         const int64_t reachable = std::min<int64_t>(run.passes, int64_t{drawnum} + 1);
         m_lastSkipped = run.passes > reachable;
         m_front = run.scope == ZoneScope::Front;
+        // Classes numbered by value (two-digit texts sort as their numbers).
+        std::vector<QString> literals;
+        for (int64_t i = 0; i < reachable; ++i) {
+            const DrawNumbers& d = draws.figarr[static_cast<size_t>(drawnum - i)];
+            if (m_front) {
+                for (int j = 1; j <= 5; ++j) literals.push_back(super_text::twoDigits(d[static_cast<size_t>(j)]));
+            } else {
+                literals.push_back(super_text::twoDigits(d[6]));
+                literals.push_back(super_text::twoDigits(d[7]));
+            }
+        }
+        std::ranges::sort(literals);
+        for (const QString& l : literals) m_cls.add(l);
         for (int64_t i = 0; i < reachable; ++i) {
             const DrawNumbers& d = draws.figarr[static_cast<size_t>(drawnum - i)];
             Pass p;
@@ -238,7 +294,11 @@ public:
                 Pass& p = m_passes[i];
                 for (int c : p.front) p.frontMask |= uint64_t{1} << c;
                 p.regular = std::popcount(p.frontMask) == 5;
-                if (p.regular) m_subsets->add(p.frontMask, static_cast<int32_t>(i));
+                if (p.regular) {
+                    std::array<int, kMaxSubset> cls = p.front;
+                    std::ranges::sort(cls);
+                    m_subsets->add(cls, static_cast<int32_t>(i));
+                }
                 else m_irregular.push_back(static_cast<int32_t>(i));
             }
         }
@@ -264,7 +324,6 @@ public:
     uint64_t run(EngineProgress* progress) {
         const uint64_t rows = m_t.rowCount();
         kernels::beginFilter(m_t);
-        std::ranges::fill(m_t.canshu(), int16_t{0});
         if (m_run.scope == ZoneScope::Front) {
             m_t.setNumstring(Mode::Front);
         } else {
@@ -273,9 +332,19 @@ public:
         }
         m_num = super_text::piecesOf(m_t.numstringMode(), m_t.figCount());
         m_hou = super_text::piecesHou();
-        if (m_run.passes <= 0) return 0;  // the loop does not run: SKnum stays as it was
-        std::ranges::fill(m_t.sknum(), int16_t{0});
-        if (m_passes.empty() || (!m_front && m_num.null)) return 0;  // no draw, or LIKE on null
+        // canshu = 0 on every row; the loop's first statement SKnum = 0 on every row.
+        const bool loops = m_run.passes > 0;
+        if (!loops || m_passes.empty() || (!m_front && m_num.null)) {
+            std::ranges::fill(m_t.canshu(), int16_t{0});
+            // Without a pass SKnum stays as it was; over a null Numstring the count is null,
+            // which the column holds as 0.
+            if (loops) std::ranges::fill(m_t.sknum(), int16_t{0});
+            return 0;
+        }
+        // The main pass writes canshu and SKnum of every row, dead rows 0.
+        m_t.canshu();
+        m_t.sknum();
+        m_t.jsqihao();
         std::atomic<uint64_t> killed{0};
         for (uint64_t begin = 0; begin < rows; begin += kHistoryStepRows) {
             if (progress && progress->cancelled()) break;
@@ -289,49 +358,122 @@ public:
     }
 
 private:
+    // What a live row receives.
+    struct RowResult {
+        int16_t canshu = 0;
+        int16_t sknum = 0;
+        int32_t issue = 0;  // JSqihao when canshu > 0
+        bool kill = false;
+        ReasonTable::Id reason = 0;
+    };
+
+    RowResult resultOf(const Best& best, int lastCount) {
+        RowResult res;
+        res.sknum = static_cast<int16_t>(lastCount);
+        res.canshu = static_cast<int16_t>(best.matches);
+        if (best.matches == 0) return res;
+        const Pass& p = m_passes[static_cast<size_t>(best.pass)];
+        res.issue = p.issue;
+        res.kill = best.matches >= m_run.threshold;
+        if (res.kill) {
+            const size_t key = static_cast<size_t>(best.pass) * 8 + static_cast<size_t>(best.matches);
+            res.reason = m_reasonsReady->get(key, [&] { return historyReason(m_run, p.issue, best.matches); });
+        }
+        return res;
+    }
+
+    // Pair scopes over a Numstring of front numbers only: the best pass for each back class
+    // given the row's front numbers, kept while the front numbers stay.
+    struct FrontPairs {
+        uint64_t num = 0;
+        bool valid = false;
+        std::array<int32_t, LiteralClasses::kMaxClasses> both{};
+        int32_t one = kNoDraw;
+    };
+
+    Best pairBestCached(uint64_t hou, uint64_t num, FrontPairs& cache) const {
+        const size_t n = static_cast<size_t>(m_cls.size());
+        if (!cache.valid || cache.num != num) {
+            cache.valid = true;
+            cache.num = num;
+            cache.one = kNoDraw;
+            for (uint64_t g = num; g; g &= g - 1) cache.one = std::min(cache.one, m_newestNum[static_cast<size_t>(std::countr_zero(g))]);
+            for (size_t a = 0; a < n; ++a) {
+                int32_t v = kNoDraw;
+                for (uint64_t g = num; g; g &= g - 1) v = std::min(v, m_newestBoth[a * n + static_cast<size_t>(std::countr_zero(g))]);
+                cache.both[a] = v;
+            }
+        }
+        int32_t both = kNoDraw, one = cache.one;
+        for (uint64_t h = hou; h; h &= h - 1) {
+            const auto a = static_cast<size_t>(std::countr_zero(h));
+            both = std::min(both, cache.both[a]);
+            one = std::min(one, m_newestHou[a]);
+        }
+        Best b;
+        if (both != kNoDraw) b.offer(2, both);
+        else if (one != kNoDraw) b.offer(1, one);
+        return b;
+    }
+
     // The rows [begin, end), word-aligned.
     template <bool Front>
     uint64_t slice(uint64_t begin, uint64_t end) {
         auto un = m_t.unslt().words();
-        auto canshu = m_t.canshu();
-        auto sknum = m_t.sknum();
-        auto jsq = m_t.jsqihao();
-        auto fl = m_t.fliter();
+        int16_t* canshu = m_t.canshu().data();
+        int16_t* sknum = m_t.sknum().data();
+        int32_t* jsq = m_t.jsqihao().data();
+        ReasonTable::Id* fl = m_t.fliter().data();
+        const bool overflow = m_cls.overflow();
+        const bool frontNum = !m_num.null && m_num.padded && std::all_of(m_num.cols.begin(), m_num.cols.begin() + m_num.count,
+                                                                          [](int c) { return c < 5; });
+        const Pass& last = m_passes.back();
+        // The pieces' columns and the class table, read directly in the row loop.
+        const RowMasks numMask(m_t, m_cls, m_num), houMask(m_t, m_cls, m_hou);
         uint64_t killed = 0;
         uint64_t lastKey = 0;
         bool haveKey = false;
-        Best best;
-        int lastCount = 0;
-        for (uint64_t r = begin; r < end; ++r) {
-            const size_t w = r / BitVector::kWordBits;
-            const Word m = Word{1} << (r % BitVector::kWordBits);
-            if (un[w] & m) continue;
-            if (m_cls.overflow()) {
-                slowRow(r, best, lastCount);
-            } else if constexpr (Front) {
-                const uint64_t key = m_cls.rowMask(m_t, r, m_num);
-                if (!haveKey || key != lastKey) {
-                    haveKey = true;
-                    lastKey = key;
-                    best = frontBest(key);
-                    lastCount = m_lastSkipped ? 0 : frontCount(key, m_passes.back());
+        RowResult res;
+        FrontPairs pairs;
+        for (uint64_t base = begin; base < end; base += BitVector::kWordBits) {
+            const size_t w = base / BitVector::kWordBits;
+            const Word dead = un[w];
+            Word kills = 0;
+            const uint64_t stop = std::min(end, base + BitVector::kWordBits);
+            for (uint64_t r = base; r < stop; ++r) {
+                const Word m = Word{1} << (r - base);
+                if (dead & m) {
+                    canshu[r] = 0;
+                    sknum[r] = 0;
+                    continue;
                 }
-            } else {
-                const uint64_t hou = m_cls.rowMask(m_t, r, m_hou), num = m_cls.rowMask(m_t, r, m_num);
-                best = pairBest(hou, num);
-                const Pass& last = m_passes.back();
-                lastCount = m_lastSkipped ? 0 : int{bit(hou, last.houTerm)} + int{bit(num, last.numTerm)};
+                if (overflow) {
+                    Best best;
+                    int lastCount = 0;
+                    slowRow(r, best, lastCount);
+                    res = resultOf(best, lastCount);
+                } else if constexpr (Front) {
+                    const uint64_t key = numMask(r);
+                    if (!haveKey || key != lastKey) {
+                        haveKey = true;
+                        lastKey = key;
+                        res = resultOf(frontBest(key), m_lastSkipped ? 0 : frontCount(key, last));
+                    }
+                } else {
+                    const uint64_t hou = houMask(r), num = numMask(r);
+                    const Best best = frontNum ? pairBestCached(hou, num, pairs) : pairBest(hou, num);
+                    res = resultOf(best, m_lastSkipped ? 0 : int{bit(hou, last.houTerm)} + int{bit(num, last.numTerm)});
+                }
+                canshu[r] = res.canshu;
+                sknum[r] = res.sknum;
+                if (res.canshu == 0) continue;
+                jsq[r] = res.issue;
+                if (!res.kill) continue;
+                kills |= m;
+                fl[r] = res.reason;
             }
-            sknum[r] = static_cast<int16_t>(lastCount);
-            if (best.matches == 0) continue;
-            canshu[r] = static_cast<int16_t>(best.matches);
-            const Pass& p = m_passes[static_cast<size_t>(best.pass)];
-            jsq[r] = p.issue;
-            if (best.matches < m_run.threshold) continue;
-            un[w] |= m;
-            ++killed;
-            const size_t key = static_cast<size_t>(best.pass) * 8 + static_cast<size_t>(best.matches);
-            fl[r] = m_reasonsReady->get(key, [&] { return historyReason(m_run, p.issue, best.matches); });
+            un[w] = dead | kills;
+            killed += static_cast<uint64_t>(std::popcount(kills));
         }
         return killed;
     }
@@ -345,7 +487,10 @@ private:
     Best frontBest(uint64_t ticket) const {
         Best b;
         if (std::popcount(ticket) <= kMaxSubset) {
-            b = m_subsets->best(ticket);
+            std::array<int, kMaxSubset> cls{};
+            unsigned t = 0;
+            for (uint64_t m = ticket; m; m &= m - 1) cls[t++] = std::countr_zero(m);
+            if (t > 0) b = m_subsets->best(cls.data(), t);
         } else {
             for (size_t i = 0; i < m_passes.size(); ++i)
                 if (m_passes[i].regular) b.offer(std::popcount(ticket & m_passes[i].frontMask), static_cast<int32_t>(i));
@@ -555,13 +700,40 @@ uint64_t rowKey(const CandidateTable& t, uint64_t row) {
 uint64_t sameAsTemplate(CandidateTable& t, const std::unordered_set<uint64_t>& templateKeys) {
     t.setNumstring(Mode::Marked);
     if (templateKeys.empty()) return 0;
-    BitVector hit = kernels::select(t, [&](uint64_t r) { return templateKeys.count(rowKey(t, r)) != 0; });
+    // The template's tickets ordered by their front numbers: rows that share their front numbers
+    // come together, so the range of tickets with those numbers is found once per run of rows.
+    const auto byFront = [](uint64_t a, uint64_t b) {
+        return std::pair(a & kFrontBits, a) < std::pair(b & kFrontBits, b);
+    };
+    std::vector<uint64_t> keys(templateKeys.begin(), templateKeys.end());
+    std::ranges::sort(keys, byFront);
+    BitVector hit(t.rowCount());
+    auto hw = hit.words();
+    kernels::parallelSlices(t.rowCount(), [&](uint64_t begin, uint64_t end) {
+        uint64_t lastFront = 0;
+        bool known = false;
+        std::span<const uint64_t> same;
+        for (uint64_t r = begin; r < end; ++r) {
+            const uint64_t key = rowKey(t, r);
+            const uint64_t front = key & kFrontBits;
+            if (!known || front != lastFront) {
+                known = true;
+                lastFront = front;
+                const auto lo = std::ranges::lower_bound(keys, front, std::ranges::less{},
+                                                         [](uint64_t k) { return k & kFrontBits; });
+                auto hi = lo;
+                while (hi != keys.end() && (*hi & kFrontBits) == front) ++hi;
+                same = std::span<const uint64_t>(lo, hi);
+            }
+            if (!same.empty() && std::ranges::find(same, key) != same.end())
+                hw[r / BitVector::kWordBits] |= Word{1} << (r % BitVector::kWordBits);
+        }
+    });
     uint64_t died = 0;
     auto un = t.unslt().words();
-    const auto h = hit.words();
     for (size_t w = 0; w < un.size(); ++w) {
-        died += static_cast<uint64_t>(std::popcount(h[w] & ~un[w]));
-        un[w] |= h[w];
+        died += static_cast<uint64_t>(std::popcount(hw[w] & ~un[w]));
+        un[w] |= hw[w];
     }
     return died;
 }
