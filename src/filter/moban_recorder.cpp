@@ -40,6 +40,10 @@ int MobanRecorder::hScrollMax() const {
 MobanRecorder::RecordOutcome MobanRecorder::popupClosed(bool mnuAdfPicked, RecordSource source,
                                                         const ParamWindowState& state, const SuperInputs& in) {
     RecordOutcome out;
+    // The record of the table is written on its own connection: it is stopped while moban
+    // changes and written again after.
+    const bool writing = m_ws.isOpen() && m_ws.writePending();
+    if (writing) m_ws.tableForChange();
     if (mnuAdfPicked) {
         out.added = m_store.addStep(m_ws.intCmdnb(), m_ws.intQianHou);
     }
@@ -56,6 +60,7 @@ MobanRecorder::RecordOutcome MobanRecorder::popupClosed(bool mnuAdfPicked, Recor
             m_store.writeLast(moban_snapshot::superValues(super_filter::stepCode(source.button), in));
             break;
     }
+    if (writing) m_ws.changed();
     return out;
 }
 
@@ -159,11 +164,17 @@ MobanRecorder::BrowseOutcome MobanRecorder::browse(qint64 v, ParamWindowState& s
 }
 
 int MobanRecorder::deleteLast() {
+    const bool writing = m_ws.isOpen() && m_ws.writePending();
+    if (writing) m_ws.tableForChange();
     if (m_store.count() > 0) m_store.deleteLast();
+    if (writing) m_ws.changed();
     return m_store.count();
 }
 
 int MobanRecorder::clear() {
+    const bool writing = m_ws.isOpen() && m_ws.writePending();
+    if (writing) m_ws.tableForChange();
     m_store.clear();
+    if (writing) m_ws.changed();
     return 1;
 }

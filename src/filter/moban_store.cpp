@@ -100,15 +100,20 @@ std::vector<QVariantMap> select(SqliteDb& db, const QString& sql, const QVariant
 
 }  // namespace table_rows
 
-MobanStore::MobanStore(SqliteDb& db) : m_db(db) { m_ready = moban_snapshot::ensureColumns(db, kTable); }
+MobanStore::MobanStore(SqliteDb& db) : m_db(db) { ensure(); }
+
+bool MobanStore::ensure() {
+    if (!m_ready) m_ready = moban_snapshot::ensureColumns(m_db, kTable);
+    return m_ready;
+}
 
 int MobanStore::count() const {
-    if (!m_ready) return 0;
+    if (!m_db.tableExists(kTable)) return 0;
     return m_db.scalar(QStringLiteral("SELECT count(*) FROM [moban]")).toInt();
 }
 
 bool MobanStore::addStep(int intCmdnb, int intQianHou) {
-    if (!m_ready) return false;
+    if (!ensure()) return false;
     QVariantMap v;
     v.insert(QStringLiteral("Idx"), count() + 1);
     v.insert(QStringLiteral("intCmdnb"), intCmdnb);
@@ -117,32 +122,32 @@ bool MobanStore::addStep(int intCmdnb, int intQianHou) {
 }
 
 bool MobanStore::writeLast(const QVariantMap& values) {
-    if (!m_ready) return false;
+    if (!ensure()) return false;
     const QVariant last = m_db.scalar(QStringLiteral("SELECT max(rowid) FROM [moban]"));
     if (last.isNull() || !last.isValid()) return false;
     return table_rows::update(m_db, kTable, last.toLongLong(), values);
 }
 
 bool MobanStore::deleteLast() {
-    if (!m_ready) return false;
+    if (!ensure()) return false;
     SqliteTransaction tx(m_db);
     return tx.active() && m_db.exec(QStringLiteral("DELETE FROM [moban] WHERE rowid=(SELECT max(rowid) FROM [moban])")) &&
            tx.commit();
 }
 
 bool MobanStore::clear() {
-    if (!m_ready) return false;
+    if (!ensure()) return false;
     SqliteTransaction tx(m_db);
     return tx.active() && m_db.exec(QStringLiteral("DELETE FROM [moban]")) && tx.commit();
 }
 
 std::vector<QVariantMap> MobanStore::rows() const {
-    if (!m_ready) return {};
+    if (!m_db.tableExists(kTable)) return {};
     return table_rows::select(m_db, QStringLiteral("SELECT * FROM [moban] ORDER BY rowid"));
 }
 
 std::optional<QVariantMap> MobanStore::byIdx(qint64 idx) const {
-    if (!m_ready) return std::nullopt;
+    if (!m_db.tableExists(kTable)) return std::nullopt;
     auto rows = table_rows::select(m_db, QStringLiteral("SELECT * FROM [moban] WHERE [idx] =?1 ORDER BY rowid LIMIT 1"), {idx});
     if (rows.empty()) return std::nullopt;
     return rows.front();

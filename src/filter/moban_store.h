@@ -17,7 +17,8 @@ public:
 
     explicit MobanStore(SqliteDb& db);
 
-    // False when the table is missing or its snapshot columns cannot be added.
+    // False when the table is missing or its snapshot columns cannot be added (yet: a busy
+    // database is asked again by the next call that writes).
     bool ready() const { return m_ready; }
 
     int count() const;
@@ -36,6 +37,8 @@ public:
     std::optional<QVariantMap> byIdx(qint64 idx) const;
 
 private:
+    bool ensure();
+
     SqliteDb& m_db;
     bool m_ready = false;
 };
