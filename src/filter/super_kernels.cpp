@@ -416,9 +416,82 @@ private:
         return b;
     }
 
+    // Scope 1 over rows [begin, end), word-aligned: runs of rows with equal front numbers share
+    // one result, written to the run's live rows at once.
+    uint64_t frontRuns(uint64_t begin, uint64_t end) {
+        std::array<const uint8_t*, 5> c{};
+        for (int k = 0; k < 5; ++k) c[static_cast<size_t>(k)] = m_t.fig(k + 1).data();
+        const RowMasks numMask(m_t, m_cls, m_num);
+        const Pass& last = m_passes.back();
+        uint64_t killed = 0;
+        uint64_t lastKey = 0;
+        bool haveKey = false;
+        RowResult res;
+        for (uint64_t r = begin; r < end;) {
+            const uint8_t a0 = c[0][r], a1 = c[1][r], a2 = c[2][r], a3 = c[3][r], a4 = c[4][r];
+            uint64_t e = r + 1;
+            while (e < end && c[4][e] == a4 && c[3][e] == a3 && c[2][e] == a2 && c[1][e] == a1 && c[0][e] == a0) ++e;
+            const uint64_t key = numMask(r);
+            if (!haveKey || key != lastKey) {
+                haveKey = true;
+                lastKey = key;
+                res = resultOf(frontBest(key), m_lastSkipped ? 0 : frontCount(key, last));
+            }
+            killed += applyRun(r, e, res);
+            r = e;
+        }
+        return killed;
+    }
+
+    // Writes a result to the live rows of [r, e) and 0, 0 to canshu and SKnum of the dead ones.
+    uint64_t applyRun(uint64_t r, uint64_t e, const RowResult& res) {
+        auto un = m_t.unslt().words();
+        int16_t* canshu = m_t.canshu().data();
+        int16_t* sknum = m_t.sknum().data();
+        int32_t* jsq = m_t.jsqihao().data();
+        ReasonTable::Id* fl = m_t.fliter().data();
+        uint64_t killed = 0;
+        for (uint64_t lo = r; lo < e;) {
+            const size_t w = lo / BitVector::kWordBits;
+            const uint64_t base = w * BitVector::kWordBits;
+            const uint64_t hi = std::min(e, base + BitVector::kWordBits);
+            const unsigned from = static_cast<unsigned>(lo - base), count = static_cast<unsigned>(hi - lo);
+            const Word seg = (count == BitVector::kWordBits ? ~Word{0} : ((Word{1} << count) - 1)) << from;
+            const Word dead = un[w] & seg;
+            if (!dead) {
+                std::fill(canshu + lo, canshu + hi, res.canshu);
+                std::fill(sknum + lo, sknum + hi, res.sknum);
+                if (res.canshu != 0) std::fill(jsq + lo, jsq + hi, res.issue);
+                if (res.kill) {
+                    std::fill(fl + lo, fl + hi, res.reason);
+                    un[w] |= seg;
+                    killed += count;
+                }
+            } else {
+                for (uint64_t x = lo; x < hi; ++x) {
+                    const Word m = Word{1} << (x - base);
+                    const bool isDead = (dead & m) != 0;
+                    canshu[x] = isDead ? int16_t{0} : res.canshu;
+                    sknum[x] = isDead ? int16_t{0} : res.sknum;
+                    if (isDead || res.canshu == 0) continue;
+                    jsq[x] = res.issue;
+                    if (!res.kill) continue;
+                    fl[x] = res.reason;
+                    un[w] |= m;
+                    ++killed;
+                }
+            }
+            lo = hi;
+        }
+        return killed;
+    }
+
     // The rows [begin, end), word-aligned.
     template <bool Front>
     uint64_t slice(uint64_t begin, uint64_t end) {
+        if constexpr (Front) {
+            if (!m_cls.overflow()) return frontRuns(begin, end);
+        }
         auto un = m_t.unslt().words();
         int16_t* canshu = m_t.canshu().data();
         int16_t* sknum = m_t.sknum().data();
