@@ -12,6 +12,7 @@
 #include "workspace/ui/main_window.h"
 #include "workspace/workspace_list.h"
 
+#include <QAbstractItemModelTester>
 #include <QAction>
 #include <QCheckBox>
 #include <QDir>
@@ -109,6 +110,7 @@ void FilterWindowParamsTest::pagingAllRowsAndManualDelete() {
     QVERIFY(f.filter);
     auto* model = qobject_cast<ResultGridModel*>(f.grid()->model());
     QVERIFY(model);
+    QAbstractItemModelTester tester(model, QAbstractItemModelTester::FailureReportingMode::QtTest);
     // A page is a stretch of ids: page 0 holds the first 4752, page 1 (the default) none.
     f.button("Command111")->click();
     QCOMPARE(model->rowCount(), 0);

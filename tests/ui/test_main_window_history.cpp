@@ -8,6 +8,7 @@
 #include "workspace/ui/main_window.h"
 #include "workspace/workspace_list.h"
 
+#include <QAbstractItemModelTester>
 #include <QAction>
 #include <QDir>
 #include <QLabel>
@@ -46,6 +47,7 @@ void MainWindowHistoryTest::wholeImportOfTheRealHistory() {
     f.window->resize(1366, 740);
     f.window->show();
     QVERIFY(QTest::qWaitForWindowExposed(f.window.get()));
+    QAbstractItemModelTester tester(f.grid()->model(), QAbstractItemModelTester::FailureReportingMode::QtTest);
     f.prompter.answer(true).answer(f.bundledHistory());
     f.window->findChild<QPushButton*>(QStringLiteral("cmdRead"))->click();
     QCOMPARE(f.prompter.asked().first().title, QStringLiteral("读入历史"));
