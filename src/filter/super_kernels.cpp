@@ -486,7 +486,8 @@ private:
         return killed;
     }
 
-    // The rows [begin, end), word-aligned.
+    // The rows [begin, end), word-aligned: scope 1 by runs, the pair scopes row by row, and any
+    // scope row by row over the texts when the literals overflow a mask.
     template <bool Front>
     uint64_t slice(uint64_t begin, uint64_t end) {
         if constexpr (Front) {
@@ -504,8 +505,6 @@ private:
         // The pieces' columns and the class table, read directly in the row loop.
         const RowMasks numMask(m_t, m_cls, m_num), houMask(m_t, m_cls, m_hou);
         uint64_t killed = 0;
-        uint64_t lastKey = 0;
-        bool haveKey = false;
         RowResult res;
         FrontPairs pairs;
         for (uint64_t base = begin; base < end; base += BitVector::kWordBits) {
@@ -525,13 +524,6 @@ private:
                     int lastCount = 0;
                     slowRow(r, best, lastCount);
                     res = resultOf(best, lastCount);
-                } else if constexpr (Front) {
-                    const uint64_t key = numMask(r);
-                    if (!haveKey || key != lastKey) {
-                        haveKey = true;
-                        lastKey = key;
-                        res = resultOf(frontBest(key), m_lastSkipped ? 0 : frontCount(key, last));
-                    }
                 } else {
                     const uint64_t hou = houMask(r), num = numMask(r);
                     const Best best = frontNum ? pairBestCached(hou, num, pairs) : pairBest(hou, num);

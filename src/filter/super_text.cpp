@@ -64,22 +64,4 @@ void LiteralClasses::build() {
     }
 }
 
-bool like(const QString& text, const QString& pattern) {
-    // Pieces between the asterisks must appear in order; the first is anchored at the start
-    // unless the pattern begins with "*", the last at the end unless it ends with one.
-    const QStringList parts = pattern.split(QLatin1Char('*'));
-    if (parts.size() == 1) return text == pattern;
-    qsizetype pos = 0;
-    if (!text.startsWith(parts.first())) return false;
-    pos = parts.first().size();
-    for (qsizetype i = 1; i + 1 < parts.size(); ++i) {
-        if (parts[i].isEmpty()) continue;
-        const qsizetype at = text.indexOf(parts[i], pos);
-        if (at < 0) return false;
-        pos = at + parts[i].size();
-    }
-    const QString& last = parts.last();
-    return text.size() - pos >= last.size() && text.endsWith(last);
-}
-
 }  // namespace super_text

@@ -66,8 +66,4 @@ private:
     std::array<uint64_t, 256> m_plain{};
 };
 
-// Jet's LIKE with "*" as its only wildcard, for texts whose other characters are literal:
-// the reference of the tests and the slow path of the kernels.
-bool like(const QString& text, const QString& pattern);
-
 }  // namespace super_text

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <random>
+#include <set>
 
 namespace {
 
@@ -167,6 +168,37 @@ TEST_F(SuperStatements, HistoryFilterOnDrawsWithRepeatedNumbers) {
         super_kernels::history(t, run, h);
         super_reference::history(db, scope, run.threshold, run.caption, run.nText, 12, h);
         expectSame(db, t, "repeated numbers");
+    }
+}
+
+TEST_F(SuperStatements, HistoryFilterWithMoreDistinctNumbersThanAMaskHolds) {
+    // Imported draws with numbers up to 99: more literals than the classes of a mask, so the
+    // rows are compared with each draw's texts.
+    DrawHistory h = randomHistory(rng, 40);
+    for (int i = 1; i <= 40; ++i) {
+        const auto front = distinctSorted(rng, 5, 99);
+        for (int k = 0; k < 5; ++k) h.figarr[static_cast<size_t>(i)][static_cast<size_t>(k + 1)] = front[static_cast<size_t>(k)];
+        h.figarr[static_cast<size_t>(i)][6] = 50 + i;
+        h.figarr[static_cast<size_t>(i)][7] = 10 + i;
+    }
+    h.figarr[40] = {2026040, 1, 2, 3, 4, 5, 6, 1};
+    std::set<int> front, back;
+    for (int i = 0; i <= 40; ++i) {
+        for (int k = 1; k <= 5; ++k) front.insert(h.figarr[static_cast<size_t>(i)][static_cast<size_t>(k)]);
+        back.insert(h.figarr[static_cast<size_t>(i)][6]);
+        back.insert(h.figarr[static_cast<size_t>(i)][7]);
+    }
+    ASSERT_GT(front.size(), 64u);
+    ASSERT_GT(back.size(), 64u);
+    for (ZoneScope scope : {ZoneScope::Front, ZoneScope::Back}) {
+        CandidateTable t = randomTable(rng, 200, Mode::Whole, false);
+        super_reference::load(db, t);
+        super_kernels::HistoryRun run{scope, scope == ZoneScope::Front ? 2 : 1, QStringLiteral("历史同3号滤"),
+                                      QStringLiteral("45"), 45};
+        super_kernels::history(t, run, h);
+        super_reference::history(db, scope, run.threshold, run.caption, run.nText, 45, h);
+        expectSame(db, t, "many literals scope " + std::to_string(static_cast<int>(scope)));
+        EXPECT_LT(t.liveCount(), t.rowCount()) << "some rows die";
     }
 }
 
