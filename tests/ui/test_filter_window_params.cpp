@@ -15,6 +15,7 @@
 #include <QAbstractItemModelTester>
 #include <QAction>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QDir>
 #include <QLineEdit>
 #include <QMenu>
@@ -23,6 +24,8 @@
 #include <QTableView>
 #include <QTest>
 
+#include <algorithm>
+#include <cmath>
 #include <memory>
 
 namespace {
@@ -54,6 +57,7 @@ class FilterWindowParamsTest : public QObject {
 private slots:
     void parameterButtonsFilterWithTheirBoxes();
     void pagingAllRowsAndManualDelete();
+    void rangeBoxesComeFromTheHistory();
 };
 
 void FilterWindowParamsTest::parameterButtonsFilterWithTheirBoxes() {
@@ -153,6 +157,47 @@ void FilterWindowParamsTest::pagingAllRowsAndManualDelete() {
     f.prompter.answer(true);
     f.button("cmdAdmb")->click();
     QCOMPARE(f.session->fildb().scalar(QStringLiteral("SELECT count(*) FROM zuheMoban")).toInt(), 4752);
+    f.filter->close();
+}
+
+void FilterWindowParamsTest::rangeBoxesComeFromTheHistory() {
+    Fixture f;
+    QVERIFY(f.filter);
+    const DrawHistory& h = f.session->history();
+    // At load the boxes hold average -/+ half the spread of the whole history (偶数个数: Onum).
+    double sum = 0, lo = 99, hi = 0;
+    for (int i = 1; i <= h.drawnum(); ++i) {
+        sum += h.front[i].Onum;
+        lo = std::min<double>(lo, h.front[i].Onum);
+        hi = std::max<double>(hi, h.front[i].Onum);
+    }
+    const double avg = sum / h.drawnum();
+    const float margin = static_cast<float>((hi - lo) / 200.0 * 100);
+    QCOMPARE(f.box(QStringLiteral("Text5(0)"))->text().toInt(), static_cast<int>(std::floor(avg - margin)));
+    QCOMPARE(f.box(QStringLiteral("Text5(1)"))->text().toInt(), static_cast<int>(std::floor(avg + margin)));
+
+    // 范围查询 over the last 10 draws: min and max of 各位数和 (Znum), three digits wide.
+    f.filter->findChild<QRadioButton*>(QStringLiteral("Option22"))->setChecked(true);
+    auto* combo = f.filter->findChild<QComboBox*>(QStringLiteral("Combo1(0)"));
+    QVERIFY(combo);
+    combo->setCurrentIndex(1);
+    emit combo->activated(1);
+    int zlo = 999, zhi = 0;
+    for (int i = h.drawnum() - 9; i <= h.drawnum(); ++i) {
+        zlo = std::min<int>(zlo, h.front[i].Znum);
+        zhi = std::max<int>(zhi, h.front[i].Znum);
+    }
+    QCOMPARE(f.box(QStringLiteral("Text2(0)"))->text(), QStringLiteral("%1").arg(zlo, 3, 10, QLatin1Char('0')));
+    QCOMPARE(f.box(QStringLiteral("Text2(1)"))->text(), QStringLiteral("%1").arg(zhi, 3, 10, QLatin1Char('0')));
+
+    // 最值查询 shows the list boxes and fills the list with the most frequent values.
+    QVERIFY(f.box(QStringLiteral("Text5(3)"))->isHidden());
+    f.filter->findChild<QRadioButton*>(QStringLiteral("Option36"))->setChecked(true);
+    QVERIFY(!f.box(QStringLiteral("Text5(3)"))->isHidden());
+    QCOMPARE(f.button("Option66")->text(), QStringLiteral("指定号码"));
+    auto* evenCombo = f.filter->findChild<QComboBox*>(QStringLiteral("Combo1(3)"));
+    emit evenCombo->activated(0);
+    QCOMPARE(f.box(QStringLiteral("Text5(3)"))->text().split(QLatin1Char(' '), Qt::SkipEmptyParts).size(), 2);
     f.filter->close();
 }
 

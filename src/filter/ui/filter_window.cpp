@@ -1,11 +1,14 @@
 #include "filter/ui/filter_window.h"
 
+#include "filter/range_query.h"
 #include "filter/result_grid_model.h"
 #include "filter/ui/dialog_progress.h"
 #include "workspace/prompter.h"
 #include "workspace/session.h"
 
 #include <QApplication>
+
+#include <algorithm>
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QCloseEvent>
@@ -123,6 +126,8 @@ FilterWindow::FilterWindow(FilterInstance instance, std::unique_ptr<FilterWorksp
     m_workspace->intQianHou = 1;
     m_workspace->baoliuMode = m_keep->isChecked();
     adaptToZone();
+    applyListMode();
+    presetRanges();
     showFirstView();
     resize(1366, 740);
 }
@@ -149,9 +154,9 @@ QWidget* FilterWindow::makeParameterFrame() {
     auto* frame9 = new QLabel(QStringLiteral("范围"), frame2);
     frame9->setObjectName(QStringLiteral("Frame9"));
     grid->addWidget(frame9, 0, 2, 1, 3, Qt::AlignCenter);
-    auto* frame10 = new QLabel(QStringLiteral("最值"), frame2);
-    frame10->setObjectName(QStringLiteral("Frame10"));
-    grid->addWidget(frame10, 0, 5, 1, 3, Qt::AlignCenter);
+    m_frame10 = new QLabel(QStringLiteral("最值"), frame2);
+    m_frame10->setObjectName(QStringLiteral("Frame10"));
+    grid->addWidget(m_frame10, 0, 5, 1, 3, Qt::AlignCenter);
     grid->addWidget(new QLabel(QStringLiteral("检索期数"), frame2), 0, 8);
 
     int r = 1;
@@ -178,13 +183,17 @@ QWidget* FilterWindow::makeParameterFrame() {
         grid->addWidget(new QLabel(QStringLiteral("到"), frame2), r, 3);
         grid->addWidget(row.boxes[1], r, 4);
         grid->addWidget(row.boxes[2], r, 5);
-        grid->addWidget(new QLabel(QStringLiteral("个"), frame2), r, 6);
+        row.countLabel = new QLabel(QStringLiteral("个"), frame2);
+        grid->addWidget(row.countLabel, r, 6);
         grid->addWidget(row.boxes[3], r, 7);
         if (const int c = combo1Index(p.id); c >= 0) {
             row.combo1 = new QComboBox(frame2);
             row.combo1->setObjectName(QStringLiteral("Combo1(%1)").arg(c));
             fillSpanCombo(row.combo1);
             grid->addWidget(row.combo1, r, 8);
+            QComboBox* combo = row.combo1;
+            connect(combo, &QComboBox::activated, this,
+                    [this, c, combo](int item) { comboChosen(c, combo->itemData(item).toInt()); });
         }
         const ParamId id = p.id;
         connect(row.button, &QPushButton::clicked, this, [this, id] { runParameter(id); });
@@ -198,6 +207,8 @@ QWidget* FilterWindow::makeParameterFrame() {
     fillSpanCombo(all);
     grid->addWidget(new QLabel(QStringLiteral("所有参数检索"), frame2), r, 1);
     grid->addWidget(all, r, 8);
+    connect(all, &QComboBox::activated, this,
+            [this, all](int item) { comboChosen(range_query::kAllRows, all->itemData(item).toInt()); });
 
     // 自定区间 in list mode reads its numbers from TxtZdqj.
     m_txtZdqj = new QLineEdit(frame2);
@@ -343,6 +354,7 @@ QWidget* FilterWindow::makeRangeFrame() {
     v->addWidget(m_option36, 1, 0, 1, 2);
     v->addWidget(m_option22, 2, 0);
     connect(m_option21, &QRadioButton::toggled, m_combo2, &QComboBox::setEnabled);
+    connect(m_option36, &QRadioButton::toggled, this, &FilterWindow::applyListMode);
     return frame1;
 }
 
@@ -571,6 +583,43 @@ void FilterWindow::setZoneTab(int intQianHou) {
         return;  // currentChanged comes back here
     }
     m_workspace->intQianHou = static_cast<int16_t>(intQianHou);
+    adaptToZone();
+    presetRanges();
+}
+
+void FilterWindow::writeBoxes(const ParamWindowState& state, const std::vector<ParamId>& params) {
+    for (ParamRow& row : m_rows) {
+        if (std::find(params.begin(), params.end(), row.id) == params.end()) continue;
+        for (size_t i = 0; i < 4; ++i) row.boxes[i]->setText(state.box(row.id)[i]);
+    }
+}
+
+void FilterWindow::presetRanges() {
+    ParamWindowState s = readState();
+    const auto written = range_query::presetAll(s, m_option21->isChecked(), m_combo2->currentText(),
+                                                m_session.history(), s.scope);
+    writeBoxes(s, written);
+}
+
+void FilterWindow::comboChosen(int combo, int spanData) {
+    ParamWindowState s = readState();
+    const range_query::Mode mode = m_option36->isChecked()   ? range_query::Mode::Top
+                                   : m_option21->isChecked() ? range_query::Mode::Average
+                                                             : range_query::Mode::Plain;
+    const auto written =
+        range_query::onCombo1(s, combo, spanData, mode, m_combo2->currentText(), m_session.history(), s.scope);
+    writeBoxes(s, written);
+}
+
+void FilterWindow::applyListMode() {
+    const bool list = m_option36->isChecked();
+    m_frame10->setVisible(list);
+    m_txtZdqj->setVisible(list);
+    for (ParamRow& row : m_rows) {
+        row.boxes[2]->setVisible(list);
+        row.boxes[3]->setVisible(list);
+        row.countLabel->setVisible(list);
+    }
     adaptToZone();
 }
 

@@ -78,6 +78,12 @@ private:
     void showAllRows();         // optZzuhe(1)
     void addToTemplate();       // cmdAdmb
     void check1Clicked();
+    // The range query: boxes from the history at load, on a tab change and on a Combo1 choice.
+    void presetRanges();
+    void comboChosen(int combo, int spanData);
+    void writeBoxes(const ParamWindowState& state, const std::vector<ParamId>& params);
+    // Option36 shows the list boxes and TxtZdqj and turns 自定区间 into 指定号码.
+    void applyListMode();
     void waitForRecord();
 
     FilterInstance m_instance;
@@ -92,6 +98,7 @@ private:
         std::array<QLineEdit*, 4> boxes{};
         QCheckBox* check1 = nullptr;
         QComboBox* combo1 = nullptr;
+        QLabel* countLabel = nullptr;  // "个" between the count and the list
     };
     std::vector<ParamRow> m_rows;
     std::array<QCheckBox*, 7> m_chkBt{};
@@ -108,6 +115,7 @@ private:
     QRadioButton* m_option22 = nullptr;
     QComboBox* m_combo2 = nullptr;
     QLineEdit* m_txtZdqj = nullptr;
+    QLabel* m_frame10 = nullptr;
     QHash<QString, QPushButton*> m_superButtons;
     QScrollBar* m_hScroll1 = nullptr;
     QLabel* m_label3 = nullptr;
