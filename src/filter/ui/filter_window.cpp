@@ -1,6 +1,8 @@
 #include "filter/ui/filter_window.h"
 
 #include "filter/range_query.h"
+#include "filter/saved_setting_store.h"
+#include "filter/ui/frm_find.h"
 #include "filter/result_grid_model.h"
 #include "filter/ui/dialog_progress.h"
 #include "workspace/prompter.h"
@@ -12,6 +14,7 @@
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QCloseEvent>
+#include <QDateTime>
 #include <QComboBox>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -87,7 +90,10 @@ FilterWindow::FilterWindow(FilterInstance instance, std::unique_ptr<FilterWorksp
       m_session(session),
       m_prompter(prompter),
       m_params(std::make_unique<ParamWindow>(*m_workspace, ParamContext::fromSession(session),
-                                             session.paths().folder())) {
+                                             session.paths().folder())),
+      m_super(std::make_unique<SuperFilter>(*m_workspace, session.history(), session.bitnum(), session.fildb())),
+      m_recorder(std::make_unique<MobanRecorder>(*m_workspace, *m_super, session.fildb(),
+                                                 ParamContext::fromSession(session))) {
     setObjectName(QString::fromLatin1(m_workspace->traits().className));
     setAttribute(Qt::WA_DeleteOnClose, false);
 
@@ -121,7 +127,11 @@ FilterWindow::FilterWindow(FilterInstance instance, std::unique_ptr<FilterWorksp
     m_mnuAdm->setObjectName(QStringLiteral("mnuAdm"));
     QAction* mnuAdf = m_mnuAdm->addAction(QStringLiteral("添加到过滤模板(&A)"));
     mnuAdf->setObjectName(QStringLiteral("mnuAdf"));
-    mnuAdf->setEnabled(false);  // recording comes with the filter templates
+    connect(mnuAdf, &QAction::triggered, this, [this] { m_mnuAdfPicked = true; });
+    // The step is written once the popup has gone, picked or dismissed.
+    connect(m_mnuAdm, &QMenu::aboutToHide, this,
+            [this] { QMetaObject::invokeMethod(this, &FilterWindow::finishRecording, Qt::QueuedConnection); });
+    m_hScroll1->setMaximum(m_recorder->hScrollMax());
 
     m_workspace->intQianHou = 1;
     m_workspace->baoliuMode = m_keep->isChecked();
@@ -319,14 +329,21 @@ QWidget* FilterWindow::makeSuperFrame() {
     int i = 0;
     for (const auto& it : items) {
         QPushButton* b = button(QString::fromLatin1(it.name), QString::fromUtf8(it.caption), frame3);
-        // The relation, history, inclusion and template filters come with their own logic.
-        const std::string_view name(it.name);
-        b->setEnabled(name == "Option29" || name == "Option42");
+        if (const auto sb = super_filter::byObjectName(b->objectName())) {
+            const SuperButton which = *sb;
+            connect(b, &QPushButton::clicked, this, [this, which] { superClick(which, false); });
+            b->setContextMenuPolicy(Qt::CustomContextMenu);
+            connect(b, &QPushButton::customContextMenuRequested, this, [this, which] { superClick(which, true); });
+        }
         m_superButtons.insert(b->objectName(), b);
         g->addWidget(b, i / 3, i % 3, 1, it.name == std::string_view("Option29") ? 2 : 1);
         ++i;
     }
     connect(m_superButtons[QStringLiteral("Option29")], &QPushButton::clicked, this, &FilterWindow::runIntegrated);
+    // Option29's right button runs nothing: it records the whole window as a step.
+    m_superButtons[QStringLiteral("Option29")]->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(m_superButtons[QStringLiteral("Option29")], &QPushButton::customContextMenuRequested, this,
+            [this] { recordFrom(RecordSource::option29()); });
     connect(m_superButtons[QStringLiteral("Option42")], &QPushButton::clicked, this, &FilterWindow::runExport);
     m_superButtons[QStringLiteral("Option43")]->setToolTip(QStringLiteral("与组号模板相同的组合将其过滤掉"));
     if (m_workspace->traits().filtersTemplateItself) m_superButtons[QStringLiteral("Option43")]->hide();
@@ -388,14 +405,18 @@ QWidget* FilterWindow::makeTemplateFrame() {
     int i = 0;
     for (const auto& it : items) {
         QPushButton* b = button(QString::fromLatin1(it.name), it.caption, frame7);
-        // Templates and saved settings come with their own logic.
-        b->setEnabled(it.name == std::string_view("cmdAdmb"));
         g->addWidget(b, 2 + i / 3, i % 3);
         m_superButtons.insert(b->objectName(), b);
         ++i;
     }
     h->addWidget(frame7);
     connect(m_superButtons[QStringLiteral("cmdAdmb")], &QPushButton::clicked, this, &FilterWindow::addToTemplate);
+    connect(m_superButtons[QStringLiteral("Command9")], &QPushButton::clicked, this, &FilterWindow::replayTemplate);
+    connect(m_superButtons[QStringLiteral("Command5")], &QPushButton::clicked, this, &FilterWindow::deleteLastStep);
+    connect(m_superButtons[QStringLiteral("Command4")], &QPushButton::clicked, this, &FilterWindow::clearTemplate);
+    connect(m_superButtons[QStringLiteral("Command7")], &QPushButton::clicked, this, &FilterWindow::saveSetting);
+    connect(m_superButtons[QStringLiteral("Command6")], &QPushButton::clicked, this, &FilterWindow::loadSetting);
+    connect(m_hScroll1, &QScrollBar::valueChanged, this, &FilterWindow::browseTemplate);
     return panel;
 }
 
@@ -490,11 +511,7 @@ void FilterWindow::refreshView() {
 void FilterWindow::showParamView() {
     m_model->bind(&m_workspace->table(), m_params->view());
     setWindowTitle(m_workspace->caption());
-    // A used button's text turns blue.
-    for (ParamRow& row : m_rows)
-        if (m_params->usedButtons().count(row.button->objectName())) row.button->setStyleSheet(kUsedStyle);
-    for (QPushButton* b : m_superButtons)
-        if (m_params->usedButtons().count(b->objectName())) b->setStyleSheet(kUsedStyle);
+    markUsedButtons();
 }
 
 void FilterWindow::runIntegrated() {
@@ -539,6 +556,118 @@ void FilterWindow::addToTemplate() {
     m_params->clickAddTemplate(m_session.fildb(), m_prompter);
 }
 
+void FilterWindow::withRecordPaused(const std::function<void()>& action) {
+    if (!m_workspace->writePending()) {
+        action();
+        return;
+    }
+    m_workspace->tableForChange();  // stops the running write
+    action();
+    m_workspace->changed();  // and starts it again
+}
+
+void FilterWindow::markUsedButtons() {
+    auto used = [this](const QString& name) {
+        return m_params->usedButtons().count(name) || m_super->usedButtons().count(name) ||
+               m_recorder->usedButtons().count(name);
+    };
+    for (ParamRow& row : m_rows)
+        if (used(row.button->objectName())) row.button->setStyleSheet(kUsedStyle);
+    for (QPushButton* b : m_superButtons)
+        if (used(b->objectName())) b->setStyleSheet(kUsedStyle);
+}
+
+void FilterWindow::superClick(SuperButton b, bool rightButton) {
+    SuperFilter::Outcome outcome;
+    withRecordPaused([&] {
+        DialogProgress progress(QStringLiteral("正在过滤..."), this);
+        outcome = m_super->click(b, rightButton ? FilterWorkspace::Mouse::Right : FilterWorkspace::Mouse::Left,
+                                 m_superInputs, static_cast<ZoneScope>(m_workspace->intQianHou), m_prompter,
+                                 &progress);
+    });
+    if (outcome.ran) refreshView();
+    markUsedButtons();
+    if (outcome.popupMnuAdm) recordFrom(RecordSource::super(b));
+}
+
+void FilterWindow::recordFrom(RecordSource source) {
+    m_recordSource = source;
+    m_mnuAdfPicked = false;
+    m_mnuAdm->popup(QCursor::pos());
+}
+
+void FilterWindow::finishRecording() {
+    MobanRecorder::RecordOutcome outcome;
+    withRecordPaused([&] {
+        m_recorder->setContext(ParamContext::fromSession(m_session));
+        outcome = m_recorder->popupClosed(m_mnuAdfPicked, m_recordSource, readState(), m_superInputs);
+    });
+    m_mnuAdfPicked = false;
+    m_hScroll1->setMaximum(outcome.hScrollMax);
+}
+
+void FilterWindow::writeSnapshot(const ParamWindowState& state, const moban_snapshot::SnapshotEffects& effects) {
+    std::vector<ParamId> all;
+    for (const ParamRow& row : m_rows) all.push_back(row.id);
+    writeBoxes(state, all);
+    for (ParamRow& row : m_rows)
+        row.check1->setChecked(state.check1[static_cast<size_t>(param_catalogue::info(row.id).check1)]);
+    m_txtRc0->setText(state.txtRc0);
+    m_txtRc1->setText(state.txtRc1);
+    (state.logicAnd ? m_logicAnd : m_logicOr)->setChecked(true);
+    (state.keep ? m_keep : m_exclude)->setChecked(true);
+    if (effects.listMode) m_option36->setChecked(true);
+    else if (m_option36->isChecked()) m_option21->setChecked(true);
+    applyListMode();
+}
+
+void FilterWindow::replayTemplate() {
+    ParamWindowState state = readState();
+    MobanRecorder::ReplayOutcome outcome;
+    withRecordPaused([&] {
+        DialogProgress progress(QStringLiteral("正在按过滤模板过滤..."), this);
+        m_recorder->setContext(ParamContext::fromSession(m_session));
+        outcome = m_recorder->replay(state, m_superInputs, static_cast<ZoneScope>(m_workspace->intQianHou),
+                                     &progress);
+    });
+    if (outcome.boxesChanged) writeSnapshot(state, outcome.effects);
+    if (outcome.ran) refreshView();
+    markUsedButtons();
+}
+
+void FilterWindow::browseTemplate(int value) {
+    ParamWindowState state = readState();
+    MobanRecorder::BrowseOutcome outcome;
+    withRecordPaused([&] {
+        outcome = m_recorder->browse(value, state, m_superInputs, static_cast<ZoneScope>(m_workspace->intQianHou));
+    });
+    if (outcome.label3) m_label3->setText(*outcome.label3);
+    if (outcome.boxesChanged) writeSnapshot(state, outcome.effects);
+}
+
+void FilterWindow::deleteLastStep() {
+    withRecordPaused([this] { m_hScroll1->setMaximum(m_recorder->deleteLast()); });
+}
+
+void FilterWindow::clearTemplate() {
+    withRecordPaused([this] { m_hScroll1->setMaximum(m_recorder->clear()); });
+}
+
+void FilterWindow::saveSetting() {
+    withRecordPaused(
+        [this] { saved_setting::save(m_session.fildb(), readState(), m_prompter, QDateTime::currentDateTime()); });
+}
+
+void FilterWindow::loadSetting() {
+    withRecordPaused([this] {
+        FrmFind finder(m_session.fildb(), m_prompter, this);
+        if (finder.exec() != QDialog::Accepted || finder.chosen().isNull()) return;
+        ParamWindowState state = readState();
+        if (const auto effects = saved_setting::load(m_session.fildb(), finder.chosen(), state))
+            writeSnapshot(state, *effects);
+    });
+}
+
 void FilterWindow::check1Clicked() { m_txtRc0->setText(m_tolerance.onCheck1Click(readState())); }
 
 void FilterWindow::runAction(FilterWorkspace::Button which, bool rightButton) {
@@ -547,7 +676,7 @@ void FilterWindow::runAction(FilterWorkspace::Button which, bool rightButton) {
         m_workspace->release(which, rightButton ? FilterWorkspace::Mouse::Right : FilterWorkspace::Mouse::Left);
     QApplication::restoreOverrideCursor();
     if (outcome.ranAction) refreshView();
-    if (outcome.popupMnuAdm) m_mnuAdm->popup(QCursor::pos());
+    if (outcome.popupMnuAdm) recordFrom(RecordSource::invert());
 }
 
 ParamWindowState FilterWindow::readState() const {
@@ -625,14 +754,13 @@ void FilterWindow::applyListMode() {
 
 void FilterWindow::adaptToZone() {
     const auto scope = static_cast<ZoneScope>(m_workspace->intQianHou);
-    // History filters: the captions of Option27, Option28, Option26 by tab.
-    const char* history[3][3] = {{"历史同5号滤", "历史同4号滤", "历史同3号滤"},
-                                 {"历史同5号滤", "历史同2号滤", "历史同1号滤"},
-                                 {"历史同6号滤", "历史同5号滤", "历史同4号滤"}};
-    const int t = m_workspace->intQianHou - 1;
-    m_superButtons[QStringLiteral("Option27")]->setText(QString::fromUtf8(history[t][0]));
-    m_superButtons[QStringLiteral("Option28")]->setText(QString::fromUtf8(history[t][1]));
-    m_superButtons[QStringLiteral("Option26")]->setText(QString::fromUtf8(history[t][2]));
+    // The super filters' captions (the history buttons follow the tab) and their enabling.
+    for (QPushButton* b : m_superButtons) {
+        const auto sb = super_filter::byObjectName(b->objectName());
+        if (!sb) continue;
+        b->setText(super_filter::caption(*sb, scope));
+        b->setEnabled(super_filter::enabled(*sb, scope, m_workspace->traits()));
+    }
     // Positions: front 1..5, back 1..2, both none; they keep their ticks.
     for (int i = 1; i <= 7; ++i) {
         const bool on = scope == ZoneScope::Front ? i <= 5 : scope == ZoneScope::Back ? i <= 2 : false;

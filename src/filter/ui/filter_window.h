@@ -4,10 +4,13 @@
 #include "filter/filter_workspace.h"
 #include "filter/param_catalogue.h"
 #include "filter/param_filter.h"
+#include "filter/moban_recorder.h"
 #include "filter/param_window.h"
+#include "filter/super_filter.h"
 
 #include <QWidget>
 
+#include <functional>
 #include <memory>
 
 class Prompter;
@@ -45,6 +48,8 @@ public:
     void setZoneTab(int intQianHou);
 
     ParamWindow& params() { return *m_params; }
+    MobanRecorder& recorder() { return *m_recorder; }
+    SuperInputs& superInputs() { return m_superInputs; }
     ResultGridModel& gridModel() { return *m_model; }
 
     // Runs a parameter button as a left click does.
@@ -85,6 +90,22 @@ private:
     // Option36 shows the list boxes and TxtZdqj and turns 自定区间 into 指定号码.
     void applyListMode();
     void waitForRecord();
+    // Runs `action` with the record's background write stopped, so that it can use filnum.db.
+    void withRecordPaused(const std::function<void()>& action);
+
+    // The super filters and the filter templates.
+    void superClick(SuperButton b, bool rightButton);
+    void recordFrom(RecordSource source);  // pops up mnuAdm; its closing records the step
+    void finishRecording();
+    void replayTemplate();                 // Command9
+    void browseTemplate(int value);        // HScroll1
+    void deleteLastStep();                 // Command5
+    void clearTemplate();                  // Command4
+    void saveSetting();                    // Command7
+    void loadSetting();                    // Command6
+    // Sets the snapshot's controls (boxes, TxtRc, Check1, Option37, Option1, Option36).
+    void writeSnapshot(const ParamWindowState& state, const moban_snapshot::SnapshotEffects& effects);
+    void markUsedButtons();
 
     FilterInstance m_instance;
     std::unique_ptr<FilterWorkspace> m_workspace;
@@ -127,4 +148,9 @@ private:
     ResultGridModel* m_model = nullptr;
     std::unique_ptr<ParamWindow> m_params;
     param_filter::Tolerance m_tolerance;
+    SuperInputs m_superInputs;
+    std::unique_ptr<SuperFilter> m_super;
+    std::unique_ptr<MobanRecorder> m_recorder;
+    RecordSource m_recordSource;
+    bool m_mnuAdfPicked = false;
 };
