@@ -4,6 +4,7 @@
 //
 //   candidate_engine_bench [--dir DIR] [--sql-rows N]
 // --sql-rows N runs the SQL comparison on the first N rows only and scales the time up.
+#include "bench_timing.h"
 #include "filter/candidate_actions.h"
 #include "filter/candidate_kernels.h"
 #include "filter/candidate_store.h"
@@ -24,19 +25,9 @@
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using bench::seconds;
 
-double seconds(const std::function<void()>& fn) {
-    const auto t0 = Clock::now();
-    fn();
-    return std::chrono::duration<double>(Clock::now() - t0).count();
-}
-
-double peakMiB() {
-    rusage u{};
-    getrusage(RUSAGE_SELF, &u);
-    return static_cast<double>(u.ru_maxrss) / 1024.0;  // kB on Linux
-}
+using bench::peakMiB;
 
 struct SqlAction {
     const char* name;

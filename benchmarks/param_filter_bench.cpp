@@ -4,6 +4,7 @@
 // on the first N tickets, scaled up to the whole table, with the ratio.
 //
 //   param_filter_bench [--sql-rows N | --no-sql] [--scope 1|3] [--singles | --integrated]
+#include "bench_timing.h"
 #include "filter/candidate_actions.h"
 #include "filter/param_filter.h"
 #include "generation/expansion.h"
@@ -22,21 +23,9 @@
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using bench::seconds;
 
-double seconds(const std::function<void()>& fn) {
-    const auto t0 = Clock::now();
-    fn();
-    return std::chrono::duration<double>(Clock::now() - t0).count();
-}
-
-// CPU time of the process (all threads), which a loaded machine does not inflate.
-double cpuSeconds() {
-    rusage u{};
-    getrusage(RUSAGE_SELF, &u);
-    return static_cast<double>(u.ru_utime.tv_sec + u.ru_stime.tv_sec) +
-           static_cast<double>(u.ru_utime.tv_usec + u.ru_stime.tv_usec) / 1e6;
-}
+using bench::cpuSeconds;
 
 struct Timing {
     double wall = 0;

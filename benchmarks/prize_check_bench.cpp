@@ -4,6 +4,7 @@
 // on a stored sample of the table, scaled up to the whole, with the ratio.
 //
 //   prize_check_bench [--dir DIR] [--sql-rows N] [--reps R]
+#include "bench_timing.h"
 #include "filter/candidate_kernels.h"
 #include "filter/candidate_store.h"
 #include "generation/expansion.h"
@@ -26,13 +27,7 @@
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
-double seconds(const std::function<void()>& fn) {
-    const auto t0 = Clock::now();
-    fn();
-    return std::chrono::duration<double>(Clock::now() - t0).count();
-}
+using bench::seconds;
 
 double cpuSeconds() {
     timespec ts{};

@@ -4,6 +4,7 @@
 // filters are timed once each.
 //
 //   super_filter_bench [--sql-rows N | --no-sql] [--draws N] [--history FILE] [--history-only]
+#include "bench_timing.h"
 #include "filter/candidate_actions.h"
 #include "filter/super_filter.h"
 #include "filter/super_kernels.h"
@@ -24,20 +25,9 @@
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using bench::seconds;
 
-double seconds(const std::function<void()>& fn) {
-    const auto t0 = Clock::now();
-    fn();
-    return std::chrono::duration<double>(Clock::now() - t0).count();
-}
-
-double cpuSeconds() {
-    rusage u{};
-    getrusage(RUSAGE_SELF, &u);
-    return static_cast<double>(u.ru_utime.tv_sec + u.ru_stime.tv_sec) +
-           static_cast<double>(u.ru_utime.tv_usec + u.ru_stime.tv_usec) / 1e6;
-}
+using bench::cpuSeconds;
 
 DrawHistory readHistory(const QString& path) {
     DrawHistory h;

@@ -1,0 +1,34 @@
+#pragma once
+
+// Timing helpers shared by the benchmark programs.
+
+#include <sys/resource.h>
+
+#include <chrono>
+#include <functional>
+
+namespace bench {
+
+// Wall time of a call, in seconds.
+inline double seconds(const std::function<void()>& fn) {
+    const auto t0 = std::chrono::steady_clock::now();
+    fn();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - t0).count();
+}
+
+// CPU time of the process (all threads), which a loaded machine does not inflate.
+inline double cpuSeconds() {
+    rusage u{};
+    getrusage(RUSAGE_SELF, &u);
+    return static_cast<double>(u.ru_utime.tv_sec + u.ru_stime.tv_sec) +
+           static_cast<double>(u.ru_utime.tv_usec + u.ru_stime.tv_usec) / 1e6;
+}
+
+// Peak resident memory of the process so far, in MiB.
+inline double peakMiB() {
+    rusage u{};
+    getrusage(RUSAGE_SELF, &u);
+    return static_cast<double>(u.ru_maxrss) / 1024.0;  // kB on Linux
+}
+
+}  // namespace bench
