@@ -2,6 +2,7 @@
 // parameter side of the filter window, each call as the window reopened on the stored table
 // would run it, the table written back before the call ends.
 #include "app/cli/cli.h"
+#include "app/cli/cli_tables.h"
 
 #include "filter/candidate_store.h"
 #include "filter/filter_workspace.h"
@@ -13,53 +14,19 @@ namespace {
 
 using Kind = schema::CandidateKind;
 
-std::optional<FilterInstance> instanceFor(CliContext& ctx, const QStringList& args) {
-    bool found = false;
-    const QString name = cliargs::option(args, QStringLiteral("--table"), &found);
-    if (!found || name.compare(QLatin1String("zuhe"), Qt::CaseInsensitive) == 0) return FilterInstance::GAganMb;
-    if (name.compare(QLatin1String("zuheRote"), Qt::CaseInsensitive) == 0) return FilterInstance::GAganRoteMb;
-    if (name.compare(QLatin1String("zuheRead"), Qt::CaseInsensitive) == 0) return FilterInstance::GAganRead;
-    if (name.compare(QLatin1String("zuheMoban"), Qt::CaseInsensitive) == 0) return FilterInstance::GAganZhMb;
-    ctx.fail(QStringLiteral("--table: one of zuhe, zuheRote, zuheRead, zuheMoban"));
-    return std::nullopt;
-}
+using cli_tables::paramByName;
 
 // The filter window reopened on the stored table, with its parameter side.
-struct OpenWindow {
-    Session* session = nullptr;
-    std::unique_ptr<FilterWorkspace> workspace;
+struct OpenWindow : cli_tables::OpenTable {
     std::unique_ptr<ParamWindow> window;
 
     bool open(CliContext& ctx, const QStringList& args) {
-        const auto instance = instanceFor(ctx, args);
-        if (!instance) return false;
-        session = ctx.session();
-        if (!session) return false;
-        workspace = std::make_unique<FilterWorkspace>(*instance, session->paths().filnumDb());
-        QString error;
-        if (!workspace->openStored(session->fildb(), nullptr, &error) ||
-            !candidate_store::tableExists(session->fildb(), workspace->traits().table)) {
-            ctx.fail(error.isEmpty() ? QStringLiteral("no candidate table: run `expand` first") : error);
-            return false;
-        }
+        if (!OpenTable::open(ctx, args)) return false;
         window = std::make_unique<ParamWindow>(*workspace, ParamContext::fromSession(*session), session->paths().folder());
         return true;
     }
-    // Waits for the record and prints the live count.
-    int finish(CliContext& ctx) {
-        const candidate_store::SaveResult saved = workspace->waitForWrite();
-        if (saved.outcome != candidate_store::Outcome::Done) return ctx.fail(saved.error);
-        ctx.out << workspace->table().liveCount() << '\n';
-        return 0;
-    }
 };
 
-std::optional<ParamId> paramByName(const QString& name) {
-    if (auto id = param_catalogue::byDrawColumn(name)) return id;
-    return param_catalogue::byButton(name);
-}
-
-// The options every parameter command shares: scope, positions, parity, keep or exclude.
 bool readCommon(CliContext& ctx, const QStringList& args, ParamWindowState& s) {
     bool found = false;
     const QString scope = cliargs::option(args, QStringLiteral("--scope"), &found);

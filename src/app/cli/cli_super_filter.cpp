@@ -4,6 +4,7 @@
 // Arguments answer the window's prompts in order; a prompt that would show an error ends the
 // call with that message on standard error.
 #include "app/cli/cli.h"
+#include "app/cli/cli_tables.h"
 
 #include "filter/candidate_store.h"
 #include "filter/filter_workspace.h"
@@ -50,17 +51,6 @@ private:
     QStringList m_messages;
 };
 
-std::optional<FilterInstance> instanceFor(CliContext& ctx, const QStringList& args) {
-    bool found = false;
-    const QString name = cliargs::option(args, QStringLiteral("--table"), &found);
-    if (!found || name.compare(QLatin1String("zuhe"), Qt::CaseInsensitive) == 0) return FilterInstance::GAganMb;
-    if (name.compare(QLatin1String("zuheRote"), Qt::CaseInsensitive) == 0) return FilterInstance::GAganRoteMb;
-    if (name.compare(QLatin1String("zuheRead"), Qt::CaseInsensitive) == 0) return FilterInstance::GAganRead;
-    if (name.compare(QLatin1String("zuheMoban"), Qt::CaseInsensitive) == 0) return FilterInstance::GAganZhMb;
-    ctx.fail(QStringLiteral("--table: one of zuhe, zuheRote, zuheRead, zuheMoban"));
-    return std::nullopt;
-}
-
 std::optional<ZoneScope> scopeOption(CliContext& ctx, const QStringList& args) {
     bool found = false;
     const QString s = cliargs::option(args, QStringLiteral("--scope"), &found);
@@ -73,9 +63,7 @@ std::optional<ZoneScope> scopeOption(CliContext& ctx, const QStringList& args) {
 
 // The filter window: the workspace (opened on the stored table when `withTable`), its super
 // filters and its templates. The zone tab and intQianHou follow --scope.
-struct Window {
-    Session* session = nullptr;
-    std::unique_ptr<FilterWorkspace> workspace;
+struct Window : cli_tables::OpenTable {
     std::unique_ptr<SuperFilter> super;
     std::unique_ptr<MobanRecorder> recorder;
     ZoneScope tab = ZoneScope::Front;
@@ -83,32 +71,14 @@ struct Window {
     ParamWindowState state = ParamWindowState::defaults();
 
     bool open(CliContext& ctx, const QStringList& args, bool withTable) {
-        const auto instance = instanceFor(ctx, args);
         const auto scope = scopeOption(ctx, args);
-        if (!instance || !scope) return false;
+        if (!scope || !OpenTable::open(ctx, args, withTable)) return false;
         tab = *scope;
-        session = ctx.session();
-        if (!session) return false;
-        workspace = std::make_unique<FilterWorkspace>(*instance, session->paths().filnumDb());
-        if (withTable) {
-            QString error;
-            if (!workspace->openStored(session->fildb(), nullptr, &error) ||
-                !candidate_store::tableExists(session->fildb(), workspace->traits().table)) {
-                ctx.fail(error.isEmpty() ? QStringLiteral("no candidate table: run `expand` first") : error);
-                return false;
-            }
-        }
         workspace->intQianHou = static_cast<int16_t>(tab);
         state.scope = tab;
         super = std::make_unique<SuperFilter>(*workspace, session->history(), session->bitnum(), session->fildb());
         recorder = std::make_unique<MobanRecorder>(*workspace, *super, session->fildb(), ParamContext::fromSession(*session));
         return true;
-    }
-    int finish(CliContext& ctx) {
-        const candidate_store::SaveResult saved = workspace->waitForWrite();
-        if (saved.outcome != candidate_store::Outcome::Done) return ctx.fail(saved.error);
-        ctx.out << workspace->table().liveCount() << '\n';
-        return 0;
     }
 };
 
@@ -261,10 +231,7 @@ const CliSubcommandRegistrar templateSub(
 
 // ---- the window's boxes from arguments ---------------------------------------------------------
 
-std::optional<ParamId> paramByName(const QString& name) {
-    if (auto id = param_catalogue::byDrawColumn(name)) return id;
-    return param_catalogue::byButton(name);
-}
+using cli_tables::paramByName;
 
 // --params NAME,... ticks Check1; --range NAME LO HI and --list NAME "V V" fill boxes (a list
 // sets Option36); --or, --exclude, --tolerance N as the integrated filter reads them.
