@@ -4,6 +4,7 @@
 // on the first N tickets, scaled up to the whole table, with the ratio.
 //
 //   param_filter_bench [--sql-rows N | --no-sql] [--scope 1|3] [--singles | --integrated]
+#include "bench_tables.h"
 #include "bench_timing.h"
 #include "filter/candidate_actions.h"
 #include "filter/param_filter.h"
@@ -85,12 +86,7 @@ ParamContext benchContext() {
     return c;
 }
 
-// The first `rows` tickets of `t` as a table of their own.
-CandidateTable head(const CandidateTable& t, uint64_t rows) {
-    CandidateTable h(t.kind(), rows);
-    for (int k = 1; k <= 7; ++k) std::copy_n(t.fig(k).begin(), rows, h.fig(k).begin());
-    return h;
-}
+using bench::head;
 
 }  // namespace
 

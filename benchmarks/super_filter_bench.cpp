@@ -4,6 +4,7 @@
 // filters are timed once each.
 //
 //   super_filter_bench [--sql-rows N | --no-sql] [--draws N] [--history FILE] [--history-only]
+#include "bench_tables.h"
 #include "bench_timing.h"
 #include "filter/candidate_actions.h"
 #include "filter/super_filter.h"
@@ -48,11 +49,7 @@ DrawHistory readHistory(const QString& path) {
     return h;
 }
 
-CandidateTable head(const CandidateTable& t, uint64_t rows) {
-    CandidateTable h(t.kind(), rows);
-    for (int k = 1; k <= 7; ++k) std::copy_n(t.fig(k).begin(), rows, h.fig(k).begin());
-    return h;
-}
+using bench::head;
 
 }  // namespace
 

@@ -1,0 +1,18 @@
+#pragma once
+
+// Candidate tables for the benchmarks' SQL comparisons.
+
+#include "filter/candidate_table.h"
+
+#include <algorithm>
+
+namespace bench {
+
+// The first `rows` tickets of `t` as a table of their own.
+inline CandidateTable head(const CandidateTable& t, uint64_t rows) {
+    CandidateTable h(t.kind(), rows);
+    for (int k = 1; k <= 7; ++k) std::copy_n(t.fig(k).begin(), rows, h.fig(k).begin());
+    return h;
+}
+
+}  // namespace bench
