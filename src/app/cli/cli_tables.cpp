@@ -1,26 +1,73 @@
 #include "app/cli/cli_tables.h"
 
+#include "app/cli/cli_context.h"
+#include "app/cli/command.h"
 #include "filter/candidate_store.h"
+
+#include <array>
 
 namespace cli_tables {
 
-std::optional<FilterInstance> instanceFor(CliContext& ctx, const QStringList& args) {
-    bool found = false;
-    const QString name = cliargs::option(args, QStringLiteral("--table"), &found);
-    if (!found || name.compare(QLatin1String("zuhe"), Qt::CaseInsensitive) == 0) return FilterInstance::GAganMb;
-    if (name.compare(QLatin1String("zuheRote"), Qt::CaseInsensitive) == 0) return FilterInstance::GAganRoteMb;
-    if (name.compare(QLatin1String("zuheRead"), Qt::CaseInsensitive) == 0) return FilterInstance::GAganRead;
-    if (name.compare(QLatin1String("zuheMoban"), Qt::CaseInsensitive) == 0) return FilterInstance::GAganZhMb;
-    ctx.fail(QStringLiteral("--table: one of zuhe, zuheRote, zuheRead, zuheMoban"));
+namespace {
+
+constexpr std::array kStoredKinds{Kind::Zuhe, Kind::ZuheRote, Kind::ZuheMoban, Kind::ZuheRead, Kind::Zuhef};
+constexpr std::array kWindowKinds{Kind::Zuhe, Kind::ZuheRote, Kind::ZuheRead, Kind::ZuheMoban};
+
+template <size_t N>
+QStringList tableNames(const std::array<Kind, N>& kinds) {
+    QStringList names;
+    for (Kind k : kinds) names << schema::candidateTableName(k);
+    return names;
+}
+
+}  // namespace
+
+OptionSpec storedTableOption() {
+    return OptionSpec::valued(
+        QStringLiteral("table"), QStringLiteral("T"),
+        QStringLiteral("The candidate table: zuhe (the default), zuheRote, zuheMoban, zuheRead "
+                       "or zuhef."),
+        ValueKind::oneOf(tableNames(kStoredKinds)));
+}
+
+Kind storedTable(const Args& args) {
+    return kStoredKinds[static_cast<size_t>(args.choice(QStringLiteral("table")))];
+}
+
+OptionSpec windowTableOption() {
+    return OptionSpec::valued(QStringLiteral("table"), QStringLiteral("T"),
+                              QStringLiteral("The candidate table: zuhe (the default), zuheRote, zuheRead or "
+                                             "zuheMoban."),
+                              ValueKind::oneOf(tableNames(kWindowKinds)));
+}
+
+FilterInstance windowInstance(const Args& args) {
+    const auto instance =
+        reopeningInstance(kWindowKinds[static_cast<size_t>(args.choice(QStringLiteral("table")))]);
+    Q_ASSERT(instance);  // every kind of the list has its window
+    return *instance;
+}
+
+std::optional<FilterInstance> reopeningInstance(Kind kind) {
+    switch (kind) {
+        case Kind::Zuhe:
+            return FilterInstance::GAganMb;
+        case Kind::ZuheRote:
+            return FilterInstance::GAganRoteMb;
+        case Kind::ZuheRead:
+            return FilterInstance::GAganRead;
+        case Kind::ZuheMoban:
+            return FilterInstance::GAganZhMb;
+        case Kind::Zuhef:
+            return std::nullopt;
+    }
     return std::nullopt;
 }
 
-bool OpenTable::open(CliContext& ctx, const QStringList& args, bool withTable) {
-    const auto instance = instanceFor(ctx, args);
-    if (!instance) return false;
+bool OpenTable::open(CliContext& ctx, const Args& args, bool withTable) {
     session = ctx.session();
     if (!session) return false;
-    workspace = std::make_unique<FilterWorkspace>(*instance, session->paths().filnumDb());
+    workspace = std::make_unique<FilterWorkspace>(windowInstance(args), session->paths().filnumDb());
     if (!withTable) return true;
     QString error;
     if (!workspace->openStored(session->fildb(), nullptr, &error) ||
@@ -35,12 +82,7 @@ int OpenTable::finish(CliContext& ctx) {
     const candidate_store::SaveResult saved = workspace->waitForWrite();
     if (saved.outcome != candidate_store::Outcome::Done) return ctx.fail(saved.error);
     ctx.out << workspace->table().liveCount() << '\n';
-    return 0;
-}
-
-std::optional<ParamId> paramByName(const QString& name) {
-    if (auto id = param_catalogue::byDrawColumn(name)) return id;
-    return param_catalogue::byButton(name);
+    return Command::kDone;
 }
 
 }  // namespace cli_tables

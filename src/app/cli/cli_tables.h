@@ -1,19 +1,34 @@
 #pragma once
 
-// What the filter commands share: the table named by --table, the filter window reopened on
-// it, and the parameters by name.
+// What the commands on candidate tables share: the --table option, and the filter window
+// reopened on the stored table.
 
-#include "app/cli/cli.h"
+#include "app/cli/command_args.h"
 #include "filter/filter_workspace.h"
-#include "filter/param_catalogue.h"
+#include "workspace/schema.h"
 
 #include <memory>
 #include <optional>
 
+class CliContext;
+class Session;
+
 namespace cli_tables {
 
-// The window that reopens the table named by --table (zuhe when absent).
-std::optional<FilterInstance> instanceFor(CliContext& ctx, const QStringList& args);
+using Kind = schema::CandidateKind;
+
+// --table over every stored candidate table: zuhe (the default), zuheRote, zuheMoban, zuheRead
+// and zuhef.
+OptionSpec storedTableOption();
+Kind storedTable(const Args& args);
+
+// --table over the tables a filter window reopens: zuhe (the default), zuheRote, zuheRead and
+// zuheMoban.
+OptionSpec windowTableOption();
+FilterInstance windowInstance(const Args& args);
+
+// The window that reopens a stored table of this kind; zuhef has none among the seven.
+std::optional<FilterInstance> reopeningInstance(Kind kind);
 
 // The filter window's logic reopened on the stored table, as a window opening it would.
 struct OpenTable {
@@ -21,12 +36,9 @@ struct OpenTable {
     std::unique_ptr<FilterWorkspace> workspace;
 
     // With `withTable` false only the workspace is made (commands that need no table).
-    bool open(CliContext& ctx, const QStringList& args, bool withTable = true);
+    bool open(CliContext& ctx, const Args& args, bool withTable = true);
     // Waits for the record to be written and prints the live count.
     int finish(CliContext& ctx);
 };
-
-// A parameter by its draw column ("Znum") or its button ("Option23").
-std::optional<ParamId> paramByName(const QString& name);
 
 }  // namespace cli_tables

@@ -1,0 +1,55 @@
+#include "app/cli/cli_context.h"
+
+#include "workspace/workspace_list.h"
+
+#include <cstdio>
+
+CliContext::CliContext(DataRoot r, QString workspace)
+    : root(std::move(r)),
+      settings(root.settingsDir()),
+      out(stdout),
+      err(stderr),
+      m_workspace(std::move(workspace)) {}
+
+QString CliContext::workspaceName() {
+    if (!m_workspace.isEmpty()) return m_workspace;
+    WorkspaceList list(settings, root);
+    list.load();
+    const int k = list.ftopt();
+    return k >= 1 ? list.name(k - 1) : QString();
+}
+
+Session* CliContext::session() {
+    if (m_session) return m_session.get();
+    WorkspaceList list(settings, root);
+    list.load();
+    const QString name = workspaceName();
+    const int row = static_cast<int>(list.names().indexOf(name));
+    if (name.isEmpty() || row < 0) {
+        fail(name.isEmpty() ? kNoWorkspace : QStringLiteral("no workspace named %1").arg(name));
+        return nullptr;
+    }
+    EnteredWorkspace w;
+    w.index = row + 1;
+    w.name = name;
+    w.bitnum = settings.readInt(keys::Bitnum, name);
+    w.bitnumHou = settings.readInt(keys::BitnumHou, name);
+    auto s = std::make_unique<Session>(root, settings);
+    QString error;
+    if (!s->open(w, &error)) {
+        fail(error);
+        return nullptr;
+    }
+    m_session = std::move(s);
+    return m_session.get();
+}
+
+void CliContext::reportMessages() {
+    for (const QString& m : prompter.messages()) err << m << Qt::endl;
+    prompter.clear();
+}
+
+int CliContext::fail(const QString& message) {
+    err << message << Qt::endl;
+    return 1;
+}

@@ -1,0 +1,196 @@
+#include "app/cli/moban_commands.h"
+
+#include "app/cli/args_prompter.h"
+#include "app/cli/cli_context.h"
+#include "app/cli/super_forms.h"
+#include "app/cli/super_window.h"
+#include "app/cli/window_boxes.h"
+#include "filter/moban_snapshot.h"
+#include "filter/moban_store.h"
+
+namespace {
+
+// --scope and --table: the window the templates are used in.
+std::vector<OptionSpec> windowOptions() {
+    return {window_boxes::scopeOption(), cli_tables::windowTableOption()};
+}
+
+const QString kWindowSynopsis = QStringLiteral("[--scope ZONE] [--table T]");
+
+int printCount(CliContext& ctx, SuperWindow& w) {
+    ctx.out << MobanStore(w.session->fildb()).count() << '\n';
+    return Command::kDone;
+}
+
+QString withWindow(const QString& synopsis) {
+    return (synopsis.isEmpty() ? QString() : synopsis + QLatin1Char(' ')) + kWindowSynopsis +
+           QStringLiteral(" [--dismiss]");
+}
+
+std::vector<OptionSpec> integratedOptions() {
+    std::vector<OptionSpec> specs = window_boxes::runOptions();
+    for (OptionSpec& o : window_boxes::senseOptions()) specs.push_back(std::move(o));
+    specs.push_back(
+        OptionSpec::valued(QStringLiteral("code"), QStringLiteral("C"),
+                           QStringLiteral("The step code (intCmdnb) the window holds; 0 in a fresh window."),
+                           ValueKind::integer()));
+    return specs;
+}
+
+}  // namespace
+
+MobanListCommand::MobanListCommand()
+    : Command(QStringLiteral("moban list"), kWindowSynopsis,
+              QStringLiteral("Prints the steps of the filter template with the text each shows.")) {
+    options(windowOptions());
+}
+
+int MobanListCommand::execute(CliContext& ctx, const Args& args) const {
+    SuperWindow w;
+    if (!w.open(ctx, args, false)) return kRefused;
+    ctx.out << "Idx\tintCmdnb\tintQianHou\tsknum\tskzu";
+    for (int i = 0; i < 10; ++i) ctx.out << "\tsk" << i;
+    ctx.out << "\tLabel3\n";
+    for (const QVariantMap& row : MobanStore(w.session->fildb()).rows()) {
+        const auto col = [&](const QString& n) { return moban_snapshot::column(row, n).toString(); };
+        SuperInputs shown;
+        const int code = col(QStringLiteral("intCmdnb")).toInt();
+        if (code != 0 && code != 1 && code != 2) moban_snapshot::applySuper(row, code, shown);
+        bool known = false;
+        const QString label = w.recorder->stepText(row, shown, w.tab, known);
+        ctx.out << col(QStringLiteral("Idx")) << '\t' << col(QStringLiteral("intCmdnb")) << '\t'
+                << col(QStringLiteral("intQianHou")) << '\t' << col(QStringLiteral("sknum")) << '\t'
+                << col(QStringLiteral("skzu"));
+        for (int i = 0; i < 10; ++i) ctx.out << '\t' << col(QStringLiteral("sk%1").arg(i));
+        ctx.out << '\t' << (known ? label : QString()) << '\n';
+    }
+    return kDone;
+}
+
+MobanAddCommand::MobanAddCommand(const QString& form, const QString& synopsis, const QString& description,
+                                 std::vector<PositionalSpec> ownPositionals,
+                                 std::vector<OptionSpec> ownOptions)
+    : Command(QStringLiteral("moban add ") + form, withWindow(synopsis),
+              description + QStringLiteral(" Prints the count of steps.")) {
+    positionals(std::move(ownPositionals));
+    options(std::move(ownOptions));
+    options(windowOptions());
+    flag(QStringLiteral("dismiss"),
+         QStringLiteral("Closes the popup without a new step: the last step takes the input."));
+}
+
+int MobanAddCommand::execute(CliContext& ctx, const Args& args) const {
+    SuperWindow w;
+    if (!w.open(ctx, args, false)) return kRefused;
+    const bool dismiss = args.has(QStringLiteral("dismiss"));
+    const std::optional<RecordSource> source = prepare(ctx, args, w);
+    if (!source) return kRefused;
+    const MobanRecorder::RecordOutcome r = w.recorder->popupClosed(!dismiss, *source, w.state, w.in);
+    printCount(ctx, w);
+    return r.added || dismiss ? kDone : ctx.fail(QStringLiteral("the step could not be recorded"));
+}
+
+MobanAddSuperCommand::MobanAddSuperCommand(const SuperForm& form)
+    : MobanAddCommand(form.name, form.synopsis, QStringLiteral("Records a step: ") + form.description,
+                      form.positionals, form.options),
+      m_form(form) {}
+
+QString MobanAddSuperCommand::check(const Args& args) const { return m_form.check(args); }
+
+std::optional<RecordSource> MobanAddSuperCommand::prepare(CliContext& ctx, const Args& args,
+                                                          SuperWindow& w) const {
+    const auto call = m_form.call(ctx, args);
+    if (!call) return std::nullopt;
+    ArgsPrompter prompter(call->answers);
+    if (call->direct) {
+        w.in = *call->direct;
+        w.workspace->setIntCmdnb(static_cast<int16_t>(super_filter::stepCode(call->button)));
+    } else if (!w.super->click(call->button, FilterWorkspace::Mouse::Right, w.in, w.tab, prompter)
+                    .popupMnuAdm) {
+        prompter.fail(ctx, QStringLiteral("the action ended"));
+        return std::nullopt;
+    }
+    return RecordSource::super(call->button);
+}
+
+MobanAddRelationCommand::MobanAddRelationCommand() : MobanAddSuperCommand(super_forms::relation()) {}
+MobanAddHistoryCommand::MobanAddHistoryCommand() : MobanAddSuperCommand(super_forms::history()) {}
+MobanAddInclusionCommand::MobanAddInclusionCommand() : MobanAddSuperCommand(super_forms::inclusion()) {}
+MobanAddSameAsTemplateCommand::MobanAddSameAsTemplateCommand()
+    : MobanAddSuperCommand(super_forms::sameAsTemplate()) {}
+
+MobanAddInvertCommand::MobanAddInvertCommand(const QString& form, const QString& description, int code)
+    : MobanAddCommand(form, {}, description, {}, {}), m_code(code) {}
+
+std::optional<RecordSource> MobanAddInvertCommand::prepare(CliContext&, const Args&, SuperWindow& w) const {
+    w.workspace->setIntCmdnb(static_cast<int16_t>(m_code));
+    return RecordSource::invert();
+}
+
+MobanAddInvertAllCommand::MobanAddInvertAllCommand()
+    : MobanAddInvertCommand(QStringLiteral("invert-all"),
+                            QStringLiteral("Records a step that inverts every ticket."), 2) {}
+
+MobanAddInvertLastCommand::MobanAddInvertLastCommand()
+    : MobanAddInvertCommand(QStringLiteral("invert-last"),
+                            QStringLiteral("Records a step that inverts what the step before did."), 1) {}
+
+MobanAddIntegratedCommand::MobanAddIntegratedCommand()
+    : MobanAddCommand(
+          QStringLiteral("integrated"),
+          QStringLiteral(
+              "[--params NAMES] [--range NAME LO HI]... [--list NAME \"V V\"]... [--interval LO HI] "
+              "[--or] [--exclude] [--tolerance N] [--code C]"),
+          QStringLiteral("Records the window's boxes on the step, as Option29's popup does."), {},
+          integratedOptions()) {}
+
+QString MobanAddIntegratedCommand::check(const Args& args) const {
+    return window_boxes::checkSense(args, false);
+}
+
+std::optional<RecordSource> MobanAddIntegratedCommand::prepare(CliContext&, const Args& args,
+                                                               SuperWindow& w) const {
+    // Option29 records the code the window holds: 0 in a fresh window, or --code.
+    if (args.has(QStringLiteral("code")))
+        w.workspace->setIntCmdnb(static_cast<int16_t>(args.integer(QStringLiteral("code"))));
+    window_boxes::readRun(args, w.state, window_boxes::Tick::OwnBox);
+    window_boxes::readSense(args, w.state);
+    return RecordSource::option29();
+}
+
+MobanReplayCommand::MobanReplayCommand()
+    : Command(QStringLiteral("moban replay"), kWindowSynopsis,
+              QStringLiteral("Runs every step of the filter template on the table; prints the live count.")) {
+    options(windowOptions());
+}
+
+int MobanReplayCommand::execute(CliContext& ctx, const Args& args) const {
+    SuperWindow w;
+    if (!w.open(ctx, args, true)) return kRefused;
+    w.recorder->replay(w.state, w.in, w.tab);
+    return w.finish(ctx);
+}
+
+MobanEditCommand::MobanEditCommand(const QString& name, const QString& description, Edit edit)
+    : Command(name, kWindowSynopsis, description), m_edit(edit) {
+    options(windowOptions());
+}
+
+int MobanEditCommand::execute(CliContext& ctx, const Args& args) const {
+    SuperWindow w;
+    if (!w.open(ctx, args, false)) return kRefused;
+    (w.recorder.get()->*m_edit)();
+    return printCount(ctx, w);
+}
+
+MobanDeleteLastCommand::MobanDeleteLastCommand()
+    : MobanEditCommand(
+          QStringLiteral("moban delete-last"),
+          QStringLiteral("Deletes the last step of the filter template; prints the count of steps."),
+          &MobanRecorder::deleteLast) {}
+
+MobanClearCommand::MobanClearCommand()
+    : MobanEditCommand(
+          QStringLiteral("moban clear"),
+          QStringLiteral("Deletes every step of the filter template; prints the count of steps."),
+          &MobanRecorder::clear) {}
