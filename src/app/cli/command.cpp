@@ -2,6 +2,8 @@
 
 #include <QCommandLineParser>
 
+#include <algorithm>
+
 namespace {
 
 // Joins the values of an option that takes several: --range 2 3 reaches the parser as one

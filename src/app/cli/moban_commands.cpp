@@ -91,7 +91,8 @@ int MobanAddCommand::execute(CliContext& ctx, const Args& args) const {
 }
 
 MobanAddSuperCommand::MobanAddSuperCommand(const SuperForm& form)
-    : MobanAddCommand(form.name, form.synopsis, QStringLiteral("Records a step: ") + form.description,
+    : MobanAddCommand(form.name, form.synopsis,
+                      QStringLiteral("Records `filter %1` as a step of the filter template.").arg(form.name),
                       form.positionals, form.options),
       m_form(form) {}
 
@@ -141,7 +142,7 @@ MobanAddIntegratedCommand::MobanAddIntegratedCommand()
           QStringLiteral(
               "[--params NAMES] [--range NAME LO HI]... [--list NAME \"V V\"]... [--interval LO HI] "
               "[--or] [--exclude] [--tolerance N] [--code C]"),
-          QStringLiteral("Records the window's boxes on the step, as Option29's popup does."), {},
+          QStringLiteral("Records the boxes of the integrated filter (多选参数整合过滤) as a step."), {},
           integratedOptions()) {}
 
 QString MobanAddIntegratedCommand::check(const Args& args) const {

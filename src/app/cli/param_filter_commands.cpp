@@ -36,7 +36,7 @@ FilterParamCommand::FilterParamCommand()
     option(QStringLiteral("range"), QStringLiteral("LO HI"),
            QStringLiteral("The range of values, also as LO,HI."), {ValueKind::number(), ValueKind::number()});
     option(QStringLiteral("list"), QStringLiteral("VALUES"),
-           QStringLiteral("The values, as \"2 3\" (list mode, Option36)."), ValueKind::values());
+           QStringLiteral("The values, as \"2 3\" (list mode)."), ValueKind::values());
     options({window_boxes::intervalOption()});
     options(window_boxes::commonOptions());
     options({cli_tables::windowTableOption()});
@@ -75,7 +75,8 @@ FilterIntegratedCommand::FilterIntegratedCommand()
           QStringLiteral("filter integrated"),
           QStringLiteral(
               "--params NAMES (--keep|--exclude) [--and|--or] [--tolerance N] [--range NAME LO HI]... "
-              "[--list NAME \"V V\"]... [--interval LO HI] [--scope ZONE] [--positions LIST] [--table T]"),
+              "[--list NAME \"V V\"]... [--interval LO HI] [--scope ZONE] [--positions LIST] [--odd LIST] "
+              "[--even LIST] [--table T]"),
           QStringLiteral(
               "Runs the ticked parameters at one stroke (多选参数整合过滤); prints the live count.")) {
     options(window_boxes::runOptions());

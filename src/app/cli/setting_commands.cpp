@@ -125,8 +125,9 @@ RangeCommand::RangeCommand()
           QStringLiteral("range"),
           QStringLiteral("--column COL [--span N] (--minmax | --average SHARE | --top COUNT) "
                          "[--table fig|fighou|figquan]"),
-          QStringLiteral("Asks the history for a parameter's range, as the window's Combo1 does; prints LO "
-                         "and HI, or the values for --top.")) {
+          QStringLiteral(
+              "Asks the history for a parameter's range, as the window's range boxes are preset; prints LO "
+              "and HI, or the values for --top.")) {
     option(QStringLiteral("column"), QStringLiteral("COL"),
            QStringLiteral("The parameter's draw column (Znum, Onum, fig1, ...)."),
            ValueKind::oneOf(rangeColumns()));

@@ -49,8 +49,7 @@ int SuperFilterCommand::execute(CliContext& ctx, const Args& args) const {
     ArgsPrompter prompter(call->answers);
     if (!super_filter::enabled(call->button, w.tab, w.workspace->traits()))
         return ctx.fail(
-            QStringLiteral("%1 (%2) is disabled in this tab")
-                .arg(super_filter::caption(call->button, w.tab), super_filter::objectName(call->button)));
+            QStringLiteral("%1 is disabled in this tab").arg(super_filter::caption(call->button, w.tab)));
     const SuperFilter::Outcome o =
         w.super->click(call->button, FilterWorkspace::Mouse::Left, w.in, w.tab, prompter);
     if (!o.ran) return prompter.fail(ctx, QStringLiteral("the action ended"));

@@ -35,7 +35,7 @@ std::vector<OptionSpec> commonOptions() {
     return {
         scopeOption(),
         OptionSpec::valued(QStringLiteral("positions"), QStringLiteral("LIST"),
-                           QStringLiteral("The positions 1..7 that count (ChkBt); all when absent."),
+                           QStringLiteral("The positions 1..7 that count; all when absent."),
                            ValueKind::numbers()),
         OptionSpec::valued(QStringLiteral("odd"), QStringLiteral("LIST"),
                            QStringLiteral("Positions 1..5 whose number must be odd."), ValueKind::numbers()),
@@ -81,7 +81,7 @@ void readSense(const Args& args, ParamWindowState& s) { s.keep = !args.has(QStri
 OptionSpec intervalOption() {
     return OptionSpec::valued(
         QStringLiteral("interval"), QStringLiteral("LO HI"),
-        QStringLiteral("自定区间 counts the numbers above LO up to HI (Text66(3), Text66(2))."),
+        QStringLiteral("自定区间 counts the numbers above LO up to HI; 0 and 9 when absent."),
         {ValueKind::number(), ValueKind::number()});
 }
 
@@ -101,10 +101,9 @@ std::vector<OptionSpec> runOptions() {
             OptionSpec::valued(QStringLiteral("range"), QStringLiteral("NAME LO HI"),
                                QStringLiteral("A parameter's range; repeat for each parameter."),
                                {ValueKind::param(), ValueKind::number(), ValueKind::number()}),
-            OptionSpec::valued(
-                QStringLiteral("list"), QStringLiteral("NAME VALUES"),
-                QStringLiteral("A parameter's values, as \"2 3\"; puts the run in list mode (Option36)."),
-                {ValueKind::param(), ValueKind::values()}),
+            OptionSpec::valued(QStringLiteral("list"), QStringLiteral("NAME VALUES"),
+                               QStringLiteral("A parameter's values, as \"2 3\"; puts the run in list mode."),
+                               {ValueKind::param(), ValueKind::values()}),
             intervalOption(),
             OptionSpec::flag(QStringLiteral("and"),
                              QStringLiteral("Logical and of the parameters (the default).")),
