@@ -1,23 +1,17 @@
 #pragma once
 
 #include "filter/engine_progress.h"
+#include "workspace/ui/work_progress.h"
 
-#include <QString>
-
-#include <memory>
-
-class QProgressDialog;
-class QWidget;
-
-// Progress of engine work in a modal progress dialog; it appears only when the work takes
-// longer than a moment, and its cancel button stops the work at the next chunk.
+// Progress of engine work in the window's work progress dialog: made when the work reports
+// first, shown once it has run a moment; its cancel button stops the work at the next chunk.
 class DialogProgress : public EngineProgress {
 public:
-    DialogProgress(const QString& label, QWidget* parent, bool cancellable = true);
-    ~DialogProgress() override;
-    void progress(uint64_t done, uint64_t total) override;
-    bool cancelled() const override;
+    DialogProgress(const QString& label, QWidget* parent, bool cancellable = true)
+        : m_progress(label, parent, cancellable) {}
+    void progress(uint64_t done, uint64_t total) override { m_progress.report(done, total); }
+    bool cancelled() const override { return m_progress.cancelled(); }
 
 private:
-    std::unique_ptr<QProgressDialog> m_dialog;
+    WorkProgress m_progress;
 };

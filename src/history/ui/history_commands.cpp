@@ -8,6 +8,7 @@
 #include "history/progress.h"
 #include "history/ui/frm_lst_url.h"
 #include "workspace/session.h"
+#include "workspace/ui/work_progress.h"
 #include "workspace/ui/main_window.h"
 
 #include <QAction>
@@ -15,7 +16,6 @@
 #include <QDesktopServices>
 #include <QKeyEvent>
 #include <QLineEdit>
-#include <QProgressDialog>
 #include <QPushButton>
 #include <QTableView>
 #include <QUrl>
@@ -64,17 +64,12 @@ void HistoryCommands::apply(const HistoryActionResult& result) {
 
 HistoryActionResult HistoryCommands::withProgress(
     const QString& label, const std::function<HistoryActionResult(const HistoryProgress*)>& work) {
-    QProgressDialog dialog(label, QStringLiteral("取消"), 0, 100, &m_window);
-    dialog.setObjectName(QStringLiteral("historyProgress"));
-    dialog.setWindowModality(Qt::WindowModal);
-    dialog.setMinimumDuration(400);
+    WorkProgress dialog(label, &m_window);
     HistoryProgress progress;
     progress.report = [&dialog](int done, int total) {
-        dialog.setMaximum(qMax(total, 1));
-        dialog.setValue(qMin(done, qMax(total, 1)));
-        QApplication::processEvents();
+        dialog.report(static_cast<uint64_t>(qMax(done, 0)), static_cast<uint64_t>(qMax(total, 1)));
     };
-    progress.cancelled = [&dialog] { return dialog.wasCanceled(); };
+    progress.cancelled = [&dialog] { return dialog.cancelled(); };
     QApplication::setOverrideCursor(Qt::WaitCursor);
     HistoryActionResult result = work(&progress);
     QApplication::restoreOverrideCursor();

@@ -6,10 +6,10 @@
 #include "prize/ui/prize_check_window.h"
 #include "workspace/prompter.h"
 #include "workspace/session.h"
+#include "workspace/ui/work_progress.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
-#include <QProgressDialog>
 #include <QThread>
 
 #include <atomic>
@@ -42,15 +42,13 @@ std::unique_ptr<PrizeView> openWithProgress(Session& session, Prompter& prompter
         opened = prize_session::open(session, kind, &progress);
         done = true;
     });
-    QProgressDialog dialog(QStringLiteral("正在对奖..."), QStringLiteral("取消"), 0, 1000, parent);
-    dialog.setWindowModality(Qt::WindowModal);
-    dialog.setMinimumDuration(300);
+    WorkProgress dialog(QStringLiteral("正在对奖..."), parent);
     while (!done) {
         QApplication::processEvents(QEventLoop::AllEvents, kPollMs);
         QThread::msleep(kPollMs / 3);
         const uint64_t total = progress.m_total;
-        if (total > 0) dialog.setValue(static_cast<int>(progress.m_done * 1000 / total));
-        if (dialog.wasCanceled()) progress.m_cancel = true;
+        if (total > 0) dialog.report(progress.m_done, total);
+        if (dialog.cancelled()) progress.m_cancel = true;
     }
     worker.join();
     QApplication::restoreOverrideCursor();

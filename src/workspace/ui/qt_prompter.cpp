@@ -1,13 +1,33 @@
 #include "workspace/ui/qt_prompter.h"
 
 #include "workspace/ui/frm_login.h"
+#include "workspace/ui/work_progress.h"
 
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QAbstractButton>
+#include <QApplication>
 #include <QMessageBox>
 
 namespace {
+// While a prompt is open it is the only dialog: a running work's progress dialog steps aside,
+// and a busy pointer set around the work gives way to the normal one.
+class PromptScope {
+public:
+    PromptScope() : m_busyPointer(QApplication::overrideCursor() != nullptr) {
+        WorkProgress::stepAsideForPrompt();
+        if (m_busyPointer) QApplication::setOverrideCursor(Qt::ArrowCursor);
+    }
+    ~PromptScope() {
+        if (m_busyPointer) QApplication::restoreOverrideCursor();
+    }
+    PromptScope(const PromptScope&) = delete;
+    PromptScope& operator=(const PromptScope&) = delete;
+
+private:
+    bool m_busyPointer;
+};
+
 QMessageBox::Icon toQt(Prompter::Icon icon) {
     switch (icon) {
         case Prompter::Icon::Information: return QMessageBox::Information;
@@ -20,6 +40,7 @@ QMessageBox::Icon toQt(Prompter::Icon icon) {
 
 QMessageBox::StandardButton ask(QWidget* parent, const QString& title, const QString& text, Prompter::Icon icon,
                                 QMessageBox::StandardButtons buttons, QMessageBox::StandardButton def) {
+    PromptScope scope;
     QMessageBox box(toQt(icon), title, text, buttons, parent);
     box.setDefaultButton(def);
     const std::pair<QMessageBox::StandardButton, const char*> texts[] = {
@@ -45,6 +66,7 @@ bool QtPrompter::yesNo(const QString& title, const QString& text, Icon icon) {
 
 std::optional<QString> QtPrompter::askTextOrCancel(const QString& title, const QString& prompt,
                                                    const QString& proposal) {
+    PromptScope scope;
     QInputDialog dlg(m_parent);
     dlg.setWindowTitle(title);
     dlg.setLabelText(prompt);
@@ -56,15 +78,18 @@ std::optional<QString> QtPrompter::askTextOrCancel(const QString& title, const Q
 }
 
 bool QtPrompter::login(const QString& expectedPassword) {
+    PromptScope scope;
     FrmLogin dlg(expectedPassword, *this, m_parent);
     dlg.exec();
     return dlg.loginSucceeded();
 }
 
 QString QtPrompter::openFile(const QString& title, const QString& dir, const QString& filter) {
+    PromptScope scope;
     return QFileDialog::getOpenFileName(m_parent, title, dir, filter);
 }
 
 QString QtPrompter::saveFile(const QString& title, const QString& dir, const QString& filter) {
+    PromptScope scope;
     return QFileDialog::getSaveFileName(m_parent, title, dir, filter);
 }
