@@ -69,6 +69,7 @@ void MainWindowHistoryTest::typedDrawIsCheckedThenAppended() {
     // A one-digit number leaves a "_": the first message, nothing stored.
     for (int box = 1; box <= 6; ++box) f.type(box, QStringLiteral("%1").arg(box * 3, 2, 10, QLatin1Char('0')));
     f.type(7, QStringLiteral("4"));
+    QTest::keyClick(f.window->findChild<QLineEdit*>(QStringLiteral("MaskEdBox1(7)")), Qt::Key_Return);
     QCOMPARE(f.session->drawnum(), 0);
     QCOMPARE(f.prompter.asked().last().title, QStringLiteral("输入错误!!!"));
     // 放弃输入 clears the row; a good draw, typed unsorted, is sorted and appended.

@@ -6,6 +6,7 @@
 #include "history/history_download.h"
 #include "history/history_import.h"
 #include "history/progress.h"
+#include "history/ui/entry_row.h"
 #include "history/ui/frm_lst_url.h"
 #include "workspace/session.h"
 #include "workspace/ui/work_progress.h"
@@ -38,12 +39,9 @@ HistoryCommands::HistoryCommands(MainWindow& window, Prompter& prompter, std::fu
         QAction* a = window.action(QString::fromLatin1(c.item));
         connect(a, &QAction::triggered, this, c.run);
     }
-    for (int i = 0; i < static_cast<int>(m_boxes.size()); ++i) {
-        m_boxes[i]->setInputMask(QStringLiteral("99;_"));
-        connect(m_boxes[i], &QLineEdit::textChanged, this, [this, i] { entryChanged(i + 1); });
-    }
-    if (auto* discard = window.findChild<QPushButton*>(QStringLiteral("discardEntry")))
-        connect(discard, &QPushButton::clicked, this, &HistoryCommands::discardEntry);
+    auto* discard = window.findChild<QPushButton*>(QStringLiteral("discardEntry"));
+    connect(new EntryRow(m_boxes, discard, this), &EntryRow::checkRequested, this, &HistoryCommands::submitEntry);
+    if (discard) connect(discard, &QPushButton::clicked, this, &HistoryCommands::discardEntry);
 
     m_text1 = new QLineEdit(m_grid->viewport());
     m_text1->setObjectName(QStringLiteral("Text1"));
@@ -125,13 +123,8 @@ void HistoryCommands::discardEntry() {
     focusEntry();
 }
 
-void HistoryCommands::entryChanged(int box) {
+void HistoryCommands::submitEntry() {
     if (m_resettingEntry) return;
-    const QString text = m_boxes[box - 1]->displayText();
-    if (box < DrawEntry::kBoxes) {
-        if (DrawEntry::movesFocus(box, text)) m_boxes[box]->setFocus();
-        return;
-    }
     DrawEntry::Boxes boxes;
     for (int i = 0; i < DrawEntry::kBoxes; ++i) boxes[static_cast<size_t>(i)] = m_boxes[i]->displayText();
     const HistoryActionResult r = DrawEntry(m_window.session(), m_prompter).submit(boxes);

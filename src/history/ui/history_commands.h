@@ -43,7 +43,7 @@ private:
     void apply(const HistoryActionResult& result);
     HistoryActionResult withProgress(const QString& label,
                                      const std::function<HistoryActionResult(const HistoryProgress*)>& work);
-    void entryChanged(int box);
+    void submitEntry();  // EntryRow: box 7 changed
     void commitText1(int key);
 
     MainWindow& m_window;
