@@ -2,6 +2,7 @@
 
 #include "filter/range_query.h"
 #include "filter/result_grid_model.h"
+#include "workspace/ui/column_widths.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -329,6 +330,7 @@ QWidget* FilterWindow::makeGridPanel() {
     m_grid->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_model = new ResultGridModel(this);
     m_grid->setModel(m_model);
+    ColumnWidths::fit(m_grid);
     connect(m_grid, &QTableView::doubleClicked, this, [this](const QModelIndex& index) {
         m_params->doubleClick(*m_model, index.row());
         setWindowTitle(m_workspace->caption());

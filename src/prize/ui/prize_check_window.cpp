@@ -3,6 +3,7 @@
 #include "prize/prize_report.h"
 #include "prize/ui/prize_models.h"
 #include "workspace/prompter.h"
+#include "workspace/ui/column_widths.h"
 
 #include <QCloseEvent>
 #include <QGridLayout>
@@ -70,6 +71,7 @@ QTableView* PrizeCheckWindow::makeGrid(const QString& name, QAbstractItemModel* 
 void PrizeCheckWindow::applyWidths(QTableView* grid, const PrizeListModel& model) {
     for (int c = 0; c < model.columns().size(); ++c)
         grid->setColumnWidth(c, twipsToPixels(model.columns()[c].widthTwips));
+    ColumnWidths::fit(grid);
 }
 
 QWidget* PrizeCheckWindow::makeLists() {
@@ -124,6 +126,7 @@ QWidget* PrizeCheckWindow::makeSide() {
         summary->verticalHeader()->setDefaultSectionSize(kRowHeight);
         summary->setEditTriggers(QAbstractItemView::NoEditTriggers);
         for (int c = 0; c < 2; ++c) summary->setColumnWidth(c, twipsToPixels(kSummaryColumnTwips));
+        ColumnWidths::fit(summary);
         summary->setFixedWidth(2 * twipsToPixels(kSummaryColumnTwips) + 4);
         v->addWidget(summary, 1);
     }

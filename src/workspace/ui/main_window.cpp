@@ -9,6 +9,7 @@
 #include "picking/ui/zone_board_widget.h"
 #include "workspace/prompter.h"
 #include "workspace/session.h"
+#include "workspace/ui/column_widths.h"
 #include "workspace/ui/history_grid_model.h"
 #include "workspace/ui/main_menu.h"
 
@@ -91,6 +92,7 @@ QWidget* MainWindow::makeHistoryArea() {
     m_grid->setSelectionMode(QAbstractItemView::SingleSelection);
     m_grid->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_grid->setFixedWidth(46 + 64 + 7 * 44 + 22);
+    ColumnWidths::fit(m_grid);
     v->addWidget(m_grid, 1);
 
     // The entry row: Label12 and the seven masked fields.
