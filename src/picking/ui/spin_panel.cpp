@@ -28,11 +28,24 @@ void ProbabilityBar::paintEvent(QPaintEvent*) {
 }
 
 namespace {
+// A cell of a spin row. Up to 16 cells show in a row, and the rows must fit under the number
+// board whatever the count: a cell takes between the least width that holds a bold two-digit
+// number and its full width, and a hidden cell keeps its place, so the panel asks for the same
+// width with 5 cells shown as with 16 and never widens the window.
+constexpr int kCellMinWidth = 18;
+constexpr int kCellWidth = 22;
+constexpr int kCellHeight = 20;
+
 QLabel* spinCell(QWidget* parent, const QString& name) {
     auto* l = new QLabel(parent);
     l->setObjectName(name);
     l->setAlignment(Qt::AlignCenter);
-    l->setFixedSize(22, 20);
+    l->setFixedHeight(kCellHeight);
+    l->setMinimumWidth(kCellMinWidth);
+    l->setMaximumWidth(kCellWidth);
+    QSizePolicy policy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    policy.setRetainSizeWhenHidden(true);
+    l->setSizePolicy(policy);
     l->setFrameShape(QFrame::Panel);
     l->setFrameShadow(QFrame::Sunken);
     l->setStyleSheet(QStringLiteral("background: white; color: rgb(200,0,0); font-weight: bold;"));
@@ -51,10 +64,12 @@ SpinRows::SpinRows(QWidget* parent) : QWidget(parent) {
     grid->setHorizontalSpacing(2);
     grid->setVerticalSpacing(3);
     const QString backStyle = QStringLiteral("background: white; color: rgb(0,0,200); font-weight: bold;");
-    grid->addWidget(new QLabel(QStringLiteral("前区机选"), box), 0, 0);
-    grid->addWidget(new QLabel(QStringLiteral("前区预测"), box), 1, 0);
-    grid->addWidget(new QLabel(QStringLiteral("后区机选"), box), 2, 0);
-    grid->addWidget(new QLabel(QStringLiteral("后区预测"), box), 3, 0);
+    const char* titles[] = {"前区机选", "前区预测", "后区机选", "后区预测"};
+    for (int row = 0; row < 4; ++row) {
+        auto* title = new QLabel(QString::fromUtf8(titles[row]), box);
+        title->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+        grid->addWidget(title, row, 0);
+    }
     for (int i = 0; i < kFrontSlots; ++i) {
         m_machine << spinCell(box, QStringLiteral("Label1(%1)").arg(i));
         m_predict << spinCell(box, QStringLiteral("Label2(%1)").arg(i));
@@ -69,7 +84,9 @@ SpinRows::SpinRows(QWidget* parent) : QWidget(parent) {
         grid->addWidget(m_machineHou.last(), 2, 1 + i);
         grid->addWidget(m_predictHou.last(), 3, 1 + i);
     }
+    // The cells grow into spare room up to their full width; the rest stays right of them.
     grid->setColumnStretch(1 + kFrontSlots, 1);
+    for (int i = 0; i < kFrontSlots; ++i) grid->setColumnStretch(1 + i, 1);
     m_comSta = new QPushButton(QStringLiteral("开始(&S)"), box);
     m_comSta->setObjectName(QStringLiteral("ComSta"));
     m_comSpd = new QPushButton(QStringLiteral("暂停(&P)"), box);
@@ -137,6 +154,8 @@ QWidget* ProbabilityBars::makeBars(const QString& title, int count, int offset, 
 }
 
 void ProbabilityBars::setZoneSizes(int bitnum, int bitnumHou) {
-    for (int i = 0; i < static_cast<int>(m_frontBarRows.size()); ++i) m_frontBarRows[i]->setVisible(i + 1 <= bitnum);
-    for (int i = 0; i < static_cast<int>(m_backBarRows.size()); ++i) m_backBarRows[i]->setVisible(i + 1 <= bitnumHou);
+    for (int i = 0; i < static_cast<int>(m_frontBarRows.size()); ++i)
+        m_frontBarRows[i]->setVisible(i + 1 <= bitnum);
+    for (int i = 0; i < static_cast<int>(m_backBarRows.size()); ++i)
+        m_backBarRows[i]->setVisible(i + 1 <= bitnumHou);
 }
