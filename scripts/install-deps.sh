@@ -9,7 +9,8 @@ PACKAGES=(
   qt6-qpa-plugins libqt6sql6-sqlite
   libgl1-mesa-dev libsqlite3-dev sqlite3
   libgtest-dev libgmock-dev libbenchmark-dev libxlsxwriter-dev
-  xvfb xauth imagemagick fonts-noto-cjk python3
+  qt6-translations-l10n
+  xvfb xauth xdotool imagemagick fonts-noto-cjk python3
 )
 
 missing=()

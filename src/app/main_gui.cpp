@@ -5,6 +5,7 @@
 #include "workspace/ui/frmpre.h"
 #include "workspace/ui/main_window.h"
 #include "workspace/ui/qt_prompter.h"
+#include "workspace/ui/qt_translations.h"
 #include "workspace/ui/single_instance.h"
 #include "workspace/workspace_list.h"
 
@@ -17,6 +18,7 @@
 int main(int argc, char** argv) {
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("shuangqu"));
+    qt_translations::install(app);
     QFont font(QStringLiteral("Noto Sans CJK SC"), 9);
     QApplication::setFont(font);
 
