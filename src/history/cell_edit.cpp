@@ -2,6 +2,7 @@
 
 #include "history/history_actions.h"
 #include "history/history_store.h"
+#include "history/history_text.h"
 #include "history/history_texts.h"
 #include "history/recompute.h"
 #include "workspace/prompter.h"
@@ -47,6 +48,17 @@ bool fitsBetweenNeighbours(const DrawNumbers& d, int slot, qint64 v, int bitnum,
     if (slot > first && v <= d[slot - 1]) return false;
     if (slot < last && v >= d[slot + 1]) return false;
     return true;
+}
+
+// An issue fits when the history text gives it back, and the next row's issue still reads back
+// after it as well as it did before.
+bool issueFits(const DrawHistory& h, int row, qint64 v) {
+    const auto& figarr = h.figarr;
+    if (!history_text::issueReadsBack(v, figarr[static_cast<size_t>(row - 1)][0])) return false;
+    if (row >= h.drawnum()) return true;
+    const int32_t next = figarr[static_cast<size_t>(row + 1)][0];
+    return history_text::issueReadsBack(next, static_cast<int32_t>(v)) ||
+           !history_text::issueReadsBack(next, figarr[static_cast<size_t>(row)][0]);
 }
 
 // The statements that store the new value: fig and figquan for a front number, fighou and
@@ -115,6 +127,13 @@ CellEdit::Commit CellEdit::commit(int row, int column, const QString& text, Key 
     if (!value || (isNumber && !fitsBetweenNeighbours(current, slot, *value, m_session.bitnum(),
                                                       m_session.bitnumHou()))) {
         m_prompter.inform(history_texts::kEntryTitle, history_texts::kCellRangeText,
+                          Prompter::Icon::Critical);
+        Commit c{{}, row, column};
+        c.result.outcome = Outcome::Refused;
+        return c;
+    }
+    if (!isNumber && !issueFits(m_session.history(), row, *value)) {
+        m_prompter.inform(history_texts::kEntryTitle, history_texts::kIssueEditText,
                           Prompter::Icon::Critical);
         Commit c{{}, row, column};
         c.result.outcome = Outcome::Refused;

@@ -1,6 +1,7 @@
 #include "history/draw_entry.h"
 
 #include "history/history_actions.h"
+#include "history/history_text.h"
 #include "history/history_texts.h"
 #include "history/history_writer.h"
 #include "workspace/prompter.h"
@@ -69,11 +70,16 @@ HistoryActionResult DrawEntry::submit(const Boxes& boxes) {
     if (text[5] == text[6]) return refuse(history_texts::kEntryRepeatText);
     if (back[0] > back[1]) std::swap(back[0], back[1]);
 
+    // The issue counts on from the last one, as far as the history text can keep it.
+    const int32_t lastIssue = m_session.history().lastIssue();
+    const qint64 issue = static_cast<qint64>(lastIssue) + 1;
+    if (!history_text::issueReadsBack(issue, lastIssue)) return refuse(history_texts::kIssueAppendText);
+
     HistoryState state = HistoryState::of(m_session);
     const int drawnum = state.history.drawnum() + 1;
     if (drawnum > rules::kMaxDraws) return failed();
     DrawNumbers draw{};
-    draw[0] = state.history.lastIssue() + 1;
+    draw[0] = static_cast<int32_t>(issue);
     for (int i = 0; i < kFrontBoxes; ++i) draw[i + 1] = front[i];
     draw[6] = back[0];
     draw[7] = back[1];

@@ -53,7 +53,10 @@ bool isBlank(QByteArrayView line) {
 
 ParsedLine parseLine(QByteArrayView line, int32_t previousIssue) {
     ParsedLine out;
-    out.draw[0] = previousIssue + 1;
+    // A line without an issue of its own continues the previous one, when that can go on.
+    const qint64 nextIssue = static_cast<qint64>(previousIssue) + 1;
+    bool issueRead = false;
+    out.draw[0] = static_cast<int32_t>(std::min<qint64>(nextIssue, std::numeric_limits<int32_t>::max()));
     const qsizetype length = line.size();
     auto at = [&](qsizetype pos) { return pos < length ? line[pos] : '\0'; };
     // pos is 0-based here; the scan stops before the last character, so a single digit
@@ -69,6 +72,7 @@ ParsedLine parseLine(QByteArrayView line, int32_t previousIssue) {
                     return out;
                 }
                 out.draw[0] = static_cast<int32_t>(rounded);
+                issueRead = true;
                 pos += kIssueDigits + 1;
                 continue;
             }
@@ -83,6 +87,10 @@ ParsedLine parseLine(QByteArrayView line, int32_t previousIssue) {
             continue;
         }
         ++pos;
+    }
+    if (!issueRead && nextIssue > std::numeric_limits<int32_t>::max()) {
+        out.status = ParsedLine::Status::BadIssue;
+        return out;
     }
     if (out.count < kNumbersPerLine) out.status = ParsedLine::Status::TooFew;
     return out;
@@ -107,6 +115,15 @@ QString formatLine(const DrawNumbers& draw) {
         line += QStringLiteral("%1").arg(draw[static_cast<size_t>(i)], 2, 10, QLatin1Char('0'));
     }
     return line;
+}
+
+bool issueReadsBack(qint64 issue, int32_t previousIssue) {
+    if (issue < std::numeric_limits<int32_t>::min() || issue > std::numeric_limits<int32_t>::max())
+        return false;
+    // The numbers of the line do not matter; any seven valid ones will do.
+    DrawNumbers draw{static_cast<int32_t>(issue), 1, 2, 3, 4, 5, 1, 2};
+    const ParsedLine read = parseLine(formatLine(draw).toLatin1(), previousIssue);
+    return read.status == ParsedLine::Status::Ok && read.draw[0] == issue;
 }
 
 bool writeFile(const QString& path, const DrawHistory& history) {

@@ -71,6 +71,12 @@ inline const QString kEntryRepeatText = QStringLiteral(
     "(例如:欲输入'4',结果成为'_4'或'4_'错误,应为'04').");
 inline const QString kCellRangeText =
     QStringLiteral("输入历史号的大小务必在当地的选号范围之内,并且按照由小到大的顺序排列.");
+// An issue that the history text would not give back as it stands: more than seven digits,
+// or one of up to seven that does not follow the issue before it.
+inline const QString kIssueEditText = QStringLiteral(
+    "输入的期号务必为7位数字(例如:2007001),不足7位的期号务必紧接上一期期号,否则历史号码文本无法保存该期号.");
+inline const QString kIssueAppendText =
+    QStringLiteral("下一期的期号已超出7位数字,历史号码文本无法保存该期号,不能追加最新历史号码.");
 
 // Downloads (mnuNew, mnuNewol).
 inline const QString kDownloadTitle = QStringLiteral("历史更新");

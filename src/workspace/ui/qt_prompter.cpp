@@ -77,9 +77,9 @@ std::optional<QString> QtPrompter::askTextOrCancel(const QString& title, const Q
     return dlg.textValue();
 }
 
-bool QtPrompter::login(const QString& expectedPassword) {
+bool QtPrompter::login(const PasswordCheck& check) {
     PromptScope scope;
-    FrmLogin dlg(expectedPassword, *this, m_parent);
+    FrmLogin dlg(check, *this, m_parent);
     dlg.exec();
     return dlg.loginSucceeded();
 }
