@@ -87,15 +87,17 @@ PrizeSettings::ReadResult PrizeSettings::read() const {
     return result;
 }
 
-void PrizeSettings::writeFront(int n, int front) {
-    m_settings.writeRaw(app(), slotSection(n), kFrontKey, QString::number(front));
+bool PrizeSettings::writeFront(int n, int front) {
+    return m_settings.writeRaw(app(), slotSection(n), kFrontKey, QString::number(front));
 }
-void PrizeSettings::writeBack(int n, int back) {
-    m_settings.writeRaw(app(), slotSection(n), kBackKey, QString::number(back));
+bool PrizeSettings::writeBack(int n, int back) {
+    return m_settings.writeRaw(app(), slotSection(n), kBackKey, QString::number(back));
 }
-void PrizeSettings::writeMoney(int n, int32_t money) {
-    m_settings.writeRaw(app(), slotSection(n), kMoneyKey, QString::number(money));
+bool PrizeSettings::writeMoney(int n, int32_t money) {
+    return m_settings.writeRaw(app(), slotSection(n), kMoneyKey, QString::number(money));
 }
-void PrizeSettings::writeRank(int n, const QString& rank) {
-    m_settings.writeRaw(app(), kRankSection, QString::number(n), rank);
+bool PrizeSettings::writeRank(int n, const QString& rank) {
+    return m_settings.writeRaw(app(), kRankSection, QString::number(n), rank);
 }
+
+QString PrizeSettings::saveFailedText() const { return Settings::saveFailedText(m_settings.fileFor(app())); }

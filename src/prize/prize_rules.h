@@ -73,10 +73,13 @@ public:
     };
     ReadResult read() const;
 
-    void writeFront(int n, int front);
-    void writeBack(int n, int back);
-    void writeMoney(int n, int32_t money);
-    void writeRank(int n, const QString& rank);
+    // Each write is saved at once; false when the store could not be saved.
+    bool writeFront(int n, int front);
+    bool writeBack(int n, int back);
+    bool writeMoney(int n, int32_t money);
+    bool writeRank(int n, const QString& rank);
+    // The message for a write that was not saved, naming the file.
+    QString saveFailedText() const;
 
 private:
     QString app() const;

@@ -50,29 +50,32 @@ int PrizeRulesForm::backOption(int tab) const {
     return back >= 1 && back <= prize::kBackMax ? back : 0;
 }
 
-void PrizeRulesForm::clickFront(int tab, int hits) {
+std::optional<QString> PrizeRulesForm::clickFront(int tab, int hits) {
+    if (!m_settings.writeFront(tab + 1, hits)) return m_settings.saveFailedText();
     m_rules.slot(tab + 1).front = static_cast<int16_t>(hits);
-    m_settings.writeFront(tab + 1, hits);
+    return std::nullopt;
 }
 
-void PrizeRulesForm::clickBack(int tab, int hits) {
+std::optional<QString> PrizeRulesForm::clickBack(int tab, int hits) {
+    if (!m_settings.writeBack(tab + 1, hits)) return m_settings.saveFailedText();
     m_rules.slot(tab + 1).back = static_cast<int16_t>(hits);
-    m_settings.writeBack(tab + 1, hits);
+    return std::nullopt;
 }
 
-void PrizeRulesForm::chooseLevel(int tab, int itemIndex) {
+std::optional<QString> PrizeRulesForm::chooseLevel(int tab, int itemIndex) {
     const QStringList items = levelItems();
-    if (itemIndex < 0 || itemIndex >= items.size()) return;
+    if (itemIndex < 0 || itemIndex >= items.size()) return std::nullopt;
+    if (!m_settings.writeRank(tab + 1, items[itemIndex])) return m_settings.saveFailedText();
     m_rules.slot(tab + 1).rank = items[itemIndex];
-    m_settings.writeRank(tab + 1, items[itemIndex]);
+    return std::nullopt;
 }
 
 std::optional<QString> PrizeRulesForm::storeAmounts(const QStringList& fieldTexts) {
     for (int n = 1; n <= prize::kSlots; ++n) {
         int32_t money = 0;
         if (auto error = convert(fieldTexts.value(n - 1), &money)) return error;
+        if (!m_settings.writeMoney(n, money)) return m_settings.saveFailedText();
         m_rules.slot(n).money = money;
-        m_settings.writeMoney(n, money);
     }
     return std::nullopt;
 }

@@ -38,13 +38,15 @@ public:
     // The amount as the field shows it before it is entered.
     QString amountText(int tab) const { return QString::number(m_rules.slot(tab + 1).money); }
 
-    void clickFront(int tab, int hits);        // Option1..Option5
-    void clickBack(int tab, int hits);         // Option21, Option22
-    void chooseLevel(int tab, int itemIndex);  // Combo1(tab)
+    // Each click or choice is stored at once. When the store cannot be saved the slot keeps its
+    // old value and the message (Settings::kSaveFailedTitle) is returned.
+    std::optional<QString> clickFront(int tab, int hits);        // Option1..Option5
+    std::optional<QString> clickBack(int tab, int hits);         // Option21, Option22
+    std::optional<QString> chooseLevel(int tab, int itemIndex);  // Combo1(tab)
 
     // cmdOK: converts the twelve field texts in slot order and stores each amount. Stops at the
-    // first text that is no 32-bit number and returns the message of that failure; the slots
-    // before it keep their new amounts.
+    // first text that is no 32-bit number, or at the first amount that cannot be saved, and
+    // returns the message of that failure; the slots before it keep their new amounts.
     std::optional<QString> storeAmounts(const QStringList& fieldTexts);
 
 private:

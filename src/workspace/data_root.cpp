@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QStandardPaths>
 
 DataRoot::DataRoot(QString root, QString settingsDir)
@@ -20,6 +21,37 @@ DataRoot DataRoot::fromEnvironment(const QString& overrideRoot) {
 }
 
 QString DataRoot::path(const QString& relative) const { return QDir(m_root).filePath(relative); }
+
+QString DataRoot::childFolder(const QString& name) const {
+    const QString root = QDir(m_root).canonicalPath();
+    if (root.isEmpty() || name.isEmpty()) return {};
+    const QFileInfo info(QDir(root).filePath(name));
+    const QString resolved =
+        info.exists() ? info.canonicalFilePath() : QDir::cleanPath(info.absoluteFilePath());
+    if (resolved == root || QFileInfo(resolved).path() != root) return {};
+    return resolved;
+}
+
+QString DataRoot::makeChildFolder(const QString& name) const {
+    const QString folder = childFolder(name);
+    if (folder.isEmpty()) return {};
+    if (!QFileInfo(folder).isDir() && !QDir(QFileInfo(folder).path()).mkdir(QFileInfo(folder).fileName()))
+        return {};
+    // Checked again once made: what now stands there is what the files go into.
+    const QString made = childFolder(name);
+    return QFileInfo(made).isDir() ? made : QString();
+}
+
+bool DataRoot::isProgramFolder(const QString& folder) const {
+    const auto same = [&folder](const QString& other) {
+        const QFileInfo info(other);
+        const QString resolved =
+            info.exists() ? info.canonicalFilePath() : QDir::cleanPath(info.absoluteFilePath());
+        return resolved == folder;
+    };
+    return same(m_settingsDir) || same(historyTextFolder()) || same(otherHistoryTextFolder()) ||
+           same(reportFolder());
+}
 
 static bool ensureTemplate(const QString& file, TemplateKind kind) {
     if (QFile::exists(file)) return true;

@@ -15,6 +15,17 @@ public:
     QString settingsDir() const { return m_settingsDir; }
     QString path(const QString& relative) const;
 
+    // The folder <root>/<name> when it is a direct child of the root with both resolved
+    // (symbolic links, "." and ".." followed), else empty. The folder need not exist; when it
+    // does, its resolved path is the one checked and returned.
+    QString childFolder(const QString& name) const;
+    // Makes the folder <root>/<name> (one level, never its parents) and returns its resolved
+    // path; empty when it cannot be made or is no direct child of the root.
+    QString makeChildFolder(const QString& name) const;
+    // The folders of the program itself that lie in the root (the settings when kept there,
+    // the history text folders, the reports): no workspace may take one of them.
+    bool isProgramFolder(const QString& folder) const;
+
     // Template files of the workspace databases.
     QString historyTemplate() const { return path(QStringLiteral("Lishihaoma.db")); }
     QString filnumTemplate() const { return path(QStringLiteral("filnum.db")); }

@@ -3,6 +3,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <optional>
 
 // Every message box, input box, question and file dialog goes through this seam. Windows
@@ -26,9 +27,20 @@ public:
     }
     virtual std::optional<QString> askTextOrCancel(const QString& title, const QString& prompt,
                                                    const QString& proposal = {}) = 0;
-    // A password check in its own box (frmLogin): returns true when the typed text equals
-    // the expected password; the box stays open on a mismatch until cancelled.
-    virtual bool login(const QString& expectedPassword) = 0;
+    // Tells whether a typed password opens what the box guards.
+    using PasswordCheck = std::function<bool(const QString& typed)>;
+    // The password box (frmLogin): hands each typed text to `check` and returns true once it
+    // accepts one; the box stays open on a mismatch until cancelled. A prompter without a box
+    // refuses.
+    virtual bool login(const PasswordCheck& check) {
+        Q_UNUSED(check);
+        return false;
+    }
+    // The same against a known password, compared exactly.
+    virtual bool login(const QString& expectedPassword) {
+        return login(
+            PasswordCheck([expectedPassword](const QString& typed) { return typed == expectedPassword; }));
+    }
     // File dialogs; an empty string when cancelled.
     virtual QString openFile(const QString& title, const QString& dir, const QString& filter) = 0;
     virtual QString saveFile(const QString& title, const QString& dir, const QString& filter) = 0;

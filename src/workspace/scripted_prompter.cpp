@@ -30,7 +30,7 @@ std::optional<QString> ScriptedPrompter::askTextOrCancel(const QString& title, c
     return a->toString();
 }
 
-bool ScriptedPrompter::login(const QString& expectedPassword) {
+bool ScriptedPrompter::login(const PasswordCheck& check) {
     // Each queued text is one attempt; a cancel (invalid) or an empty queue gives up.
     while (true) {
         m_asked.append({QStringLiteral("login"), QStringLiteral("登录"), QStringLiteral("请输入该用户口令密码："),
@@ -38,7 +38,7 @@ bool ScriptedPrompter::login(const QString& expectedPassword) {
         auto a = take();
         if (!a || !a->isValid()) return false;
         if (a->typeId() == QMetaType::Bool) return a->toBool();
-        if (a->toString() == expectedPassword) return true;
+        if (check(a->toString())) return true;
         inform(QStringLiteral("登录"), QStringLiteral("无效的密码，请重试!"), Icon::Warning);
     }
 }

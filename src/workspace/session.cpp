@@ -53,7 +53,8 @@ bool Session::open(const EnteredWorkspace& workspace, QString* error) {
         return false;
     };
     // A workspace whose folder or files have gone comes back empty, without a question.
-    if (m_curuser.isEmpty() || !QDir().mkpath(m_paths->folder())) return fail(kFatalText);
+    // The folder is made only as a direct child of the data root, whatever the stored name.
+    if (m_curuser.isEmpty() || m_root.makeChildFolder(m_curuser).isEmpty()) return fail(kFatalText);
     m_root.ensureFirstStart();
     if (!openOrRestore(m_lsdb, m_paths->historyDb(), m_root.historyTemplate(), TemplateKind::History))
         return fail(kFatalText);
@@ -68,28 +69,37 @@ bool Session::open(const EnteredWorkspace& workspace, QString* error) {
     return true;
 }
 
-void Session::setBitnum(int size) {
-    if (!rules::validFront(size)) return;
+bool Session::saveSetting(const SettingKey& key, int value, QString* error, int index) {
+    if (m_settings.write(key, QString::number(value), m_curuser, index)) return true;
+    if (error) *error = Settings::saveFailedText(m_settings.fileFor(key, m_curuser));
+    return false;
+}
+
+bool Session::setBitnum(int size, QString* error) {
+    if (!rules::validFront(size) || !saveSetting(keys::Bitnum, size, error)) return false;
     m_bitnum = size;
     m_fitbase = rules::fitbase(m_bitnum, m_bitnumHou);
-    m_settings.write(keys::Bitnum, size, m_curuser);
+    return true;
 }
 
-void Session::setBitnumHou(int size) {
-    if (!rules::validBack(size)) return;
+bool Session::setBitnumHou(int size, QString* error) {
+    if (!rules::validBack(size) || !saveSetting(keys::BitnumHou, size, error)) return false;
     m_bitnumHou = size;
     m_fitbase = rules::fitbase(m_bitnum, m_bitnumHou);
-    m_settings.write(keys::BitnumHou, size, m_curuser);
+    return true;
 }
 
-void Session::setPrintrow(int n) {
+bool Session::setPrintrow(int n, QString* error) {
+    if (!saveSetting(keys::Dayin, n, error)) return false;
     m_printrow = n;
-    m_settings.write(keys::Dayin, n, m_curuser);
+    return true;
 }
 
-void Session::saveSpinValues() {
+bool Session::saveSpinValues() {
+    bool saved = true;
     for (int i = 0; i < 6; ++i)
-        m_settings.write(keys::SpinValue, QString::number(spinValues[i]), m_curuser, i + 1);
+        saved = m_settings.write(keys::SpinValue, QString::number(spinValues[i]), m_curuser, i + 1) && saved;
+    return saved;
 }
 
 namespace {

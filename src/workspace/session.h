@@ -36,9 +36,11 @@ public:
     int bitnum() const { return m_bitnum; }
     int bitnumHou() const { return m_bitnumHou; }
     const rules::Fitbase& fitbase() const { return m_fitbase; }
-    // meuS / meuSHou: change the size, recompute Fitbase, save at once.
-    void setBitnum(int size);
-    void setBitnumHou(int size);
+    // meuS / meuSHou: change the size, recompute Fitbase, save at once. False, with nothing
+    // changed, for a size out of range or when the setting cannot be saved (`error` then
+    // names the file).
+    bool setBitnum(int size, QString* error = nullptr);
+    bool setBitnumHou(int size, QString* error = nullptr);
 
     SqliteDb& lsdb() { return m_lsdb; }
     SqliteDb& fildb() { return m_fildb; }
@@ -57,7 +59,8 @@ public:
     void loadStatistics();
 
     int printrow() const { return m_printrow; }
-    void setPrintrow(int n);
+    // Sets and saves dayin; false, with nothing changed, when it cannot be saved.
+    bool setPrintrow(int n, QString* error = nullptr);
     bool picbuilt = false;        // Picbuilt
     int yaoqian = rules::kFrontPicks;  // Yaoqian
     int yaohou = rules::kBackPicks;    // Yaohou
@@ -65,10 +68,11 @@ public:
     int danhou = 0;                    // Danhou
     std::array<double, 6> spinValues{};  // the six running values of the spin simulator
 
-    // Writes the six spin values under Initial/1..6, as exit does.
-    void saveSpinValues();
+    // Writes the six spin values under Initial/1..6, as exit does. False when not saved.
+    bool saveSpinValues();
 
 private:
+    bool saveSetting(const SettingKey& key, int value, QString* error, int index = 0);
     bool repairHistoryDb();
     bool openNumsave();
     bool openFilnum();

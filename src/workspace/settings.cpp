@@ -1,6 +1,7 @@
 #include "workspace/settings.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QSettings>
 
 Settings::Settings(QString dir) : m_dir(std::move(dir)) { QDir().mkpath(m_dir); }
@@ -38,8 +39,8 @@ int Settings::readInt(const SettingKey& key, const QString& workspace, int index
     return ok ? v : QString::fromUtf8(key.fallback).toInt();
 }
 
-void Settings::write(const SettingKey& key, const QString& value, const QString& workspace, int index) {
-    writeRaw(appName(key.app, workspace), sectionOf(key, index), keyOf(key, index), value);
+bool Settings::write(const SettingKey& key, const QString& value, const QString& workspace, int index) {
+    return writeRaw(appName(key.app, workspace), sectionOf(key, index), keyOf(key, index), value);
 }
 
 QString Settings::readRaw(const QString& app, const QString& section, const QString& key,
@@ -48,8 +49,24 @@ QString Settings::readRaw(const QString& app, const QString& section, const QStr
     return s.value(section + QLatin1Char('/') + key, fallback).toString();
 }
 
-void Settings::writeRaw(const QString& app, const QString& section, const QString& key, const QString& value) {
-    QSettings s(fileFor(app), QSettings::IniFormat);
-    s.setValue(section + QLatin1Char('/') + key, value);
+bool Settings::writeRaw(const QString& app, const QString& section, const QString& key,
+                        const QString& value) {
+    const QString file = fileFor(app);
+    QSettings s(file, QSettings::IniFormat);
+    if (!s.isWritable()) return false;
+    const QString path = section + QLatin1Char('/') + key;
+    const QVariant before = s.value(path);
+    s.setValue(path, value);
     s.sync();
+    if (s.status() == QSettings::NoError && QFileInfo(file).isFile()) return true;
+    // Not saved: take the value back out of the process's cached copy of the file.
+    if (before.isValid())
+        s.setValue(path, before);
+    else
+        s.remove(path);
+    return false;
+}
+
+QString Settings::saveFailedText(const QString& file) {
+    return QStringLiteral("设置无法保存，请检查该文件及其文件夹是否可写：") + QDir::toNativeSeparators(file);
 }

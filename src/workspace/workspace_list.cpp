@@ -1,17 +1,22 @@
 #include "workspace/workspace_list.h"
 
+#include "workspace/password_hash.h"
 #include "workspace/prompter.h"
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
 
 namespace {
-const QString kNameTitle = QStringLiteral("用户名输入");
-const QString kNameTaken = QStringLiteral("此用户名已经被注册，请换用其他的名字");
 const QString kPasswordTitle = QStringLiteral("用户密码设置");
-const QString kNameError = QStringLiteral("用户名错误");
+const QString kNewPrompt = QStringLiteral("请输入用户名和彩票标示(比如:张先生[北京体彩36选7])：");
+const QString kRenamePrompt = QStringLiteral("请输入用户名和彩票标示(比如:张先生[全国联网体彩大乐透])：");
 
 QString defaultName(int i) { return QStringLiteral("新用户%1").arg(i); }
+
+bool isControl(QChar c) { return c.category() == QChar::Other_Control; }
 }  // namespace
 
 WorkspaceList::WorkspaceList(Settings& settings, DataRoot root) : m_settings(settings), m_root(std::move(root)) {}
@@ -41,16 +46,60 @@ bool WorkspaceList::nameTaken(const QString& name, int exceptIndex) const {
     return false;
 }
 
-void WorkspaceList::saveEntry(int index) {
-    m_settings.write(keys::UserName, m_names[index - 1], {}, index);
-    m_settings.write(keys::UserPassword, m_passwords[index - 1], {}, index);
+std::optional<QString> WorkspaceList::nameError(const QString& name) const {
+    if (name.isEmpty()) return std::nullopt;
+    if (name.contains(QLatin1Char('/')) || name.contains(QLatin1Char('\\')) || QDir::isAbsolutePath(name))
+        return kNameHasSeparator;
+    if (name == QLatin1String(".") || name == QLatin1String("..")) return kNameIsDots;
+    if (std::any_of(name.begin(), name.end(), isControl) || !name.isValidUtf16()) return kNameHasControl;
+    // A blank at either end makes two names that the list shows alike.
+    if (name.front().isSpace() || name.back().isSpace()) return kNameHasOuterBlank;
+    if (name.toUtf8().size() > kMaxNameBytes) return kNameTooLong;
+    const QString folder = m_root.childFolder(name);
+    // No place for the folder: a path that leads elsewhere, or a file standing there.
+    if (folder.isEmpty() || (QFileInfo::exists(folder) && !QFileInfo(folder).isDir())) return kNoFolder;
+    if (m_root.isProgramFolder(folder)) return kNameIsProgramFolder;
+    return std::nullopt;
+}
+
+std::optional<QString> WorkspaceList::folderError(const QString& name) const {
+    if (name.isEmpty()) return std::nullopt;
+    if (m_root.makeChildFolder(name).isEmpty()) return kNoFolder;
+    return std::nullopt;
+}
+
+bool WorkspaceList::saveFailed(const SettingKey& key, QString* error) const {
+    if (error) *error = Settings::saveFailedText(m_settings.fileFor(key));
+    return false;
+}
+
+bool WorkspaceList::saveEntry(int index, QString* error) {
+    if (!m_settings.write(keys::UserName, m_names[index - 1], {}, index))
+        return saveFailed(keys::UserName, error);
+    if (!m_settings.write(keys::UserPassword, m_passwords[index - 1], {}, index))
+        return saveFailed(keys::UserPassword, error);
+    return true;
+}
+
+bool WorkspaceList::checkPassword(int row, const QString& typed) {
+    if (row < 0 || row >= count()) return false;
+    const QString stored = m_passwords[row];
+    if (stored.isEmpty()) return true;
+    if (!password_hash::verify(stored, typed)) return false;
+    if (!password_hash::isHash(stored)) {
+        // A plain password of an earlier version: kept as a hash from now on. When that
+        // cannot be saved, the plain entry stays and is tried again on the next use.
+        m_passwords[row] = password_hash::hash(typed);
+        if (!m_settings.write(keys::UserPassword, m_passwords[row], {}, row + 1)) m_passwords[row] = stored;
+    }
+    return true;
 }
 
 bool WorkspaceList::makeWorkspaceFiles(const QString& name, bool copyFilnumR) const {
     // A nameless entry (a cancelled input box) gets no folder: <app>/ itself is not a workspace.
-    if (name.isEmpty()) return false;
+    if (name.isEmpty() || nameError(name)) return false;
+    if (m_root.makeChildFolder(name).isEmpty()) return false;
     const WorkspacePaths ws(m_root, name);
-    if (!QDir().mkpath(ws.folder())) return false;
     auto copy = [](const QString& from, const QString& to) {
         QFile::remove(to);
         return QFile::copy(from, to);
@@ -63,13 +112,25 @@ bool WorkspaceList::makeWorkspaceFiles(const QString& name, bool copyFilnumR) co
     return ok;
 }
 
-int WorkspaceList::create(const QString& name, const QString& password) {
-    if (count() >= kMaxWorkspaces) return -1;
+int WorkspaceList::create(const QString& name, const QString& password, QString* error) {
+    const auto fail = [error](const QString& text) {
+        if (error) *error = text;
+        return -1;
+    };
+    if (count() >= kMaxWorkspaces) return fail(kListFull);
+    if (const auto refusal = nameError(name)) return fail(*refusal);
+    if (const auto refusal = folderError(name)) return fail(*refusal);
     m_names << name;
-    m_passwords << password;
+    m_passwords << password_hash::hash(password);
     const int index = count();
-    m_settings.write(keys::Usernum, index);
-    saveEntry(index);
+    // The entry first, the count last: an entry that was not counted is never read.
+    if (!saveEntry(index, error) ||
+        (!m_settings.write(keys::Usernum, index) && !saveFailed(keys::Usernum, error))) {
+        m_names.removeLast();
+        m_passwords.removeLast();
+        return -1;
+    }
+    // A failing copy leaves the entry in place: entering the workspace brings the files back.
     makeWorkspaceFiles(name, true);
     return index - 1;
 }
@@ -85,84 +146,132 @@ std::optional<QString> WorkspaceList::askPasswordTwice(Prompter& prompter) const
     }
 }
 
-int WorkspaceList::askNew(Prompter& prompter) {
-    QString name;
+std::optional<QString> WorkspaceList::askName(Prompter& prompter, const QString& prompt,
+                                              const QString& proposal, int exceptIndex, bool emptyEnds) {
     while (true) {
-        name = prompter.askText(kNameTitle, QStringLiteral("请输入用户名和彩票标示(比如:张先生[北京体彩36选7])："),
-                                defaultName(count() + 1));
-        if (!nameTaken(name)) break;
-        prompter.inform(kNameTitle, kNameTaken);
+        const QString name = prompter.askText(kNameTitle, prompt, proposal);
+        if (emptyEnds && name.isEmpty()) return std::nullopt;
+        std::optional<QString> refusal = nameError(name);
+        if (!refusal && nameTaken(name, exceptIndex)) refusal = kNameTaken;
+        if (!refusal) refusal = folderError(name);
+        if (!refusal) return name;
+        prompter.inform(kNameTitle, *refusal);
     }
+}
+
+int WorkspaceList::askNew(Prompter& prompter) {
+    if (count() >= kMaxWorkspaces) {
+        prompter.inform(kNameTitle, kListFull);
+        return -1;
+    }
+    const QString name =
+        askName(prompter, kNewPrompt, defaultName(count() + 1), 0, false).value_or(QString());
     const QString password = askPasswordTwice(prompter).value_or(QString());
-    return create(name, password);
+    QString error;
+    const int row = create(name, password, &error);
+    if (row < 0) prompter.inform(Settings::kSaveFailedTitle, error, Prompter::Icon::Warning);
+    return row;
 }
 
 std::optional<EnteredWorkspace> WorkspaceList::enter(int row, Prompter& prompter) {
     if (row < 0 || row >= count()) {
-        prompter.inform(kNameError, QStringLiteral("请建立或选择一个用户名然后再进入。"));
+        prompter.inform(kNameErrorTitle, QStringLiteral("请建立或选择一个用户名然后再进入。"));
         return std::nullopt;
     }
     const int k = row + 1;
-    if (!m_passwords[row].isEmpty() && !prompter.login(m_passwords[row])) return std::nullopt;
+    // A nameless entry (a cancelled input box) enters under the name a reload would show.
+    const QString name = m_names[row].isEmpty() ? defaultName(k) : m_names[row];
+    // A name stored by an earlier version may lead outside the program folder.
+    if (m_root.childFolder(name).isEmpty()) {
+        prompter.inform(kNameErrorTitle, kUnsafeStoredName, Prompter::Icon::Critical);
+        return std::nullopt;
+    }
+    if (hasPassword(row) &&
+        !prompter.login([this, row](const QString& typed) { return checkPassword(row, typed); }))
+        return std::nullopt;
     m_settings.write(keys::Ftopt, k);
     EnteredWorkspace w;
     w.index = k;
-    // A nameless entry (a cancelled input box) enters under the name a reload would show.
-    w.name = m_names[row].isEmpty() ? defaultName(k) : m_names[row];
+    w.name = name;
     w.bitnum = m_settings.readInt(keys::Bitnum, w.name);
     w.bitnumHou = m_settings.readInt(keys::BitnumHou, w.name);
     return w;
 }
 
-void WorkspaceList::removeAt(int row) {
+void WorkspaceList::deleteFiles(const QString& name) const {
+    // Only the files of a folder that is a direct child of the data root and no folder of the
+    // program itself; the folder stays.
+    const QString folder = name.isEmpty() ? QString() : m_root.childFolder(name);
+    if (folder.isEmpty() || m_root.isProgramFolder(folder) || !QFileInfo(folder).isDir()) return;
+    QDir dir(folder);
+    for (const QString& f : dir.entryList(QDir::Files | QDir::Hidden | QDir::System)) dir.remove(f);
+}
+
+bool WorkspaceList::removeAt(int row, QString* error) {
+    if (row < 0 || row >= count()) return false;
     const QString name = m_names[row];
-    // The files go, the folder and the settings tree of the workspace stay.
-    if (!name.isEmpty()) {
-        QFile::remove(m_root.path(name + QStringLiteral(".db")));
-        QDir folder(WorkspacePaths(m_root, name).folder());
-        if (folder.exists() && folder != QDir(m_root.root())) {
-            for (const QString& f : folder.entryList(QDir::Files | QDir::Hidden)) folder.remove(f);
-        }
-    }
+    const QString password = m_passwords[row];
     m_names.removeAt(row);
     m_passwords.removeAt(row);
-    for (int i = row + 1; i <= count(); ++i) saveEntry(i);
-    m_settings.write(keys::Usernum, count());
+    bool saved = true;
+    for (int i = row + 1; i <= count() && saved; ++i) saved = saveEntry(i, error);
+    if (saved && !m_settings.write(keys::Usernum, count())) saved = saveFailed(keys::Usernum, error);
+    if (!saved) {
+        m_names.insert(row, name);
+        m_passwords.insert(row, password);
+        return false;
+    }
+    deleteFiles(name);
+    return true;
 }
 
 bool WorkspaceList::remove(int row, Prompter& prompter) {
     if (row < 0 || row >= count()) {
-        prompter.inform(kNameError, QStringLiteral("请选择一个用户名然后再删除。"));
+        prompter.inform(kNameErrorTitle, QStringLiteral("请选择一个用户名然后再删除。"));
         return false;
     }
     if (!prompter.okCancel(QStringLiteral("读入历史"), QStringLiteral("确实要删除该用户吗？删除之后将不可恢复其数据！")))
         return false;
-    if (!m_passwords[row].isEmpty() && !prompter.login(m_passwords[row])) {
+    if (hasPassword(row) &&
+        !prompter.login([this, row](const QString& typed) { return checkPassword(row, typed); })) {
         prompter.inform(QStringLiteral("登录"), QStringLiteral("密码有误，没有权限删除该用户"));
         return false;
     }
-    removeAt(row);
-    return true;
+    QString error;
+    if (removeAt(row, &error)) return true;
+    prompter.inform(Settings::kSaveFailedTitle, error, Prompter::Icon::Warning);
+    return false;
 }
 
-void WorkspaceList::renameAt(int index, const QString& newName, const QString& password) {
-    makeWorkspaceFiles(newName, false);
+bool WorkspaceList::renameAt(int index, const QString& newName, const QString& password, QString* error) {
+    const auto fail = [error](const QString& text) {
+        if (error) *error = text;
+        return false;
+    };
+    if (index < 1 || index > count()) return false;
+    if (const auto refusal = nameError(newName)) return fail(*refusal);
+    if (const auto refusal = folderError(newName)) return fail(*refusal);
+    const QString oldName = m_names[index - 1];
+    const QString oldPassword = m_passwords[index - 1];
     m_names[index - 1] = newName;
-    m_passwords[index - 1] = password;
-    saveEntry(index);
+    m_passwords[index - 1] = password_hash::hash(password);
+    if (!saveEntry(index, error)) {
+        m_names[index - 1] = oldName;
+        m_passwords[index - 1] = oldPassword;
+        return false;
+    }
+    // As at creation, a failing copy is repaired when the workspace is entered.
+    makeWorkspaceFiles(newName, false);
+    return true;
 }
 
 std::optional<QString> WorkspaceList::askRename(int index, const QString& current, Prompter& prompter) {
     if (index < 1 || index > count()) return std::nullopt;
-    QString name;
-    while (true) {
-        name = prompter.askText(kNameTitle,
-                                QStringLiteral("请输入用户名和彩票标示(比如:张先生[全国联网体彩大乐透])："), current);
-        if (name.isEmpty()) return std::nullopt;
-        if (!nameTaken(name, index)) break;
-        prompter.inform(kNameTitle, kNameTaken);
-    }
+    const std::optional<QString> name = askName(prompter, kRenamePrompt, current, index, true);
+    if (!name) return std::nullopt;
     const QString password = askPasswordTwice(prompter).value_or(QString());
-    renameAt(index, name, password);
-    return name;
+    QString error;
+    if (renameAt(index, *name, password, &error)) return name;
+    prompter.inform(Settings::kSaveFailedTitle, error, Prompter::Icon::Warning);
+    return std::nullopt;
 }

@@ -2,6 +2,7 @@
 #include "prize/prize_rules.h"
 #include "prize/prize_rules_form.h"
 #include "support/temp_home.h"
+#include "workspace/unwritable_settings.h"
 
 #include <QSettings>
 
@@ -141,4 +142,32 @@ TEST(PrizeSettings, ANonNumericValueIsReportedAndTheSlotKeepsItsDefault) {
     EXPECT_TRUE(read.problems[0].contains(QStringLiteral("7prize")));
     EXPECT_EQ(read.rules.slot(7).money, 200);
     EXPECT_EQ(read.rules.slot(8).front, 4);
+}
+
+TEST(PrizeRulesForm, RulesThatCannotBeSavedAreReportedAndKeptAsTheyWere) {
+    TempHome h;
+    PrizeSettings settings(h.settings, kWs);
+    ASSERT_TRUE(settings.writeMoney(1, 6000000));
+    PrizeRulesForm form(settings);
+    UnwritableSettings blocked(h.settings, kWs + QStringLiteral("QY"));
+    ASSERT_TRUE(blocked.ok());
+    const QString message = Settings::saveFailedText(blocked.file());
+    EXPECT_EQ(settings.saveFailedText(), message);
+
+    EXPECT_FALSE(settings.writeFront(2, 3));
+    EXPECT_FALSE(settings.writeBack(2, 0));
+    EXPECT_FALSE(settings.writeRank(2, QStringLiteral("一等")));
+    EXPECT_EQ(form.clickFront(1, 3), message);
+    EXPECT_EQ(form.clickBack(1, 2), message);
+    EXPECT_EQ(form.chooseLevel(1, 1), message);
+    QStringList texts = amounts(form);
+    texts[0] = QStringLiteral("0000100");
+    EXPECT_EQ(form.storeAmounts(texts), message);
+    // The form keeps what the store holds.
+    const PrizeSlot& slot2 = form.rules().slot(2);
+    EXPECT_EQ(slot2.front, 5);
+    EXPECT_EQ(slot2.back, 1);
+    EXPECT_EQ(slot2.rank, QStringLiteral("2等奖"));
+    EXPECT_EQ(form.rules().slot(1).money, 6000000);
+    EXPECT_EQ(settings.read().rules.slot(2).front, 5);
 }

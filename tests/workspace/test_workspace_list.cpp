@@ -1,4 +1,5 @@
 #include "support/temp_home.h"
+#include "workspace/password_hash.h"
 #include "workspace/scripted_prompter.h"
 #include "workspace/workspace_list.h"
 
@@ -25,7 +26,7 @@ TEST(WorkspaceList, CreateMakesFilesAndSettings) {
     EXPECT_EQ(createByPrompts(list, QStringLiteral("张先生[大乐透]"), QStringLiteral("pw")), 0);
     EXPECT_EQ(home.settings.readInt(keys::Usernum), 1);
     EXPECT_EQ(home.settings.read(keys::UserName, {}, 1), QStringLiteral("张先生[大乐透]"));
-    EXPECT_EQ(home.settings.read(keys::UserPassword, {}, 1), QStringLiteral("pw"));
+    EXPECT_TRUE(password_hash::verify(home.settings.read(keys::UserPassword, {}, 1), QStringLiteral("pw")));
     const WorkspacePaths ws(home.root, QStringLiteral("张先生[大乐透]"));
     for (const QString& f : {ws.historyDb(), ws.filnumDb(), ws.filnumRDb(), ws.numsaveDb(), ws.gailvDb()})
         EXPECT_TRUE(QFile::exists(f)) << f.toStdString();
@@ -46,7 +47,8 @@ TEST(WorkspaceList, NewProposesNextNameAndRefusesTakenOnes) {
     EXPECT_EQ(p.messages(), QStringList({QStringLiteral("此用户名已经被注册，请换用其他的名字"),
                                          QStringLiteral("您两次设置的密码不同，请确认后再次输入")}));
     EXPECT_EQ(list.name(1), QStringLiteral("乙"));
-    EXPECT_EQ(list.password(1), QStringLiteral("c"));
+    EXPECT_TRUE(list.checkPassword(1, QStringLiteral("c")));
+    EXPECT_FALSE(list.checkPassword(1, QStringLiteral("a")));
 
     // The proposal is "新用户" + (Usernum + 1): a queue left empty takes it.
     ScriptedPrompter accept;
@@ -124,9 +126,10 @@ TEST(WorkspaceList, DeleteKeepsOrderAndPasswordsOfTheOthers) {
     WorkspaceList reloaded(home.settings, home.root);
     reloaded.load();
     EXPECT_EQ(reloaded.names(), QStringList({"a", "c", "d"}));
-    EXPECT_EQ(reloaded.password(0), QStringLiteral("1"));
-    EXPECT_EQ(reloaded.password(1), QStringLiteral("3"));
-    EXPECT_EQ(reloaded.password(2), QStringLiteral("4"));
+    EXPECT_TRUE(reloaded.checkPassword(0, QStringLiteral("1")));
+    EXPECT_TRUE(reloaded.checkPassword(1, QStringLiteral("3")));
+    EXPECT_TRUE(reloaded.checkPassword(2, QStringLiteral("4")));
+    EXPECT_FALSE(reloaded.checkPassword(1, QStringLiteral("4")));
     // Ftopt (4) is above Usernum (3): the last workspace is preselected.
     EXPECT_EQ(reloaded.ftopt(), 3);
     EXPECT_EQ(reloaded.preselectedRow(), 2);
@@ -180,7 +183,8 @@ TEST(WorkspaceList, RenameSetsUpAFreshWorkspaceAndLeavesTheOldFiles) {
     WorkspaceList reloaded(home.settings, home.root);
     reloaded.load();
     EXPECT_EQ(reloaded.names(), QStringList({"new", "other"}));
-    EXPECT_EQ(reloaded.password(0), QStringLiteral("x"));
+    EXPECT_TRUE(reloaded.checkPassword(0, QStringLiteral("x")));
+    EXPECT_FALSE(reloaded.checkPassword(0, {}));
     const WorkspacePaths newWs(home.root, QStringLiteral("new"));
     EXPECT_TRUE(QFile::exists(newWs.historyDb()));
     EXPECT_FALSE(QFile::exists(newWs.filnumRDb()));

@@ -7,8 +7,12 @@
 #include <QLineEdit>
 #include <QPushButton>
 
-FrmLogin::FrmLogin(QString expectedPassword, Prompter& prompter, QWidget* parent)
-    : QDialog(parent), m_strpass(std::move(expectedPassword)), m_prompter(prompter) {
+FrmLogin::FrmLogin(const QString& expectedPassword, Prompter& prompter, QWidget* parent)
+    : FrmLogin([expectedPassword](const QString& typed) { return typed == expectedPassword; }, prompter,
+               parent) {}
+
+FrmLogin::FrmLogin(Prompter::PasswordCheck check, Prompter& prompter, QWidget* parent)
+    : QDialog(parent), m_check(std::move(check)), m_prompter(prompter) {
     setObjectName(QStringLiteral("frmLogin"));
     setWindowTitle(QStringLiteral("登录"));
     auto* prompt = new QLabel(QStringLiteral("请输入该用户口令密码："), this);
@@ -34,7 +38,7 @@ FrmLogin::FrmLogin(QString expectedPassword, Prompter& prompter, QWidget* parent
 }
 
 void FrmLogin::onOk() {
-    if (m_txtPassword->text() == m_strpass) {
+    if (m_check(m_txtPassword->text())) {
         m_loginSucceeded = true;
         accept();
         return;

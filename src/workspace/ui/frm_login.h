@@ -1,23 +1,26 @@
 #pragma once
 
+#include "workspace/prompter.h"
+
 #include <QDialog>
 
-class Prompter;
 class QLineEdit;
 
-// The password box: compares the typed text with the expected password exactly; a mismatch
-// keeps the box open with the field selected until the player cancels.
+// The password box: hands the typed text to the check it was given; a mismatch keeps the box
+// open with the field selected until the player cancels.
 class FrmLogin : public QDialog {
     Q_OBJECT
 public:
-    FrmLogin(QString expectedPassword, Prompter& prompter, QWidget* parent = nullptr);
+    FrmLogin(Prompter::PasswordCheck check, Prompter& prompter, QWidget* parent = nullptr);
+    // Against a known password, compared exactly.
+    FrmLogin(const QString& expectedPassword, Prompter& prompter, QWidget* parent = nullptr);
     bool loginSucceeded() const { return m_loginSucceeded; }
 
 private:
     void onOk();
     void onCancel();
 
-    QString m_strpass;
+    Prompter::PasswordCheck m_check;
     Prompter& m_prompter;
     QLineEdit* m_txtPassword;
     bool m_loginSucceeded = false;
