@@ -100,9 +100,10 @@ bool WorkspaceList::makeWorkspaceFiles(const QString& name, bool copyFilnumR) co
     if (name.isEmpty() || nameError(name)) return false;
     if (m_root.makeChildFolder(name).isEmpty()) return false;
     const WorkspacePaths ws(m_root, name);
+    // A database already there belongs to a workspace of this name (a rename to the name in
+    // use, or back to an earlier one) and is kept: a template never replaces data.
     auto copy = [](const QString& from, const QString& to) {
-        QFile::remove(to);
-        return QFile::copy(from, to);
+        return QFileInfo::exists(to) || QFile::copy(from, to);
     };
     bool ok = copy(m_root.historyTemplate(), ws.historyDb());
     ok = copy(m_root.filnumTemplate(), ws.filnumDb()) && ok;

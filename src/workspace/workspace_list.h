@@ -103,8 +103,8 @@ public:
     bool renameAt(int index, const QString& newName, const QString& password, QString* error = nullptr);
     bool nameTaken(const QString& name, int exceptIndex = 0) const;
 
-    // Makes <app>/<name>/ and copies the templates in; copyFilnumR only at creation. False
-    // when the folder cannot be made there or a copy fails.
+    // Makes <app>/<name>/ and copies in the templates of the files it lacks; copyFilnumR only
+    // at creation. False when the folder cannot be made there or a copy fails.
     bool makeWorkspaceFiles(const QString& name, bool copyFilnumR) const;
 
 private:

@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <gtest/gtest.h>
 
@@ -195,4 +196,21 @@ TEST(WorkspaceList, RenameSetsUpAFreshWorkspaceAndLeavesTheOldFiles) {
     ScriptedPrompter empty;
     empty.answer(QString());
     EXPECT_FALSE(list.askRename(1, QStringLiteral("new"), empty));
+
+    // Taking the proposed name again, or going back to the old one, keeps the files there.
+    for (const QString& db : {newWs.historyDb(), oldWs.historyDb()}) {
+        QFile data(db);
+        ASSERT_TRUE(data.open(QIODevice::WriteOnly | QIODevice::Append));
+        data.write("draws");
+    }
+    const auto sizes = [&] {
+        return QList<qint64>{QFileInfo(newWs.historyDb()).size(), QFileInfo(oldWs.historyDb()).size()};
+    };
+    const QList<qint64> before = sizes();
+    ScriptedPrompter same;
+    ASSERT_EQ(list.askRename(1, QStringLiteral("new"), same), QStringLiteral("new"));
+    ScriptedPrompter back;
+    back.answer(QStringLiteral("old"));
+    ASSERT_EQ(list.askRename(1, QStringLiteral("new"), back), QStringLiteral("old"));
+    EXPECT_EQ(sizes(), before);
 }
