@@ -16,7 +16,9 @@ struct CliRun {
 class CliRunner {
 public:
     CliRunner() = default;
-    QString home() const { return m_dir.path(); }
+    // Runs against a data root the test chose (to look at what lies beside it).
+    explicit CliRunner(QString home) : m_home(std::move(home)) {}
+    QString home() const { return m_home.isEmpty() ? m_dir.path() : m_home; }
 
     CliRun run(const QStringList& args, int timeoutMs = 120000) const {
         QProcess p;
@@ -31,4 +33,5 @@ public:
 
 private:
     QTemporaryDir m_dir;
+    QString m_home;
 };

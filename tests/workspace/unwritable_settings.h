@@ -27,7 +27,8 @@ public:
                QFile::setPermissions(m_dir, readOnly);
     }
     ~UnwritableSettings() {
-        if (geteuid() != 0) QFile::setPermissions(m_dir, m_dirPermissions);
+        if (geteuid() == 0) QDir().rmdir(m_file);  // the file's old text is gone; the store starts anew
+        else QFile::setPermissions(m_dir, m_dirPermissions);
     }
     UnwritableSettings(const UnwritableSettings&) = delete;
     UnwritableSettings& operator=(const UnwritableSettings&) = delete;

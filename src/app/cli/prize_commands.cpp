@@ -133,11 +133,12 @@ int PrizeRulesSetCommand::run(CliContext& ctx, Session& s, const Args& args) con
     if (hasRank && args.text(QStringLiteral("rank")).isEmpty())
         return ctx.fail(QStringLiteral("a level's name is not empty"));
     PrizeSettings settings = prize_session::settingsOf(s);
-    if (args.has(QStringLiteral("front"))) settings.writeFront(n, args.integer(QStringLiteral("front")));
-    if (args.has(QStringLiteral("back"))) settings.writeBack(n, args.integer(QStringLiteral("back")));
-    if (args.has(QStringLiteral("money"))) settings.writeMoney(n, args.integer(QStringLiteral("money")));
-    if (hasRank) settings.writeRank(n, args.text(QStringLiteral("rank")));
-    return kDone;
+    bool saved = true;
+    if (args.has(QStringLiteral("front"))) saved &= settings.writeFront(n, args.integer(QStringLiteral("front")));
+    if (args.has(QStringLiteral("back"))) saved &= settings.writeBack(n, args.integer(QStringLiteral("back")));
+    if (args.has(QStringLiteral("money"))) saved &= settings.writeMoney(n, args.integer(QStringLiteral("money")));
+    if (hasRank) saved &= settings.writeRank(n, args.text(QStringLiteral("rank")));
+    return saved ? kDone : ctx.fail(settings.saveFailedText());
 }
 
 PrizeCheckCommand::PrizeCheckCommand()

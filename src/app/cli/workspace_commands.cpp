@@ -26,7 +26,7 @@ int WorkspaceListCommand::execute(CliContext& ctx, const Args&) const {
     ctx.out << "index\tName\tpassword\tcurrent\n";
     const int current = list.ftopt();
     for (int row = 0; row < list.count(); ++row)
-        ctx.out << row + 1 << '\t' << list.name(row) << '\t' << (list.password(row).isEmpty() ? "no" : "yes")
+        ctx.out << row + 1 << '\t' << list.name(row) << '\t' << (list.hasPassword(row) ? "yes" : "no")
                 << '\t' << (row + 1 == current ? "*" : "") << '\n';
     return kDone;
 }
@@ -44,12 +44,12 @@ int WorkspaceCreateCommand::execute(CliContext& ctx, const Args& args) const {
     const QString name = args.positional(0);
     if (name.isEmpty()) return ctx.fail(QStringLiteral("the name is empty"));
     if (list.nameTaken(name)) return ctx.fail(kNameTaken);
-    const int row = list.create(name, args.text(QStringLiteral("password")));
-    if (row < 0)
-        return ctx.fail(
-            QStringLiteral("the list holds %1 workspaces already").arg(WorkspaceList::kMaxWorkspaces));
+    QString error;
+    const int row = list.create(name, args.text(QStringLiteral("password")), &error);
+    if (row < 0) return ctx.fail(error);
     // A workspace created here is the one later commands use by default.
-    ctx.settings.write(keys::Ftopt, row + 1);
+    if (!ctx.settings.write(keys::Ftopt, row + 1))
+        return ctx.fail(Settings::saveFailedText(ctx.settings.fileFor(keys::Ftopt)));
     ctx.out << row + 1 << '\n';
     return kDone;
 }
@@ -65,10 +65,10 @@ int WorkspaceDeleteCommand::execute(CliContext& ctx, const Args& args) const {
     WorkspaceList list = loadedList(ctx);
     const int row = static_cast<int>(list.names().indexOf(args.positional(0)));
     if (row < 0) return ctx.fail(QStringLiteral("请选择一个用户名然后再删除。"));
-    if (!list.password(row).isEmpty() && args.text(QStringLiteral("password")) != list.password(row))
+    if (!list.checkPassword(row, args.text(QStringLiteral("password"))))
         return ctx.fail(QStringLiteral("密码有误，没有权限删除该用户"));
-    list.removeAt(row);
-    return kDone;
+    QString error;
+    return list.removeAt(row, &error) ? kDone : ctx.fail(error);
 }
 
 WorkspaceRenameCommand::WorkspaceRenameCommand()
@@ -88,8 +88,9 @@ int WorkspaceRenameCommand::execute(CliContext& ctx, const Args& args) const {
     if (row < 0) return ctx.fail(QStringLiteral("no workspace named %1").arg(name));
     if (newName.isEmpty()) return ctx.fail(QStringLiteral("the name is empty"));
     if (list.nameTaken(newName, row + 1)) return ctx.fail(kNameTaken);
-    list.renameAt(row + 1, newName, args.text(QStringLiteral("password")));
-    return kDone;
+    QString error;
+    return list.renameAt(row + 1, newName, args.text(QStringLiteral("password")), &error) ? kDone
+                                                                                           : ctx.fail(error);
 }
 
 RulesShowCommand::RulesShowCommand()
@@ -129,7 +130,8 @@ int RulesSetCommand::execute(CliContext& ctx, const Args& args) const {
         return ctx.fail(QStringLiteral("the front zone has 28 to 36 numbers"));
     if (hasBack && !rules::validBack(back))
         return ctx.fail(QStringLiteral("the back zone has 12 to 24 numbers"));
-    if (hasFront) ctx.settings.write(keys::Bitnum, front, name);
-    if (hasBack) ctx.settings.write(keys::BitnumHou, back, name);
+    if ((hasFront && !ctx.settings.write(keys::Bitnum, front, name)) ||
+        (hasBack && !ctx.settings.write(keys::BitnumHou, back, name)))
+        return ctx.fail(Settings::saveFailedText(ctx.settings.fileFor(keys::Bitnum, name)));
     return kDone;
 }
