@@ -12,6 +12,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QStyle>
 #include <QTableView>
 #include <QVBoxLayout>
 
@@ -127,7 +128,10 @@ QWidget* PrizeCheckWindow::makeSide() {
         summary->setEditTriggers(QAbstractItemView::NoEditTriggers);
         for (int c = 0; c < 2; ++c) summary->setColumnWidth(c, twipsToPixels(kSummaryColumnTwips));
         ColumnWidths::fit(summary);
-        summary->setFixedWidth(2 * twipsToPixels(kSummaryColumnTwips) + 4);
+        // Room for both columns and the vertical scroll bar, which the list of levels needs.
+        summary->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        summary->setFixedWidth(summary->columnWidth(0) + summary->columnWidth(1) + 2 * summary->frameWidth() +
+                               summary->style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, summary));
         v->addWidget(summary, 1);
     }
     auto* money = new QGridLayout;

@@ -25,6 +25,7 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QStatusBar>
 #include <QTableView>
 #include <QVBoxLayout>
@@ -82,6 +83,11 @@ QWidget* MainWindow::makeHistoryArea() {
     m_grid = new QTableView(area);
     m_grid->setObjectName(QStringLiteral("MSFlexGrid1"));
     m_grid->setModel(m_gridModel);
+    connect(m_grid->verticalScrollBar(), &QScrollBar::rangeChanged, this, [this](int, int max) {
+        if (m_scrollToNewest) m_grid->verticalScrollBar()->setValue(max);
+    });
+    // Once the player scrolls himself, new layouts leave his position alone.
+    connect(m_grid->verticalScrollBar(), &QScrollBar::actionTriggered, this, [this] { m_scrollToNewest = false; });
     m_grid->verticalHeader()->hide();
     m_grid->verticalHeader()->setDefaultSectionSize(20);
     m_grid->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
@@ -295,16 +301,10 @@ void MainWindow::refreshHistory() {
     m_gridModel->refresh();
     const int drawnum = m_session.drawnum();
     m_label12->setText(history_actions::label12(m_session));
-    // The newest draw at the top of the view.
-    // After the view has laid out the new rows.
-    if (drawnum > 0)
-        QMetaObject::invokeMethod(
-            m_grid,
-            [this] {
-                const int last = m_gridModel->rowCount() - 1;
-                if (last >= 0) m_grid->scrollTo(m_gridModel->index(last, 0), QAbstractItemView::PositionAtTop);
-            },
-            Qt::QueuedConnection);
+    // The newest draw in view. The view lays out the new rows later (and the first time only
+    // once it is shown), so the scroll follows the scroll bar's new range.
+    m_scrollToNewest = drawnum > 0;
+    if (m_scrollToNewest) m_grid->scrollToBottom();
     updateHistoryCommands();
 }
 

@@ -86,6 +86,7 @@ private:
     HistoryGridModel* m_gridModel = nullptr;
     HistoryCommands* m_history = nullptr;
     QTableView* m_grid = nullptr;
+    bool m_scrollToNewest = false;  // the history grid follows its newest row until scrolled by hand
     QLabel* m_label12 = nullptr;
     QList<QLineEdit*> m_maskEdBox;
     ZoneBoardWidget* m_front = nullptr;
