@@ -36,11 +36,6 @@ public:
         Q_UNUSED(check);
         return false;
     }
-    // The same against a known password, compared exactly.
-    virtual bool login(const QString& expectedPassword) {
-        return login(
-            PasswordCheck([expectedPassword](const QString& typed) { return typed == expectedPassword; }));
-    }
     // File dialogs; an empty string when cancelled.
     virtual QString openFile(const QString& title, const QString& dir, const QString& filter) = 0;
     virtual QString saveFile(const QString& title, const QString& dir, const QString& filter) = 0;

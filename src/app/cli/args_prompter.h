@@ -18,7 +18,7 @@ public:
     bool yesNo(const QString& title, const QString& text, Icon icon) override;
     std::optional<QString> askTextOrCancel(const QString& title, const QString& prompt,
                                            const QString& proposal) override;
-    bool login(const QString&) override { return false; }
+    bool login(const PasswordCheck&) override { return false; }
     QString openFile(const QString&, const QString&, const QString&) override { return {}; }
     QString saveFile(const QString&, const QString&, const QString&) override { return {}; }
 

@@ -1,7 +1,9 @@
 #include "prize/ui/frm_prize.h"
 
 #include "workspace/prompter.h"
+#include "workspace/settings.h"
 
+#include <QAbstractButton>
 #include <QButtonGroup>
 #include <QComboBox>
 #include <QGroupBox>
@@ -64,34 +66,45 @@ FrmPrize::FrmPrize(PrizeSettings settings, Prompter& prompter, QWidget* parent)
     selectTab(0);
 }
 
+bool FrmPrize::showUnsaved(const std::optional<QString>& error) {
+    if (error) m_prompter.inform(Settings::kSaveFailedTitle, *error, Prompter::Icon::Warning);
+    return error.has_value();
+}
+
 QWidget* FrmPrize::makePanel(int tab, QWidget* parent) {
     auto* panel = new QWidget(parent);
     panel->setObjectName(QStringLiteral("Picture1(%1)").arg(tab));
     panel->resize(kPanelWidth, kPanelHeight);
     auto* h = new QHBoxLayout(panel);
 
+    // `click` stores a choice; `stored` reads what is stored, ticked again when a click was not saved.
     const auto zoneFrame = [&](const QString& title, const QList<int>& hits, const QList<QString>& names,
-                               int ticked, auto onClick) {
+                               auto click, auto stored) {
         auto* frame = new QGroupBox(title, panel);
         auto* v = new QVBoxLayout(frame);
         auto* group = new QButtonGroup(frame);
         for (int i = 0; i < hits.size(); ++i) {
             auto* option = new QRadioButton(QStringLiteral("%1数选中").arg(hits[i]), frame);
             option->setObjectName(QStringLiteral("%1(%2)").arg(names[i]).arg(tab));
-            option->setChecked(hits[i] == ticked);
-            group->addButton(option);
+            option->setChecked(hits[i] == stored(tab));
+            group->addButton(option, hits[i]);
             v->addWidget(option);
             const int k = hits[i];
-            connect(option, &QRadioButton::clicked, this, [onClick, tab, k] { onClick(tab, k); });
+            connect(option, &QRadioButton::clicked, this, [this, click, stored, group, tab, k] {
+                if (!showUnsaved(click(tab, k))) return;
+                if (QAbstractButton* b = group->button(stored(tab))) b->setChecked(true);
+            });
         }
         h->addWidget(frame);
     };
-    zoneFrame(QStringLiteral("前区号"), {1, 2, 3, 4, 5},
-              {QStringLiteral("Option1"), QStringLiteral("Option2"), QStringLiteral("Option3"),
-               QStringLiteral("Option4"), QStringLiteral("Option5")},
-              m_form.frontOption(tab), [this](int t, int k) { m_form.clickFront(t, k); });
-    zoneFrame(QStringLiteral("后区号"), {1, 2}, {QStringLiteral("Option21"), QStringLiteral("Option22")},
-              m_form.backOption(tab), [this](int t, int k) { m_form.clickBack(t, k); });
+    zoneFrame(
+        QStringLiteral("前区号"), {1, 2, 3, 4, 5},
+        {QStringLiteral("Option1"), QStringLiteral("Option2"), QStringLiteral("Option3"), QStringLiteral("Option4"),
+         QStringLiteral("Option5")},
+        [this](int t, int k) { return m_form.clickFront(t, k); }, [this](int t) { return m_form.frontOption(t); });
+    zoneFrame(
+        QStringLiteral("后区号"), {1, 2}, {QStringLiteral("Option21"), QStringLiteral("Option22")},
+        [this](int t, int k) { return m_form.clickBack(t, k); }, [this](int t) { return m_form.backOption(t); });
 
     auto* right = new QVBoxLayout;
     right->addWidget(new QLabel(QStringLiteral("奖项等级设定:"), panel));
@@ -100,7 +113,9 @@ QWidget* FrmPrize::makePanel(int tab, QWidget* parent) {
     combo->addItems(PrizeRulesForm::levelItems());
     // The list opens with nothing chosen, whatever level is stored.
     combo->setCurrentIndex(-1);
-    connect(combo, &QComboBox::activated, this, [this, tab](int item) { m_form.chooseLevel(tab, item); });
+    connect(combo, &QComboBox::activated, this, [this, combo, tab](int item) {
+        if (showUnsaved(m_form.chooseLevel(tab, item))) combo->setCurrentIndex(-1);
+    });
     right->addWidget(combo);
     right->addWidget(new QLabel(QStringLiteral("单注中奖金额:"), panel));
     auto* amount = new AmountField(m_form.amountText(tab), panel);

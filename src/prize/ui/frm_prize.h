@@ -49,6 +49,8 @@ protected:
 private:
     QWidget* makePanel(int tab, QWidget* parent);
     void storeAndClose();  // cmdOK
+    // Shows why a choice was not saved; true when there was such a message.
+    bool showUnsaved(const std::optional<QString>& error);
 
     PrizeRulesForm m_form;
     Prompter& m_prompter;

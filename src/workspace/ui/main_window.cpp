@@ -279,13 +279,7 @@ void MainWindow::loadFromSession() {
     m_statusPanels[0]->setText(m_session.curuser());
     m_statusPanels[1]->setText(QStringLiteral("%1选5 + %2选2").arg(m_session.bitnum()).arg(m_session.bitnumHou()));
 
-    // The stability item of the stored Wd; 8000 itself checks none.
-    const int wd = m_session.settings().readInt(keys::WdAtLoad, m_session.curuser());
-    for (const rules::StabilityItem& it : rules::stabilityItems())
-        action(QStringLiteral("meuSpd%1").arg(it.index))->setChecked(false);
-    if (const int item = rules::stabilityItemCheckedAtLoad(wd))
-        action(QStringLiteral("meuSpd%1").arg(item))->setChecked(true);
-
+    checkStoredStability();
     checkOnly(QStringLiteral("meuS"), rules::kFrontMin, rules::kFrontMax, m_session.bitnum());
     checkOnly(QStringLiteral("meuSHou"), rules::kBackMin, rules::kBackMax, m_session.bitnumHou());
     m_session.yaoqian = rules::kFrontPicks;
@@ -295,6 +289,15 @@ void MainWindow::loadFromSession() {
     renderBoard();
     updatePrizeChecks();
     refreshHistory();
+}
+
+void MainWindow::checkStoredStability() {
+    // The stability item of the stored Wd; 8000 itself checks none.
+    const int wd = m_session.settings().readInt(keys::WdAtLoad, m_session.curuser());
+    for (const rules::StabilityItem& it : rules::stabilityItems())
+        action(QStringLiteral("meuSpd%1").arg(it.index))->setChecked(false);
+    if (const int item = rules::stabilityItemCheckedAtLoad(wd))
+        action(QStringLiteral("meuSpd%1").arg(item))->setChecked(true);
 }
 
 void MainWindow::refreshHistory() {
@@ -373,16 +376,29 @@ void MainWindow::applyZoneSizes() {
     m_statusPanels[1]->setText(QStringLiteral("%1选5 + %2选2").arg(m_session.bitnum()).arg(m_session.bitnumHou()));
 }
 
+bool MainWindow::settingSaved(bool saved, const QString& error) {
+    if (!saved) m_prompter.inform(Settings::kSaveFailedTitle, error, Prompter::Icon::Warning);
+    return saved;
+}
+
 void MainWindow::chooseStability(int itemIndex) {
     for (const rules::StabilityItem& it : rules::stabilityItems()) {
-        action(QStringLiteral("meuSpd%1").arg(it.index))->setChecked(it.index == itemIndex);
-        if (it.index == itemIndex) m_session.settings().write(keys::WdAtLoad, it.value, m_session.curuser());
+        if (it.index != itemIndex) continue;
+        const QString user = m_session.curuser();
+        if (!settingSaved(m_session.settings().write(keys::WdAtLoad, it.value, user),
+                          Settings::saveFailedText(m_session.settings().fileFor(keys::WdAtLoad, user)))) {
+            checkStoredStability();
+            return;
+        }
     }
+    for (const rules::StabilityItem& it : rules::stabilityItems())
+        action(QStringLiteral("meuSpd%1").arg(it.index))->setChecked(it.index == itemIndex);
 }
 
 void MainWindow::chooseFrontSize(int size) {
+    QString error;
+    if (!settingSaved(m_session.setBitnum(size, &error), error)) size = m_session.bitnum();
     checkOnly(QStringLiteral("meuS"), rules::kFrontMin, rules::kFrontMax, size);
-    m_session.setBitnum(size);
     m_board->setSizes(static_cast<int16_t>(size), static_cast<int16_t>(m_session.bitnumHou()));
     m_board->reselect(Zone::Front);
     applyZoneSizes();
@@ -390,8 +406,9 @@ void MainWindow::chooseFrontSize(int size) {
 }
 
 void MainWindow::chooseBackSize(int size) {
+    QString error;
+    if (!settingSaved(m_session.setBitnumHou(size, &error), error)) size = m_session.bitnumHou();
     checkOnly(QStringLiteral("meuSHou"), rules::kBackMin, rules::kBackMax, size);
-    m_session.setBitnumHou(size);
     m_board->setSizes(static_cast<int16_t>(m_session.bitnum()), static_cast<int16_t>(size));
     m_board->reselect(Zone::Back);
     applyZoneSizes();
@@ -409,7 +426,8 @@ void MainWindow::askPrintSetting() {
     bool ok = false;
     const int n = answer.trimmed().toInt(&ok);
     // Anything but a count is ignored.
-    if (ok && n > 0 && n <= 32767) m_session.setPrintrow(n);
+    QString error;
+    if (ok && n > 0 && n <= 32767) settingSaved(m_session.setPrintrow(n, &error), error);
 }
 
 const std::vector<std::pair<const char*, schema::CandidateKind>>& MainWindow::prizeCheckItems() {

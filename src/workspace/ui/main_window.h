@@ -61,6 +61,9 @@ private:
     void makeStatusBar();
     void connectMenus();
 
+    // Shows the settings store's message when a setting was not saved; returns `saved`.
+    bool settingSaved(bool saved, const QString& error);
+    void checkStoredStability();
     void chooseStability(int itemIndex);       // meuSpd1..12
     void chooseFrontSize(int size);            // meuS
     void chooseBackSize(int size);             // meuSHou

@@ -15,7 +15,6 @@ public:
     bool yesNo(const QString& title, const QString& text, Icon icon = Icon::Question) override;
     std::optional<QString> askTextOrCancel(const QString& title, const QString& prompt,
                                            const QString& proposal = {}) override;
-    using Prompter::login;
     bool login(const PasswordCheck& check) override;
     QString openFile(const QString& title, const QString& dir, const QString& filter) override;
     QString saveFile(const QString& title, const QString& dir, const QString& filter) override;
