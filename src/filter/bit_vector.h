@@ -45,6 +45,11 @@ public:
         std::fill(m_words.begin(), m_words.end(), value ? ~Word{0} : Word{0});
         clearTail();
     }
+    // Flips every bit in place; the bits past size() stay zero.
+    void complement() {
+        for (Word& w : m_words) w = ~w;
+        clearTail();
+    }
     size_t count() const {
         size_t n = 0;
         for (Word w : m_words) n += static_cast<size_t>(std::popcount(w));

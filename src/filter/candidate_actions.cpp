@@ -11,7 +11,7 @@ using Word = BitVector::Word;
 void resetAll(CandidateTable& table) {
     table.unslt().fill(false);
     auto fl = table.fliter();
-    kernels::parallelSlices(table.rowCount(), [&](uint64_t begin, uint64_t end) {
+    KernelExecutor::shared().forEachSlice(table.rowCount(), [&](uint64_t begin, uint64_t end) {
         std::fill(fl.begin() + static_cast<ptrdiff_t>(begin), fl.begin() + static_cast<ptrdiff_t>(end),
                   ReasonTable::kEmpty);
     });
@@ -21,7 +21,7 @@ void resetLast(CandidateTable& table) {
     auto un = table.unslt().words();
     const auto pre = table.preunslt().words();
     auto fl = table.fliter();
-    kernels::parallelSlices(table.rowCount(), [&](uint64_t begin, uint64_t end) {
+    KernelExecutor::shared().forEachSlice(table.rowCount(), [&](uint64_t begin, uint64_t end) {
         const uint64_t firstWord = begin / BitVector::kWordBits;
         const uint64_t lastWord = BitVector::wordsFor(end);
         for (uint64_t w = firstWord; w < lastWord; ++w) {
@@ -35,23 +35,19 @@ void resetLast(CandidateTable& table) {
 
 void invertAll(CandidateTable& table) {
     kernels::beginFilter(table);
-    auto un = table.unslt().words();
-    for (Word& w : un) w = ~w;
-    table.unslt().clearTail();
+    table.unslt().complement();
     kernels::prefixReasons(table, kInvertAllPrefix);
 }
 
 void invertLast(CandidateTable& table) {
     std::ranges::copy(table.preunslt().words(), table.tmpunslt().words().begin());
     kernels::beginFilter(table);
-    BitVector swapped(table.rowCount());
-    auto sw = swapped.words();
+    // The rows live before the last filter flip.
+    BitVector swapped = table.tmpunslt();
+    swapped.complement();
     auto un = table.unslt().words();
-    const auto tmp = table.tmpunslt().words();
-    for (size_t w = 0; w < un.size(); ++w) {
-        sw[w] = ~tmp[w] & table.unslt().validMask(w);
-        un[w] ^= sw[w];
-    }
+    const auto sw = swapped.words();
+    for (size_t w = 0; w < un.size(); ++w) un[w] ^= sw[w];
     kernels::prefixReasons(table, kInvertLastPrefix, &swapped);
 }
 

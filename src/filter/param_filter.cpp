@@ -1,26 +1,17 @@
 #include "filter/param_filter.h"
 
 #include "filter/candidate_kernels.h"
+#include "filter/kernel_executor.h"
 #include "filter/param_reason_builder.h"
 
 #include <QStringList>
 
 #include <algorithm>
-#include <atomic>
 #include <cmath>
-#include <mutex>
+#include <numeric>
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
-#endif
-
-// The row kernels count bits; every x86-64 processor this runs on has the instruction. Their
-// loops are written to run on vector lanes, which the optimiser does at its highest level.
-#if defined(__x86_64__) && !defined(__POPCNT__)
-#pragma GCC target("popcnt")
-#endif
-#if defined(__GNUC__) && !defined(__clang__)
-#pragma GCC optimize("O3")
 #endif
 
 using param_catalogue::formatNumber;
@@ -122,7 +113,7 @@ std::vector<FilterStep> buildSteps(ParamId id, const ParamWindowState& state, co
     CompiledCompute compute = param_kernels::compile(id, state.computeInputs(), ctx);
     const bool positionParam = info.position > 0;
     // The position buttons do nothing in a scope where they have no column.
-    if (positionParam && compute.op != CompiledCompute::Op::Position) return steps;
+    if (positionParam && !compute.readsFigure()) return steps;
 
     const bool liveOnly = !tally || tallyLiveOnly(id);
     const auto& b = state.box(id);
@@ -131,14 +122,13 @@ std::vector<FilterStep> buildSteps(ParamId id, const ParamWindowState& state, co
     const double lo = leadingNumber(b[0]), hi = leadingNumber(b[1]);
 
     if (positionParam && !listTest) {
-        const int col = compute.constant;
+        const int col = compute.figureColumn;
         // The parity pair of the position's boxes; Option14 in both zones uses position 2's.
         const int pos = info.position;
         const int odd = state.check2[static_cast<size_t>(2 + 2 * pos)] ? 1 : 0;
         const int even = state.check2[static_cast<size_t>(3 + 2 * pos)] ? 1 : 0;
         FilterStep parity;
-        parity.compute.op = CompiledCompute::Op::FigMod2;
-        parity.compute.constant = col;
+        parity.compute = param_kernels::figureParity(col);
         parity.liveOnly = true;
         parity.hit = parityHits(odd, even);
         parity.prefix = QString::number(col + 1) + QStringLiteral("位奇偶性");
@@ -147,9 +137,8 @@ std::vector<FilterStep> buildSteps(ParamId id, const ParamWindowState& state, co
     }
 
     FilterStep main;
-    main.valueColumn = positionParam ? compute.constant : -1;
+    main.valueColumn = compute.figureColumn;
     main.compute = std::move(compute);
-    if (positionParam) main.compute.op = CompiledCompute::Op::Unchanged;
     main.liveOnly = liveOnly;
     main.prefix = label(id, state) + QStringLiteral("大小:");
     const QString sense = keepSense ? QStringLiteral(" 保留") : QStringLiteral(" 排除");
@@ -183,70 +172,97 @@ inline BitVector::Word packBits(const uint8_t* h, size_t n) {
     return bits;
 }
 
-// Reason ids by value, interned on first use. Each thread keeps its own cache; interning takes
-// the lock, which happens once per distinct value.
-class ReasonCache {
+// The values of a step's killed rows in the order a slice first meets them, so that their
+// reasons are interned in row order whatever the number of threads.
+class FirstValues {
 public:
-    ReasonCache(ReasonTable& reasons, const FilterStep& step, std::mutex& lock)
-        : m_reasons(reasons), m_step(step), m_lock(lock), m_ids(kValueSlots, PrefixMap::kUnset) {}
-    ReasonTable::Id operator()(int16_t v) {
-        ReasonTable::Id& id = m_ids[static_cast<size_t>(int32_t{v} + kValueOffset)];
-        if (id == PrefixMap::kUnset) {
-            std::lock_guard guard(m_lock);
-            id = m_reasons.intern(m_step.reason(v));
-        }
-        return id;
+    FirstValues() : m_seen(kValueSlots, 0) {}
+    void note(int16_t v) {
+        uint8_t& seen = m_seen[static_cast<size_t>(int32_t{v} + kValueOffset)];
+        if (seen) return;
+        seen = 1;
+        m_order.push_back(v);
     }
+    const std::vector<int16_t>& order() const { return m_order; }
 
 private:
-    ReasonTable& m_reasons;
-    const FilterStep& m_step;
-    std::mutex& m_lock;
-    std::vector<ReasonTable::Id> m_ids;
+    std::vector<uint8_t> m_seen;
+    std::vector<int16_t> m_order;
 };
 
-constexpr uint64_t kBlockRows = 4096;  // a multiple of 64: blocks start on whole words
+// The value a step tests on row r, once the step's computation has run on it.
+int16_t stepValue(const FilterStep& step, const CandidateTable& t, uint64_t r) {
+    return step.valueColumn < 0 ? t.canshuAt(r) : int16_t{t.fig(step.valueColumn + 1)[r]};
+}
 
-// One statement over every row: the step's computation, then the live rows it catches die
-// with the reason of their value. Block by block, on all cores.
-uint64_t runStep(CandidateTable& table, const FilterStep& step) {
+// The step on the rows [begin, end): computes, tests, and marks the live rows it catches dead,
+// in unslt and in `caught`; their values go to `values`. Returns how many died.
+uint64_t catchSlice(CandidateTable& table, const FilterStep& step, BitVector& caught, FirstValues& values,
+                    uint64_t begin, uint64_t end) {
     using Word = BitVector::Word;
-    const uint64_t rows = table.rowCount();
+    constexpr uint64_t kBlockRows = KernelExecutor::kBlockRows;
+    const CandidateTable& ct = table;
     std::span<int16_t> canshu = table.canshu();
     auto un = table.unslt().words();
-    auto fl = table.fliter();
-    const CandidateTable& ct = table;
-    std::mutex lock;
-    std::atomic<uint64_t> killed{0};
-
-    kernels::parallelSlices(rows, [&](uint64_t begin, uint64_t end) {
-        ReasonCache reasonOf(table.reasons(), step, lock);
-        std::array<uint8_t, kBlockRows> hit;
-        std::array<int16_t, kBlockRows> value;
-        uint64_t mine = 0;
-        for (uint64_t b = begin; b < end; b += kBlockRows) {
-            const uint64_t e = std::min(end, b + kBlockRows);
-            const uint64_t n = e - b;
-            param_kernels::computeRows(step.compute, ct, canshu, b, e);
-            if (step.valueColumn < 0) {
-                std::copy_n(canshu.data() + b, n, value.data());
-            } else {
-                const uint8_t* f = ct.fig(step.valueColumn + 1).data() + b;
-                for (uint64_t i = 0; i < n; ++i) value[i] = f[i];
-            }
-            step.hitBlock(value.data(), n, hit.data());
-            for (uint64_t off = 0; off < n; off += BitVector::kWordBits) {
-                const size_t w = (b + off) / BitVector::kWordBits;
-                const Word bits = packBits(hit.data() + off, std::min<uint64_t>(BitVector::kWordBits, n - off)) & ~un[w];
-                if (!bits) continue;
-                un[w] |= bits;
-                mine += static_cast<uint64_t>(std::popcount(bits));
-                forEachSetBit(bits, 0, [&](size_t i) { fl[b + off + i] = reasonOf(value[off + i]); });
-            }
+    auto out = caught.words();
+    std::array<uint8_t, kBlockRows> hit;
+    std::array<int16_t, kBlockRows> value;
+    uint64_t killed = 0;
+    for (uint64_t b = begin; b < end; b += kBlockRows) {
+        const uint64_t n = std::min(end, b + kBlockRows) - b;
+        param_kernels::computeRows(step.compute, ct, canshu, b, b + n);
+        if (step.valueColumn < 0) {
+            std::copy_n(canshu.data() + b, n, value.data());
+        } else {
+            const uint8_t* f = ct.fig(step.valueColumn + 1).data() + b;
+            std::copy_n(f, n, value.data());
         }
-        killed += mine;
+        step.hitBlock(value.data(), n, hit.data());
+        for (uint64_t off = 0; off < n; off += BitVector::kWordBits) {
+            const size_t w = (b + off) / BitVector::kWordBits;
+            const Word bits =
+                packBits(hit.data() + off, std::min<uint64_t>(BitVector::kWordBits, n - off)) & ~un[w];
+            out[w] = bits;
+            if (!bits) continue;
+            un[w] |= bits;
+            killed += static_cast<uint64_t>(std::popcount(bits));
+            forEachSetBit(bits, 0, [&](size_t i) { values.note(value[off + i]); });
+        }
+    }
+    return killed;
+}
+
+// One statement over every row: the step's computation, then the live rows it catches die
+// with the reason of their value. The rows are caught on all cores; the reasons of the new
+// values are then interned in row order and written to the caught rows.
+uint64_t runStep(CandidateTable& table, const FilterStep& step) {
+    KernelExecutor& executor = KernelExecutor::shared();
+    const KernelExecutor::Slices slices = executor.slicesFor(table.rowCount());
+    BitVector caught(table.rowCount());
+    std::vector<FirstValues> values(slices.count);
+    std::vector<uint64_t> killed(slices.count, 0);
+    table.canshu();  // allocated before the threads write it
+    executor.forEachIndexedSlice(slices, [&](size_t slice, uint64_t begin, uint64_t end) {
+        killed[slice] = catchSlice(table, step, caught, values[slice], begin, end);
     });
-    return killed.load();
+
+    std::vector<ReasonTable::Id> idOf(kValueSlots, PrefixMap::kUnset);
+    for (const FirstValues& v : values)
+        for (int16_t value : v.order()) {
+            ReasonTable::Id& id = idOf[static_cast<size_t>(int32_t{value} + kValueOffset)];
+            if (id == PrefixMap::kUnset) id = table.reasons().intern(step.reason(value));
+        }
+
+    auto fl = table.fliter();
+    const auto caughtWords = caught.words();
+    const CandidateTable& ct = table;
+    executor.forEachSlice(table.rowCount(), [&](uint64_t begin, uint64_t end) {
+        for (uint64_t w = begin / BitVector::kWordBits; w * BitVector::kWordBits < end; ++w)
+            forEachSetBit(caughtWords[w], w * BitVector::kWordBits, [&](size_t r) {
+                fl[r] = idOf[static_cast<size_t>(int32_t{stepValue(step, ct, r)} + kValueOffset)];
+            });
+    });
+    return std::accumulate(killed.begin(), killed.end(), uint64_t{0});
 }
 
 ViewColumns viewOf(ParamId id) {
@@ -289,7 +305,7 @@ IntegratedResult runIntegrated(CandidateTable& table, const ParamWindowState& st
     result.steps = static_cast<int>(steps.size());
 
     std::span<int16_t> errnum = table.errnum();
-    kernels::parallelSlices(table.rowCount(), [&](uint64_t begin, uint64_t end) {
+    KernelExecutor::shared().forEachSlice(table.rowCount(), [&](uint64_t begin, uint64_t end) {
         std::fill(errnum.begin() + static_cast<ptrdiff_t>(begin), errnum.begin() + static_cast<ptrdiff_t>(end), int16_t{0});
     });
     kernels::beginFilter(table);
@@ -301,7 +317,7 @@ IntegratedResult runIntegrated(CandidateTable& table, const ParamWindowState& st
     const int allowed = result.allowed;
     const bool flip = result.flipped;
     const BitVector& unslt = table.unslt();
-    kernels::parallelSlices(table.rowCount(), [&](uint64_t begin, uint64_t end) {
+    KernelExecutor::shared().forEachSlice(table.rowCount(), [&](uint64_t begin, uint64_t end) {
         using Word = BitVector::Word;
         for (uint64_t w = begin / BitVector::kWordBits; w * BitVector::kWordBits < end; ++w) {
             const uint64_t base = w * BitVector::kWordBits;

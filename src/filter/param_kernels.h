@@ -5,8 +5,8 @@
 // run or would fail), over the positions whose ChkBt box is ticked in the zone scope.
 //
 // A parameter is compiled once per run into a CompiledCompute: lookup tables per position with
-// the weight folded in, the list of ticked positions, and the operation. The row kernels then
-// read only the byte columns and those tables.
+// the weight folded in, the list of ticked positions, and the row kernel of its operation. The
+// row kernels then read only the byte columns and those tables.
 
 #include "filter/candidate_table.h"
 #include "filter/param_catalogue.h"
@@ -41,46 +41,34 @@ struct ComputeInputs {
     QString zdqjList;       // TxtZdqj
 };
 
+// A parameter compiled for one run. compile() picks the parameter's operation from the
+// catalogue of operations; the operation fills the tables and lists below and names the row
+// kernel that computes the value of a row from them.
 struct CompiledCompute {
-    enum class Op : uint8_t {
-        Unchanged,      // no statement runs (or it fails): canshu keeps its value
-        Sum,            // sum of the per-position tables
-        SumMod10,       // (sum) mod 10
-        Consecutive,    // pairs of neighbours one apart
-        MaxGap,         // largest difference between consecutive ticked positions
-        Difference,     // fig[last] - fig[first]
-        SameNumber,     // back numbers equal to a front number
-        OmissionRange,  // greatest minus least table value, from 0 and 99
-        SameTail,       // constant minus the number of distinct last digits
-        Ac,             // AC value with its array of ten
-        LiveListCount,  // sum of the tables on live rows, 0 on dead ones
-        Position,       // no canshu: the filter reads a figure column
-        FigMod2,        // the parity step of a position: fig mod 2 of one column
-    };
-    Op op = Op::Unchanged;
+    using RowKernel = void (*)(const CompiledCompute& c, const CandidateTable& t, int16_t* out,
+                               uint64_t begin, uint64_t end);
+    // Writes canshu of rows [begin, end); null where no statement runs (or it fails) and canshu
+    // keeps its value.
+    RowKernel kernel = nullptr;
+    // The figure column (0-based) that a position's filter reads in place of canshu, or -1.
+    int figureColumn = -1;
     // Figure columns (0-based, fig1 = 0) in the order the computation visits them.
     std::vector<int> positions;
-    // Neighbour pairs of Consecutive (0-based columns).
+    // Neighbour pairs of the consecutive count (0-based columns).
     std::vector<std::pair<int, int>> pairs;
     // Per position a table by number (byte value) with the weight folded in.
     std::array<std::array<int16_t, 256>, 7> table{};
-    // The term of a Sum as arithmetic on the number, where it has one: the kernels then run on
-    // vector lanes instead of looking up the tables (which always hold the same values).
-    enum class Term : uint8_t {
-        Table, Value, Even, Big, TailBig, UpTo10, From11To20, Above20, OddValue, EvenValue, Tail, SmallValue,
-        BigValue, Interval,
-    };
-    Term term = Term::Table;
-    int termLo = 0, termHi = 0;  // Interval: lo < F <= hi
-    // SameTail's constant; the column of Position and FigMod2.
+    int termLo = 0, termHi = 0;  // 自定区间: lo < F <= hi
+    // The same-tail count's constant; the column of the parity step.
     int constant = 0;
-    // Big, SmallValue, BigValue: the zone maximum of each column (F is big when 2F > max).
+    // The zone maximum of each column (F is big when 2F > max).
     std::array<int, 7> zoneMax{};
     // The sum may leave the range of the column (omission sums of a long history): rows whose
     // value does not fit keep their canshu, as an overflowing row update fails alone.
     bool checkOverflow = false;
 
-    bool writesCanshu() const { return op != Op::Unchanged && op != Op::Position; }
+    bool writesCanshu() const { return kernel != nullptr; }
+    bool readsFigure() const { return figureColumn >= 0; }
 };
 
 namespace param_kernels {
@@ -95,6 +83,9 @@ void computeRows(const CompiledCompute& c, const CandidateTable& t, std::span<in
 
 // Runs it on every row, on all cores.
 void computeAll(const CompiledCompute& c, CandidateTable& t);
+
+// The parity step of a position's filter: canshu = fig mod 2 of the 0-based column `col`.
+CompiledCompute figureParity(int col);
 
 // The AC value of n numbers with the array of ten (exposed for the tests).
 int acValue(const int* numbers, int n);

@@ -1,26 +1,16 @@
 #include "filter/param_reason_builder.h"
 
 #include "filter/candidate_kernels.h"
+#include "filter/kernel_executor.h"
 
 #include <bit>
 #include <cstring>
-#include <map>
-#include <mutex>
-
-// The row kernels count bits; every x86-64 processor this runs on has the instruction. Their
-// loops are written to run on vector lanes, which the optimiser does at its highest level.
-#if defined(__x86_64__) && !defined(__POPCNT__)
-#pragma GCC target("popcnt")
-#endif
-#if defined(__GNUC__) && !defined(__clang__)
-#pragma GCC optimize("O3")
-#endif
 
 namespace param_reasons {
 
 namespace {
 
-constexpr uint64_t kBlock = 4096;
+constexpr uint64_t kBlock = KernelExecutor::kBlockRows;
 
 // The eight bits of a byte as eight bytes 0 or 1, lowest bit first.
 constexpr std::array<uint64_t, 256> kByteFlags = [] {
@@ -102,128 +92,168 @@ private:
     uint32_t m_count = 0;
 };
 
+// The first pass of the tally over one slice of rows: every step on each block, each caught
+// row's Errnum, and in place of its reason the id of its key in the slice's map, until the
+// texts of the keys are made.
+class TallySlice {
+public:
+    TallySlice(CandidateTable& table, const std::vector<FilterStep>& steps, BitVector& changed, KeyMap& map)
+        : m_table(table), m_steps(steps), m_changed(changed), m_map(map), m_vals(steps.size() * kBlock) {
+        m_all.fill(1);
+    }
+
+    void run(uint64_t begin, uint64_t end) {
+        for (uint64_t b = begin; b < end; b += kBlock) {
+            const uint64_t n = std::min(end, b + kBlock) - b;
+            std::fill_n(m_mask.begin(), n, 0u);
+            liveBytes(b, n);
+            for (size_t t = 0; t < m_steps.size(); ++t) applyStep(t, b, n);
+            keyRows(b, n);
+        }
+    }
+
+private:
+    // The live flags of the block as bytes, eight at a time from the words of unslt.
+    void liveBytes(uint64_t b, uint64_t n) {
+        const auto unWords = m_table.unslt().words();
+        for (uint64_t off = 0; off < n; off += 8) {
+            const uint64_t w = unWords[(b + off) / BitVector::kWordBits];
+            const auto byte = static_cast<uint8_t>(~(w >> ((b + off) % BitVector::kWordBits)));
+            std::memcpy(m_live.data() + off, &kByteFlags[byte], 8);
+        }
+    }
+
+    // One pass of step t: the condition, the leading [unslt]=false where the statement has it,
+    // and the step's bit in the row's mask.
+    void applyStep(size_t t, uint64_t b, uint64_t n) {
+        const FilterStep& s = m_steps[t];
+        const CandidateTable& ct = m_table;
+        std::span<int16_t> canshu = m_table.canshu();
+        param_kernels::computeRows(s.compute, ct, canshu, b, b + n);
+        int16_t* v = m_vals.data() + t * kBlock;
+        if (s.valueColumn < 0)
+            std::copy_n(canshu.data() + b, n, v);
+        else
+            std::copy_n(ct.fig(s.valueColumn + 1).data() + b, n, v);
+        const uint8_t* alive = s.liveOnly ? m_live.data() : m_all.data();
+        if (s.test == FilterStep::Test::Range) {
+            const int32_t lo = s.lo, hi = s.hi;
+            const uint32_t outside = s.keep ? 1u : 0u;
+            for (uint64_t i = 0; i < n; ++i)
+                m_mask[i] |=
+                    (((static_cast<uint32_t>(v[i] >= lo) & static_cast<uint32_t>(v[i] <= hi)) ^ outside) &
+                     alive[i])
+                    << t;
+        } else {
+            s.hitBlock(v, n, m_hit.data());
+            for (uint64_t i = 0; i < n; ++i)
+                m_mask[i] |= uint32_t{static_cast<uint8_t>(m_hit[i] & alive[i])} << t;
+        }
+    }
+
+    // Errnum of every row of the block, and the key of each caught one: its old reason id, the
+    // mask of the steps that caught it and the values that their texts show.
+    void keyRows(uint64_t b, uint64_t n) {
+        std::span<int16_t> errnum = m_table.errnum();
+        auto fl = m_table.fliter();
+        std::array<uint16_t, 4 + kMaxSteps> key{};
+        for (uint64_t i = 0; i < n; ++i) {
+            const uint32_t m = m_mask[i];
+            const uint64_t r = b + i;
+            errnum[r] = static_cast<int16_t>(std::popcount(m));
+            if (!m) continue;
+            const uint32_t old = fl[r];
+            uint32_t len = 0;
+            key[len++] = static_cast<uint16_t>(old);
+            key[len++] = static_cast<uint16_t>(old >> 16);
+            key[len++] = static_cast<uint16_t>(m);
+            key[len++] = static_cast<uint16_t>(m >> 16);
+            for (uint32_t bits = m; bits; bits &= bits - 1) {
+                const int t = std::countr_zero(bits);
+                if (!m_steps[static_cast<size_t>(t)].constantText)
+                    key[len++] = static_cast<uint16_t>(m_vals[static_cast<size_t>(t) * kBlock + i]);
+            }
+            fl[r] = idOf(key.data(), len);
+            m_changed.set(r);
+        }
+    }
+
+    // Neighbouring rows often differ only where no step looks (the back numbers of a front-scope
+    // run): the last key is kept and compared first.
+    uint32_t idOf(const uint16_t* key, uint32_t len) {
+        if (len != m_lastLen || !std::equal(key, key + len, m_lastKey.begin())) {
+            m_lastId = m_map.idOf(key, len);
+            m_lastLen = len;
+            std::copy_n(key, len, m_lastKey.begin());
+        }
+        return m_lastId;
+    }
+
+    CandidateTable& m_table;
+    const std::vector<FilterStep>& m_steps;
+    BitVector& m_changed;
+    KeyMap& m_map;
+    std::vector<int16_t> m_vals;
+    std::array<uint32_t, kBlock> m_mask;
+    std::array<uint8_t, kBlock> m_live, m_hit, m_all;
+    std::array<uint16_t, 4 + kMaxSteps> m_lastKey{};
+    uint32_t m_lastLen = 0, m_lastId = 0;
+};
+
+// The reason text of every key of a map: the old text, then each catching step's text.
+std::vector<QString> keyTexts(const KeyMap& map, const ReasonTable& reasons,
+                              const std::vector<FilterStep>& steps) {
+    std::vector<QString> texts(map.size());
+    KernelExecutor::shared().forEachSlice(map.size(), [&](uint64_t from, uint64_t to) {
+        for (uint64_t id = from; id < to; ++id) {
+            const uint16_t* k = map.key(static_cast<uint32_t>(id));
+            const ReasonTable::Id old = uint32_t{k[0]} | (uint32_t{k[1]} << 16);
+            const uint32_t m = uint32_t{k[2]} | (uint32_t{k[3]} << 16);
+            QString text = reasons.text(old);
+            const uint16_t* v = k + 4;
+            for (uint32_t bits = m; bits; bits &= bits - 1) {
+                const FilterStep& s = steps[static_cast<size_t>(std::countr_zero(bits))];
+                text += s.constantText ? s.prefix : s.reason(static_cast<int16_t>(*v++));
+            }
+            texts[id] = std::move(text);
+        }
+    });
+    return texts;
+}
+
 }  // namespace
 
 void tally(CandidateTable& table, const std::vector<FilterStep>& steps) {
     const uint64_t rows = table.rowCount();
     if (steps.empty() || rows == 0) return;
     Q_ASSERT(steps.size() <= kMaxSteps);
-    const size_t nSteps = steps.size();
-    std::span<int16_t> canshu = table.canshu();
-    std::span<int16_t> errnum = table.errnum();
-    auto fl = table.fliter();
-    const CandidateTable& ct = table;
-    const BitVector& unslt = table.unslt();
+    // The columns the slices write, allocated before the threads start.
+    table.canshu();
+    table.errnum();
     BitVector changed(rows);
+    KernelExecutor& executor = KernelExecutor::shared();
+    const KernelExecutor::Slices slices = executor.slicesFor(rows);
+    std::vector<KeyMap> maps(slices.count);
+    executor.forEachIndexedSlice(slices, [&](size_t slice, uint64_t begin, uint64_t end) {
+        TallySlice(table, steps, changed, maps[slice]).run(begin, end);
+    });
 
-    std::mutex mapsMutex;
-    std::map<uint64_t, KeyMap> maps;  // by the first row of a slice
-
-    const auto slice = [&](uint64_t begin, uint64_t end) {
-        KeyMap map;
-        std::vector<int16_t> vals(nSteps * kBlock);
-        std::array<uint32_t, kBlock> mask;
-        std::array<uint8_t, kBlock> live, hit, all;
-        all.fill(1);
-        std::array<uint16_t, 4 + kMaxSteps> key{}, lastKey{};
-        uint32_t lastLen = 0, lastId = 0;
-        for (uint64_t b = begin; b < end; b += kBlock) {
-            const uint64_t e = std::min(end, b + kBlock);
-            const uint64_t n = e - b;
-            std::fill(mask.begin(), mask.begin() + static_cast<ptrdiff_t>(n), 0u);
-            // The live flags of the block as bytes, eight at a time from the words of unslt.
-            const auto unWords = unslt.words();
-            for (uint64_t off = 0; off < n; off += 8) {
-                const uint64_t w = unWords[(b + off) / BitVector::kWordBits];
-                const auto byte = static_cast<uint8_t>(~(w >> ((b + off) % BitVector::kWordBits)));
-                std::memcpy(live.data() + off, &kByteFlags[byte], 8);
-            }
-            for (size_t t = 0; t < nSteps; ++t) {
-                const FilterStep& s = steps[t];
-                param_kernels::computeRows(s.compute, ct, canshu, b, e);
-                int16_t* v = vals.data() + t * kBlock;
-                if (s.valueColumn < 0) std::copy(canshu.begin() + static_cast<ptrdiff_t>(b), canshu.begin() + static_cast<ptrdiff_t>(e), v);
-                else {
-                    const uint8_t* f = ct.fig(s.valueColumn + 1).data() + b;
-                    for (uint64_t i = 0; i < n; ++i) v[i] = f[i];
-                }
-                // One pass: the condition, the leading [unslt]=false where the statement has it,
-                // and the step's bit in the row's mask.
-                const uint8_t* alive = s.liveOnly ? live.data() : all.data();
-                if (s.test == FilterStep::Test::Range) {
-                    const int32_t lo = s.lo, hi = s.hi;
-                    const uint32_t outside = s.keep ? 1u : 0u;
-                    for (uint64_t i = 0; i < n; ++i)
-                        mask[i] |= (((static_cast<uint32_t>(v[i] >= lo) & static_cast<uint32_t>(v[i] <= hi)) ^ outside) &
-                                    alive[i]) << t;
-                } else {
-                    s.hitBlock(v, n, hit.data());
-                    for (uint64_t i = 0; i < n; ++i) mask[i] |= uint32_t{static_cast<uint8_t>(hit[i] & alive[i])} << t;
-                }
-            }
-            for (uint64_t i = 0; i < n; ++i) {
-                const uint32_t m = mask[i];
-                const uint64_t r = b + i;
-                errnum[r] = static_cast<int16_t>(std::popcount(m));
-                if (!m) continue;
-                const uint32_t old = fl[r];
-                uint32_t len = 0;
-                key[len++] = static_cast<uint16_t>(old);
-                key[len++] = static_cast<uint16_t>(old >> 16);
-                key[len++] = static_cast<uint16_t>(m);
-                key[len++] = static_cast<uint16_t>(m >> 16);
-                for (uint32_t bits = m; bits; bits &= bits - 1) {
-                    const int t = std::countr_zero(bits);
-                    if (!steps[static_cast<size_t>(t)].constantText)
-                        key[len++] = static_cast<uint16_t>(vals[static_cast<size_t>(t) * kBlock + i]);
-                }
-                // Neighbouring rows often differ only where no step looks (the back numbers of a
-                // front-scope run): the last key is kept and compared first.
-                bool same = len == lastLen;
-                for (uint32_t k = 0; same && k < len; ++k) same = key[k] == lastKey[k];
-                if (!same) {
-                    lastId = map.idOf(key.data(), len);
-                    lastLen = len;
-                    std::copy_n(key.begin(), len, lastKey.begin());
-                }
-                fl[r] = lastId;
-                changed.set(r);
-            }
-        }
-        std::lock_guard lock(mapsMutex);
-        maps.emplace(begin, std::move(map));
-    };
-    kernels::parallelSlices(rows, slice);
-
-    // The texts of the distinct keys, made on all cores, then interned in the table of reasons.
-    std::map<uint64_t, std::vector<ReasonTable::Id>> global;
-    for (auto& [begin, map] : maps) {
-        std::vector<QString> texts(map.size());
-        const ReasonTable& reasons = table.reasons();
-        kernels::parallelSlices(map.size(), [&](uint64_t from, uint64_t to) {
-            for (uint64_t id = from; id < to; ++id) {
-                const uint16_t* k = map.key(static_cast<uint32_t>(id));
-                const ReasonTable::Id old = uint32_t{k[0]} | (uint32_t{k[1]} << 16);
-                const uint32_t m = uint32_t{k[2]} | (uint32_t{k[3]} << 16);
-                QString text = reasons.text(old);
-                const uint16_t* v = k + 4;
-                for (uint32_t bits = m; bits; bits &= bits - 1) {
-                    const FilterStep& s = steps[static_cast<size_t>(std::countr_zero(bits))];
-                    text += s.constantText ? s.prefix : s.reason(static_cast<int16_t>(*v++));
-                }
-                texts[id] = std::move(text);
-            }
-        });
-        std::vector<ReasonTable::Id>& ids = global[begin];
-        ids.resize(map.size());
-        for (uint32_t id = 0; id < map.size(); ++id) ids[id] = table.reasons().intern(texts[id]);
+    // The texts are interned slice by slice, each slice's keys in the order its rows met them:
+    // new texts take their ids in row order, however many slices there were.
+    std::vector<std::vector<ReasonTable::Id>> ids(slices.count);
+    for (size_t slice = 0; slice < slices.count; ++slice) {
+        const std::vector<QString> texts = keyTexts(maps[slice], table.reasons(), steps);
+        ids[slice].reserve(texts.size());
+        for (const QString& text : texts) ids[slice].push_back(table.reasons().intern(text));
     }
 
+    auto fl = table.fliter();
     const auto changedWords = changed.words();
-    kernels::parallelSlices(rows, [&](uint64_t begin, uint64_t end) {
-        const std::vector<ReasonTable::Id>& ids = global.at(begin);
+    executor.forEachIndexedSlice(slices, [&](size_t slice, uint64_t begin, uint64_t end) {
+        const std::vector<ReasonTable::Id>& sliceIds = ids[slice];
         for (uint64_t w = begin / BitVector::kWordBits; w * BitVector::kWordBits < end; ++w)
-            forEachSetBit(changedWords[w], w * BitVector::kWordBits, [&](size_t r) { fl[r] = ids[fl[r]]; });
+            forEachSetBit(changedWords[w], w * BitVector::kWordBits,
+                          [&](size_t r) { fl[r] = sliceIds[fl[r]]; });
     });
 }
 

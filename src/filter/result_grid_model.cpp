@@ -103,7 +103,7 @@ void ResultGridModel::bind(const CandidateTable* table, GridView view) {
         auto sel = m_selected.words();
         const bool liveOnly = m_view.liveOnly;
         const auto range = m_view.idxRange;
-        kernels::parallelSlices(rows, [&](uint64_t begin, uint64_t end) {
+        KernelExecutor::shared().forEachSlice(rows, [&](uint64_t begin, uint64_t end) {
             using Word = BitVector::Word;
             for (uint64_t w = begin / BitVector::kWordBits; w * BitVector::kWordBits < end; ++w) {
                 Word bits = liveOnly ? ~un[w] & m_selected.validMask(w) : m_selected.validMask(w);

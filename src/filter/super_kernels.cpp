@@ -7,6 +7,7 @@
 #include <atomic>
 #include <bit>
 #include <climits>
+#include <map>
 #include <mutex>
 
 namespace super_kernels {
@@ -22,35 +23,25 @@ constexpr int32_t kNoDraw = INT32_MAX;
 // The front numbers' part of a ticket key (five bytes).
 constexpr uint64_t kFrontBits = (uint64_t{1} << 40) - 1;
 constexpr int kMaxSubset = 5;  // the front numbers of a draw
-// Rows per progress step of the history filters; each step runs on all cores.
-constexpr uint64_t kHistoryStepRows = uint64_t{1} << 22;
 
 bool bit(uint64_t mask, int c) { return c >= 0 && ((mask >> c) & 1u); }
 
-// Interns a reason text at most once per key, from several threads.
-class LazyReasons {
+// The reason keys that one slice of rows needs, in the order its rows first met them. The
+// slices' orders, taken slice by slice, intern the texts in row order whatever the number of
+// threads.
+class ReasonOrder {
 public:
-    LazyReasons(ReasonTable& table, size_t keys) : m_table(table), m_ids(keys) {
-        for (auto& id : m_ids) id.store(kUnset, std::memory_order_relaxed);
+    explicit ReasonOrder(size_t keys) : m_seen(keys, 0) {}
+    void note(size_t key) {
+        if (m_seen[key]) return;
+        m_seen[key] = 1;
+        m_order.push_back(static_cast<uint32_t>(key));
     }
-    template <typename TextFn>
-    ReasonTable::Id get(size_t key, TextFn&& text) {
-        ReasonTable::Id id = m_ids[key].load(std::memory_order_acquire);
-        if (id != kUnset) return id;
-        std::lock_guard lock(m_mutex);
-        id = m_ids[key].load(std::memory_order_relaxed);
-        if (id == kUnset) {
-            id = m_table.intern(text());
-            m_ids[key].store(id, std::memory_order_release);
-        }
-        return id;
-    }
+    const std::vector<uint32_t>& order() const { return m_order; }
 
 private:
-    static constexpr ReasonTable::Id kUnset = UINT32_MAX;
-    ReasonTable& m_table;
-    std::vector<std::atomic<ReasonTable::Id>> m_ids;
-    std::mutex m_mutex;
+    std::vector<uint8_t> m_seen;
+    std::vector<uint32_t> m_order;
 };
 
 // Sets unslt (true or false) and a reason on the rows of `sel`.
@@ -318,7 +309,7 @@ public:
                 b = std::min(b, pass);
             }
         }
-        m_reasonsReady = std::make_unique<LazyReasons>(t.reasons(), m_passes.size() * 8 + 1);
+        m_reasonKeys = m_passes.size() * 8 + 1;
     }
 
     uint64_t run(EngineProgress* progress) {
@@ -341,20 +332,44 @@ public:
             if (loops) std::ranges::fill(m_t.sknum(), int16_t{0});
             return 0;
         }
-        // The main pass writes canshu and SKnum of every row, dead rows 0.
+        // The main pass writes canshu and SKnum of every row, dead rows 0; a killed row holds
+        // its reason key until the texts are interned.
         m_t.canshu();
         m_t.sknum();
         m_t.jsqihao();
         std::atomic<uint64_t> killed{0};
-        for (uint64_t begin = 0; begin < rows; begin += kHistoryStepRows) {
-            if (progress && progress->cancelled()) break;
-            const uint64_t end = std::min(rows, begin + kHistoryStepRows);
-            kernels::parallelSlices(end - begin, [&](uint64_t b, uint64_t e) {
-                killed += m_front ? slice<true>(begin + b, begin + e) : slice<false>(begin + b, begin + e);
-            });
-            if (progress) progress->progress(end, rows);
-        }
+        std::mutex ordersMutex;
+        std::map<uint64_t, std::vector<uint32_t>> orders;  // by the first row of a slice
+        KernelExecutor::shared().forEachChunk(rows, progress, [&](uint64_t begin, uint64_t end) {
+            ReasonOrder order(m_reasonKeys);
+            killed += m_front ? slice<true>(begin, end, order) : slice<false>(begin, end, order);
+            std::lock_guard lock(ordersMutex);
+            orders.emplace(begin, order.order());
+        });
+        writeReasons(orders);
         return killed;
+    }
+
+    // Interns the texts of the reason keys in row order and puts their ids in place of the keys
+    // of the rows this run killed.
+    void writeReasons(const std::map<uint64_t, std::vector<uint32_t>>& orders) {
+        std::vector<ReasonTable::Id> ids(m_reasonKeys, 0);
+        std::vector<uint8_t> interned(m_reasonKeys, 0);
+        for (const auto& [begin, order] : orders)
+            for (uint32_t key : order) {
+                if (interned[key]) continue;
+                interned[key] = 1;
+                const Pass& p = m_passes[key / 8];
+                ids[key] = m_t.reasons().intern(historyReason(m_run, p.issue, static_cast<int>(key % 8)));
+            }
+        const auto un = m_t.unslt().words();
+        const auto pre = m_t.preunslt().words();
+        auto fl = m_t.fliter();
+        KernelExecutor::shared().forEachSlice(m_t.rowCount(), [&](uint64_t begin, uint64_t end) {
+            for (uint64_t w = begin / BitVector::kWordBits; w * BitVector::kWordBits < end; ++w)
+                forEachSetBit(un[w] & ~pre[w], w * BitVector::kWordBits,
+                              [&](size_t r) { fl[r] = ids[fl[r]]; });
+        });
     }
 
 private:
@@ -367,7 +382,7 @@ private:
         ReasonTable::Id reason = 0;
     };
 
-    RowResult resultOf(const Best& best, int lastCount) {
+    RowResult resultOf(const Best& best, int lastCount, ReasonOrder& order) {
         RowResult res;
         res.sknum = static_cast<int16_t>(lastCount);
         res.canshu = static_cast<int16_t>(best.matches);
@@ -377,7 +392,8 @@ private:
         res.kill = best.matches >= m_run.threshold;
         if (res.kill) {
             const size_t key = static_cast<size_t>(best.pass) * 8 + static_cast<size_t>(best.matches);
-            res.reason = m_reasonsReady->get(key, [&] { return historyReason(m_run, p.issue, best.matches); });
+            order.note(key);
+            res.reason = static_cast<ReasonTable::Id>(key);
         }
         return res;
     }
@@ -418,7 +434,7 @@ private:
 
     // Scope 1 over rows [begin, end), word-aligned: runs of rows with equal front numbers share
     // one result, written to the run's live rows at once.
-    uint64_t frontRuns(uint64_t begin, uint64_t end) {
+    uint64_t frontRuns(uint64_t begin, uint64_t end, ReasonOrder& order) {
         std::array<const uint8_t*, 5> c{};
         for (int k = 0; k < 5; ++k) c[static_cast<size_t>(k)] = m_t.fig(k + 1).data();
         const RowMasks numMask(m_t, m_cls, m_num);
@@ -435,7 +451,7 @@ private:
             if (!haveKey || key != lastKey) {
                 haveKey = true;
                 lastKey = key;
-                res = resultOf(frontBest(key), m_lastSkipped ? 0 : frontCount(key, last));
+                res = resultOf(frontBest(key), m_lastSkipped ? 0 : frontCount(key, last), order);
             }
             killed += applyRun(r, e, res);
             r = e;
@@ -489,9 +505,9 @@ private:
     // The rows [begin, end), word-aligned: scope 1 by runs, the pair scopes row by row, and any
     // scope row by row over the texts when the literals overflow a mask.
     template <bool Front>
-    uint64_t slice(uint64_t begin, uint64_t end) {
+    uint64_t slice(uint64_t begin, uint64_t end, ReasonOrder& order) {
         if constexpr (Front) {
-            if (!m_cls.overflow()) return frontRuns(begin, end);
+            if (!m_cls.overflow()) return frontRuns(begin, end, order);
         }
         auto un = m_t.unslt().words();
         int16_t* canshu = m_t.canshu().data();
@@ -523,11 +539,13 @@ private:
                     Best best;
                     int lastCount = 0;
                     slowRow(r, best, lastCount);
-                    res = resultOf(best, lastCount);
+                    res = resultOf(best, lastCount, order);
                 } else {
                     const uint64_t hou = houMask(r), num = numMask(r);
                     const Best best = frontNum ? pairBestCached(hou, num, pairs) : pairBest(hou, num);
-                    res = resultOf(best, m_lastSkipped ? 0 : int{bit(hou, last.houTerm)} + int{bit(num, last.numTerm)});
+                    res = resultOf(
+                        best, m_lastSkipped ? 0 : int{bit(hou, last.houTerm)} + int{bit(num, last.numTerm)},
+                        order);
                 }
                 canshu[r] = res.canshu;
                 sknum[r] = res.sknum;
@@ -615,7 +633,7 @@ private:
     bool m_front = true;
     bool m_lastSkipped = false;
     Pieces m_num, m_hou;
-    std::unique_ptr<LazyReasons> m_reasonsReady;
+    size_t m_reasonKeys = 0;
 };
 
 }  // namespace
@@ -699,13 +717,8 @@ uint64_t inclusionKill(CandidateTable& t, const InclusionRun& run) {
     kernels::beginFilter(t);
     t.setNumstring(modeOf(run.scope));
     const InclusionClasses ic(t, run);
-    BitVector live(t.rowCount());
-    {
-        auto l = live.words();
-        const auto u = t.unslt().words();
-        for (size_t w = 0; w < l.size(); ++w) l[w] = ~u[w];
-        live.clearTail();
-    }
+    BitVector live = t.unslt();
+    live.complement();
     const BitVector reach = countNumbers(t, ic, live, run.skzu);
     uint64_t killed = 0;
     if (any(reach)) killed = kernels::killSelected(t, reach, t.reasons().intern(groupReason(run)));
@@ -720,13 +733,8 @@ uint64_t inclusionKeep(CandidateTable& t, const InclusionRun& run) {
     kernels::beginFilter(t);
     t.setNumstring(modeOf(run.scope));
     const InclusionClasses ic(t, run);
-    BitVector preLive(t.rowCount());
-    {
-        auto l = preLive.words();
-        const auto p = t.preunslt().words();
-        for (size_t w = 0; w < l.size(); ++w) l[w] = ~p[w];
-        preLive.clearTail();
-    }
+    BitVector preLive = t.preunslt();
+    preLive.complement();
     const BitVector reach = countNumbers(t, ic, preLive, run.skzu);
     // All rows live before die with the group reason, those that reach skzu come back with "".
     BitVector dies = preLive;
@@ -774,7 +782,7 @@ uint64_t sameAsTemplate(CandidateTable& t, const std::unordered_set<uint64_t>& t
     std::ranges::sort(keys, byFront);
     BitVector hit(t.rowCount());
     auto hw = hit.words();
-    kernels::parallelSlices(t.rowCount(), [&](uint64_t begin, uint64_t end) {
+    KernelExecutor::shared().forEachSlice(t.rowCount(), [&](uint64_t begin, uint64_t end) {
         uint64_t lastFront = 0;
         bool known = false;
         std::span<const uint64_t> same;

@@ -1,20 +1,18 @@
 #include "generation/expansion.h"
 
 #include "filter/filter_workspace.h"
+#include "filter/kernel_executor.h"
 #include "filter/memory_budget.h"
 #include "workspace/prompter.h"
 
 #include <algorithm>
 #include <cmath>
-#include <thread>
 
 namespace {
 
 constexpr int kFrontPicks = 5;
 constexpr int kBackPicks = 2;
 constexpr int kSixPicks = 6;
-// From this many rows on the rows are written by two threads.
-constexpr uint64_t kParallelRows = uint64_t{1} << 20;
 
 bool isSix(ExpansionKind k) { return k == ExpansionKind::GAganf || k == ExpansionKind::Gdanaganf; }
 bool withBankers(ExpansionKind k) { return k == ExpansionKind::Gdanagan || k == ExpansionKind::Gdanaganf; }
@@ -179,41 +177,34 @@ ExpansionResult expand(const ExpansionInput& in, EngineProgress* progress, uint6
             ++r;
         }
     } else {
-        const auto backs = backChoices(in);
+        std::vector<std::array<uint8_t, 2>> backs;
+        for (const auto& [b6, b7] : backChoices(in)) backs.push_back({toByte(b6), toByte(b7)});
         const uint64_t perFront = backs.size();
-        // The reason column is written too (null), so that its pages are touched here, on two
+        // The reason column is written too (null), so that its pages are touched here, on all
         // threads, and not by the first action of the window.
         ReasonTable::Id* reasons = table->fliter().data();
-        // Front part i fills rows i * perFront .. (i + 1) * perFront - 1, so the parts can be
-        // written by several threads at once.
-        const auto fill = [&](size_t fBegin, size_t fEnd, EngineProgress* report) {
-            constexpr size_t kPollParts = 4096;
-            for (size_t i = fBegin; i < fEnd; ++i) {
-                const Slots& s = fronts[i];
-                uint64_t at = i * perFront;
-                const uint64_t end = at + perFront;
+        // Row at is front part at / perFront with back choice at % perFront, so any rows can be
+        // written apart from the others.
+        const auto fillRows = [&](uint64_t begin, uint64_t end) {
+            for (uint64_t at = begin; at < end;) {
+                const uint64_t part = at / perFront;
+                const uint64_t partEnd = std::min(end, (part + 1) * perFront);
+                const Slots& s = fronts[static_cast<size_t>(part)];
                 for (int k = 0; k < width; ++k)
-                    std::fill(col[static_cast<size_t>(k)] + at, col[static_cast<size_t>(k)] + end, toByte(s[static_cast<size_t>(k + 1)]));
-                std::fill(reasons + at, reasons + end, ReasonTable::kNull);
-                for (const auto& [b6, b7] : backs) {
-                    col[5][at] = toByte(b6);
-                    col[6][at] = toByte(b7);
-                    ++at;
+                    std::fill(col[static_cast<size_t>(k)] + at, col[static_cast<size_t>(k)] + partEnd,
+                              toByte(s[static_cast<size_t>(k + 1)]));
+                std::fill(reasons + at, reasons + partEnd, ReasonTable::kNull);
+                for (uint64_t row = at; row < partEnd; ++row) {
+                    const std::array<uint8_t, 2>& back = backs[static_cast<size_t>(row - part * perFront)];
+                    col[5][row] = back[0];
+                    col[6][row] = back[1];
                 }
-                if (report && (i - fBegin) % kPollParts == 0) {
-                    if (report->cancelled()) return false;
-                    report->progress(i * perFront, rows);
-                }
+                at = partEnd;
             }
-            return true;
         };
-        const size_t half = rows >= kParallelRows ? fronts.size() / 2 : fronts.size();
-        std::thread second;
-        if (half < fronts.size()) second = std::thread([&] { fill(half, fronts.size(), nullptr); });
-        const bool done = fill(0, half, progress);
-        if (second.joinable()) second.join();
-        if (!done) return {};
-        r = rows;
+        r = fronts.size() * perFront;
+        Q_ASSERT(r == rows);
+        if (!KernelExecutor::shared().forEachChunk(r, progress, fillRows)) return {};
     }
     Q_ASSERT(r == rows);
     if (progress) progress->progress(rows, rows);

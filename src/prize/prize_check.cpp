@@ -1,6 +1,7 @@
 #include "prize/prize_check.h"
 
 #include "filter/candidate_kernels.h"
+#include "filter/kernel_executor.h"
 
 #include <algorithm>
 #include <bit>
@@ -20,8 +21,7 @@ CheckDraw CheckDraw::newest(const DrawHistory& history) {
 namespace {
 
 // Rows handled together: the hit counters of a block stay in the first-level cache.
-constexpr uint64_t kBlockRows = 4096;
-static_assert(kBlockRows % BitVector::kWordBits == 0);
+constexpr uint64_t kBlockRows = KernelExecutor::kBlockRows;
 
 using CodeCounts = std::array<std::array<uint64_t, PrizeCheck::kCodes>, 2>;
 
@@ -137,8 +137,7 @@ void tallyBlock(const KernelInput& in, uint64_t b, uint64_t n, const uint8_t* co
 }
 
 template <int kFrontFigs, bool kBack>
-void checkSlice(const KernelInput& in, uint64_t begin, uint64_t end, CodeCounts& counts,
-                EngineProgress* progress) {
+void checkSlice(const KernelInput& in, uint64_t begin, uint64_t end, CodeCounts& counts) {
     // Four interleaved tallies, so that neighbouring rows of one code do not wait on each other.
     Tally tally{};
     const auto flush = [&] {
@@ -151,7 +150,6 @@ void checkSlice(const KernelInput& in, uint64_t begin, uint64_t end, CodeCounts&
     constexpr uint64_t kBlocksPerFlush = 1024;  // a tally takes at most a quarter of these rows
     uint64_t blocks = 0;
     for (uint64_t b = begin; b < end; b += kBlockRows) {
-        if (progress && progress->cancelled()) break;
         const uint64_t n = std::min(kBlockRows, end - b);
         alignas(16) std::array<uint8_t, kBlockRows> codes;
         codeBlock<kFrontFigs, kBack>(in, b, n, codes.data());
@@ -193,12 +191,13 @@ PrizeCheck PrizeCheck::run(const CandidateTable& table, const CheckDraw& draw, c
     in.unslt = table.unslt().words();
 
     std::mutex merge;
-    kernels::parallelSlices(c.m_rows, [&](uint64_t begin, uint64_t end) {
+    // A cancel leaves the counts of the chunks done.
+    KernelExecutor::shared().forEachChunk(c.m_rows, progress, [&](uint64_t begin, uint64_t end) {
         CodeCounts counts{};
         if (backToo)
-            checkSlice<prize::kFrontMax, true>(in, begin, end, counts, progress);
+            checkSlice<prize::kFrontMax, true>(in, begin, end, counts);
         else
-            checkSlice<6, false>(in, begin, end, counts, progress);
+            checkSlice<6, false>(in, begin, end, counts);
         std::lock_guard lock(merge);
         for (size_t d = 0; d < 2; ++d)
             for (size_t code = 0; code < kCodes; ++code) c.m_codeCount[d][code] += counts[d][code];

@@ -1,5 +1,6 @@
 #include "prize/ticket_list.h"
 
+#include "filter/kernel_executor.h"
 #include "prize/prize_check.h"
 
 #include <algorithm>
@@ -72,7 +73,7 @@ TicketList TicketList::byHits(const CandidateTable& table, const PrizeCheck& che
         start[static_cast<size_t>(at) + 1] = start[static_cast<size_t>(at)] + check.countOfCode(thrown, code);
     l.m_rows.resize(start[PrizeCheck::kCodes]);
     const BitVector& unslt = table.unslt();
-    constexpr uint64_t kBlockRows = 4096;
+    constexpr uint64_t kBlockRows = KernelExecutor::kBlockRows;
     std::array<uint8_t, kBlockRows> codes;
     for (uint64_t b = 0; b < table.rowCount(); b += kBlockRows) {
         const uint64_t n = std::min(kBlockRows, table.rowCount() - b);

@@ -2,7 +2,9 @@
 // over a copy of small random candidate tables, and every row's canshu, unslt, preunslt,
 // Errnum and Fliter must equal the engine's.
 #include "param_reference.h"
+#include "random_inputs.h"
 
+#include "filter/kernel_executor.h"
 #include "filter/param_filter.h"
 #include "support/qt_printers.h"
 
@@ -18,11 +20,11 @@ constexpr uint64_t kRows = 240;
 
 // A table of sorted tickets with some rows as a text file may give them (any order, repeats),
 // random flags, stale canshu and Errnum, and reasons null, empty or set.
-CandidateTable randomTable(std::mt19937& rng) {
-    CandidateTable t(schema::CandidateKind::Zuhe, kRows);
+CandidateTable randomTable(std::mt19937& rng, uint64_t rows = kRows) {
+    CandidateTable t(schema::CandidateKind::Zuhe, rows);
     std::uniform_int_distribution<int> front(1, 35), back(1, 12), pct(0, 99), small(-3, 40);
     const QString earlier[] = {QString(), QStringLiteral(""), QStringLiteral("偶数个数大小:3 保留0~2"), QStringLiteral("手工删除")};
-    for (uint64_t r = 0; r < kRows; ++r) {
+    for (uint64_t r = 0; r < rows; ++r) {
         std::array<int, 5> f{};
         std::array<int, 2> b{};
         if (pct(rng) < 85) {
@@ -50,17 +52,6 @@ CandidateTable randomTable(std::mt19937& rng) {
         t.fliter()[r] = why.isNull() ? ReasonTable::kNull : t.reasons().intern(why);
     }
     return t;
-}
-
-ParamContext randomContext(std::mt19937& rng) {
-    ParamContext c;
-    std::uniform_int_distribution<int> front(1, 35), om(0, 30);
-    for (int i = 0; i < 5; ++i) c.lastDrawFront[static_cast<size_t>(front(rng))] = true;
-    for (int n = 1; n < kNumberSlots; ++n) {
-        c.omissionFront[static_cast<size_t>(n)] = static_cast<int16_t>(om(rng));
-        c.omissionBack[static_cast<size_t>(n)] = static_cast<int16_t>(om(rng));
-    }
-    return c;
 }
 
 // A scale of the values each parameter takes, for limits and lists that catch some rows.
@@ -165,7 +156,7 @@ TEST_F(ParamStatements, EverySingleButtonMatchesItsStatements) {
     for (int trial = 0; trial < 12; ++trial) {
         for (const ParamInfo& p : param_catalogue::all()) {
             CandidateTable t = randomTable(rng);
-            const ParamContext ctx = randomContext(rng);
+            const ParamContext ctx = randomContext(rng, 30);
             const ParamWindowState s = randomState(rng);
             param_reference::load(db, t);
             param_reference::runSingle(db, p.id, s, ctx);
@@ -183,7 +174,7 @@ TEST_F(ParamStatements, ButtonsInSequenceMatch) {
     std::uniform_int_distribution<int> pick(0, kParamCount - 1);
     for (int trial = 0; trial < 60; ++trial) {
         CandidateTable t = randomTable(rng);
-        const ParamContext ctx = randomContext(rng);
+        const ParamContext ctx = randomContext(rng, 30);
         param_reference::load(db, t);
         QString what;
         for (int step = 0; step < 3; ++step) {
@@ -204,7 +195,7 @@ TEST_F(ParamStatements, IntegratedRunsMatch) {
     std::uniform_int_distribution<int> pct(0, 99);
     for (int trial = 0; trial < 120; ++trial) {
         CandidateTable t = randomTable(rng);
-        const ParamContext ctx = randomContext(rng);
+        const ParamContext ctx = randomContext(rng, 30);
         ParamWindowState s = randomState(rng);
         const int density = pct(rng);
         for (bool& b : s.check1) b = pct(rng) < density;
@@ -221,13 +212,48 @@ TEST_F(ParamStatements, IntegratedRunsMatch) {
     }
 }
 
+// The same checks on a table that the kernels cut into slices on three threads: each button once
+// (the scopes taking turns), one after the other on the same rows, and the integrated filter.
+TEST_F(ParamStatements, ATableCutIntoSlicesMatchesTheStatements) {
+    const KernelExecutor::ScopedThreadCount threads(3);
+    const uint64_t rows = 2 * KernelExecutor::kMinSliceRows + 777;
+    ASSERT_GT(KernelExecutor::shared().slicesFor(rows).count, 1u);
+    std::mt19937 rng(31337);
+    std::uniform_int_distribution<int> pct(0, 99);
+    CandidateTable t = randomTable(rng, rows);
+    const ParamContext ctx = randomContext(rng, 30);
+    param_reference::load(db, t);
+    int turn = 0;
+    for (const ParamInfo& p : param_catalogue::all()) {
+        ParamWindowState s = randomState(rng);
+        s.scope = static_cast<ZoneScope>(1 + turn++ % 3);
+        param_reference::runSingle(db, p.id, s, ctx);
+        param_filter::runSingle(t, p.id, s, ctx);
+        expectSame(
+            t, db,
+            QStringLiteral("%1 on %2 rows: %3").arg(QLatin1String(p.button)).arg(rows).arg(describe(s)));
+        if (HasFatalFailure()) return;
+    }
+    for (ZoneScope scope : {ZoneScope::Front, ZoneScope::Both}) {
+        ParamWindowState s = randomState(rng);
+        s.scope = scope;
+        for (bool& b : s.check1) b = pct(rng) < 60;
+        s.check3 = true;
+        s.txtRc0 = QStringLiteral("2");
+        param_reference::runIntegrated(db, s, ctx);
+        param_filter::runIntegrated(t, s, ctx);
+        expectSame(t, db, QStringLiteral("integrated on %1 rows: %2").arg(rows).arg(describe(s)));
+        if (HasFatalFailure()) return;
+    }
+}
+
 // The export's front-only companions compute what the front scope's statements compute,
 // whatever tab the window shows.
 TEST_F(ParamStatements, FrontOnlyCompanionsMatchTheFrontStatements) {
     std::mt19937 rng(99);
     for (const param_catalogue::RunStep& step : param_catalogue::exportOrder()) {
         CandidateTable t = randomTable(rng);
-        const ParamContext ctx = randomContext(rng);
+        const ParamContext ctx = randomContext(rng, 30);
         ParamWindowState s = randomState(rng);
         ParamWindowState front = s;
         front.scope = ZoneScope::Front;

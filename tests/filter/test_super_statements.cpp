@@ -1,7 +1,9 @@
 // Every super filter's kernel against its statements run in SQLite on random small tables, row
 // by row: unslt, preunslt, Fliter, canshu, SKnum, JSqihao and the Numstring texts.
+#include "filter/kernel_executor.h"
 #include "filter/super_filter.h"
 #include "filter/super_kernels.h"
+#include "random_inputs.h"
 #include "super_reference.h"
 
 #include <gtest/gtest.h>
@@ -16,15 +18,6 @@ using Mode = CandidateTable::NumstringMode;
 
 constexpr int kFront = 12;  // small zones so that tickets and draws share many numbers
 constexpr int kBack = 6;
-
-std::vector<int> distinctSorted(std::mt19937& rng, int count, int max) {
-    std::vector<int> all(static_cast<size_t>(max));
-    for (int i = 0; i < max; ++i) all[static_cast<size_t>(i)] = i + 1;
-    std::shuffle(all.begin(), all.end(), rng);
-    all.resize(static_cast<size_t>(count));
-    std::sort(all.begin(), all.end());
-    return all;
-}
 
 // A table with random tickets, some rows dead with a reason, random scratch values and a
 // Numstring left in `mode` by an earlier filter.
@@ -51,23 +44,6 @@ CandidateTable randomTable(std::mt19937& rng, uint64_t rows, Mode mode, bool hou
     t.setNumstring(mode);
     t.setNumstringHou(houFilled);
     return t;
-}
-
-DrawHistory randomHistory(std::mt19937& rng, int draws) {
-    DrawHistory h;
-    for (int i = 1; i <= draws; ++i) {
-        const auto front = distinctSorted(rng, 5, kFront), back = distinctSorted(rng, 2, kBack);
-        DrawNumbers d{};
-        d[0] = 2026000 + i;
-        for (int k = 0; k < 5; ++k) d[static_cast<size_t>(k + 1)] = front[static_cast<size_t>(k)];
-        d[6] = back[0];
-        d[7] = back[1];
-        h.figarr.push_back(d);
-    }
-    h.front.resize(h.figarr.size());
-    h.back.resize(h.figarr.size());
-    h.both.resize(h.figarr.size());
-    return h;
 }
 
 void expectSame(SqliteDb& db, const CandidateTable& t, const std::string& what) {
@@ -130,7 +106,7 @@ TEST_F(SuperStatements, RelationFiltersMatchTheirStatements) {
 }
 
 TEST_F(SuperStatements, HistoryFiltersMatchTheirStatementsInEveryScope) {
-    const DrawHistory h = randomHistory(rng, 25);
+    const DrawHistory h = randomHistory(rng, 25, kFront, kBack);
     const SuperButton buttons[] = {SuperButton::Option26, SuperButton::Option28, SuperButton::Option27};
     const int64_t spans[] = {1, 2, 7, 25, 26, 31};
     int round = 0;
@@ -157,7 +133,7 @@ TEST_F(SuperStatements, HistoryFiltersMatchTheirStatementsInEveryScope) {
 
 TEST_F(SuperStatements, HistoryFilterOnDrawsWithRepeatedNumbers) {
     // Imported rows can repeat a number: each position of the draw counts on its own.
-    DrawHistory h = randomHistory(rng, 12);
+    DrawHistory h = randomHistory(rng, 12, kFront, kBack);
     h.figarr[5] = {2026005, 3, 3, 7, 7, 9, 2, 2};
     h.figarr[12] = {2026012, 1, 2, 2, 2, 4, 5, 5};
     for (ZoneScope scope : {ZoneScope::Front, ZoneScope::Back}) {
@@ -174,7 +150,7 @@ TEST_F(SuperStatements, HistoryFilterOnDrawsWithRepeatedNumbers) {
 TEST_F(SuperStatements, HistoryFilterWithMoreDistinctNumbersThanAMaskHolds) {
     // Imported draws with numbers up to 99: more literals than the classes of a mask, so the
     // rows are compared with each draw's texts.
-    DrawHistory h = randomHistory(rng, 40);
+    DrawHistory h = randomHistory(rng, 40, kFront, kBack);
     for (int i = 1; i <= 40; ++i) {
         const auto front = distinctSorted(rng, 5, 99);
         for (int k = 0; k < 5; ++k) h.figarr[static_cast<size_t>(i)][static_cast<size_t>(k + 1)] = front[static_cast<size_t>(k)];
@@ -251,6 +227,43 @@ TEST_F(SuperStatements, SameAsTemplateMatchesItsStatements) {
         super_kernels::sameAsTemplate(t, keys);
         super_reference::sameAsTemplate(db);
         expectSame(db, t, "same as template round " + std::to_string(round));
+    }
+}
+
+// The workers on a table that the kernels cut into slices on three threads, so that the threaded
+// paths (runs of rows cut at a slice's edge, reasons interned from several slices) meet the
+// statements too.
+TEST_F(SuperStatements, ATableCutIntoSlicesMatchesTheStatements) {
+    const KernelExecutor::ScopedThreadCount threads(3);
+    const uint64_t rows = 2 * KernelExecutor::kMinSliceRows + 555;
+    ASSERT_GT(KernelExecutor::shared().slicesFor(rows).count, 1u);
+    const DrawHistory h = randomHistory(rng, 12, kFront, kBack);
+    for (ZoneScope scope : {ZoneScope::Front, ZoneScope::Back, ZoneScope::Both}) {
+        CandidateTable t = randomTable(rng, rows, Mode::Whole, scope == ZoneScope::Both);
+        // Runs of equal front numbers, as an expansion writes them.
+        for (uint64_t r = 1; r < rows; ++r)
+            if (r % 7 != 0)
+                for (int k = 1; k <= 5; ++k) t.fig(k)[r] = t.fig(k)[r - 1];
+        super_reference::load(db, t);
+        const SuperButton b = scope == ZoneScope::Front ? SuperButton::Option26 : SuperButton::Option28;
+        super_kernels::HistoryRun run{scope, super_filter::threshold(b, scope),
+                                      super_filter::caption(b, scope), QStringLiteral("6"), 6};
+        super_kernels::history(t, run, h);
+        super_reference::history(db, scope, run.threshold, run.caption, run.nText, 6, h);
+        expectSame(db, t, "history on slices, scope " + std::to_string(static_cast<int>(scope)));
+
+        const std::vector<int16_t> nums = numbers(3, kFront);
+        super_kernels::relation(t, super_kernels::Relation::Xiangsheng, nums, QStringLiteral("相生"));
+        super_reference::relation(db, 1, std::vector<int>(nums.begin(), nums.end()), QStringLiteral("相生"));
+        expectSame(db, t, "relation on slices");
+
+        super_kernels::InclusionRun inc{scope, numbers(4, kFront), 2, numbers(1, kFront),
+                                        QStringLiteral("保留号包含过滤")};
+        super_kernels::inclusionKeep(t, inc);
+        super_reference::inclusionKeep(db, scope, std::vector<int>(inc.numbers.begin(), inc.numbers.end()),
+                                       inc.skzu, std::vector<int>(inc.bankers.begin(), inc.bankers.end()),
+                                       inc.caption);
+        expectSame(db, t, "inclusion on slices");
     }
 }
 

@@ -25,14 +25,15 @@ struct MainWindowFixture {
     }
 
     // Enters the workspace again (a restart): a fresh session and main window. `beforeWindow`
-    // runs on the opened session before the window is built.
-    MainWindow* open(const std::function<void(Session&)>& beforeWindow = {}) {
+    // runs on the opened session before the window is built; `windowPrompter`, when given,
+    // answers the window's prompts instead of the scripted one.
+    MainWindow* open(const std::function<void(Session&)>& beforeWindow = {}, Prompter* windowPrompter = nullptr) {
         window.reset();
         auto entered = list.enter(0, prompter);
         session = std::make_unique<Session>(home.root, home.settings);
         if (!entered || !session->open(*entered)) return nullptr;
         if (beforeWindow) beforeWindow(*session);
-        window = std::make_unique<MainWindow>(*session, list, prompter);
+        window = std::make_unique<MainWindow>(*session, list, windowPrompter ? *windowPrompter : prompter);
         return window.get();
     }
 

@@ -3,15 +3,13 @@
 // player takes to answer; a progress dialog that is showing steps aside for a late message.
 #include "filter/ui/filter_window.h"
 #include "support/modal_answerer.h"
-#include "support/temp_home.h"
-#include "workspace/session.h"
+#include "support/main_window_fixture.h"
 #include "workspace/ui/main_menu.h"
-#include "workspace/ui/main_window.h"
 #include "workspace/ui/qt_prompter.h"
 #include "workspace/ui/work_progress.h"
-#include "workspace/workspace_list.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QDir>
 #include <QLineEdit>
 #include <QMenu>
@@ -22,26 +20,14 @@
 
 namespace {
 // A workspace entered with the real Qt prompter behind every window.
-struct RealDialogs {
-    TempHome home;
-    WorkspaceList list{home.settings, home.root};
-    QtPrompter prompter;
-    std::unique_ptr<Session> session;
-    std::unique_ptr<MainWindow> window;
+struct RealDialogs : MainWindowFixture {
+    QtPrompter qtPrompter;
 
-    RealDialogs() {
-        list.load();
-        list.create(QStringLiteral("张先生"), {});
-        auto entered = list.enter(0, prompter);
-        session = std::make_unique<Session>(home.root, home.settings);
-        if (!entered || !session->open(*entered)) return;
-        window = std::make_unique<MainWindow>(*session, list, prompter);
-        prompter.setParent(window.get());
+    RealDialogs() : MainWindowFixture(QStringLiteral("张先生")) {
+        if (!open({}, &qtPrompter)) return;
+        qtPrompter.setParent(window.get());
         window->resize(1366, 740);
         window->show();
-    }
-    QString bundledHistory() const {
-        return QDir(home.root.historyTextFolder()).filePath(QStringLiteral("大乐透历史开奖号码.txt"));
     }
     template <typename T>
     T* find(const QString& name) const {
@@ -68,6 +54,7 @@ private slots:
     void wholeImportAsksThenWorks();
     void superFilterPromptChains();
     void lateMessageHidesTheProgressDialog();
+    void typedDrawWithTheRealDialogs();
 };
 
 void OneDialogAtATimeTest::wholeImportAsksThenWorks() {
@@ -138,6 +125,33 @@ void OneDialogAtATimeTest::lateMessageHidesTheProgressDialog() {
     progress.report(900, 1000);
     QVERIFY(ModalAnswerer::progressVisible());
     QVERIFY(!progress.cancelled());
+}
+
+void OneDialogAtATimeTest::typedDrawWithTheRealDialogs() {
+    RealDialogs d;
+    QVERIFY(d.window);
+    d.window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(d.window.get()));
+    const auto typeKeys = [](const QString& keys) {
+        for (const QChar c : keys) QTest::keyClick(QApplication::focusWidget(), c.toLatin1());
+    };
+    ModalAnswerer answerer;
+    // A padded draw goes in without a single prompt.
+    d.find<QLineEdit>(QStringLiteral("MaskEdBox1(1)"))->setFocus();
+    typeKeys(QStringLiteral("03091422270607"));
+    QTest::qWait(ModalAnswerer::kHoldMs + 200);
+    QVERIFY2(answerer.failures().isEmpty(), qPrintable(report(answerer)));
+    QCOMPARE(d.session->drawnum(), 1);
+
+    // An unpadded number gives the message, alone in front, and nothing is stored.
+    answerer.expect(QStringLiteral("若需输入个位数"), ModalAnswerer::press(QMessageBox::Ok));
+    d.find<QLineEdit>(QStringLiteral("MaskEdBox1(1)"))->setFocus();
+    typeKeys(QStringLiteral("4"));
+    d.find<QLineEdit>(QStringLiteral("MaskEdBox1(2)"))->setFocus();
+    typeKeys(QStringLiteral("091422270607"));
+    QTRY_VERIFY_WITH_TIMEOUT(answerer.allAnswered(), 10000);
+    QVERIFY2(answerer.failures().isEmpty(), qPrintable(report(answerer)));
+    QCOMPARE(d.session->drawnum(), 1);
 }
 
 QTEST_MAIN(OneDialogAtATimeTest)
