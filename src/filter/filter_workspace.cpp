@@ -43,6 +43,37 @@ bool FilterWorkspace::openStored(SqliteDb& db, EngineProgress* progress, QString
     return true;
 }
 
+FilterWorkspace::Edit::Edit(FilterWorkspace* workspace) : m_workspace(workspace) {
+    if (m_workspace) m_workspace->beginEdit();
+}
+
+FilterWorkspace::Edit::~Edit() {
+    if (m_workspace) m_workspace->endEdit();
+}
+
+CandidateTable& FilterWorkspace::Edit::table() const {
+    Q_ASSERT(m_workspace && m_workspace->m_table);  // pauseWrite() gives no table
+    return *m_workspace->m_table;
+}
+
+FilterWorkspace::Edit FilterWorkspace::edit() {
+    Q_ASSERT(m_table);  // the windows edit open tables only
+    return Edit(this);
+}
+
+FilterWorkspace::Edit FilterWorkspace::pauseWrite() {
+    return Edit(m_table && writePending() ? this : nullptr);
+}
+
+void FilterWorkspace::beginEdit() {
+    if (m_openEdits++ == 0) m_writer.cancelAndJoin();
+}
+
+void FilterWorkspace::endEdit() {
+    --m_openEdits;
+    afterAction();
+}
+
 CandidateTable& FilterWorkspace::tableForChange() {
     m_writer.cancelAndJoin();
     return *m_table;
@@ -52,7 +83,8 @@ void FilterWorkspace::changed() { afterAction(); }
 
 void FilterWorkspace::afterAction() {
     m_shownCount = m_table->liveCount();
-    m_writer.start(*m_table);
+    // Inside an edit the write waits for its end.
+    if (m_openEdits == 0) m_writer.start(*m_table);
 }
 
 std::vector<uint64_t> FilterWorkspace::firstViewRows(int limit) const {
@@ -101,25 +133,13 @@ std::vector<uint64_t> FilterWorkspace::liveRows(uint64_t fromRow, int limit) con
     return rows;
 }
 
-void FilterWorkspace::resetAll() {
-    candidate_actions::resetAll(tableForChange());
-    afterAction();
-}
+void FilterWorkspace::resetAll() { candidate_actions::resetAll(edit().table()); }
 
-void FilterWorkspace::resetLast() {
-    candidate_actions::resetLast(tableForChange());
-    afterAction();
-}
+void FilterWorkspace::resetLast() { candidate_actions::resetLast(edit().table()); }
 
-void FilterWorkspace::invertAll() {
-    candidate_actions::invertAll(tableForChange());
-    afterAction();
-}
+void FilterWorkspace::invertAll() { candidate_actions::invertAll(edit().table()); }
 
-void FilterWorkspace::invertLast() {
-    candidate_actions::invertLast(tableForChange());
-    afterAction();
-}
+void FilterWorkspace::invertLast() { candidate_actions::invertLast(edit().table()); }
 
 FilterWorkspace::ClickOutcome FilterWorkspace::release(Button button, Mouse mouse) {
     if (!m_table) return {};

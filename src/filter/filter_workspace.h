@@ -9,6 +9,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <utility>
 #include <vector>
 
 class SqliteDb;
@@ -43,7 +44,35 @@ public:
 
     bool isOpen() const { return m_table != nullptr; }
     const CandidateTable& table() const { return *m_table; }
-    // For the filters of the window: stops a running write first. Call changed() afterwards.
+
+    // A change of the table in progress: while it lives the record's background write stays
+    // stopped; its end refreshes the count and starts the write again. Edits nest: only the
+    // outermost one starts the write.
+    //   auto edit = workspace.edit();
+    //   param_filter::runSingle(edit.table(), ...);
+    class [[nodiscard]] Edit {
+    public:
+        Edit(Edit&& other) noexcept : m_workspace(std::exchange(other.m_workspace, nullptr)) {}
+        Edit(const Edit&) = delete;
+        Edit& operator=(const Edit&) = delete;
+        Edit& operator=(Edit&&) = delete;
+        ~Edit();
+
+        // The table being changed (an open workspace's, from edit()).
+        CandidateTable& table() const;
+
+    private:
+        friend class FilterWorkspace;
+        explicit Edit(FilterWorkspace* workspace);
+        FilterWorkspace* m_workspace;  // null: nothing to restart
+    };
+    // An edit of the open table.
+    Edit edit();
+    // Holds a running write stopped while something else of the workspace changes (moban, the
+    // template) and writes again after; does nothing while no write runs.
+    Edit pauseWrite();
+
+    // The hand-made form of edit(): stops a running write first; call changed() afterwards.
     CandidateTable& tableForChange();
     // After a filter changed the table: refresh the count and bring the record up to date.
     void changed();
@@ -80,10 +109,13 @@ public:
 
 private:
     void afterAction();
+    void beginEdit();
+    void endEdit();
 
     FilterInstance m_instance;
     std::unique_ptr<CandidateTable> m_table;
     uint64_t m_shownCount = 0;
     int16_t m_intCmdnb = 0;
+    int m_openEdits = 0;
     CandidateWriter m_writer;
 };

@@ -42,8 +42,7 @@ MobanRecorder::RecordOutcome MobanRecorder::popupClosed(bool mnuAdfPicked, Recor
     RecordOutcome out;
     // The record of the table is written on its own connection: it is stopped while moban
     // changes and written again after.
-    const bool writing = m_ws.isOpen() && m_ws.writePending();
-    if (writing) m_ws.tableForChange();
+    const FilterWorkspace::Edit paused = m_ws.pauseWrite();
     if (mnuAdfPicked) {
         out.added = m_store.addStep(m_ws.intCmdnb(), m_ws.intQianHou);
     }
@@ -60,7 +59,6 @@ MobanRecorder::RecordOutcome MobanRecorder::popupClosed(bool mnuAdfPicked, Recor
             m_store.writeLast(moban_snapshot::superValues(super_filter::stepCode(source.button), in));
             break;
     }
-    if (writing) m_ws.changed();
     return out;
 }
 
@@ -83,9 +81,8 @@ MobanRecorder::ReplayOutcome MobanRecorder::replay(ParamWindowState& state, Supe
                 state.scope = super_filter::scopeOf(scope);
                 m_used.insert(QStringLiteral("Option29"));
                 const param_filter::IntegratedResult r =
-                    param_filter::runIntegrated(m_ws.tableForChange(), state, m_context);
+                    param_filter::runIntegrated(m_ws.edit().table(), state, m_context);
                 m_ws.baoliuMode = r.baoliuMode;
-                m_ws.changed();
                 break;
             }
             case 1: m_ws.invertLast(); break;
@@ -164,17 +161,13 @@ MobanRecorder::BrowseOutcome MobanRecorder::browse(qint64 v, ParamWindowState& s
 }
 
 int MobanRecorder::deleteLast() {
-    const bool writing = m_ws.isOpen() && m_ws.writePending();
-    if (writing) m_ws.tableForChange();
+    const FilterWorkspace::Edit paused = m_ws.pauseWrite();
     if (m_store.count() > 0) m_store.deleteLast();
-    if (writing) m_ws.changed();
     return m_store.count();
 }
 
 int MobanRecorder::clear() {
-    const bool writing = m_ws.isOpen() && m_ws.writePending();
-    if (writing) m_ws.tableForChange();
+    const FilterWorkspace::Edit paused = m_ws.pauseWrite();
     m_store.clear();
-    if (writing) m_ws.changed();
     return 1;
 }

@@ -18,8 +18,8 @@ param_filter::SingleResult ParamWindow::clickParameter(ParamId id, const ParamWi
     markUsed(QLatin1String(param_catalogue::info(id).button));
     if (!m_workspace.isOpen()) return {};
     m_workspace.baoliuMode = state.keep;
-    param_filter::SingleResult r = param_filter::runSingle(m_workspace.tableForChange(), id, state, m_context);
-    m_workspace.changed();
+    const param_filter::SingleResult r =
+        param_filter::runSingle(m_workspace.edit().table(), id, state, m_context);
     if (r.ran) m_view = GridView::afterParameter(r.view, r.heading);
     return r;
 }
@@ -27,9 +27,9 @@ param_filter::SingleResult ParamWindow::clickParameter(ParamId id, const ParamWi
 param_filter::IntegratedResult ParamWindow::clickIntegrated(const ParamWindowState& state, Prompter&) {
     markUsed(QStringLiteral("Option29"));
     if (!m_workspace.isOpen()) return {};
-    param_filter::IntegratedResult r = param_filter::runIntegrated(m_workspace.tableForChange(), state, m_context);
+    const FilterWorkspace::Edit edit = m_workspace.edit();
+    const param_filter::IntegratedResult r = param_filter::runIntegrated(edit.table(), state, m_context);
     m_workspace.baoliuMode = r.baoliuMode;
-    m_workspace.changed();
     m_view = GridView::live();
     return r;
 }
@@ -40,10 +40,8 @@ QString ParamWindow::exportPath() const {
 
 param_export::Result ParamWindow::clickExport(const ParamWindowState& state, Prompter& prompter) {
     if (!m_workspace.isOpen()) return {};
-    param_export::Result r = param_export::exportLive(m_workspace.tableForChange(), state, m_context, exportPath(), prompter);
-    // canshu changed: the record follows.
-    m_workspace.changed();
-    return r;
+    // canshu changes: the record follows.
+    return param_export::exportLive(m_workspace.edit().table(), state, m_context, exportPath(), prompter);
 }
 
 void ParamWindow::showPage(const QString& text1) {
@@ -54,7 +52,8 @@ void ParamWindow::showPage(const QString& text1) {
 void ParamWindow::doubleClick(ResultGridModel& model, int viewRow) {
     if (!m_workspace.isOpen() || viewRow < 0 || viewRow >= model.rowCount()) return;
     const int32_t idx = model.idxAt(viewRow);
-    CandidateTable& t = m_workspace.tableForChange();
+    const FilterWorkspace::Edit edit = m_workspace.edit();
+    CandidateTable& t = edit.table();
     kernels::beginFilter(t);
     // SELECT * WHERE [idx] = {idx}: the first such row decides, the update takes them all.
     std::vector<uint64_t> rows;
@@ -64,10 +63,7 @@ void ParamWindow::doubleClick(ResultGridModel& model, int viewRow) {
         for (uint64_t r = 0; r < t.rowCount(); ++r)
             if (t.idxAt(r) == idx) rows.push_back(r);
     }
-    if (rows.empty()) {
-        m_workspace.changed();
-        return;
-    }
+    if (rows.empty()) return;
     const bool wasDead = t.unslt().test(rows.front());
     model.setPainted(viewRow, !wasDead);
     const ReasonTable::Id reason = wasDead ? ReasonTable::kEmpty : t.reasons().intern(kManualDelete);
@@ -76,7 +72,6 @@ void ParamWindow::doubleClick(ResultGridModel& model, int viewRow) {
         t.unslt().set(r, !wasDead);
         t.fliter()[r] = reason;
     }
-    m_workspace.changed();
 }
 
 bool ParamWindow::clickAddTemplate(SqliteDb& fildb, Prompter& prompter) {
@@ -93,7 +88,8 @@ bool ParamWindow::clickAddTemplate(SqliteDb& fildb, Prompter& prompter) {
 bool ParamWindow::addLiveToTemplate(SqliteDb& fildb) {
     // The record may be behind the table while it is written: the tickets come from memory, and
     // the write is stopped so the template's transaction finds the database free.
-    const CandidateTable& t = m_workspace.tableForChange();
+    const FilterWorkspace::Edit edit = m_workspace.edit();
+    const CandidateTable& t = edit.table();
     std::vector<std::array<int, 7>> tickets;
     tickets.reserve(t.liveCount());
     for (uint64_t r = 0; r < t.rowCount(); ++r) {
@@ -102,9 +98,7 @@ bool ParamWindow::addLiveToTemplate(SqliteDb& fildb) {
         for (int c = 1; c <= t.figCount(); ++c) k[static_cast<size_t>(c - 1)] = t.fig(c)[r];
         tickets.push_back(k);
     }
-    const bool done = param_template::addTickets(fildb, tickets);
-    m_workspace.changed();
-    return done;
+    return param_template::addTickets(fildb, tickets);
 }
 
 bool ParamWindow::clearTemplate(SqliteDb& fildb) {

@@ -290,7 +290,8 @@ SuperFilter::Outcome SuperFilter::runRelation(int index, SuperInputs& in) {
     const auto n = static_cast<size_t>(std::min<int64_t>(passes(in.sknum), static_cast<int64_t>(in.sk.size())));
     const std::span<const int16_t> numbers(in.sk.data(), n);
     in.skPattern = super_kernels::relationPattern(numbers);
-    CandidateTable& t = m_ws.tableForChange();
+    const FilterWorkspace::Edit edit = m_ws.edit();
+    CandidateTable& t = edit.table();
     Outcome o;
     o.ran = true;
     if (index >= 0 && index <= 2) {
@@ -301,7 +302,6 @@ SuperFilter::Outcome SuperFilter::runRelation(int index, SuperInputs& in) {
         // No member of that index: only the copy of the flags and the text of the numbers.
         super_kernels::relationPrologue(t);
     }
-    m_ws.changed();
     return o;
 }
 
@@ -312,11 +312,9 @@ SuperFilter::Outcome SuperFilter::runHistory(SuperButton b, const SuperInputs& i
     run.caption = caption(b, tab);
     run.nText = in.sknum;
     run.passes = passes(in.sknum);
-    CandidateTable& t = m_ws.tableForChange();
     Outcome o;
     o.ran = true;
-    o.killed = super_kernels::history(t, run, m_history, progress);
-    m_ws.changed();
+    o.killed = super_kernels::history(m_ws.edit().table(), run, m_history, progress);
     return o;
 }
 
@@ -330,17 +328,17 @@ SuperFilter::Outcome SuperFilter::runInclusion(SuperButton b, const SuperInputs&
     for (int64_t i = 1; i <= m; ++i) run.bankers.push_back(in.dan[static_cast<size_t>(i)]);
     run.skzu = in.skzu;
     run.caption = caption(b, ZoneScope::Front);
-    CandidateTable& t = m_ws.tableForChange();
+    const FilterWorkspace::Edit edit = m_ws.edit();
     Outcome o;
     o.ran = true;
-    o.killed = b == SuperButton::Option31 ? super_kernels::inclusionKill(t, run) : super_kernels::inclusionKeep(t, run);
-    m_ws.changed();
+    o.killed = b == SuperButton::Option31 ? super_kernels::inclusionKill(edit.table(), run)
+                                          : super_kernels::inclusionKeep(edit.table(), run);
     return o;
 }
 
 SuperFilter::Outcome SuperFilter::runTemplate() {
     // The record is written by its own connection: stop it before the template is touched.
-    CandidateTable& t = m_ws.tableForChange();
+    const FilterWorkspace::Edit edit = m_ws.edit();
     std::unordered_set<uint64_t> keys;
     const QString tmpl = QStringLiteral("zuheMoban");
     if (m_fildb.tableExists(tmpl)) {
@@ -367,7 +365,6 @@ SuperFilter::Outcome SuperFilter::runTemplate() {
     Outcome o;
     o.ran = true;
     o.resetGridColumns = true;
-    o.killed = super_kernels::sameAsTemplate(t, keys);
-    m_ws.changed();
+    o.killed = super_kernels::sameAsTemplate(edit.table(), keys);
     return o;
 }

@@ -172,6 +172,48 @@ TEST(FilterWorkspace, ActionsKeepTheRecordUpToDateBehindTheWindow) {
     EXPECT_EQ(reopened.liveRows(299990).size(), 10u);
 }
 
+// An edit holds the record's write stopped while the table changes and writes it once at its
+// end, nested edits included; a pause without a running write leaves the record alone.
+TEST(FilterWorkspace, EditsStopTheWriteAndWriteTheirChangeOnce) {
+    Db d;
+    FilterWorkspace window(FilterInstance::GAgan, d.path());
+    window.openMade(std::make_unique<CandidateTable>(smallTable(200000)), 200000);
+    ASSERT_TRUE(window.writePending());
+    {
+        const FilterWorkspace::Edit outer = window.edit();
+        EXPECT_FALSE(window.writePending()) << "the opening write is stopped";
+        {
+            const FilterWorkspace::Edit inner = window.edit();
+            kernels::beginFilter(inner.table());
+            inner.table().unslt().set(7);
+        }
+        EXPECT_FALSE(window.writePending()) << "an inner edit leaves the write to the outer one";
+        EXPECT_EQ(window.shownCount(), 199999u) << "the count follows each edit";
+        outer.table().unslt().set(8);
+    }
+    ASSERT_TRUE(window.writePending());
+    {
+        // A pause while the record is written stops the write and starts it again after.
+        const FilterWorkspace::Edit paused = window.pauseWrite();
+        EXPECT_FALSE(window.writePending());
+    }
+    EXPECT_TRUE(window.writePending());
+    ASSERT_EQ(window.waitForWrite().outcome, store::Outcome::Done);
+    { const FilterWorkspace::Edit idle = window.pauseWrite(); }
+    EXPECT_FALSE(window.writePending()) << "nothing was written, nothing starts";
+
+    // The hand-made pair of the command line still brings the record up to date.
+    window.tableForChange().unslt().set(9);
+    window.changed();
+    EXPECT_EQ(window.shownCount(), 199997u);
+    ASSERT_EQ(window.waitForWrite().outcome, store::Outcome::Done);
+    const store::LoadResult stored = store::load(d.db, schema::CandidateKind::Zuhe);
+    ASSERT_TRUE(stored.table);
+    EXPECT_EQ(stored.table->deadCount(), 3u);
+    EXPECT_TRUE(stored.table->unslt().test(7) && stored.table->unslt().test(8) &&
+                stored.table->unslt().test(9));
+}
+
 TEST(FilterWorkspace, KeepingInstancesOpenEmptyWithoutATable) {
     Db d;
     FilterWorkspace window(FilterInstance::GAganRead, d.path());

@@ -204,8 +204,7 @@ TEST(ParamWindowActions, AddToTemplateKeepsDistinctTicketsInOrderAndRenumbers) {
 TEST(ParamWindowActions, ExportWritesTheSheetOrShowsTheMessage) {
     if (QStandardPaths::findExecutable(QStringLiteral("unzip")).isEmpty()) GTEST_SKIP() << "unzip is needed to read the sheet";
     Window w(40);
-    killRows(w.workspace.tableForChange(), 0, 10);
-    w.workspace.changed();
+    killRows(w.workspace.edit().table(), 0, 10);
     ParamWindowState s = ParamWindowState::defaults();
     s.check1[0] = s.check1[17] = s.check1[15] = s.check1[9] = true;  // 9: a position, not exported
     ScriptedPrompter prompter;
@@ -232,9 +231,8 @@ TEST(ParamWindowActions, ExportWritesTheSheetOrShowsTheMessage) {
     EXPECT_TRUE(prompter.asked().isEmpty());
 
     // A file that cannot be written: the message, nothing else.
-    const param_export::Result bad = param_export::exportLive(w.workspace.tableForChange(), s, {},
-                                                              QStringLiteral("/nonexistent/dir/Zuhe.xlsx"), prompter);
-    w.workspace.changed();
+    const param_export::Result bad = param_export::exportLive(
+        w.workspace.edit().table(), s, {}, QStringLiteral("/nonexistent/dir/Zuhe.xlsx"), prompter);
     EXPECT_FALSE(bad.written);
     ASSERT_EQ(prompter.asked().size(), 1);
     EXPECT_EQ(prompter.asked()[0].title, QStringLiteral("列表显示错误"));

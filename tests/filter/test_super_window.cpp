@@ -139,10 +139,12 @@ TEST_F(SW, InclusionKillWithABankerRevivesADeadRowWithABlankReason) {
           {3, 9, 11, 30, 31, 1, 2},    // one of them: lives
           {1, 2, 4, 5, 6, 1, 2},       // dead by an earlier filter, no banker: comes back
           {3, 8, 11, 12, 13, 1, 2}});  // dies, lacks the banker: comes back at once
-    CandidateTable& t = ws->tableForChange();
-    t.unslt().set(2);
-    t.fliter()[2] = t.reasons().intern(QStringLiteral("手工删除"));
-    ws->changed();
+    {
+        const FilterWorkspace::Edit edit = ws->edit();
+        CandidateTable& t = edit.table();
+        t.unslt().set(2);
+        t.fliter()[2] = t.reasons().intern(QStringLiteral("手工删除"));
+    }
     prompter.answer("2").answer("2")           // two numbers, groups of two
         .answer("3").answer("8")               // sk(1), sk(2)
         .answer("0").answer(true)              // no banker: refused by the 1..9 check
@@ -240,10 +242,12 @@ TEST_F(SW, SameAsTemplateKillsTicketsOfTheTemplateWithoutReasonOrUndo) {
     ASSERT_TRUE(fildb.exec(schema::candidate(schema::CandidateKind::ZuheMoban).createStatement()));
     ASSERT_TRUE(fildb.exec(QStringLiteral("INSERT INTO zuheMoban(idx,fig1,fig2,fig3,fig4,fig5,fig6,fig7) "
                                           "VALUES(1,1,2,3,4,5,6,8),(2,2,3,4,5,6,7,8)")));
-    CandidateTable& t = ws->tableForChange();
-    t.unslt().set(2);
-    t.fliter()[2] = t.reasons().intern(QStringLiteral("手工删除"));
-    ws->changed();
+    {
+        const FilterWorkspace::Edit edit = ws->edit();
+        CandidateTable& t = edit.table();
+        t.unslt().set(2);
+        t.fliter()[2] = t.reasons().intern(QStringLiteral("手工删除"));
+    }
     const auto pre = bits(table().preunslt());
     const auto o = left(SuperButton::Option43);
     EXPECT_TRUE(o.resetGridColumns);
