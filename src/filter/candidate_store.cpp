@@ -311,10 +311,11 @@ SaveResult save(SqliteDb& db, const CandidateTable& table, EngineProgress* progr
     if (!error.isEmpty()) return {Outcome::Failed, error};
     if (!complete) return {Outcome::Cancelled, {}};
 
+    // The connection's message, which the image's own statements leave too.
     if (!db.exec(QStringLiteral("DROP TABLE IF EXISTS [%1]").arg(name)) ||
         !db.exec(QStringLiteral("ALTER TABLE [%1] RENAME TO [%2]").arg(fresh, name)) || !writeImage(db, table) ||
         !createTriggers(db, name))
-        return {Outcome::Failed, db.lastError()};
+        return {Outcome::Failed, QString::fromUtf8(sqlite3_errmsg(db.handle()))};
     if (progress && progress->cancelled()) return {Outcome::Cancelled, {}};
     if (!tx.commit()) return {Outcome::Failed, db.lastError()};
     return {Outcome::Done, {}};

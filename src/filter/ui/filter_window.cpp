@@ -143,9 +143,16 @@ void FilterWindow::showAllRows() {
 }
 
 void FilterWindow::waitForRecord() {
-    if (!m_workspace->writePending()) return;
-    DialogProgress progress(QStringLiteral("正在保存组合..."), this, false);
-    m_workspace->waitForWrite(&progress);
+    candidate_store::SaveResult saved;
+    if (m_workspace->writePending()) {
+        DialogProgress progress(QStringLiteral("正在保存组合..."), this, false);
+        saved = m_workspace->waitForWrite(&progress);
+    } else {
+        saved = m_workspace->waitForWrite();  // a write that ended already: its outcome
+    }
+    if (saved.outcome == candidate_store::Outcome::Failed)
+        m_prompter.inform(QStringLiteral("保存组合"), QStringLiteral("组合保存失败：") + saved.error,
+                          Prompter::Icon::Warning);
 }
 
 void FilterWindow::addToTemplate() {
@@ -155,13 +162,8 @@ void FilterWindow::addToTemplate() {
 }
 
 void FilterWindow::withRecordPaused(const std::function<void()>& action) {
-    if (!m_workspace->writePending()) {
-        action();
-        return;
-    }
-    m_workspace->tableForChange();  // stops the running write
+    const FilterWorkspace::Edit paused = m_workspace->pauseWrite();
     action();
-    m_workspace->changed();  // and starts it again
 }
 
 void FilterWindow::markUsedButtons() {
