@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numeric>
+#include <optional>
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
@@ -178,26 +179,39 @@ class FirstValues {
 public:
     FirstValues() : m_seen(kValueSlots, 0) {}
     void note(int16_t v) {
-        uint8_t& seen = m_seen[static_cast<size_t>(int32_t{v} + kValueOffset)];
+        if (v == m_last && !m_order.empty()) return;  // runs of equal values are common
+        m_last = v;
+        uint8_t& seen = m_seen[slotOf(v)];
         if (seen) return;
         seen = 1;
         m_order.push_back(v);
     }
     const std::vector<int16_t>& order() const { return m_order; }
+    static size_t slotOf(int16_t v) { return static_cast<size_t>(int32_t{v} + kValueOffset); }
 
 private:
     std::vector<uint8_t> m_seen;
     std::vector<int16_t> m_order;
+    int16_t m_last = 0;
 };
 
-// The value a step tests on row r, once the step's computation has run on it.
-int16_t stepValue(const FilterStep& step, const CandidateTable& t, uint64_t r) {
-    return step.valueColumn < 0 ? t.canshuAt(r) : int16_t{t.fig(step.valueColumn + 1)[r]};
-}
+// Where a slice puts the reasons of the rows it kills: the id itself when the step has one text
+// (known before the run: the text's id, or the next id), else the slot of the row's value in
+// place of the id and the value in `values`, until the reasons are interned.
+struct ReasonSink {
+    std::optional<ReasonTable::Id> fixedId;
+    FirstValues* values = nullptr;
 
-// The step on the rows [begin, end): computes, tests, and marks the live rows it catches dead,
-// in unslt and in `caught`; their values go to `values`. Returns how many died.
-uint64_t catchSlice(CandidateTable& table, const FilterStep& step, BitVector& caught, FirstValues& values,
+    ReasonTable::Id operator()(int16_t v) const {
+        if (fixedId) return *fixedId;
+        values->note(v);
+        return static_cast<ReasonTable::Id>(FirstValues::slotOf(v));
+    }
+};
+
+// The step on the rows [begin, end): computes, tests, and marks the live rows it catches dead
+// in unslt and in `caught`, with what `sink` gives as their reason. Returns how many died.
+uint64_t catchSlice(CandidateTable& table, const FilterStep& step, BitVector& caught, const ReasonSink& sink,
                     uint64_t begin, uint64_t end) {
     using Word = BitVector::Word;
     constexpr uint64_t kBlockRows = KernelExecutor::kBlockRows;
@@ -205,6 +219,7 @@ uint64_t catchSlice(CandidateTable& table, const FilterStep& step, BitVector& ca
     std::span<int16_t> canshu = table.canshu();
     auto un = table.unslt().words();
     auto out = caught.words();
+    auto fl = table.fliter();
     std::array<uint8_t, kBlockRows> hit;
     std::array<int16_t, kBlockRows> value;
     uint64_t killed = 0;
@@ -226,7 +241,7 @@ uint64_t catchSlice(CandidateTable& table, const FilterStep& step, BitVector& ca
             if (!bits) continue;
             un[w] |= bits;
             killed += static_cast<uint64_t>(std::popcount(bits));
-            forEachSetBit(bits, 0, [&](size_t i) { values.note(value[off + i]); });
+            forEachSetBit(bits, 0, [&](size_t i) { fl[b + off + i] = sink(value[off + i]); });
         }
     }
     return killed;
@@ -234,35 +249,40 @@ uint64_t catchSlice(CandidateTable& table, const FilterStep& step, BitVector& ca
 
 // One statement over every row: the step's computation, then the live rows it catches die
 // with the reason of their value. The rows are caught on all cores; the reasons of the new
-// values are then interned in row order and written to the caught rows.
+// values are then interned in row order and put in place of the caught rows' value slots.
 uint64_t runStep(CandidateTable& table, const FilterStep& step) {
     KernelExecutor& executor = KernelExecutor::shared();
     const KernelExecutor::Slices slices = executor.slicesFor(table.rowCount());
     BitVector caught(table.rowCount());
-    std::vector<FirstValues> values(slices.count);
+    std::vector<FirstValues> values(step.constantText ? 0 : slices.count);
     std::vector<uint64_t> killed(slices.count, 0);
+    std::optional<ReasonTable::Id> fixedId;
+    if (step.constantText) fixedId = table.reasons().find(step.prefix).value_or(table.reasons().nextId());
     table.canshu();  // allocated before the threads write it
     executor.forEachIndexedSlice(slices, [&](size_t slice, uint64_t begin, uint64_t end) {
-        killed[slice] = catchSlice(table, step, caught, values[slice], begin, end);
+        const ReasonSink sink{fixedId, fixedId ? nullptr : &values[slice]};
+        killed[slice] = catchSlice(table, step, caught, sink, begin, end);
     });
+    const uint64_t total = std::accumulate(killed.begin(), killed.end(), uint64_t{0});
+    if (fixedId) {
+        // The text takes the id the rows already hold, when some row died.
+        if (total > 0) table.reasons().intern(step.prefix);
+        return total;
+    }
 
     std::vector<ReasonTable::Id> idOf(kValueSlots, PrefixMap::kUnset);
     for (const FirstValues& v : values)
         for (int16_t value : v.order()) {
-            ReasonTable::Id& id = idOf[static_cast<size_t>(int32_t{value} + kValueOffset)];
+            ReasonTable::Id& id = idOf[FirstValues::slotOf(value)];
             if (id == PrefixMap::kUnset) id = table.reasons().intern(step.reason(value));
         }
-
     auto fl = table.fliter();
     const auto caughtWords = caught.words();
-    const CandidateTable& ct = table;
     executor.forEachSlice(table.rowCount(), [&](uint64_t begin, uint64_t end) {
         for (uint64_t w = begin / BitVector::kWordBits; w * BitVector::kWordBits < end; ++w)
-            forEachSetBit(caughtWords[w], w * BitVector::kWordBits, [&](size_t r) {
-                fl[r] = idOf[static_cast<size_t>(int32_t{stepValue(step, ct, r)} + kValueOffset)];
-            });
+            forEachSetBit(caughtWords[w], w * BitVector::kWordBits, [&](size_t r) { fl[r] = idOf[fl[r]]; });
     });
-    return std::accumulate(killed.begin(), killed.end(), uint64_t{0});
+    return total;
 }
 
 ViewColumns viewOf(ParamId id) {

@@ -329,6 +329,13 @@ struct Interval {
     static int16_t of(int16_t x, TermArgs a) { return static_cast<int16_t>((x > a.lo) & (x <= a.hi)); }
 };
 
+// Adds Term of the numbers f[0..n) to acc[0..n): a loop of its own over a local block (no alias
+// of the columns), so that it runs on vector lanes.
+template <typename Term>
+void addColumn(int16_t* acc, const uint8_t* f, uint64_t n, TermArgs args) {
+    for (uint64_t i = 0; i < n; ++i) acc[i] = static_cast<int16_t>(acc[i] + Term::of(int16_t{f[i]}, args));
+}
+
 // The sum of Term over the visited columns (mod 10 for 各位和个位), column by column over
 // blocks of 16-bit lanes.
 template <typename Term, bool Mod10 = false>
@@ -341,20 +348,19 @@ struct ArithmeticSum {
     static void rows(const CompiledCompute& c, const CandidateTable& t, int16_t* out, uint64_t begin,
                      uint64_t end) {
         alignas(64) std::array<int16_t, kBlock> acc;
-        forEachBlock(begin, end, [&](uint64_t b, uint64_t n) {
+        for (uint64_t b = begin; b < end; b += kBlock) {
+            const uint64_t n = std::min(end, b + kBlock) - b;
             std::fill_n(acc.begin(), n, int16_t{0});
             for (int col : c.positions) {
-                const uint8_t* f = t.fig(col + 1).data() + b;
                 const TermArgs args{static_cast<int16_t>(c.zoneMax[static_cast<size_t>(col)]),
                                     static_cast<int16_t>(c.termLo), static_cast<int16_t>(c.termHi)};
-                for (uint64_t i = 0; i < n; ++i)
-                    acc[i] = static_cast<int16_t>(acc[i] + Term::of(int16_t{f[i]}, args));
+                addColumn<Term>(acc.data(), t.fig(col + 1).data() + b, n, args);
             }
             if constexpr (Mod10)
                 for (uint64_t i = 0; i < n; ++i) out[b + i] = static_cast<int16_t>(acc[i] % 10);
             else
                 std::copy_n(acc.begin(), n, out + b);
-        });
+        }
     }
 };
 

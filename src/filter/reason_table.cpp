@@ -16,3 +16,9 @@ ReasonTable::Id ReasonTable::intern(const QString& text) {
     m_ids.insert(text, id);
     return id;
 }
+
+std::optional<ReasonTable::Id> ReasonTable::find(const QString& text) const {
+    const auto it = m_ids.constFind(text);
+    if (it == m_ids.constEnd()) return std::nullopt;
+    return it.value();
+}

@@ -5,6 +5,7 @@
 #include <QString>
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 // The interned texts of the reason column `Fliter`. A row holds an id; id 0 is the null that
@@ -20,6 +21,10 @@ public:
 
     void clear();
     Id intern(const QString& text);
+    // The id of a text interned before, without interning it.
+    std::optional<Id> find(const QString& text) const;
+    // The id the next new text will take.
+    Id nextId() const { return static_cast<Id>(m_texts.size()); }
     const QString& text(Id id) const { return m_texts[id]; }
     bool isNull(Id id) const { return id == kNull; }
     size_t size() const { return m_texts.size(); }
