@@ -22,8 +22,8 @@ QStringList tableNames(const std::array<Kind, N>& kinds) {
 
 }  // namespace
 
-OptionSpec storedTableOption() {
-    return OptionSpec::valued(
+OptionDeclaration storedTableOption() {
+    return OptionDeclaration::valued(
         QStringLiteral("table"), QStringLiteral("T"),
         QStringLiteral("The candidate table: zuhe (the default), zuheRote, zuheMoban, zuheRead "
                        "or zuhef."),
@@ -34,8 +34,8 @@ Kind storedTable(const Args& args) {
     return kStoredKinds[static_cast<size_t>(args.choice(QStringLiteral("table")))];
 }
 
-OptionSpec windowTableOption() {
-    return OptionSpec::valued(QStringLiteral("table"), QStringLiteral("T"),
+OptionDeclaration windowTableOption() {
+    return OptionDeclaration::valued(QStringLiteral("table"), QStringLiteral("T"),
                               QStringLiteral("The candidate table: zuhe (the default), zuheRote, zuheRead or "
                                              "zuheMoban."),
                               ValueKind::oneOf(tableNames(kWindowKinds)));

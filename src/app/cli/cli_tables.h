@@ -19,12 +19,12 @@ using Kind = schema::CandidateKind;
 
 // --table over every stored candidate table: zuhe (the default), zuheRote, zuheMoban, zuheRead
 // and zuhef.
-OptionSpec storedTableOption();
+OptionDeclaration storedTableOption();
 Kind storedTable(const Args& args);
 
 // --table over the tables a filter window reopens: zuhe (the default), zuheRote, zuheRead and
 // zuheMoban.
-OptionSpec windowTableOption();
+OptionDeclaration windowTableOption();
 FilterInstance windowInstance(const Args& args);
 
 // The window that reopens a stored table of this kind; zuhef has none among the seven.

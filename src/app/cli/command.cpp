@@ -30,19 +30,19 @@ bool looksLikeOption(const QString& arg) { return arg.startsWith(QLatin1String("
 
 // `--range LO HI` and `--range LO,HI` become `--range=LO<sep>HI`. An option that lacks its
 // values is left as it is, for the check of its values to report.
-QStringList joinMultiValues(const QStringList& args, const std::vector<OptionSpec>& specs) {
+QStringList joinMultiValues(const QStringList& args, const std::vector<OptionDeclaration>& declared) {
     QStringList out;
     for (qsizetype i = 0; i < args.size(); ++i) {
         const QString& arg = args[i];
         if (arg == QLatin1String("--")) return out + args.mid(i);
-        const auto spec = std::find_if(specs.begin(), specs.end(), [&](const OptionSpec& s) {
+        const auto declaration = std::find_if(declared.begin(), declared.end(), [&](const OptionDeclaration& s) {
             return s.valueNames.size() > 1 && arg == s.spelling();
         });
-        if (spec == specs.end()) {
+        if (declaration == declared.end()) {
             out << arg;
             continue;
         }
-        const qsizetype n = spec->valueNames.size();
+        const qsizetype n = declaration->valueNames.size();
         const QString next = args.value(i + 1);
         qsizetype taken = 0;
         if (next.split(QLatin1Char(',')).size() == n && !looksLikeOption(next)) {
@@ -61,17 +61,17 @@ QStringList joinMultiValues(const QStringList& args, const std::vector<OptionSpe
     return out;
 }
 
-void describe(QCommandLineParser& parser, const std::vector<PositionalSpec>& positionals,
-              const std::vector<OptionSpec>& options) {
+void describe(QCommandLineParser& parser, const std::vector<PositionalDeclaration>& positionals,
+              const std::vector<OptionDeclaration>& options) {
     parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     parser.addOption(helpOption());
-    for (const OptionSpec& o : options) {
+    for (const OptionDeclaration& o : options) {
         QString text = o.description;
         if (!o.replacement.isEmpty())
             text = QStringLiteral("Old spelling of %1, still accepted.").arg(o.replacement);
         parser.addOption(QCommandLineOption(o.name, text, o.valueNames.join(QLatin1Char(' '))));
     }
-    for (const PositionalSpec& p : positionals) parser.addPositionalArgument(p.name, p.description);
+    for (const PositionalDeclaration& p : positionals) parser.addPositionalArgument(p.name, p.description);
 }
 
 }  // namespace
@@ -108,14 +108,14 @@ Command::Parsed Command::parse(const QStringList& arguments) const {
         return result;
     }
     Args args;
-    for (const OptionSpec& spec : m_options) {
-        if (!parser.isSet(spec.name) && spec.required) {
+    for (const OptionDeclaration& declaration : m_options) {
+        if (!parser.isSet(declaration.name) && declaration.required) {
             result.error =
-                QStringLiteral("missing %1 %2").arg(spec.spelling(), spec.valueNames.join(QLatin1Char(' ')));
+                QStringLiteral("missing %1 %2").arg(declaration.spelling(), declaration.valueNames.join(QLatin1Char(' ')));
             return result;
         }
-        if (!parser.isSet(spec.name)) continue;
-        result.error = checkOption(spec, parser.values(spec.name), args, &result.notes);
+        if (!parser.isSet(declaration.name)) continue;
+        result.error = checkOption(declaration, parser.values(declaration.name), args, &result.notes);
         if (!result.error.isEmpty()) return result;
     }
     result.error = checkPositionals(parser.positionalArguments(), &result.notes);
@@ -126,38 +126,38 @@ Command::Parsed Command::parse(const QStringList& arguments) const {
     return result;
 }
 
-QString Command::checkOption(const OptionSpec& spec, const QStringList& rawValues, Args& args,
+QString Command::checkOption(const OptionDeclaration& declaration, const QStringList& rawValues, Args& args,
                              QStringList* notes) const {
-    if (!spec.replacement.isEmpty())
-        *notes << QStringLiteral("note: %1 is deprecated; use %2").arg(spec.spelling(), spec.replacement);
-    if (spec.isFlag()) {
-        args.add(spec, {});
+    if (!declaration.replacement.isEmpty())
+        *notes << QStringLiteral("note: %1 is deprecated; use %2").arg(declaration.spelling(), declaration.replacement);
+    if (declaration.isFlag()) {
+        args.add(declaration, {});
         return {};
     }
     for (const QString& raw : rawValues) {
-        const QStringList values = splitValues(raw, spec.valueNames.size());
-        if (values.size() != spec.valueNames.size())
-            return QStringLiteral("%1 takes %2").arg(spec.spelling(), spec.valueNames.join(QLatin1Char(' ')));
+        const QStringList values = splitValues(raw, declaration.valueNames.size());
+        if (values.size() != declaration.valueNames.size())
+            return QStringLiteral("%1 takes %2").arg(declaration.spelling(), declaration.valueNames.join(QLatin1Char(' ')));
         for (qsizetype k = 0; k < values.size(); ++k) {
-            const QString problem = spec.kinds[static_cast<size_t>(k)].problem(values[k], notes);
+            const QString problem = declaration.kinds[static_cast<size_t>(k)].problem(values[k], notes);
             if (!problem.isEmpty())
-                return QStringLiteral("%1 %2: %3").arg(spec.spelling(), spec.valueNames[k], problem);
+                return QStringLiteral("%1 %2: %3").arg(declaration.spelling(), declaration.valueNames[k], problem);
         }
-        args.add(spec, values);
+        args.add(declaration, values);
     }
     return {};
 }
 
 QString Command::checkPositionals(const QStringList& values, QStringList* notes) const {
     qsizetype required = 0;
-    for (const PositionalSpec& p : m_positionals) required += p.optional ? 0 : 1;
+    for (const PositionalDeclaration& p : m_positionals) required += p.optional ? 0 : 1;
     const bool rest = !m_positionals.empty() && m_positionals.back().rest;
     if (values.size() < required) return QStringLiteral("missing %1").arg(m_positionals[values.size()].name);
     if (!rest && values.size() > static_cast<qsizetype>(m_positionals.size()))
         return QStringLiteral("unexpected argument \"%1\"")
             .arg(values[static_cast<qsizetype>(m_positionals.size())]);
     for (qsizetype i = 0; i < values.size(); ++i) {
-        const PositionalSpec& p = m_positionals[std::min(static_cast<size_t>(i), m_positionals.size() - 1)];
+        const PositionalDeclaration& p = m_positionals[std::min(static_cast<size_t>(i), m_positionals.size() - 1)];
         const QString problem = p.kind.problem(values[i], notes);
         if (!problem.isEmpty()) return QStringLiteral("%1: %2").arg(p.name, problem);
     }
@@ -177,26 +177,26 @@ void Command::restPositional(QString name, QString description, ValueKind kind) 
 }
 
 void Command::flag(QString name, QString description) {
-    m_options.push_back(OptionSpec::flag(std::move(name), std::move(description)));
+    m_options.push_back(OptionDeclaration::flag(std::move(name), std::move(description)));
 }
 
 void Command::option(QString name, const QString& valueNames, QString description,
                      std::vector<ValueKind> kinds) {
     m_options.push_back(
-        OptionSpec::valued(std::move(name), valueNames, std::move(description), std::move(kinds)));
+        OptionDeclaration::valued(std::move(name), valueNames, std::move(description), std::move(kinds)));
 }
 
 void Command::option(QString name, const QString& valueNames, QString description, ValueKind kind) {
     m_options.push_back(
-        OptionSpec::valued(std::move(name), valueNames, std::move(description), std::move(kind)));
+        OptionDeclaration::valued(std::move(name), valueNames, std::move(description), std::move(kind)));
 }
 
-void Command::positionals(std::vector<PositionalSpec> specs) {
-    for (PositionalSpec& p : specs) m_positionals.push_back(std::move(p));
+void Command::positionals(std::vector<PositionalDeclaration> declared) {
+    for (PositionalDeclaration& p : declared) m_positionals.push_back(std::move(p));
 }
 
-void Command::options(std::vector<OptionSpec> specs) {
-    for (OptionSpec& s : specs) m_options.push_back(std::move(s));
+void Command::options(std::vector<OptionDeclaration> declared) {
+    for (OptionDeclaration& s : declared) m_options.push_back(std::move(s));
 }
 
 QString Command::check(const Args&) const { return {}; }

@@ -56,8 +56,8 @@ protected:
     void option(QString name, const QString& valueNames, QString description,
                 ValueKind kind = ValueKind::text());
     // Arguments and options that several commands share.
-    void positionals(std::vector<PositionalSpec> specs);
-    void options(std::vector<OptionSpec> specs);
+    void positionals(std::vector<PositionalDeclaration> declared);
+    void options(std::vector<OptionDeclaration> declared);
 
     // A check across options once each value passed its own: a message makes a usage error.
     virtual QString check(const Args& args) const;
@@ -66,10 +66,10 @@ private:
     QString m_name;
     QString m_synopsis;
     QString m_description;
-    std::vector<PositionalSpec> m_positionals;
-    std::vector<OptionSpec> m_options;
+    std::vector<PositionalDeclaration> m_positionals;
+    std::vector<OptionDeclaration> m_options;
 
     QString checkPositionals(const QStringList& values, QStringList* notes) const;
-    QString checkOption(const OptionSpec& spec, const QStringList& rawValues, Args& args,
+    QString checkOption(const OptionDeclaration& declaration, const QStringList& rawValues, Args& args,
                         QStringList* notes) const;
 };

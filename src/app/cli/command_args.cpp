@@ -85,30 +85,30 @@ QString ValueKind::problem(const QString& value, QStringList* notes) const {
     return {};
 }
 
-OptionSpec OptionSpec::flag(QString name, QString description) {
+OptionDeclaration OptionDeclaration::flag(QString name, QString description) {
     return {std::move(name), {}, {}, std::move(description), false, {}};
 }
 
-OptionSpec OptionSpec::valued(QString name, const QString& valueNames, QString description,
+OptionDeclaration OptionDeclaration::valued(QString name, const QString& valueNames, QString description,
                               std::vector<ValueKind> kinds) {
     const QStringList names = valueNames.split(QLatin1Char(' '), Qt::SkipEmptyParts);
     Q_ASSERT(names.size() == static_cast<qsizetype>(kinds.size()));  // one kind per value
     return {std::move(name), names, std::move(kinds), std::move(description), false, {}};
 }
 
-OptionSpec OptionSpec::valued(QString name, const QString& valueNames, QString description, ValueKind kind) {
+OptionDeclaration OptionDeclaration::valued(QString name, const QString& valueNames, QString description, ValueKind kind) {
     return valued(std::move(name), valueNames, std::move(description),
                   std::vector<ValueKind>{std::move(kind)});
 }
 
-OptionSpec OptionSpec::asRequired() const {
-    OptionSpec o = *this;
+OptionDeclaration OptionDeclaration::asRequired() const {
+    OptionDeclaration o = *this;
     o.required = true;
     return o;
 }
 
-OptionSpec OptionSpec::replacedBy(QString newSpelling) const {
-    OptionSpec o = *this;
+OptionDeclaration OptionDeclaration::replacedBy(QString newSpelling) const {
+    OptionDeclaration o = *this;
     o.replacement = std::move(newSpelling);
     return o;
 }
@@ -145,18 +145,18 @@ const QList<QStringList>& Args::occurrences(const QString& option) const {
 }
 
 int Args::positionalChoice(int i) const {
-    if (m_positionalSpecs.empty()) return -1;
-    const size_t spec = std::min(static_cast<size_t>(i), m_positionalSpecs.size() - 1);
-    return cli_values::choiceIndex(m_positionalSpecs[spec].kind.choices, positional(i));
+    if (m_positionalDeclarations.empty()) return -1;
+    const size_t declaration = std::min(static_cast<size_t>(i), m_positionalDeclarations.size() - 1);
+    return cli_values::choiceIndex(m_positionalDeclarations[declaration].kind.choices, positional(i));
 }
 
-void Args::add(const OptionSpec& spec, QStringList values) {
-    m_options[spec.name].append(std::move(values));
-    if (!spec.kinds.empty() && spec.kinds.front().type == ValueKind::Type::Choice)
-        m_choices[spec.name] = spec.kinds.front().choices;
+void Args::add(const OptionDeclaration& declaration, QStringList values) {
+    m_options[declaration.name].append(std::move(values));
+    if (!declaration.kinds.empty() && declaration.kinds.front().type == ValueKind::Type::Choice)
+        m_choices[declaration.name] = declaration.kinds.front().choices;
 }
 
-void Args::setPositionals(QStringList values, std::vector<PositionalSpec> specs) {
+void Args::setPositionals(QStringList values, std::vector<PositionalDeclaration> declared) {
     m_positionals = std::move(values);
-    m_positionalSpecs = std::move(specs);
+    m_positionalDeclarations = std::move(declared);
 }

@@ -44,7 +44,7 @@ struct ValueKind {
 };
 
 // An option: a flag without values, or one or more values (`--range LO HI`).
-struct OptionSpec {
+struct OptionDeclaration {
     QString name;                  // "range", given as --range
     QStringList valueNames;        // {"LO", "HI"}; empty for a flag
     std::vector<ValueKind> kinds;  // one per value
@@ -52,22 +52,22 @@ struct OptionSpec {
     bool required = false;
     QString replacement;  // set on an old spelling: what to write instead ("--same N")
 
-    static OptionSpec flag(QString name, QString description);
+    static OptionDeclaration flag(QString name, QString description);
     // One value, or several when `valueNames` has several words ("LO HI"), one kind for each.
-    static OptionSpec valued(QString name, const QString& valueNames, QString description,
+    static OptionDeclaration valued(QString name, const QString& valueNames, QString description,
                              std::vector<ValueKind> kinds);
-    static OptionSpec valued(QString name, const QString& valueNames, QString description,
+    static OptionDeclaration valued(QString name, const QString& valueNames, QString description,
                              ValueKind kind = ValueKind::text());
 
-    OptionSpec asRequired() const;
+    OptionDeclaration asRequired() const;
     // The same option as an old spelling of `newSpelling`.
-    OptionSpec replacedBy(QString newSpelling) const;
+    OptionDeclaration replacedBy(QString newSpelling) const;
 
     bool isFlag() const { return valueNames.isEmpty(); }
     QString spelling() const { return QStringLiteral("--") + name; }
 };
 
-struct PositionalSpec {
+struct PositionalDeclaration {
     QString name;  // "NAME"; "N..." when it takes the rest
     ValueKind kind;
     QString description;
@@ -95,14 +95,14 @@ public:
     int positionalChoice(int i) const;
 
     // Filled by the parser.
-    void add(const OptionSpec& spec, QStringList values);
-    void setPositionals(QStringList values, std::vector<PositionalSpec> specs);
+    void add(const OptionDeclaration& declaration, QStringList values);
+    void setPositionals(QStringList values, std::vector<PositionalDeclaration> declared);
 
 private:
     std::map<QString, QList<QStringList>> m_options;
     std::map<QString, QStringList> m_choices;
     QStringList m_positionals;
-    std::vector<PositionalSpec> m_positionalSpecs;
+    std::vector<PositionalDeclaration> m_positionalDeclarations;
 };
 
 namespace cli_values {

@@ -11,7 +11,7 @@
 namespace {
 
 // --scope and --table: the window the templates are used in.
-std::vector<OptionSpec> windowOptions() {
+std::vector<OptionDeclaration> windowOptions() {
     return {window_boxes::scopeOption(), cli_tables::windowTableOption()};
 }
 
@@ -27,14 +27,14 @@ QString withWindow(const QString& synopsis) {
            QStringLiteral(" [--dismiss]");
 }
 
-std::vector<OptionSpec> integratedOptions() {
-    std::vector<OptionSpec> specs = window_boxes::runOptions();
-    for (OptionSpec& o : window_boxes::senseOptions()) specs.push_back(std::move(o));
-    specs.push_back(
-        OptionSpec::valued(QStringLiteral("code"), QStringLiteral("C"),
+std::vector<OptionDeclaration> integratedOptions() {
+    std::vector<OptionDeclaration> declared = window_boxes::runOptions();
+    for (OptionDeclaration& o : window_boxes::senseOptions()) declared.push_back(std::move(o));
+    declared.push_back(
+        OptionDeclaration::valued(QStringLiteral("code"), QStringLiteral("C"),
                            QStringLiteral("The step code (intCmdnb) the window holds; 0 in a fresh window."),
                            ValueKind::integer()));
-    return specs;
+    return declared;
 }
 
 }  // namespace
@@ -68,8 +68,8 @@ int MobanListCommand::execute(CliContext& ctx, const Args& args) const {
 }
 
 MobanAddCommand::MobanAddCommand(const QString& form, const QString& synopsis, const QString& description,
-                                 std::vector<PositionalSpec> ownPositionals,
-                                 std::vector<OptionSpec> ownOptions)
+                                 std::vector<PositionalDeclaration> ownPositionals,
+                                 std::vector<OptionDeclaration> ownOptions)
     : Command(QStringLiteral("moban add ") + form, withWindow(synopsis),
               description + QStringLiteral(" Prints the count of steps.")) {
     positionals(std::move(ownPositionals));

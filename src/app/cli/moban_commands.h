@@ -23,7 +23,7 @@ class MobanAddCommand : public Command {
 public:
     // The step's own arguments and options come before those of every step.
     MobanAddCommand(const QString& form, const QString& synopsis, const QString& description,
-                    std::vector<PositionalSpec> ownPositionals, std::vector<OptionSpec> ownOptions);
+                    std::vector<PositionalDeclaration> ownPositionals, std::vector<OptionDeclaration> ownOptions);
     int execute(CliContext& ctx, const Args& args) const override;
 
 protected:

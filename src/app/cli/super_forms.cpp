@@ -138,19 +138,19 @@ const SuperForm& history() {
         QStringLiteral("--same N [--last D]"),
         QStringLiteral("Kills the tickets that share N numbers with a draw of the last D (历史同N号滤)."),
         {},
-        {OptionSpec::valued(
+        {OptionDeclaration::valued(
              QStringLiteral("same"), QStringLiteral("N"),
              QStringLiteral("Numbers in common: 3, 4 or 5 in the front tab, 1 or 2 in the back tab, 4, 5 "
                             "or 6 in the both-zones tab."),
              ValueKind::integer()),
-         OptionSpec::valued(QStringLiteral("last"), QStringLiteral("D"),
+         OptionDeclaration::valued(QStringLiteral("last"), QStringLiteral("D"),
                             QStringLiteral("The newest D draws are searched; every draw when absent."),
                             ValueKind::integer()),
-         OptionSpec::valued(QStringLiteral("button"), QStringLiteral("B"), {},
+         OptionDeclaration::valued(QStringLiteral("button"), QStringLiteral("B"), {},
                             ValueKind::oneOf({QStringLiteral("Option26"), QStringLiteral("Option28"),
                                               QStringLiteral("Option27")}))
              .replacedBy(QStringLiteral("--same N")),
-         OptionSpec::valued(QStringLiteral("draws"), QStringLiteral("D"), {}, ValueKind::integer())
+         OptionDeclaration::valued(QStringLiteral("draws"), QStringLiteral("D"), {}, ValueKind::integer())
              .replacedBy(QStringLiteral("--last D"))},
         checkHistory,
         historyCall};
@@ -166,13 +166,13 @@ const SuperForm& inclusion() {
             "holding fewer."),
         {{QStringLiteral("KIND"), ValueKind::oneOf({QStringLiteral("kill"), QStringLiteral("keep")}),
           QStringLiteral("kill or keep.")}},
-        {OptionSpec::valued(QStringLiteral("numbers"), QStringLiteral("LIST"),
+        {OptionDeclaration::valued(QStringLiteral("numbers"), QStringLiteral("LIST"),
                             QStringLiteral("The numbers, 1 to 9 of them."), ValueKind::numbers())
              .asRequired(),
-         OptionSpec::valued(QStringLiteral("group"), QStringLiteral("K"),
+         OptionDeclaration::valued(QStringLiteral("group"), QStringLiteral("K"),
                             QStringLiteral("How many of them make a group."), ValueKind::integer())
              .asRequired(),
-         OptionSpec::valued(QStringLiteral("bankers"), QStringLiteral("LIST"),
+         OptionDeclaration::valued(QStringLiteral("bankers"), QStringLiteral("LIST"),
                             QStringLiteral("Numbers a ticket must hold to stay as it was (胆)."),
                             ValueKind::numbers())},
         checkInclusion,

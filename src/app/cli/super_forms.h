@@ -25,8 +25,8 @@ struct SuperForm {
     QString name;      // "relation"
     QString synopsis;  // its arguments
     QString description;
-    std::vector<PositionalSpec> positionals;
-    std::vector<OptionSpec> options;
+    std::vector<PositionalDeclaration> positionals;
+    std::vector<OptionDeclaration> options;
     QString (*check)(const Args& args);
     // Nullopt after printing a refusal.
     std::optional<SuperCall> (*call)(CliContext& ctx, const Args& args);

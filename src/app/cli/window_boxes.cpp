@@ -23,23 +23,23 @@ bool tickPositions(CliContext& ctx, const QList<int>& positions, const QString& 
 
 }  // namespace
 
-OptionSpec scopeOption() {
-    return OptionSpec::valued(QStringLiteral("scope"), QStringLiteral("ZONE"),
+OptionDeclaration scopeOption() {
+    return OptionDeclaration::valued(QStringLiteral("scope"), QStringLiteral("ZONE"),
                               QStringLiteral("The zone tab: front (the default), back or both."),
                               ValueKind::oneOf(kScopes));
 }
 
 ZoneScope scope(const Args& args) { return static_cast<ZoneScope>(args.choice(QStringLiteral("scope")) + 1); }
 
-std::vector<OptionSpec> commonOptions() {
+std::vector<OptionDeclaration> commonOptions() {
     return {
         scopeOption(),
-        OptionSpec::valued(QStringLiteral("positions"), QStringLiteral("LIST"),
+        OptionDeclaration::valued(QStringLiteral("positions"), QStringLiteral("LIST"),
                            QStringLiteral("The positions 1..7 that count; all when absent."),
                            ValueKind::numbers()),
-        OptionSpec::valued(QStringLiteral("odd"), QStringLiteral("LIST"),
+        OptionDeclaration::valued(QStringLiteral("odd"), QStringLiteral("LIST"),
                            QStringLiteral("Positions 1..5 whose number must be odd."), ValueKind::numbers()),
-        OptionSpec::valued(QStringLiteral("even"), QStringLiteral("LIST"),
+        OptionDeclaration::valued(QStringLiteral("even"), QStringLiteral("LIST"),
                            QStringLiteral("Positions 1..5 whose number must be even."),
                            ValueKind::numbers())};
 }
@@ -62,10 +62,10 @@ bool readCommon(CliContext& ctx, const Args& args, ParamWindowState& s) {
     return true;
 }
 
-std::vector<OptionSpec> senseOptions() {
-    return {OptionSpec::flag(QStringLiteral("keep"),
+std::vector<OptionDeclaration> senseOptions() {
+    return {OptionDeclaration::flag(QStringLiteral("keep"),
                              QStringLiteral("Keeps the tickets inside the ranges (保留).")),
-            OptionSpec::flag(QStringLiteral("exclude"),
+            OptionDeclaration::flag(QStringLiteral("exclude"),
                              QStringLiteral("Excludes the tickets inside the ranges (排除)."))};
 }
 
@@ -78,8 +78,8 @@ QString checkSense(const Args& args, bool required) {
 
 void readSense(const Args& args, ParamWindowState& s) { s.keep = !args.has(QStringLiteral("exclude")); }
 
-OptionSpec intervalOption() {
-    return OptionSpec::valued(
+OptionDeclaration intervalOption() {
+    return OptionDeclaration::valued(
         QStringLiteral("interval"), QStringLiteral("LO HI"),
         QStringLiteral("自定区间 counts the numbers above LO up to HI; 0 and 9 when absent."),
         {ValueKind::number(), ValueKind::number()});
@@ -93,22 +93,22 @@ void readInterval(const Args& args, ParamWindowState& s) {
     box[2] = v[1];
 }
 
-std::vector<OptionSpec> runOptions() {
-    return {OptionSpec::valued(
+std::vector<OptionDeclaration> runOptions() {
+    return {OptionDeclaration::valued(
                 QStringLiteral("params"), QStringLiteral("NAMES"),
                 QStringLiteral("The parameters to tick, as Znum,Onum (draw columns, Zdqj for 自定区间)."),
                 ValueKind::params()),
-            OptionSpec::valued(QStringLiteral("range"), QStringLiteral("NAME LO HI"),
+            OptionDeclaration::valued(QStringLiteral("range"), QStringLiteral("NAME LO HI"),
                                QStringLiteral("A parameter's range; repeat for each parameter."),
                                {ValueKind::param(), ValueKind::number(), ValueKind::number()}),
-            OptionSpec::valued(QStringLiteral("list"), QStringLiteral("NAME VALUES"),
+            OptionDeclaration::valued(QStringLiteral("list"), QStringLiteral("NAME VALUES"),
                                QStringLiteral("A parameter's values, as \"2 3\"; puts the run in list mode."),
                                {ValueKind::param(), ValueKind::values()}),
             intervalOption(),
-            OptionSpec::flag(QStringLiteral("and"),
+            OptionDeclaration::flag(QStringLiteral("and"),
                              QStringLiteral("Logical and of the parameters (the default).")),
-            OptionSpec::flag(QStringLiteral("or"), QStringLiteral("Logical or of the parameters.")),
-            OptionSpec::valued(QStringLiteral("tolerance"), QStringLiteral("N"),
+            OptionDeclaration::flag(QStringLiteral("or"), QStringLiteral("Logical or of the parameters.")),
+            OptionDeclaration::valued(QStringLiteral("tolerance"), QStringLiteral("N"),
                                QStringLiteral("Allowed misses (整合过滤容错比, rounded half to even)."),
                                ValueKind::number())};
 }
