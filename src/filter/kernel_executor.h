@@ -56,7 +56,8 @@ public:
     unsigned threadCount() const { return m_threads; }
     // What setThreadCount() was last given (0: the machine's count).
     unsigned requestedThreads() const { return m_requested; }
-    // Remakes the pool with `threads` threads (0: one per hardware thread); waits for a running job.
+    // Remakes the pool with `threads` threads (0: one per hardware thread); waits for a running job,
+    // so it is never called from inside a slice.
     void setThreadCount(unsigned threads);
 
     // The slices of a job over `rows`; they depend on the row count and the thread count only.

@@ -7,6 +7,7 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <numeric>
 #include <optional>
@@ -173,46 +174,92 @@ inline BitVector::Word packBits(const uint8_t* h, size_t n) {
     return bits;
 }
 
-// The values of a step's killed rows in the order a slice first meets them, so that their
-// reasons are interned in row order whatever the number of threads.
-class FirstValues {
+size_t slotOf(int16_t v) { return static_cast<size_t>(int32_t{v} + kValueOffset); }
+
+// The reason ids of one step's values, shared by the slices of a run. New texts take their ids in
+// the order of the rows, however many threads run: the first slice interns the text of a value
+// as it meets it; the other slices take the ids made so far and give the rows of other values a
+// pending id (the value's slot with kPending set), noting those values in the order they meet
+// them; after the run those values are interned slice by slice and the pending ids replaced.
+class StepReasons {
 public:
-    FirstValues() : m_seen(kValueSlots, 0) {}
-    void note(int16_t v) {
-        if (v == m_last && !m_order.empty()) return;  // runs of equal values are common
-        m_last = v;
-        uint8_t& seen = m_seen[slotOf(v)];
-        if (seen) return;
-        seen = 1;
-        m_order.push_back(v);
+    static constexpr ReasonTable::Id kPending = ReasonTable::Id{1} << 31;
+    static constexpr ReasonTable::Id kUnknown = UINT32_MAX;
+
+    StepReasons(ReasonTable& reasons, const FilterStep& step)
+        : m_reasons(reasons), m_step(step), m_ids(kValueSlots) {
+        for (auto& id : m_ids) id.store(kUnknown, std::memory_order_relaxed);
     }
-    const std::vector<int16_t>& order() const { return m_order; }
-    static size_t slotOf(int16_t v) { return static_cast<size_t>(int32_t{v} + kValueOffset); }
+    ReasonTable::Id known(int16_t v) const { return m_ids[slotOf(v)].load(std::memory_order_acquire); }
+    // Only the first slice while the run goes, and the run itself after it.
+    ReasonTable::Id intern(int16_t v) {
+        ReasonTable::Id id = known(v);
+        if (id != kUnknown) return id;
+        id = m_reasons.intern(m_step.reason(v));
+        m_ids[slotOf(v)].store(id, std::memory_order_release);
+        return id;
+    }
 
 private:
-    std::vector<uint8_t> m_seen;
-    std::vector<int16_t> m_order;
-    int16_t m_last = 0;
+    ReasonTable& m_reasons;
+    const FilterStep& m_step;
+    std::vector<std::atomic<ReasonTable::Id>> m_ids;
 };
 
-// Where a slice puts the reasons of the rows it kills: the id itself when the step has one text
-// (known before the run: the text's id, or the next id), else the slot of the row's value in
-// place of the id and the value in `values`, until the reasons are interned.
-struct ReasonSink {
-    std::optional<ReasonTable::Id> fixedId;
-    FirstValues* values = nullptr;
+// The reasons one slice gives the rows it kills, with the ids it has met kept at hand.
+class SliceReasons {
+public:
+    SliceReasons(StepReasons& shared, bool first)
+        : m_shared(shared), m_first(first), m_ids(kValueSlots, StepReasons::kUnknown) {}
 
-    ReasonTable::Id operator()(int16_t v) const {
-        if (fixedId) return *fixedId;
-        values->note(v);
-        return static_cast<ReasonTable::Id>(FirstValues::slotOf(v));
+    // The ids met so far by value (kUnknown for the others).
+    const ReasonTable::Id* idsByValue() const { return m_ids.data() + kValueOffset; }
+    // The id of a value not met before.
+    ReasonTable::Id meet(int16_t v) {
+        ReasonTable::Id id = m_first ? m_shared.intern(v) : m_shared.known(v);
+        if (id == StepReasons::kUnknown) {
+            m_pending.push_back(v);
+            id = StepReasons::kPending | static_cast<ReasonTable::Id>(slotOf(v));
+        }
+        m_ids[slotOf(v)] = id;
+        return id;
     }
+    // Rows before `end` may hold pending ids.
+    void pendingUpTo(uint64_t end) { m_pendingEnd = end; }
+    const std::vector<int16_t>& pendingValues() const { return m_pending; }
+    // The end of the rows that may hold a pending id (0: none).
+    uint64_t pendingEnd() const { return m_pendingEnd; }
+
+private:
+    StepReasons& m_shared;
+    bool m_first;
+    std::vector<ReasonTable::Id> m_ids;
+    std::vector<int16_t> m_pending;
+    uint64_t m_pendingEnd = 0;
 };
+
+// Writes the reasons of the rows of `bits` (a word whose first row is `base`), whose values are
+// value[r - b].
+inline void writeReasons(BitVector::Word bits, uint64_t base, uint64_t b, const int16_t* value,
+                         SliceReasons& reasons, std::span<ReasonTable::Id> fl) {
+    const ReasonTable::Id* ids = reasons.idsByValue();
+    ReasonTable::Id all = 0;
+    forEachSetBit(bits, base, [&](size_t r) {
+        const int16_t v = value[r - b];
+        ReasonTable::Id id = ids[v];
+        if (id == StepReasons::kUnknown) [[unlikely]]
+            id = reasons.meet(v);
+        all |= id;
+        fl[r] = id;
+    });
+    if (all & StepReasons::kPending) reasons.pendingUpTo(base + BitVector::kWordBits);
+}
 
 // The step on the rows [begin, end): computes, tests, and marks the live rows it catches dead
-// in unslt and in `caught`, with what `sink` gives as their reason. Returns how many died.
-uint64_t catchSlice(CandidateTable& table, const FilterStep& step, BitVector& caught, const ReasonSink& sink,
-                    uint64_t begin, uint64_t end) {
+// in unslt and in `caught`, with the reason `reasons` gives (a step with one text: `fixedId`).
+// Returns how many died.
+uint64_t catchSlice(CandidateTable& table, const FilterStep& step, BitVector& caught, SliceReasons& reasons,
+                    std::optional<ReasonTable::Id> fixedId, uint64_t begin, uint64_t end) {
     using Word = BitVector::Word;
     constexpr uint64_t kBlockRows = KernelExecutor::kBlockRows;
     const CandidateTable& ct = table;
@@ -241,47 +288,53 @@ uint64_t catchSlice(CandidateTable& table, const FilterStep& step, BitVector& ca
             if (!bits) continue;
             un[w] |= bits;
             killed += static_cast<uint64_t>(std::popcount(bits));
-            forEachSetBit(bits, 0, [&](size_t i) { fl[b + off + i] = sink(value[off + i]); });
+            if (fixedId)
+                forEachSetBit(bits, b + off, [&](size_t r) { fl[r] = *fixedId; });
+            else
+                writeReasons(bits, b + off, b, value.data(), reasons, fl);
         }
     }
     return killed;
 }
 
+// Interns the values that slices left pending, slice by slice, and puts their ids in place of
+// the pending ids, up to the last pending row of each slice.
+void resolvePending(CandidateTable& table, StepReasons& reasons, const std::vector<SliceReasons>& slices,
+                    const KernelExecutor::Slices& cut, const BitVector& caught) {
+    std::vector<ReasonTable::Id> idOfSlot(kValueSlots, 0);
+    for (const SliceReasons& slice : slices)
+        for (int16_t v : slice.pendingValues()) idOfSlot[slotOf(v)] = reasons.intern(v);
+    auto fl = table.fliter();
+    const auto caughtWords = caught.words();
+    KernelExecutor::shared().forEachIndexedSlice(cut, [&](size_t slice, uint64_t begin, uint64_t) {
+        const uint64_t end = slices[slice].pendingEnd();
+        for (uint64_t w = begin / BitVector::kWordBits; w * BitVector::kWordBits < end; ++w)
+            forEachSetBit(caughtWords[w], w * BitVector::kWordBits, [&](size_t r) {
+                if (fl[r] & StepReasons::kPending) fl[r] = idOfSlot[fl[r] & ~StepReasons::kPending];
+            });
+    });
+}
+
 // One statement over every row: the step's computation, then the live rows it catches die
-// with the reason of their value. The rows are caught on all cores; the reasons of the new
-// values are then interned in row order and put in place of the caught rows' value slots.
+// with the reason of their value, on all cores. A step with one text knows its id before the
+// run: the text's id, or the next one.
 uint64_t runStep(CandidateTable& table, const FilterStep& step) {
     KernelExecutor& executor = KernelExecutor::shared();
-    const KernelExecutor::Slices slices = executor.slicesFor(table.rowCount());
+    const KernelExecutor::Slices cut = executor.slicesFor(table.rowCount());
     BitVector caught(table.rowCount());
-    std::vector<FirstValues> values(step.constantText ? 0 : slices.count);
-    std::vector<uint64_t> killed(slices.count, 0);
+    StepReasons reasons(table.reasons(), step);
+    std::vector<SliceReasons> slices;
+    for (size_t i = 0; i < cut.count; ++i) slices.emplace_back(reasons, i == 0);
+    std::vector<uint64_t> killed(cut.count, 0);
     std::optional<ReasonTable::Id> fixedId;
     if (step.constantText) fixedId = table.reasons().find(step.prefix).value_or(table.reasons().nextId());
     table.canshu();  // allocated before the threads write it
-    executor.forEachIndexedSlice(slices, [&](size_t slice, uint64_t begin, uint64_t end) {
-        const ReasonSink sink{fixedId, fixedId ? nullptr : &values[slice]};
-        killed[slice] = catchSlice(table, step, caught, sink, begin, end);
+    executor.forEachIndexedSlice(cut, [&](size_t slice, uint64_t begin, uint64_t end) {
+        killed[slice] = catchSlice(table, step, caught, slices[slice], fixedId, begin, end);
     });
     const uint64_t total = std::accumulate(killed.begin(), killed.end(), uint64_t{0});
-    if (fixedId) {
-        // The text takes the id the rows already hold, when some row died.
-        if (total > 0) table.reasons().intern(step.prefix);
-        return total;
-    }
-
-    std::vector<ReasonTable::Id> idOf(kValueSlots, PrefixMap::kUnset);
-    for (const FirstValues& v : values)
-        for (int16_t value : v.order()) {
-            ReasonTable::Id& id = idOf[FirstValues::slotOf(value)];
-            if (id == PrefixMap::kUnset) id = table.reasons().intern(step.reason(value));
-        }
-    auto fl = table.fliter();
-    const auto caughtWords = caught.words();
-    executor.forEachSlice(table.rowCount(), [&](uint64_t begin, uint64_t end) {
-        for (uint64_t w = begin / BitVector::kWordBits; w * BitVector::kWordBits < end; ++w)
-            forEachSetBit(caughtWords[w], w * BitVector::kWordBits, [&](size_t r) { fl[r] = idOf[fl[r]]; });
-    });
+    if (fixedId && total > 0) table.reasons().intern(step.prefix);  // takes the id the rows hold
+    if (!fixedId) resolvePending(table, reasons, slices, cut, caught);
     return total;
 }
 
