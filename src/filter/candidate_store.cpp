@@ -405,18 +405,104 @@ std::unique_ptr<CandidateTable> loadImage(SqliteDb& db, Kind kind) {
     return t;
 }
 
-LoadResult loadRows(SqliteDb& db, Kind kind, EngineProgress* progress) {
-    const QString name = schema::candidateTableName(kind);
+// Reads the cells of one row after another into a table, interning the reason texts as they
+// come (runs of equal reasons, the common case, cost one comparison).
+class RowReader {
+public:
+    RowReader(CandidateTable& table, sqlite3_stmt* statement) : m_t(table), m_s(statement) {}
+
+    void read(const BoundColumn& c, int i, uint64_t r) {
+        switch (c.source) {
+            case Source::Idx: readIdx(sqlite3_column_int(m_s, i), r); break;
+            case Source::Fig:
+                if (c.fig <= m_t.figCount())
+                    m_t.fig(c.fig)[r] = static_cast<uint8_t>(std::clamp(sqlite3_column_int(m_s, i), 0, 255));
+                break;
+            case Source::Canshu: readNonZero(m_t.canshu(), i, r); break;
+            case Source::Sknum: readNonZero(m_t.sknum(), i, r); break;
+            case Source::Errnum: readNonZero(m_t.errnum(), i, r); break;
+            case Source::Jsqihao: readNonZero(m_t.jsqihao(), i, r); break;
+            case Source::Unslt: m_t.unslt().set(r, flag(i)); break;
+            case Source::Preunslt: m_t.preunslt().set(r, flag(i)); break;
+            case Source::Tmpunslt: m_t.tmpunslt().set(r, flag(i)); break;
+            case Source::Gpslt: m_t.gpslt().set(r, flag(i)); break;
+            case Source::Fliter: m_t.fliter()[r] = reasonId(i); break;
+            case Source::Numstring:
+                if (r == 0 && sqlite3_column_type(m_s, i) != SQLITE_NULL) m_t.setNumstring(numstringMode(i));
+                break;
+            case Source::NumstringHou:
+                if (r == 0 && sqlite3_column_type(m_s, i) != SQLITE_NULL) m_t.setNumstringHou(true);
+                break;
+            case Source::Unknown: break;
+        }
+    }
+
+private:
+    bool flag(int i) const { return sqlite3_column_int(m_s, i) != 0; }
+
+    template <typename T>
+    void readNonZero(std::span<T> column, int i, uint64_t r) const {
+        if (const int v = sqlite3_column_int(m_s, i)) column[r] = static_cast<T>(v);
+    }
+
+    // An idx column that numbers the rows 1, 2, 3, ... is left implicit; the first row that
+    // breaks the sequence allocates the column and fills in the rows before it.
+    void readIdx(int idx, uint64_t r) {
+        if (!m_explicitIdx && idx != static_cast<int>(r + 1)) {
+            m_explicitIdx = true;
+            auto v = m_t.explicitIdx();
+            for (uint64_t q = 0; q < r; ++q) v[q] = static_cast<int32_t>(q + 1);
+        }
+        if (m_explicitIdx) m_t.explicitIdx()[r] = idx;
+    }
+
+    ReasonTable::Id reasonId(int i) {
+        if (sqlite3_column_type(m_s, i) == SQLITE_NULL) return ReasonTable::kNull;
+        const auto* p = static_cast<const char*>(sqlite3_column_blob(m_s, i));
+        const int n = sqlite3_column_bytes(m_s, i);
+        if (n != m_lastReason.size() || std::memcmp(p, m_lastReason.constData(), static_cast<size_t>(n)) != 0) {
+            m_lastReason = QByteArray(p, n);
+            const auto it = m_reasonIds.constFind(m_lastReason);
+            m_lastId = it != m_reasonIds.constEnd() ? it.value() : m_t.reasons().intern(QString::fromUtf8(m_lastReason));
+            m_reasonIds.insert(m_lastReason, m_lastId);
+        }
+        return m_lastId;
+    }
+
+    // The first row's text tells how the scratch text column was filled.
+    CandidateTable::NumstringMode numstringMode(int i) const {
+        const int bytes = sqlite3_column_bytes(m_s, i);
+        const auto* text = sqlite3_column_text(m_s, i);
+        using M = CandidateTable::NumstringMode;
+        return bytes > 0 && text[0] == '(' ? M::Marked : bytes <= 5 ? M::Back : bytes > 14 ? M::Whole : M::Front;
+    }
+
+    CandidateTable& m_t;
+    sqlite3_stmt* m_s;
+    QHash<QByteArray, ReasonTable::Id> m_reasonIds;
+    QByteArray m_lastReason;
+    ReasonTable::Id m_lastId = ReasonTable::kEmpty;
+    bool m_explicitIdx = false;
+};
+
+// The columns of the stored table that the engine keeps, in the stored order.
+QList<BoundColumn> boundColumns(SqliteDb& db, const QString& name) {
     QList<BoundColumn> cols;
-    QStringList names;
     for (const QString& c : db.columns(name)) {
         BoundColumn b{c, Source::Unknown};
         b.source = sourceOf(c, &b.fig);
         if (b.source == Source::Unknown || (b.source == Source::Fig && (b.fig < 1 || b.fig > CandidateTable::kMaxFigs)))
             continue;
         cols.append(b);
-        names << QStringLiteral("[%1]").arg(c);
     }
+    return cols;
+}
+
+LoadResult loadRows(SqliteDb& db, Kind kind, EngineProgress* progress) {
+    const QString name = schema::candidateTableName(kind);
+    const QList<BoundColumn> cols = boundColumns(db, name);
+    QStringList names;
+    for (const BoundColumn& c : cols) names << QStringLiteral("[%1]").arg(c.name);
     LoadResult result;
     result.path = LoadPath::Rows;
     const uint64_t rows = db.scalar(QStringLiteral("SELECT count(*) FROM [%1]").arg(name)).toULongLong();
@@ -426,86 +512,15 @@ LoadResult loadRows(SqliteDb& db, Kind kind, EngineProgress* progress) {
         result.error = st.error();
         return result;
     }
-    QHash<QByteArray, ReasonTable::Id> reasonIds;
-    QByteArray lastReason;
-    ReasonTable::Id lastId = ReasonTable::kEmpty;
-    const auto flag = [](sqlite3_stmt* s, int i) { return sqlite3_column_int(s, i) != 0; };
-    sqlite3_stmt* s = st.get();
-    bool explicitIdx = false;
+    RowReader reader(*t, st.get());
     bool failed = false;
     const bool complete = forEachChunk(rows, progress, [&](uint64_t begin, uint64_t end) {
         for (uint64_t r = begin; r < end; ++r) {
-            if (sqlite3_step(s) != SQLITE_ROW) {
+            if (sqlite3_step(st.get()) != SQLITE_ROW) {
                 failed = true;
                 return false;
             }
-            for (int i = 0; i < cols.size(); ++i) {
-                const BoundColumn& c = cols[i];
-                switch (c.source) {
-                    case Source::Idx: {
-                        const int idx = sqlite3_column_int(s, i);
-                        if (!explicitIdx && idx != static_cast<int>(r + 1)) {
-                            explicitIdx = true;
-                            auto v = t->explicitIdx();
-                            for (uint64_t q = 0; q < r; ++q) v[q] = static_cast<int32_t>(q + 1);
-                        }
-                        if (explicitIdx) t->explicitIdx()[r] = idx;
-                        break;
-                    }
-                    case Source::Fig:
-                        if (c.fig <= t->figCount())
-                            t->fig(c.fig)[r] = static_cast<uint8_t>(std::clamp(sqlite3_column_int(s, i), 0, 255));
-                        break;
-                    case Source::Canshu:
-                        if (const int v = sqlite3_column_int(s, i)) t->canshu()[r] = static_cast<int16_t>(v);
-                        break;
-                    case Source::Sknum:
-                        if (const int v = sqlite3_column_int(s, i)) t->sknum()[r] = static_cast<int16_t>(v);
-                        break;
-                    case Source::Errnum:
-                        if (const int v = sqlite3_column_int(s, i)) t->errnum()[r] = static_cast<int16_t>(v);
-                        break;
-                    case Source::Jsqihao:
-                        if (const int v = sqlite3_column_int(s, i)) t->jsqihao()[r] = v;
-                        break;
-                    case Source::Unslt: t->unslt().set(r, flag(s, i)); break;
-                    case Source::Preunslt: t->preunslt().set(r, flag(s, i)); break;
-                    case Source::Tmpunslt: t->tmpunslt().set(r, flag(s, i)); break;
-                    case Source::Gpslt: t->gpslt().set(r, flag(s, i)); break;
-                    case Source::Fliter: {
-                        if (sqlite3_column_type(s, i) == SQLITE_NULL) {
-                            t->fliter()[r] = ReasonTable::kNull;
-                            break;
-                        }
-                        const auto* p = static_cast<const char*>(sqlite3_column_blob(s, i));
-                        const int n = sqlite3_column_bytes(s, i);
-                        if (n != lastReason.size() || std::memcmp(p, lastReason.constData(), static_cast<size_t>(n)) != 0) {
-                            lastReason = QByteArray(p, n);
-                            const auto it = reasonIds.constFind(lastReason);
-                            lastId = it != reasonIds.constEnd() ? it.value()
-                                                                : t->reasons().intern(QString::fromUtf8(lastReason));
-                            reasonIds.insert(lastReason, lastId);
-                        }
-                        t->fliter()[r] = lastId;
-                        break;
-                    }
-                    case Source::Numstring:
-                        if (r == 0 && sqlite3_column_type(s, i) != SQLITE_NULL) {
-                            const int bytes = sqlite3_column_bytes(s, i);
-                            const auto* text = sqlite3_column_text(s, i);
-                            using M = CandidateTable::NumstringMode;
-                            t->setNumstring(bytes > 0 && text[0] == '(' ? M::Marked
-                                            : bytes <= 5               ? M::Back
-                                            : bytes > 14               ? M::Whole
-                                                                       : M::Front);
-                        }
-                        break;
-                    case Source::NumstringHou:
-                        if (r == 0 && sqlite3_column_type(s, i) != SQLITE_NULL) t->setNumstringHou(true);
-                        break;
-                    case Source::Unknown: break;
-                }
-            }
+            for (int i = 0; i < cols.size(); ++i) reader.read(cols[i], i, r);
         }
         return true;
     });

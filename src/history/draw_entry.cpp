@@ -29,6 +29,35 @@ int boxValue(const QString& text) {
     return ok ? v : 0;
 }
 
+// The numbers of a typed draw, each zone sorted.
+struct TypedDraw {
+    std::array<int, kFrontBoxes> front{};
+    std::array<int, 2> back{};
+};
+
+// Reads the seven boxes into `out`; returns the message that refuses them, empty when they hold
+// a draw: every box full, each number inside its zone, no number twice in a zone.
+QString readTyped(const DrawEntry::Boxes& boxes, int frontSize, int backSize, TypedDraw& out) {
+    std::array<QString, DrawEntry::kBoxes> text;
+    for (int i = 0; i < DrawEntry::kBoxes; ++i) text[i] = masked(boxes[i]);
+    if (std::any_of(text.begin(), text.end(), [](const QString& t) { return t.contains(DrawEntry::kMaskChar); }))
+        return history_texts::kEntryMaskText;
+    for (int i = 0; i < kFrontBoxes; ++i) {
+        out.front[i] = boxValue(text[i]);
+        if (out.front[i] < 1 || out.front[i] > frontSize) return history_texts::kEntryRangeText;
+    }
+    for (int i = 0; i < kFrontBoxes; ++i)
+        for (int j = i + 1; j < kFrontBoxes; ++j)
+            if (text[i] == text[j]) return history_texts::kEntryRepeatText;
+    std::sort(out.front.begin(), out.front.end());
+    out.back = {boxValue(text[5]), boxValue(text[6])};
+    for (int b : out.back)
+        if (b < 1 || b > backSize) return history_texts::kEntryRangeText;
+    if (text[5] == text[6]) return history_texts::kEntryRepeatText;
+    if (out.back[0] > out.back[1]) std::swap(out.back[0], out.back[1]);
+    return {};
+}
+
 }  // namespace
 
 bool DrawEntry::movesFocus(int box, const QString& text) {
@@ -50,25 +79,10 @@ HistoryActionResult DrawEntry::submit(const Boxes& boxes) {
         r.outcome = Outcome::Refused;
         return r;
     };
-    std::array<QString, kBoxes> text;
-    for (int i = 0; i < kBoxes; ++i) text[i] = masked(boxes[i]);
-    if (std::any_of(text.begin(), text.end(), [](const QString& t) { return t.contains(kMaskChar); }))
-        return refuse(history_texts::kEntryMaskText);
-
-    std::array<int, kFrontBoxes> front{};
-    for (int i = 0; i < kFrontBoxes; ++i) {
-        front[i] = boxValue(text[i]);
-        if (front[i] < 1 || front[i] > m_session.bitnum()) return refuse(history_texts::kEntryRangeText);
-    }
-    for (int i = 0; i < kFrontBoxes; ++i)
-        for (int j = i + 1; j < kFrontBoxes; ++j)
-            if (text[i] == text[j]) return refuse(history_texts::kEntryRepeatText);
-    std::sort(front.begin(), front.end());
-    std::array<int, 2> back{boxValue(text[5]), boxValue(text[6])};
-    for (int b : back)
-        if (b < 1 || b > m_session.bitnumHou()) return refuse(history_texts::kEntryRangeText);
-    if (text[5] == text[6]) return refuse(history_texts::kEntryRepeatText);
-    if (back[0] > back[1]) std::swap(back[0], back[1]);
+    TypedDraw typed;
+    const QString refusal = readTyped(boxes, m_session.bitnum(), m_session.bitnumHou(), typed);
+    if (!refusal.isEmpty()) return refuse(refusal);
+    const auto& [front, back] = typed;
 
     // The issue counts on from the last one, as far as the history text can keep it.
     const int32_t lastIssue = m_session.history().lastIssue();
