@@ -1,8 +1,8 @@
 // The parameter filters through shuangqu-cli: each call reopens the stored table, acts and
 // writes it back, so a sequence of calls behaves as a sequence of clicks.
 #include "support/cli_runner.h"
-
-#include <QFile>
+#include "support/ticket_reference.h"
+#include "support/xlsx_reader.h"
 
 #include <gtest/gtest.h>
 
@@ -12,34 +12,20 @@
 
 namespace {
 
-using Ticket = std::array<int, 7>;
+using ticket_reference::Ticket;
+using ticket_reference::evens;
+using ticket_reference::frontSum;
 
-// The tickets of --front 1..8 --back 1..3 in the expansion's order.
-std::vector<Ticket> expansion() {
-    std::vector<Ticket> out;
-    for (int a = 1; a <= 4; ++a)
-        for (int b = a + 1; b <= 5; ++b)
-            for (int c = b + 1; c <= 6; ++c)
-                for (int d = c + 1; d <= 7; ++d)
-                    for (int e = d + 1; e <= 8; ++e)
-                        for (int f = 1; f <= 2; ++f)
-                            for (int g = f + 1; g <= 3; ++g) out.push_back({a, b, c, d, e, f, g});
-    return out;
+// The tickets of --front 1..8 --back 1..3 in the expansion's order (idx = position + 1).
+const std::vector<Ticket>& tickets() {
+    static const std::vector<Ticket> all = ticket_reference::expand({1, 2, 3, 4, 5, 6, 7, 8}, {1, 2, 3});
+    return all;
 }
 
-int evens(const Ticket& t) {
-    int n = 0;
-    for (int k = 0; k < 5; ++k) n += t[static_cast<size_t>(k)] % 2 == 0;
-    return n;
-}
+// A count as the CLI prints it.
+QString line(int n) { return QString::number(n) + QLatin1Char('\n'); }
 
-int sum(const Ticket& t) { return t[0] + t[1] + t[2] + t[3] + t[4]; }
-
-QString count(const std::function<bool(const Ticket&)>& live) {
-    int n = 0;
-    for (const Ticket& t : expansion()) n += live(t);
-    return QString::number(n) + QLatin1Char('\n');
-}
+QString count(const std::function<bool(const Ticket&)>& live) { return line(ticket_reference::count(tickets(), live)); }
 
 TEST(CliParamFilter, FiltersTogglesExportsAsASequenceOfClicks) {
     CliRunner cli;
@@ -54,8 +40,11 @@ TEST(CliParamFilter, FiltersTogglesExportsAsASequenceOfClicks) {
     EXPECT_EQ(cli.run({"filter", "reset-last"}).out, QStringLiteral("168\n"));
     EXPECT_EQ(cli.run({"filter", "param", "Onum", "--keep", "--range", "2", "3"}).out, count(twoOrThree));
 
-    // Double click twice on idx 1 (1 2 3 4 5 + 1 2, live): dead, then back.
-    EXPECT_EQ(cli.run({"candidates", "toggle", "1"}).out, count(twoOrThree).replace(QStringLiteral("144"), QStringLiteral("143")));
+    // Double click twice on idx 1 (1 2 3 4 5 + 1 2, two evens, so live): dead, then back.
+    const Ticket& first = tickets().front();
+    ASSERT_EQ(first, (Ticket{1, 2, 3, 4, 5, 1, 2}));
+    ASSERT_TRUE(twoOrThree(first));
+    EXPECT_EQ(cli.run({"candidates", "toggle", "1"}).out, line(ticket_reference::count(tickets(), twoOrThree) - 1));
     CliRun shown = cli.run({"candidates", "show", "--all"});
     EXPECT_TRUE(shown.out.contains(QStringLiteral("\n1\t1\t2\t3\t4\t5\t1\t2\t")));
     EXPECT_TRUE(shown.out.contains(QStringLiteral("手工删除")));
@@ -65,7 +54,8 @@ TEST(CliParamFilter, FiltersTogglesExportsAsASequenceOfClicks) {
     CliRun integrated = cli.run({"filter", "integrated", "--params", "Znum,Onum", "--keep", "--and", "--range", "Znum", "15",
                                  "20", "--range", "Onum", "2", "2"});
     ASSERT_EQ(integrated.exitCode, 0) << qPrintable(integrated.err);
-    EXPECT_EQ(integrated.out, count([&](const Ticket& t) { return twoOrThree(t) && sum(t) >= 15 && sum(t) <= 20 && evens(t) == 2; }));
+    const auto survives = [&](const Ticket& t) { return twoOrThree(t) && frontSum(t) >= 15 && frontSum(t) <= 20 && evens(t) == 2; };
+    EXPECT_EQ(integrated.out, count(survives));
     shown = cli.run({"candidates", "show", "--all"});
     // A ticket that failed both carries both reasons, in the order of the run.
     EXPECT_TRUE(shown.out.contains(QStringLiteral("各位数和大小:30 保留15~20偶数个数大小:3 保留2~2"))) << qPrintable(shown.out.left(2000));
@@ -75,7 +65,21 @@ TEST(CliParamFilter, FiltersTogglesExportsAsASequenceOfClicks) {
     CliRun exported = cli.run({"candidates", "export", file, "--params", "Znum,Fcodp"});
     ASSERT_EQ(exported.exitCode, 0) << qPrintable(exported.err);
     EXPECT_EQ(exported.out, cli.run({"candidates", "count"}).out);
-    EXPECT_TRUE(QFile::exists(file));
+    // Read back cell by cell: the heading, then each live ticket in idx order with its front
+    // sum and its AC value.
+    const XlsxSheet sheet = xlsx_reader::read(file);
+    EXPECT_TRUE(sheet.error.isEmpty()) << qPrintable(sheet.error);
+    QList<QStringList> expected{{"序号", "第1位", "第2位", "第3位", "第4位", "第5位", "各位数和", "数字复杂度"}};
+    for (size_t k = 0; k < tickets().size(); ++k) {
+        const Ticket& t = tickets()[k];
+        if (!survives(t)) continue;
+        QStringList row{QString::number(k + 1)};
+        for (size_t p = 0; p < 5; ++p) row << QString::number(t[p]);
+        row << QString::number(frontSum(t)) << QString::number(ticket_reference::acValue(t));
+        expected << row;
+    }
+    ASSERT_GT(expected.size(), 1);
+    EXPECT_EQ(sheet.rows, expected);
 
     // Bad input is refused with a message and changes nothing.
     CliRun bad = cli.run({"filter", "param", "Nonsense", "--keep", "--range", "1", "2"});
