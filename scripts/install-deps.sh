@@ -11,7 +11,7 @@ PACKAGES=(
   libgtest-dev libgmock-dev libbenchmark-dev libxlsxwriter-dev
   qt6-translations-l10n
   xvfb xauth xdotool imagemagick fonts-noto-cjk python3
-  unzip
+  unzip poppler-utils
 )
 
 missing=()

@@ -2,6 +2,7 @@
 #include "prize/prize_session.h"
 #include "prize/ui/frm_yk.h"
 #include "prize_window_fixture.h"
+#include "support/pdf_text.h"
 #include "support/window_shot.h"
 
 #include <QAbstractItemModelTester>
@@ -127,30 +128,37 @@ void PrizeReportsTest::deletingTickedAndDeletingAll() {
 
 void PrizeReportsTest::printsToPdfOrNotAtAll() {
     Reports r;
-    r.write(QStringLiteral("a兑奖.txt"),
-            QStringLiteral("兑奖日期:2026-03-05\n兑奖时间:14:07:09\n盈亏-26圆\n"));
+    const QStringList report{QStringLiteral("兑奖日期:2026-03-05"), QStringLiteral("兑奖时间:14:07:09"),
+                             QStringLiteral("开奖期数:2026025"), QStringLiteral("购买12注"), QStringLiteral("盈亏-26圆")};
+    r.write(QStringLiteral("a兑奖.txt"), report.join(QLatin1Char('\n')) + QLatin1Char('\n'));
     auto w = r.open();
     QTemporaryDir out;
     bool offered = true;
+    // Nothing selected: no print range is offered, and the whole report is printed line by line.
     const QString whole = out.filePath(QStringLiteral("whole.pdf"));
     w->setPrinterChooser(pdfTo(whole, &offered));
     click(w.get(), "Command4");
     QVERIFY(!offered);
-    QVERIFY(QFileInfo(whole).size() > 0);
-    QFile pdf(whole);
-    QVERIFY(pdf.open(QIODevice::ReadOnly));
-    QVERIFY(pdf.read(5) == "%PDF-");
+    const QString wholeText = pdf_text::read(whole);
+    QVERIFY2(!wholeText.isNull(), "pdftotext could not read the printout");
+    // The document prints its page number under the text.
+    QCOMPARE(pdf_text::lines(wholeText), report + QStringList{QStringLiteral("1")});
 
+    // The second and third lines selected: the printout holds those and nothing else.
     auto* text = named<QTextEdit>(w.get(), "RichTextBox1");
     QTextCursor c = text->textCursor();
     c.setPosition(0);
+    c.movePosition(QTextCursor::Down);
+    c.movePosition(QTextCursor::StartOfLine);
+    c.movePosition(QTextCursor::Down, QTextCursor::KeepAnchor);
     c.movePosition(QTextCursor::EndOfLine, QTextCursor::KeepAnchor);
     text->setTextCursor(c);
+    QCOMPARE(c.selectedText(), report[1] + QChar(QChar::ParagraphSeparator) + report[2]);
     const QString part = out.filePath(QStringLiteral("part.pdf"));
     w->setPrinterChooser(pdfTo(part, &offered));
     click(w.get(), "Command4");
     QVERIFY(offered);
-    QVERIFY(QFileInfo(part).size() > 0);
+    QCOMPARE(pdf_text::lines(pdf_text::read(part)), report.mid(1, 2) + QStringList{QStringLiteral("1")});
 
     const QString cancelled = out.filePath(QStringLiteral("cancelled.pdf"));
     w->setPrinterChooser(pdfTo(cancelled, &offered, false));
