@@ -4,6 +4,7 @@
 // real history in its draw tables and candidate tables stored in its filnum.db.
 
 #include "filter/candidate_store.h"
+#include "history/history_import.h"
 #include "support/temp_home.h"
 #include "workspace/scripted_prompter.h"
 #include "workspace/session.h"
@@ -53,6 +54,16 @@ struct PrizeWorkspace {
         tx.commit();
         session->loadHistory();
         return idx;
+    }
+
+    // A history file of tests/fixtures imported as the player imports one (a whole import,
+    // from the history folder where the file dialog opens). Returns the number of draws.
+    int importHistory(const QString& fixture) {
+        const QString copy = QDir(home.root.historyTextFolder()).filePath(fixture);
+        QFile::remove(copy);
+        if (!QFile::copy(QDir(QStringLiteral(SHUANGQU_FIXTURES)).filePath(fixture), copy)) return 0;
+        HistoryImport(*session, prompter).importFile(HistoryImport::Mode::Whole, copy);
+        return session->history().drawnum();
     }
 
     bool store(const CandidateTable& t) {

@@ -1,11 +1,12 @@
 // GAganDj and GAganfDj driven through their named controls, after a real filter run against
-// the newest real draw.
+// the newest draw of a small fixture history.
 #include "filter/param_filter.h"
 #include "generation/expansion.h"
 #include "prize/prize_session.h"
 #include "prize/ui/prize_check_window.h"
 #include "prize/ui/prize_windows.h"
 #include "prize_window_fixture.h"
+#include "support/ticket_reference.h"
 #include "support/window_shot.h"
 
 #include <QAbstractItemModelTester>
@@ -18,11 +19,22 @@
 #include <QTest>
 #include <QTimer>
 
+#include <algorithm>
+#include <array>
+
 using Kind = schema::CandidateKind;
 
 namespace {
-// Picks around the newest real draw (2026115: 12 20 32 33 35 + 06 07) and a few more, expanded:
-// 56 front combinations, and six back pairs of which 10 11 hits nothing.
+using ticket_reference::Ticket;
+
+// tests/fixtures/dlt_history_small.txt: five draws, the newest 2025105 07 21 28 31 34 + 02 08.
+const QString kHistory = QStringLiteral("dlt_history_small.txt");
+constexpr int kNewestIssue = 2025105;
+const std::vector<int> kDrawFront{7, 21, 28, 31, 34};
+const std::vector<int> kDrawBack{2, 8};
+
+// Picks around the newest draw and a few more, expanded: 56 front combinations, and six back
+// pairs of which 10 11 hits nothing.
 std::unique_ptr<CandidateTable> expandAround(const DrawNumbers& d,
                                              ExpansionKind kind = ExpansionKind::GAgan) {
     ExpansionInput in;
@@ -48,6 +60,20 @@ T* child(QWidget* w, const char* name) {
 }
 
 QColor textColour(QLabel* l) { return l->palette().color(QPalette::WindowText); }
+
+// The level of a ticket against the newest draw under the published prize table; 0 for none.
+int levelOf(const Ticket& t) {
+    int front = 0, back = 0;
+    for (size_t k = 0; k < 5; ++k) front += std::count(kDrawFront.begin(), kDrawFront.end(), t[k]) > 0;
+    for (size_t k = 5; k < 7; ++k) back += std::count(kDrawBack.begin(), kDrawBack.end(), t[k]) > 0;
+    struct Row { int front, back, level; };
+    static const Row kTable[] = {{5, 2, 1}, {5, 1, 2}, {5, 0, 3}, {4, 2, 4}, {4, 1, 5}, {3, 2, 6}, {4, 0, 6},
+                                 {3, 1, 7}, {2, 2, 7}, {3, 0, 8}, {1, 2, 8}, {2, 1, 8}};
+    for (const Row& r : kTable)
+        if (r.front == front && r.back == back) return r.level;
+    return 0;
+}
+constexpr int kMoney[9] = {0, 5000000, 50000, 5000, 3000, 500, 200, 10, 5};
 }  // namespace
 
 class PrizeCheckTest : public QObject {
@@ -62,20 +88,40 @@ private slots:
 
 void PrizeCheckTest::realFilterRunAgainstTheNewestRealDraw() {
     PrizeWorkspace w;
-    QVERIFY(w.importRealHistory() > 2900);
+    QCOMPARE(w.importHistory(kHistory), 5);
     const DrawNumbers newest = w.session->history().figarr.back();
-    QCOMPARE(newest[0], 2026115);
+    QCOMPARE(newest[0], kNewestIssue);
     auto table = expandAround(newest);
     QVERIFY(table);
     QCOMPARE(table->rowCount(), uint64_t{56 * 6});
-    // 各位数和, keep 60 to 120: the winning ticket sums to 132 and is thrown out.
+    // 各位数和, keep 60 to 120: the winning ticket sums to 121 and is thrown out.
     ParamWindowState state = ParamWindowState::defaults();
     state.box(ParamId::Option23)[0] = QStringLiteral("60");
     state.box(ParamId::Option23)[1] = QStringLiteral("120");
     const param_filter::SingleResult run =
         param_filter::runSingle(*table, ParamId::Option23, state, ParamContext::fromSession(*w.session));
     QVERIFY(run.ran);
-    QVERIFY(run.killed > 0);
+
+    // What the check must find, computed here: each ticket's level, kept or thrown by its sum.
+    const std::vector<Ticket> tickets = ticket_reference::expand({3, 7, 9, 17, 21, 28, 31, 34}, {2, 8, 10, 11});
+    std::array<int, 9> keptByLevel{}, thrownByLevel{};
+    int64_t income = 0;
+    int keptCount = 0;
+    for (const Ticket& t : tickets) {
+        const bool kept = ticket_reference::frontSum(t) >= 60 && ticket_reference::frontSum(t) <= 120;
+        const int level = levelOf(t);
+        ++(kept ? keptByLevel : thrownByLevel)[static_cast<size_t>(level)];
+        if (kept) {
+            ++keptCount;
+            income += kMoney[level];
+        }
+    }
+    QCOMPARE(run.killed, static_cast<uint64_t>(336 - keptCount));
+    // Hand-checked: of the five front numbers drawn 5, 4, 3 or 2 are picked in 1, 15, 30 and 10
+    // front combinations; of the back pairs one holds both drawn numbers, four one of them.
+    const std::array<int, 9> allLevels{10, 1, 4, 1, 15, 60, 30 + 15, 120 + 10, 30 + 40};
+    for (size_t l = 0; l < 9; ++l) QCOMPARE(keptByLevel[l] + thrownByLevel[l], allLevels[l]);
+    QCOMPARE(thrownByLevel[1], 1);
     QVERIFY(w.store(*table));
     QVERIFY(prizeCheckEnabled(*w.session, Kind::Zuhe));
     QVERIFY(!prizeCheckEnabled(*w.session, Kind::ZuheRote));
@@ -104,9 +150,13 @@ void PrizeCheckTest::realFilterRunAgainstTheNewestRealDraw() {
     QCOMPARE(columnTexts(summary->model(), 0, 9),
              (QStringList{"奖级", "1等奖", "2等奖", "3等奖", "4等奖", "5等奖", "6等奖", "7等奖", "8等奖"}));
     QCOMPARE(summary->model()->index(14, 0).data().toString(), QStringLiteral("被滤"));
-    // The 5+2 ticket is among the thrown, counted under 被滤 and listed with its reason.
-    QCOMPARE(summary->model()->index(15, 1).data().toString(), QStringLiteral("1"));
-    QCOMPARE(summary->model()->index(1, 1).data().toString(), QStringLiteral("0"));
+    // Rows 1..8 count the kept tickets of each level, rows 15..22 the thrown ones.
+    for (int l = 1; l <= 8; ++l) {
+        QCOMPARE(summary->model()->index(l, 1).data().toString(), QString::number(keptByLevel[static_cast<size_t>(l)]));
+        QCOMPARE(summary->model()->index(14 + l, 1).data().toString(),
+                 QString::number(thrownByLevel[static_cast<size_t>(l)]));
+    }
+    // The 5+2 ticket is among the thrown and listed with its reason.
     const QStringList levels = columnTexts(thrown->model(), 10);
     const int first = static_cast<int>(levels.indexOf(QStringLiteral("1等奖")));
     QVERIFY(first >= 0);
@@ -118,12 +168,12 @@ void PrizeCheckTest::realFilterRunAgainstTheNewestRealDraw() {
     QVERIFY(none >= 0);
     QVERIFY(!kept->model()->index(none, 11).data().isValid());
 
-    const PrizeView& v = win->view();
-    QCOMPARE(child<QLabel>(win.get(), "LabelRequired")->text(),
-             QStringLiteral("%1元").arg(kept->model()->rowCount() * 2));
-    QCOMPARE(child<QLabel>(win.get(), "LabelResult")->text(), v.resultText());
+    QCOMPARE(kept->model()->rowCount(), keptCount);
+    QCOMPARE(child<QLabel>(win.get(), "LabelRequired")->text(), QStringLiteral("%1元").arg(keptCount * 2));
+    QCOMPARE(child<QLabel>(win.get(), "LabelIncome")->text(), QStringLiteral("%1元").arg(income));
+    QCOMPARE(child<QLabel>(win.get(), "LabelResult")->text(), QStringLiteral("%1元").arg(income - keptCount * 2));
     QCOMPARE(textColour(child<QLabel>(win.get(), "LabelResult")),
-             v.resultIsGain() ? QColor(0, 255, 0) : QColor(255, 0, 0));
+             income > keptCount * 2 ? QColor(0, 255, 0) : QColor(255, 0, 0));
     // The check left the flags and reasons of the stored table alone.
     auto reread = candidate_store::load(w.session->fildb(), Kind::Zuhe).table;
     QCOMPARE(reread->deadCount(), thrownCount);
@@ -132,7 +182,7 @@ void PrizeCheckTest::realFilterRunAgainstTheNewestRealDraw() {
 
 void PrizeCheckTest::sortingAndPagingThroughTheControls() {
     PrizeWorkspace w;
-    w.importRealHistory();
+    QCOMPARE(w.importHistory(kHistory), 5);
     auto table = expandAround(w.session->history().figarr.back());
     for (uint64_t r = 0; r < table->rowCount(); r += 4) table->unslt().set(r);
     QVERIFY(w.store(*table));
@@ -168,7 +218,7 @@ void PrizeCheckTest::sortingAndPagingThroughTheControls() {
 
 void PrizeCheckTest::addToReportWritesAndClosesBackToTheMainWindow() {
     PrizeWorkspace w;
-    w.importRealHistory();
+    QCOMPARE(w.importHistory(kHistory), 5);
     QVERIFY(w.store(*expandAround(w.session->history().figarr.back())));
     bool backToMain = false;
     QString written;
@@ -194,8 +244,8 @@ void PrizeCheckTest::addToReportWritesAndClosesBackToTheMainWindow() {
     QFile f(written);
     QVERIFY(f.open(QIODevice::ReadOnly));
     const QStringList lines = QString::fromUtf8(f.readAll()).split(QLatin1Char('\n'));
-    QCOMPARE(lines[3], QStringLiteral("开奖期数:2026115"));
-    QCOMPARE(lines[4], QStringLiteral("开奖结果12 20 32 33 35 6  +  7"));
+    QCOMPARE(lines[3], QStringLiteral("开奖期数:2025105"));
+    QCOMPARE(lines[4], QStringLiteral("开奖结果7 21 28 31 34 2  +  8"));
     QVERIFY(lines.contains(QStringLiteral("购买336注")));
     QVERIFY(lines.contains(QStringLiteral("中出1等奖1注")));
     // 336 tickets, two a line.
@@ -204,7 +254,7 @@ void PrizeCheckTest::addToReportWritesAndClosesBackToTheMainWindow() {
 
 void PrizeCheckTest::anEmptyKeptSetShowsARedZero() {
     PrizeWorkspace w;
-    w.importRealHistory();
+    QCOMPARE(w.importHistory(kHistory), 5);
     auto table = expandAround(w.session->history().figarr.back());
     table->unslt().fill(true);
     QVERIFY(w.store(*table));
@@ -223,11 +273,11 @@ void PrizeCheckTest::anEmptyKeptSetShowsARedZero() {
 
 void PrizeCheckTest::zuhefChecksTheFrontZoneOnly() {
     PrizeWorkspace w;
-    w.importRealHistory();
+    QCOMPARE(w.importHistory(kHistory), 5);
     // Seventeen front picks, the draw's five among them: 12,376 six-number rows.
     ExpansionInput in;
     in.kind = ExpansionKind::GAganf;
-    for (int n : {1, 2, 3, 5, 8, 9, 12, 14, 17, 20, 22, 25, 27, 30, 32, 33, 35})
+    for (int n : {1, 2, 3, 5, 7, 9, 12, 14, 17, 20, 21, 25, 27, 28, 31, 34, 35})
         in.front.push_back(static_cast<int16_t>(n));
     auto table = expand(in, nullptr, uint64_t{1} << 30).table;
     QVERIFY(table);
