@@ -5,10 +5,10 @@
 //   candidate_engine_bench [--dir DIR] [--sql-rows N]
 // --sql-rows N runs the SQL comparison on the first N rows only and scales the time up.
 #include "bench_timing.h"
+#include "engine/candidate_kernels.h"
+#include "engine/candidate_store.h"
+#include "engine/candidate_writer.h"
 #include "filter/candidate_actions.h"
-#include "filter/candidate_kernels.h"
-#include "filter/candidate_store.h"
-#include "filter/candidate_writer.h"
 #include "generation/expansion.h"
 #include "workspace/sqlite_db.h"
 
@@ -64,11 +64,14 @@ int main(int argc, char** argv) {
 
     // A filter first, so that the actions meet live and dead rows with reasons.
     const double tFilter = seconds([&] {
-        const BitVector sel = kernels::select(t, [&](uint64_t row) {
-            return t.fig(1)[row] + t.fig(2)[row] + t.fig(3)[row] + t.fig(4)[row] + t.fig(5)[row] > 100;
+        const BitVector sel = candidate_kernels::select(t, [&](uint64_t row) {
+            return t.numberColumn(1)[row] + t.numberColumn(2)[row] + t.numberColumn(3)[row] +
+                       t.numberColumn(4)[row] + t.numberColumn(5)[row] >
+                   100;
         });
-        kernels::beginFilter(t);
-        kernels::killSelected(t, sel, t.reasons().intern(QStringLiteral("各位数和大小:0 保留0~100")));
+        candidate_kernels::beginFilter(t);
+        candidate_kernels::killSelected(t, sel,
+                                        t.reasons().intern(QStringLiteral("各位数和大小:0 保留0~100")));
     });
     std::printf("sum filter (select + kill): %.3f s, %llu live\n", tFilter, static_cast<unsigned long long>(t.liveCount()));
 
@@ -112,11 +115,14 @@ int main(int argc, char** argv) {
     r.table.reset();
 
     std::unique_ptr<CandidateTable> loaded;
-    const double tLoad = seconds([&] { loaded = candidate_store::load(db, schema::CandidateKind::Zuhe).table; });
+    const double tLoad =
+        seconds([&] { loaded = candidate_store::load(db, schema::CandidateKind::Combinations).table; });
     std::printf("reopen (column image): %.2f s (target 5 s), %llu live (%s)\n", tLoad,
                 static_cast<unsigned long long>(loaded->liveCount()), loaded->liveCount() == liveBefore ? "same" : "DIFFERENT");
     loaded.reset();
-    const double tLoadRows = seconds([&] { loaded = candidate_store::load(db, schema::CandidateKind::Zuhe, nullptr, false).table; });
+    const double tLoadRows = seconds([&] {
+        loaded = candidate_store::load(db, schema::CandidateKind::Combinations, nullptr, false).table;
+    });
     std::printf("reopen (rows, when other code changed the table): %.2f s\n", tLoadRows);
     std::printf("peak memory: %.0f MiB\n", peakMiB());
 

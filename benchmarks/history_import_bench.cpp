@@ -53,9 +53,9 @@ void BM_WholeImportBundled(benchmark::State& state) {
         state.ResumeTiming();
         const HistoryActionResult r =
             HistoryImport(*ws.session, prompter).importFile(HistoryImport::Mode::Whole, ws.bundled());
-        if (!r.done() || ws.session->drawnum() != 2933) state.SkipWithError("the import failed");
+        if (!r.done() || ws.session->drawCount() != 2933) state.SkipWithError("the import failed");
     }
-    state.counters["draws"] = ws.session->drawnum();
+    state.counters["draws"] = ws.session->drawCount();
 }
 BENCHMARK(BM_WholeImportBundled)->Unit(benchmark::kMillisecond);
 
@@ -66,17 +66,17 @@ void BM_ParametersOfBundled(benchmark::State& state) {
     std::vector<DrawNumbers> draws{DrawNumbers{}};
     for (const QByteArray& line : f.readAll().split('\n'))
         if (!history_text::isBlank(line)) draws.push_back(history_text::parseLine(line.trimmed(), 0).draw);
-    const rules::Fitbase fit = rules::fitbase(35, 12);
-    const drawparams::Omission omission{};
+    const game_rules::PositionCentres fit = game_rules::positionCentres(35, 12);
+    const draw_params::Omission omission{};
     for (auto _ : state) {
-        drawparams::QuanSlots working{};
+        draw_params::WorkingRow working{};
         for (size_t r = 1; r < draws.size(); ++r) {
-            using namespace drawparams;
+            using namespace draw_params;
             const DrawNumbers& d = draws[r];
             const DrawNumbers& p = draws[r - 1];
             benchmark::DoNotOptimize(front(frontOf(d), frontOf(p), omission, 35, fit, Path::Append));
             benchmark::DoNotOptimize(back(backOf(d), backOf(p), omission, 12, fit, Path::Append));
-            placeQuan(frontOf(d), backOf(d), working);
+            fillWorkingRow(frontOf(d), backOf(d), working);
             benchmark::DoNotOptimize(
                 both(frontOf(d), backOf(d), working, {}, omission, omission, 35, Path::Append));
         }

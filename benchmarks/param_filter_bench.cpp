@@ -45,33 +45,33 @@ void presetRanges(ParamWindowState& s) {
         s.box(id)[0] = QString::fromLatin1(lo);
         s.box(id)[1] = QString::fromLatin1(hi);
     };
-    set(ParamId::Option23, "60", "120");
-    set(ParamId::Option3, "1", "8");
-    set(ParamId::Option2, "0", "1");
-    set(ParamId::Option4, "1", "4");
-    set(ParamId::Option5, "1", "4");
-    set(ParamId::Option8, "1", "4");
-    set(ParamId::Option9, "0", "3");
-    set(ParamId::Option10, "0", "3");
-    set(ParamId::Option11, "0", "3");
-    set(ParamId::Option13, "1", "12");
-    set(ParamId::Option14, "4", "20");
-    set(ParamId::Option15, "8", "27");
-    set(ParamId::Option16, "15", "32");
-    set(ParamId::Option17, "24", "35");
-    set(ParamId::Option6, "5", "20");
-    set(ParamId::Option7, "15", "33");
-    set(ParamId::Option20, "0", "2");
-    set(ParamId::Option24, "4", "6");
-    set(ParamId::Option32, "10", "80");
-    set(ParamId::Option33, "10", "80");
-    set(ParamId::Option34, "10", "32");
-    set(ParamId::Option35, "10", "60");
-    set(ParamId::Option12, "3", "20");
-    set(ParamId::Option39, "5", "50");
-    set(ParamId::Option40, "20", "110");
-    set(ParamId::Option41, "0", "1");
-    set(ParamId::Option66, "1", "3");
+    set(ParamId::NumberSum, "60", "120");
+    set(ParamId::SumLastDigit, "1", "8");
+    set(ParamId::ConsecutiveCount, "0", "1");
+    set(ParamId::EvenCount, "1", "4");
+    set(ParamId::BigCount, "1", "4");
+    set(ParamId::BigLastDigitCount, "1", "4");
+    set(ParamId::Range1To10, "0", "3");
+    set(ParamId::Range11To20, "0", "3");
+    set(ParamId::Range21Up, "0", "3");
+    set(ParamId::Position1, "1", "12");
+    set(ParamId::Position2, "4", "20");
+    set(ParamId::Position3, "8", "27");
+    set(ParamId::Position4, "15", "32");
+    set(ParamId::Position5, "24", "35");
+    set(ParamId::LargestGap, "5", "20");
+    set(ParamId::LastMinusFirst, "15", "33");
+    set(ParamId::RepeatsOfPrevious, "0", "2");
+    set(ParamId::AcComplexity, "4", "6");
+    set(ParamId::OddSum, "10", "80");
+    set(ParamId::EvenSum, "10", "80");
+    set(ParamId::LastDigitSum, "10", "32");
+    set(ParamId::OmissionSum, "10", "60");
+    set(ParamId::OmissionSpread, "3", "20");
+    set(ParamId::SmallSum, "5", "50");
+    set(ParamId::BigSum, "20", "110");
+    set(ParamId::SameLastDigitCount, "0", "1");
+    set(ParamId::CustomRange, "1", "3");
 }
 
 ParamContext benchContext() {
@@ -115,7 +115,7 @@ int main(int argc, char** argv) {
     ParamWindowState s = ParamWindowState::defaults();
     s.scope = static_cast<ZoneScope>(scope);
     presetRanges(s);
-    s.check2[4] = true;  // 第1位: odd numbers only
+    s.parityTicks[4] = true;  // 第1位: odd numbers only
 
     CandidateTable small = head(t, sqlRows);
     SqliteDb db;
@@ -148,12 +148,12 @@ int main(int argc, char** argv) {
     std::printf("slowest single filter: %.1f ms wall, %.1f ms cpu (target 50 ms)\n", worst * 1000, worstCpu * 1000);
 
     if (args.contains(QStringLiteral("--singles"))) return 0;
-    for (bool& b : s.check1) b = true;
+    for (bool& b : s.integratedBox) b = true;
     for (const auto& [keep, logicAnd, name] :
          std::vector<std::tuple<bool, bool, const char*>>{{true, true, "keep+and"}, {false, true, "exclude+and"}}) {
         s.keep = keep;
         s.logicAnd = logicAnd;
-        s.check3 = true;
+        s.useTolerance = true;
         s.txtRc0 = QStringLiteral("2");
         candidate_actions::resetAll(t);
         param_filter::IntegratedResult res;

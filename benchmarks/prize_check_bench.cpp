@@ -5,8 +5,8 @@
 //
 //   prize_check_bench [--dir DIR] [--sql-rows N] [--reps R]
 #include "bench_timing.h"
-#include "filter/candidate_kernels.h"
-#include "filter/candidate_store.h"
+#include "engine/candidate_kernels.h"
+#include "engine/candidate_store.h"
 #include "generation/expansion.h"
 #include "prize/prize_sql_form.h"
 #include "prize/prize_view.h"
@@ -53,10 +53,11 @@ double best(int reps, const std::function<void()>& fn, double* cpu = nullptr) {
 // The first `rows` rows of a table, with their flags and reasons.
 std::unique_ptr<CandidateTable> head(const CandidateTable& t, uint64_t rows) {
     auto out = std::make_unique<CandidateTable>(t.kind(), rows);
-    for (int k = 1; k <= t.figCount(); ++k) std::copy_n(t.fig(k).begin(), rows, out->fig(k).begin());
+    for (int k = 1; k <= t.numberCount(); ++k)
+        std::copy_n(t.numberColumn(k).begin(), rows, out->numberColumn(k).begin());
     for (uint64_t r = 0; r < rows; ++r) {
-        out->unslt().set(r, t.unslt().test(r));
-        out->fliter()[r] = out->reasons().intern(t.reasonText(r));
+        out->filteredOut().set(r, t.filteredOut().test(r));
+        out->rowReasons()[r] = out->reasons().intern(t.reasonText(r));
     }
     return out;
 }
@@ -87,11 +88,13 @@ int main(int argc, char** argv) {
     auto table = std::move(r.table);
     CandidateTable& t = *table;
     // A filter first, so that the check meets kept and thrown rows.
-    const BitVector sel = kernels::select(t, [&](uint64_t row) {
-        return t.fig(1)[row] + t.fig(2)[row] + t.fig(3)[row] + t.fig(4)[row] + t.fig(5)[row] > 100;
+    const BitVector sel = candidate_kernels::select(t, [&](uint64_t row) {
+        return t.numberColumn(1)[row] + t.numberColumn(2)[row] + t.numberColumn(3)[row] +
+                   t.numberColumn(4)[row] + t.numberColumn(5)[row] >
+               100;
     });
-    kernels::beginFilter(t);
-    kernels::killSelected(t, sel, t.reasons().intern(QStringLiteral("各位数和大小:0 保留0~100")));
+    candidate_kernels::beginFilter(t);
+    candidate_kernels::killSelected(t, sel, t.reasons().intern(QStringLiteral("各位数和大小:0 保留0~100")));
     const uint64_t total = t.rowCount();
     std::printf("table: %llu tickets, %llu kept\n", static_cast<unsigned long long>(total),
                 static_cast<unsigned long long>(t.liveCount()));
@@ -123,8 +126,8 @@ int main(int argc, char** argv) {
         auto copy = std::make_unique<CandidateTable>(t);
         view.reset();
         tView = std::min(tView, seconds([&] {
-                             view = std::make_unique<PrizeView>(schema::CandidateKind::Zuhe, std::move(copy),
-                                                                draw, rules);
+                             view = std::make_unique<PrizeView>(schema::CandidateKind::Combinations,
+                                                                std::move(copy), draw, rules);
                          }));
     }
     std::printf("opening of the check view (kernel, both lists, level summary, money): %.1f ms; result %s\n",
@@ -148,7 +151,7 @@ int main(int argc, char** argv) {
         db.exec(QStringLiteral("DROP TRIGGER IF EXISTS [sq_image_zuhe_%1]").arg(QLatin1String(ev)));
     prize_sql_form::Outcome outcome;
     const double tSql =
-        seconds([&] { outcome = prize_sql_form::run(db, schema::CandidateKind::Zuhe, draw, rules); });
+        seconds([&] { outcome = prize_sql_form::run(db, schema::CandidateKind::Combinations, draw, rules); });
     if (!outcome.ok) std::printf("SQL form failed: %s\n", qPrintable(outcome.error));
     const double scale = static_cast<double>(total) / static_cast<double>(sample);
     const double tSqlAll = tSql * scale;

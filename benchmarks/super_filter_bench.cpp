@@ -41,11 +41,11 @@ DrawHistory readHistory(const QString& path) {
         const auto parsed = history_text::parseLine(line, issue);
         if (parsed.status != history_text::ParsedLine::Status::Ok) continue;
         issue = parsed.draw[0];
-        h.figarr.push_back(parsed.draw);
+        h.numbers.push_back(parsed.draw);
     }
-    h.front.resize(h.figarr.size());
-    h.back.resize(h.figarr.size());
-    h.both.resize(h.figarr.size());
+    h.front.resize(h.numbers.size());
+    h.back.resize(h.numbers.size());
+    h.both.resize(h.numbers.size());
     return h;
 }
 
@@ -66,7 +66,7 @@ int main(int argc, char** argv) {
         if (args[i] == QLatin1String("--history")) historyPath = args[i + 1];
     }
     const DrawHistory history = readHistory(historyPath);
-    if (draws < 0) draws = history.drawnum();
+    if (draws < 0) draws = history.drawCount();
 
     ExpansionInput in;
     for (int n = 1; n <= 35; ++n) in.front.push_back(static_cast<int16_t>(n));
@@ -76,10 +76,12 @@ int main(int argc, char** argv) {
     const double rows = static_cast<double>(t.rowCount());
     const double scale = sqlRows ? rows / static_cast<double>(sqlRows) : 0;
     const unsigned threads = std::max(1u, std::thread::hardware_concurrency());
-    std::printf("35/12: %llu tickets; %d draws in the history, %lld searched; SQL on the first %llu tickets, scaled x%.0f; "
-                "%u threads\n",
-                static_cast<unsigned long long>(t.rowCount()), history.drawnum(), static_cast<long long>(draws),
-                static_cast<unsigned long long>(sqlRows), scale, threads);
+    std::printf(
+        "35/12: %llu tickets; %d draws in the history, %lld searched; SQL on the first %llu tickets, scaled "
+        "x%.0f; "
+        "%u threads\n",
+        static_cast<unsigned long long>(t.rowCount()), history.drawCount(), static_cast<long long>(draws),
+        static_cast<unsigned long long>(sqlRows), scale, threads);
     std::printf("%-10s %-6s %9s %9s %10s %12s %9s\n", "button", "scope", "wall ms", "cpu ms", "killed", "SQL ms", "ratio");
 
     // A first filter allocates the scratch columns (canshu, SKnum, JSqihao): done once ahead, as
@@ -94,9 +96,11 @@ int main(int argc, char** argv) {
     const struct {
         SuperButton button;
         ZoneScope scope;
-    } runs[] = {{SuperButton::Option26, ZoneScope::Front}, {SuperButton::Option28, ZoneScope::Front},
-                {SuperButton::Option27, ZoneScope::Front}, {SuperButton::Option26, ZoneScope::Back},
-                {SuperButton::Option26, ZoneScope::Both}};
+    } runs[] = {{SuperButton::HistoryLow, ZoneScope::Front},
+                {SuperButton::HistoryMiddle, ZoneScope::Front},
+                {SuperButton::HistoryHigh, ZoneScope::Front},
+                {SuperButton::HistoryLow, ZoneScope::Back},
+                {SuperButton::HistoryLow, ZoneScope::Both}};
     for (const auto& run : runs) {
         candidate_actions::resetAll(t);
         super_kernels::HistoryRun h;
@@ -112,7 +116,7 @@ int main(int argc, char** argv) {
         double sql = 0;
         if (sqlRows) {
             candidate_actions::resetAll(small);
-            small.setNumstring(t.numstringMode());
+            small.setNumberTextMode(t.numberTextMode());
             super_reference::load(db, small);
             sql = seconds([&] { super_reference::history(db, h.scope, h.threshold, h.caption, h.nText, draws, history); }) * scale;
         }
@@ -131,8 +135,14 @@ int main(int argc, char** argv) {
         const double wall = seconds([&] { killed = fn(); });
         std::printf("%-28s %9.1f ms %10llu killed\n", name, wall * 1000, static_cast<unsigned long long>(killed));
     };
-    once("relation 相克 03 12 25", [&] { return super_kernels::relation(t, super_kernels::Relation::Xiangke, nums, QStringLiteral("相克号过滤")); });
-    once("relation 相生 03 12 25", [&] { return super_kernels::relation(t, super_kernels::Relation::Xiangsheng, nums, QStringLiteral("相生号过滤")); });
+    once("relation 相克 03 12 25", [&] {
+        return super_kernels::relation(t, super_kernels::Relation::Conflicting, nums,
+                                       QStringLiteral("相克号过滤"));
+    });
+    once("relation 相生 03 12 25", [&] {
+        return super_kernels::relation(t, super_kernels::Relation::Supporting, nums,
+                                       QStringLiteral("相生号过滤"));
+    });
     super_kernels::InclusionRun inc{ZoneScope::Both, {3, 12, 25, 7, 9}, 2, {7}, QStringLiteral("相克号包含过滤")};
     once("inclusion kill 5 numbers", [&] { return super_kernels::inclusionKill(t, inc); });
     once("inclusion keep 5 numbers", [&] { return super_kernels::inclusionKeep(t, inc); });

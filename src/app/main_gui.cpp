@@ -1,12 +1,12 @@
 // shuangqu: the start window, then the main window of the entered workspace.
+#include "app/ui/main_window.h"
+#include "app/ui/qt_translations.h"
+#include "app/ui/single_instance.h"
+#include "app/ui/start_window.h"
 #include "workspace/data_root.h"
 #include "workspace/session.h"
 #include "workspace/settings.h"
-#include "workspace/ui/frmpre.h"
-#include "workspace/ui/main_window.h"
 #include "workspace/ui/qt_prompter.h"
-#include "workspace/ui/qt_translations.h"
-#include "workspace/ui/single_instance.h"
 #include "workspace/workspace_list.h"
 
 #include <QApplication>
@@ -40,7 +40,7 @@ int main(int argc, char** argv) {
     Session session(root, settings);
     std::unique_ptr<MainWindow> mainWindow;
 
-    auto* start = new Frmpre(workspaces, prompter);
+    auto* start = new StartWindow(workspaces, prompter);
     start->setAttribute(Qt::WA_DeleteOnClose);
     prompter.setParent(start);
     QPointer<QWidget> front = start;
@@ -51,7 +51,7 @@ int main(int argc, char** argv) {
         front->raise();
         front->activateWindow();
     });
-    QObject::connect(start, &Frmpre::entered, [&](const EnteredWorkspace& w) {
+    QObject::connect(start, &StartWindow::entered, [&](const EnteredWorkspace& w) {
         QString error;
         if (!session.open(w, &error)) {
             prompter.inform(Session::kFatalTitle, Session::kFatalText, Prompter::Icon::Critical);

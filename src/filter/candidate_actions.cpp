@@ -1,6 +1,6 @@
 #include "filter/candidate_actions.h"
 
-#include "filter/candidate_kernels.h"
+#include "engine/candidate_kernels.h"
 
 #include <algorithm>
 
@@ -9,8 +9,8 @@ namespace candidate_actions {
 using Word = BitVector::Word;
 
 void resetAll(CandidateTable& table) {
-    table.unslt().fill(false);
-    auto fl = table.fliter();
+    table.filteredOut().fill(false);
+    auto fl = table.rowReasons();
     KernelExecutor::shared().forEachSlice(table.rowCount(), [&](uint64_t begin, uint64_t end) {
         std::fill(fl.begin() + static_cast<ptrdiff_t>(begin), fl.begin() + static_cast<ptrdiff_t>(end),
                   ReasonTable::kEmpty);
@@ -18,9 +18,9 @@ void resetAll(CandidateTable& table) {
 }
 
 void resetLast(CandidateTable& table) {
-    auto un = table.unslt().words();
-    const auto pre = table.preunslt().words();
-    auto fl = table.fliter();
+    auto un = table.filteredOut().words();
+    const auto pre = table.previousFilteredOut().words();
+    auto fl = table.rowReasons();
     KernelExecutor::shared().forEachSlice(table.rowCount(), [&](uint64_t begin, uint64_t end) {
         const uint64_t firstWord = begin / BitVector::kWordBits;
         const uint64_t lastWord = BitVector::wordsFor(end);
@@ -34,21 +34,21 @@ void resetLast(CandidateTable& table) {
 }
 
 void invertAll(CandidateTable& table) {
-    kernels::beginFilter(table);
-    table.unslt().complement();
-    kernels::prefixReasons(table, kInvertAllPrefix);
+    candidate_kernels::beginFilter(table);
+    table.filteredOut().complement();
+    candidate_kernels::prefixReasons(table, kInvertAllPrefix);
 }
 
 void invertLast(CandidateTable& table) {
-    std::ranges::copy(table.preunslt().words(), table.tmpunslt().words().begin());
-    kernels::beginFilter(table);
+    std::ranges::copy(table.previousFilteredOut().words(), table.scratchFilteredOut().words().begin());
+    candidate_kernels::beginFilter(table);
     // The rows live before the last filter flip.
-    BitVector swapped = table.tmpunslt();
+    BitVector swapped = table.scratchFilteredOut();
     swapped.complement();
-    auto un = table.unslt().words();
+    auto un = table.filteredOut().words();
     const auto sw = swapped.words();
     for (size_t w = 0; w < un.size(); ++w) un[w] ^= sw[w];
-    kernels::prefixReasons(table, kInvertLastPrefix, &swapped);
+    candidate_kernels::prefixReasons(table, kInvertLastPrefix, &swapped);
 }
 
 }  // namespace candidate_actions

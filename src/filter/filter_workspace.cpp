@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <numeric>
 
-FilterWorkspace::FilterWorkspace(FilterInstance instance, QString filnumPath)
-    : m_instance(instance), m_writer(std::move(filnumPath)) {}
+FilterWorkspace::FilterWorkspace(FilterSource instance, QString filterDbPath)
+    : m_instance(instance), m_writer(std::move(filterDbPath)) {}
 
 FilterWorkspace::~FilterWorkspace() { m_writer.wait(); }
 
@@ -74,13 +74,6 @@ void FilterWorkspace::endEdit() {
     afterAction();
 }
 
-CandidateTable& FilterWorkspace::tableForChange() {
-    m_writer.cancelAndJoin();
-    return *m_table;
-}
-
-void FilterWorkspace::changed() { afterAction(); }
-
 void FilterWorkspace::afterAction() {
     m_shownCount = m_table->liveCount();
     // Inside an edit the write waits for its end.
@@ -105,7 +98,8 @@ std::vector<uint64_t> FilterWorkspace::firstViewRows(int limit) const {
             std::iota(rows.begin(), rows.end(), uint64_t{0});
             const CandidateTable& t = *m_table;
             const auto key = [&t](uint64_t r) {
-                return std::tuple(t.idxAt(r), t.fig(1)[r], t.fig(2)[r], t.fig(3)[r], t.fig(4)[r], t.fig(5)[r]);
+                return std::tuple(t.idxAt(r), t.numberColumn(1)[r], t.numberColumn(2)[r],
+                                  t.numberColumn(3)[r], t.numberColumn(4)[r], t.numberColumn(5)[r]);
             };
             const size_t n = std::min(cap, rows.size());
             std::partial_sort(rows.begin(), rows.begin() + static_cast<ptrdiff_t>(n), rows.end(),
@@ -120,15 +114,16 @@ std::vector<uint64_t> FilterWorkspace::firstViewRows(int limit) const {
 std::vector<uint64_t> FilterWorkspace::liveRows(uint64_t fromRow, int limit) const {
     std::vector<uint64_t> rows;
     if (!m_table) return rows;
-    const auto words = m_table->unslt().words();
+    const auto words = m_table->filteredOut().words();
     const auto cap = static_cast<size_t>(limit);
     for (uint64_t r = fromRow; r < m_table->rowCount() && rows.size() < cap; ++r) {
         // Skip whole dead words quickly.
-        if (r % BitVector::kWordBits == 0 && words[r / BitVector::kWordBits] == m_table->unslt().validMask(r / BitVector::kWordBits)) {
+        if (r % BitVector::kWordBits == 0 &&
+            words[r / BitVector::kWordBits] == m_table->filteredOut().validMask(r / BitVector::kWordBits)) {
             r += BitVector::kWordBits - 1;
             continue;
         }
-        if (!m_table->unslt().test(r)) rows.push_back(r);
+        if (!m_table->filteredOut().test(r)) rows.push_back(r);
     }
     return rows;
 }
@@ -145,16 +140,26 @@ FilterWorkspace::ClickOutcome FilterWorkspace::release(Button button, Mouse mous
     if (!m_table) return {};
     if (mouse == Mouse::Right) {
         // Only the two invert buttons record a step from the right button.
-        if (button == Button::Command2) m_intCmdnb = 2;
-        else if (button == Button::Command3) m_intCmdnb = 1;
+        if (button == Button::InvertAll)
+            m_stepCode = 2;
+        else if (button == Button::InvertLast)
+            m_stepCode = 1;
         else return {};
         return {false, true};
     }
     switch (button) {
-        case Button::Command1: resetAll(); break;
-        case Button::CmdRetn: resetLast(); break;
-        case Button::Command2: invertAll(); break;
-        case Button::Command3: invertLast(); break;
+        case Button::ResetAll:
+            resetAll();
+            break;
+        case Button::ResetLast:
+            resetLast();
+            break;
+        case Button::InvertAll:
+            invertAll();
+            break;
+        case Button::InvertLast:
+            invertLast();
+            break;
     }
     return {true, false};
 }

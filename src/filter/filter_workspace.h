@@ -1,9 +1,9 @@
 #pragma once
 
-#include "filter/candidate_store.h"
-#include "filter/candidate_table.h"
-#include "filter/candidate_writer.h"
-#include "filter/filter_instance.h"
+#include "engine/candidate_store.h"
+#include "engine/candidate_table.h"
+#include "engine/candidate_writer.h"
+#include "filter/filter_source.h"
 
 #include <QString>
 
@@ -20,20 +20,20 @@ class SqliteDb;
 class FilterWorkspace {
 public:
     // The buttons of this logic and the mouse button that released them.
-    enum class Button { Command1, CmdRetn, Command2, Command3 };
+    enum class Button { ResetAll, ResetLast, InvertAll, InvertLast };
     enum class Mouse { Left, Right };
     struct ClickOutcome {
         bool ranAction = false;  // an action changed the table
-        bool popupMnuAdm = false;  // the window pops up mnuAdm (recording a step)
+        bool popupRecordMenu = false;  // the window pops up mnuAdm (recording a step)
     };
 
     static constexpr int kFirstViewRows = 10000;
 
-    FilterWorkspace(FilterInstance instance, QString filnumPath);
+    FilterWorkspace(FilterSource instance, QString filterDbPath);
     // Waits for the record to be written (the window shows progress through waitForWrite first).
     ~FilterWorkspace();
 
-    const FilterInstanceTraits& traits() const { return filterInstanceTraits(m_instance); }
+    const FilterSourceTraits& traits() const { return filterSourceTraits(m_instance); }
 
     // Opening an instance that makes its table: `table` is the expansion's result (or wheel's),
     // `openingCount` the count its caption shows (RowCount, or MultiCount in multi mode).
@@ -72,14 +72,9 @@ public:
     // template) and writes again after; does nothing while no write runs.
     Edit pauseWrite();
 
-    // The hand-made form of edit(): stops a running write first; call changed() afterwards.
-    CandidateTable& tableForChange();
-    // After a filter changed the table: refresh the count and bring the record up to date.
-    void changed();
-
     // The count in the caption and the caption itself.
     uint64_t shownCount() const { return m_shownCount; }
-    QString caption() const { return filter_texts::caption(static_cast<qint64>(m_shownCount)); }
+    QString caption() const { return filter_source::caption(static_cast<qint64>(m_shownCount)); }
 
     // Rows (0-based) of the grid's first view, and of the refreshed view after an action
     // (WHERE unslt = false), at most `limit` rows.
@@ -97,11 +92,11 @@ public:
     ClickOutcome release(Button button, Mouse mouse);
 
     // Window-level state.
-    int16_t intCmdnb() const { return m_intCmdnb; }
+    int16_t stepCode() const { return m_stepCode; }
     // The super filters, the template steps and their replay set the code as well.
-    void setIntCmdnb(int16_t code) { m_intCmdnb = code; }
-    int16_t intQianHou = 1;
-    bool baoliuMode = true;
+    void setStepCode(int16_t code) { m_stepCode = code; }
+    int16_t zoneScope = 1;
+    bool keepSense = true;
 
     // The record: whether a write is running, and waiting for it (closing the window).
     bool writePending() const { return m_writer.busy(); }
@@ -112,10 +107,10 @@ private:
     void beginEdit();
     void endEdit();
 
-    FilterInstance m_instance;
+    FilterSource m_instance;
     std::unique_ptr<CandidateTable> m_table;
     uint64_t m_shownCount = 0;
-    int16_t m_intCmdnb = 0;
+    int16_t m_stepCode = 0;
     int m_openEdits = 0;
     CandidateWriter m_writer;
 };

@@ -10,38 +10,38 @@
 // integrated list Check1, the draw column of the history that holds the same parameter, and
 // the short name of its columns in the saved settings.
 enum class ParamId : int {
-    Option23,  // 各位数和
-    Option3,   // 各位和个位
-    Option2,   // 连号个数
-    Option4,   // 偶数个数
-    Option5,   // 大数个数
-    Option8,   // 个位大数
-    Option9,   // 1~10区间
-    Option10,  // 11~20区间
-    Option11,  // 21以上
-    Option13,  // 第1位
-    Option14,  // 第2位
-    Option15,  // 第3位
-    Option16,  // 第4位
-    Option17,  // 第5位
-    Option6,   // 最大差值
-    Option7,   // 首尾差值
-    Option20,  // 重上期个数
-    Option24,  // 复杂度(AC值)
-    Option32,  // 奇数之和
-    Option33,  // 偶数之和
-    Option34,  // 个位数和
-    Option35,  // 遗漏数和
-    Option12,  // 遗漏极差
-    Option39,  // 小数之和
-    Option40,  // 大数之和
-    Option41,  // 同尾个数
-    Option66,  // 自定区间
+    NumberSum,           // 各位数和
+    SumLastDigit,        // 各位和个位
+    ConsecutiveCount,    // 连号个数
+    EvenCount,           // 偶数个数
+    BigCount,            // 大数个数
+    BigLastDigitCount,   // 个位大数
+    Range1To10,          // 1~10区间
+    Range11To20,         // 11~20区间
+    Range21Up,           // 21以上
+    Position1,           // 第1位
+    Position2,           // 第2位
+    Position3,           // 第3位
+    Position4,           // 第4位
+    Position5,           // 第5位
+    LargestGap,          // 最大差值
+    LastMinusFirst,      // 首尾差值
+    RepeatsOfPrevious,   // 重上期个数
+    AcComplexity,        // 复杂度(AC值)
+    OddSum,              // 奇数之和
+    EvenSum,             // 偶数之和
+    LastDigitSum,        // 个位数和
+    OmissionSum,         // 遗漏数和
+    OmissionSpread,      // 遗漏极差
+    SmallSum,            // 小数之和
+    BigSum,              // 大数之和
+    SameLastDigitCount,  // 同尾个数
+    CustomRange,         // 自定区间
 };
 
 inline constexpr int kParamCount = 27;
 // Entries of the integrated list Check1(0)..Check1(26).
-inline constexpr int kCheck1Count = 27;
+inline constexpr int kIntegratedBoxCount = 27;
 
 // The zone scope of the window, intQianHou.
 enum class ZoneScope : int { Front = 1, Back = 2, Both = 3 };
@@ -52,7 +52,7 @@ struct ParamInfo {
     QString caption;         // button caption (front and back tabs)
     const char* boxes;       // "Text2"
     const char* drawColumn;  // "Znum"; empty for 自定区间
-    int check1;              // its own entry of Check1 (19 and 20 are captions that no run reads)
+    int integratedBox;       // its own entry of Check1 (19 and 20 are captions that no run reads)
     QString upperDefault;    // box (1)
     QString countDefault;    // box (2)
     const char* snapshot;    // short name of its columns in moban/Canshu ("sh" -> sh_1, sh_2)
@@ -73,7 +73,7 @@ std::optional<ParamId> byDrawColumn(const QString& name);
 QString caption(ParamId id, ZoneScope scope, bool listMode);
 
 // Captions of Check1(0)..Check1(26); entry 15 follows the scope like the button.
-QString check1Caption(int box, ZoneScope scope);
+QString integratedBoxCaption(int box, ZoneScope scope);
 // Title of the parameter's column in the export (the AC value is "数字复杂度").
 QString exportTitle(ParamId id, bool listMode);
 

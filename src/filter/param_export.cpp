@@ -24,7 +24,7 @@ std::vector<uint32_t> liveInIdxOrder(const CandidateTable& t) {
     std::vector<uint32_t> rows;
     rows.reserve(t.liveCount());
     for (uint64_t r = 0; r < t.rowCount(); ++r)
-        if (!t.unslt().test(r)) rows.push_back(static_cast<uint32_t>(r));
+        if (!t.filteredOut().test(r)) rows.push_back(static_cast<uint32_t>(r));
     if (t.hasExplicitIdx())
         std::stable_sort(rows.begin(), rows.end(), [&t](uint32_t a, uint32_t b) { return t.idxAt(a) < t.idxAt(b); });
     return rows;
@@ -50,10 +50,10 @@ Result exportLive(CandidateTable& table, const ParamWindowState& state, const Pa
     std::vector<std::vector<int16_t>> columns;
     const ComputeInputs in = state.computeInputs();
     for (const param_catalogue::RunStep& s : param_catalogue::exportOrder()) {
-        if (!state.check1[static_cast<size_t>(s.box)]) continue;
+        if (!state.integratedBox[static_cast<size_t>(s.box)]) continue;
         param_kernels::computeAll(param_kernels::compile(s.param, in, ctx, true), table);
         std::vector<int16_t> col(fit);
-        for (uint64_t i = 0; i < fit; ++i) col[i] = table.canshuAt(rows[i]);
+        for (uint64_t i = 0; i < fit; ++i) col[i] = table.paramValueAt(rows[i]);
         columns.push_back(std::move(col));
         result.titles << param_catalogue::exportTitle(s.param, state.listMode);
     }
@@ -76,7 +76,8 @@ Result exportLive(CandidateTable& table, const ParamWindowState& state, const Pa
         const auto row = static_cast<lxw_row_t>(i + 1);
         const uint32_t r = rows[i];
         worksheet_write_number(ws, row, 0, table.idxAt(r), nullptr);
-        for (int n = 1; n <= 5; ++n) worksheet_write_number(ws, row, static_cast<lxw_col_t>(n), table.fig(n)[r], nullptr);
+        for (int n = 1; n <= 5; ++n)
+            worksheet_write_number(ws, row, static_cast<lxw_col_t>(n), table.numberColumn(n)[r], nullptr);
         for (size_t c = 0; c < columns.size(); ++c)
             worksheet_write_number(ws, row, static_cast<lxw_col_t>(6 + c), columns[c][i], nullptr);
     }

@@ -1,7 +1,7 @@
 #include "filter/param_filter.h"
 
-#include "filter/candidate_kernels.h"
-#include "filter/kernel_executor.h"
+#include "engine/candidate_kernels.h"
+#include "engine/kernel_executor.h"
 #include "filter/param_reason_builder.h"
 
 #include <QStringList>
@@ -28,10 +28,10 @@ ParamWindowState ParamWindowState::defaults() {
 ComputeInputs ParamWindowState::computeInputs() const {
     ComputeInputs in;
     in.scope = scope;
-    in.ticks = chkBt;
+    in.ticks = numberTicks;
     in.listMode = listMode;
-    in.zdqjLower = box(ParamId::Option66)[3];
-    in.zdqjUpper = box(ParamId::Option66)[2];
+    in.zdqjLower = box(ParamId::CustomRange)[3];
+    in.zdqjUpper = box(ParamId::CustomRange)[2];
     in.zdqjList = txtZdqj;
     return in;
 }
@@ -46,9 +46,16 @@ constexpr int32_t kValueOffset = 32768;
 // Parameters whose tally statement keeps the leading [unslt]=false AND.
 bool tallyLiveOnly(ParamId id) {
     switch (id) {
-        case ParamId::Option2: case ParamId::Option12: case ParamId::Option13: case ParamId::Option14:
-        case ParamId::Option15: case ParamId::Option16: case ParamId::Option17: case ParamId::Option20:
-        case ParamId::Option23: case ParamId::Option24:
+        case ParamId::ConsecutiveCount:
+        case ParamId::OmissionSpread:
+        case ParamId::Position1:
+        case ParamId::Position2:
+        case ParamId::Position3:
+        case ParamId::Position4:
+        case ParamId::Position5:
+        case ParamId::RepeatsOfPrevious:
+        case ParamId::NumberSum:
+        case ParamId::AcComplexity:
             return true;
         default: return false;
     }
@@ -100,7 +107,7 @@ std::vector<uint8_t> parityHits(int odd, int even) {
 // The label in front of "大小:".
 QString label(ParamId id, const ParamWindowState& state) {
     const QString cap = param_catalogue::caption(id, state.scope, state.listMode);
-    if (id != ParamId::Option66) return cap;
+    if (id != ParamId::CustomRange) return cap;
     const auto& b = state.box(id);
     if (state.listMode) return cap + QLatin1Char(' ') + state.txtZdqj;
     return cap + b[3] + QLatin1Char('~') + b[2];
@@ -120,15 +127,15 @@ std::vector<FilterStep> buildSteps(ParamId id, const ParamWindowState& state, co
     const bool liveOnly = !tally || tallyLiveOnly(id);
     const auto& b = state.box(id);
     // 自定区间 has no list test: it always uses the range statements, on Text66(0) and (1).
-    const bool listTest = state.listMode && id != ParamId::Option66;
+    const bool listTest = state.listMode && id != ParamId::CustomRange;
     const double lo = leadingNumber(b[0]), hi = leadingNumber(b[1]);
 
     if (positionParam && !listTest) {
         const int col = compute.figureColumn;
         // The parity pair of the position's boxes; Option14 in both zones uses position 2's.
         const int pos = info.position;
-        const int odd = state.check2[static_cast<size_t>(2 + 2 * pos)] ? 1 : 0;
-        const int even = state.check2[static_cast<size_t>(3 + 2 * pos)] ? 1 : 0;
+        const int odd = state.parityTicks[static_cast<size_t>(2 + 2 * pos)] ? 1 : 0;
+        const int even = state.parityTicks[static_cast<size_t>(3 + 2 * pos)] ? 1 : 0;
         FilterStep parity;
         parity.compute = param_kernels::figureParity(col);
         parity.liveOnly = true;
@@ -263,20 +270,20 @@ uint64_t catchSlice(CandidateTable& table, const FilterStep& step, BitVector& ca
     using Word = BitVector::Word;
     constexpr uint64_t kBlockRows = KernelExecutor::kBlockRows;
     const CandidateTable& ct = table;
-    std::span<int16_t> canshu = table.canshu();
-    auto un = table.unslt().words();
+    std::span<int16_t> paramValues = table.paramValues();
+    auto un = table.filteredOut().words();
     auto out = caught.words();
-    auto fl = table.fliter();
+    auto fl = table.rowReasons();
     std::array<uint8_t, kBlockRows> hit;
     std::array<int16_t, kBlockRows> value;
     uint64_t killed = 0;
     for (uint64_t b = begin; b < end; b += kBlockRows) {
         const uint64_t n = std::min(end, b + kBlockRows) - b;
-        param_kernels::computeRows(step.compute, ct, canshu, b, b + n);
+        param_kernels::computeRows(step.compute, ct, paramValues, b, b + n);
         if (step.valueColumn < 0) {
-            std::copy_n(canshu.data() + b, n, value.data());
+            std::copy_n(paramValues.data() + b, n, value.data());
         } else {
-            const uint8_t* f = ct.fig(step.valueColumn + 1).data() + b;
+            const uint8_t* f = ct.numberColumn(step.valueColumn + 1).data() + b;
             std::copy_n(f, n, value.data());
         }
         step.hitBlock(value.data(), n, hit.data());
@@ -304,7 +311,7 @@ void resolvePending(CandidateTable& table, StepReasons& reasons, const std::vect
     std::vector<ReasonTable::Id> idOfSlot(kValueSlots, 0);
     for (const SliceReasons& slice : slices)
         for (int16_t v : slice.pendingValues()) idOfSlot[slotOf(v)] = reasons.intern(v);
-    auto fl = table.fliter();
+    auto fl = table.rowReasons();
     const auto caughtWords = caught.words();
     KernelExecutor::shared().forEachIndexedSlice(cut, [&](size_t slice, uint64_t begin, uint64_t) {
         const uint64_t end = slices[slice].pendingEnd();
@@ -328,7 +335,7 @@ uint64_t runStep(CandidateTable& table, const FilterStep& step) {
     std::vector<uint64_t> killed(cut.count, 0);
     std::optional<ReasonTable::Id> fixedId;
     if (step.constantText) fixedId = table.reasons().find(step.prefix).value_or(table.reasons().nextId());
-    table.canshu();  // allocated before the threads write it
+    table.paramValues();  // allocated before the threads write it
     executor.forEachIndexedSlice(cut, [&](size_t slice, uint64_t begin, uint64_t end) {
         killed[slice] = catchSlice(table, step, caught, slices[slice], fixedId, begin, end);
     });
@@ -340,8 +347,8 @@ uint64_t runStep(CandidateTable& table, const FilterStep& step) {
 
 ViewColumns viewOf(ParamId id) {
     if (param_catalogue::info(id).position) return ViewColumns::Figures;
-    if (id == ParamId::Option3 || id == ParamId::Option35) return ViewColumns::FrontCanshu;
-    return ViewColumns::WithCanshu;
+    if (id == ParamId::SumLastDigit || id == ParamId::OmissionSum) return ViewColumns::FrontWithParamValue;
+    return ViewColumns::WithParamValue;
 }
 
 }  // namespace
@@ -354,7 +361,7 @@ SingleResult runSingle(CandidateTable& table, ParamId id, const ParamWindowState
     result.view = viewOf(id);
     result.heading = param_catalogue::caption(id, state.scope, state.listMode);
     // preunslt first (the computation does not read it), then each statement in order.
-    kernels::beginFilter(table);
+    candidate_kernels::beginFilter(table);
     for (const FilterStep& step : steps) result.killed += runStep(table, step);
     return result;
 }
@@ -367,45 +374,47 @@ int allowedCount(const QString& txtRc0) {
 IntegratedResult runIntegrated(CandidateTable& table, const ParamWindowState& state, const ParamContext& ctx) {
     IntegratedResult result;
     const bool a = state.keep, b = state.logicAnd;
-    result.baoliuMode = a == b ? a : !a;
+    result.keepSense = a == b ? a : !a;
     result.flipped = a != b;
 
     std::vector<FilterStep> steps;
     for (const param_catalogue::RunStep& rs : param_catalogue::integratedOrder()) {
-        if (!state.check1[static_cast<size_t>(rs.box)]) continue;
-        for (FilterStep& s : buildSteps(rs.param, state, ctx, result.baoliuMode, true)) steps.push_back(std::move(s));
+        if (!state.integratedBox[static_cast<size_t>(rs.box)]) continue;
+        for (FilterStep& s : buildSteps(rs.param, state, ctx, result.keepSense, true))
+            steps.push_back(std::move(s));
     }
     result.steps = static_cast<int>(steps.size());
 
-    std::span<int16_t> errnum = table.errnum();
+    std::span<int16_t> failCount = table.failCount();
     KernelExecutor::shared().forEachSlice(table.rowCount(), [&](uint64_t begin, uint64_t end) {
-        std::fill(errnum.begin() + static_cast<ptrdiff_t>(begin), errnum.begin() + static_cast<ptrdiff_t>(end), int16_t{0});
+        std::fill(failCount.begin() + static_cast<ptrdiff_t>(begin),
+                  failCount.begin() + static_cast<ptrdiff_t>(end), int16_t{0});
     });
-    kernels::beginFilter(table);
-    param_reasons::tally(table, steps);
+    candidate_kernels::beginFilter(table);
+    param_reason_builder::tally(table, steps);
 
-    result.allowed = state.check3 ? allowedCount(state.txtRc0) : 0;
-    auto un = table.unslt().words();
-    const auto gp = table.gpslt().words();
+    result.allowed = state.useTolerance ? allowedCount(state.txtRc0) : 0;
+    auto un = table.filteredOut().words();
+    const auto gp = table.groupMark().words();
     const int allowed = result.allowed;
     const bool flip = result.flipped;
-    const BitVector& unslt = table.unslt();
+    const BitVector& filteredOut = table.filteredOut();
     KernelExecutor::shared().forEachSlice(table.rowCount(), [&](uint64_t begin, uint64_t end) {
         using Word = BitVector::Word;
         for (uint64_t w = begin / BitVector::kWordBits; w * BitVector::kWordBits < end; ++w) {
             const uint64_t base = w * BitVector::kWordBits;
             const uint64_t stop = std::min(end, base + BitVector::kWordBits);
             Word over = 0;
-            for (uint64_t r = base; r < stop; ++r) over |= Word{errnum[r] > allowed} << (r - base);
+            for (uint64_t r = base; r < stop; ++r) over |= Word{failCount[r] > allowed} << (r - base);
             un[w] |= over;
-            if (flip) un[w] ^= ~gp[w] & unslt.validMask(w);
+            if (flip) un[w] ^= ~gp[w] & filteredOut.validMask(w);
         }
     });
     return result;
 }
 
-QString Tolerance::onCheck1Click(const ParamWindowState& state) {
-    keptCount = static_cast<int>(std::count(state.check1.begin(), state.check1.end(), true));
+QString Tolerance::onIntegratedBoxClick(const ParamWindowState& state) {
+    keptCount = static_cast<int>(std::count(state.integratedBox.begin(), state.integratedBox.end(), true));
     const double percent = leadingNumber(state.txtRc1);
     const double r = std::floor(keptCount * percent / 100 + 0.5);
     return r > 0 ? formatNumber(r) : state.txtRc0;

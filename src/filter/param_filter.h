@@ -8,7 +8,7 @@
 // ticked parameter in its fixed order, tallying each row's failures into Errnum and appending
 // the reasons, then kills by the tolerance and flips the result for the mixed senses.
 
-#include "filter/candidate_table.h"
+#include "engine/candidate_table.h"
 #include "filter/param_catalogue.h"
 #include "filter/param_kernels.h"
 
@@ -21,15 +21,15 @@
 // what the window shows, so a window and the command line share one implementation.
 struct ParamWindowState {
     ZoneScope scope = ZoneScope::Front;           // intQianHou (TabStrip1)
-    std::array<bool, 7> chkBt{true, true, true, true, true, true, true};  // ChkBt(1)..ChkBt(7)
+    std::array<bool, 7> numberTicks{true, true, true, true, true, true, true};  // ChkBt(1)..ChkBt(7)
     // Per parameter its box array, indices 0..3 (自定区间: Text66(0)..Text66(3)).
     std::array<std::array<QString, 4>, kParamCount> boxes;
-    std::array<bool, 14> check2{};  // Check2(4)..Check2(13) at their own indices
+    std::array<bool, 14> parityTicks{};  // Check2(4)..Check2(13) at their own indices
     bool keep = true;               // Option1(0) "保留"
     bool listMode = false;          // Option36
     bool logicAnd = true;           // Option37(0) "逻辑和"
-    std::array<bool, kCheck1Count> check1{};
-    bool check3 = false;            // 整合过滤容错比
+    std::array<bool, kIntegratedBoxCount> integratedBox{};
+    bool useTolerance = false;              // 整合过滤容错比
     QString txtRc0 = QStringLiteral("1");   // allowed count
     QString txtRc1 = QStringLiteral("10");  // percent
     QString txtZdqj;                // 自定区间's list
@@ -86,9 +86,9 @@ namespace param_filter {
 
 // What a run leaves for the grid to show.
 enum class ViewColumns {
-    WithCanshu,   // idx, fig1..fig7, canshu (heading: the caption)
-    FrontCanshu,  // idx, fig1..fig5, canshu (Option3, Option35)
-    Figures,      // idx, fig1..fig7 (the positions, the integrated filter)
+    WithParamValue,       // idx, fig1..fig7, canshu (heading: the caption)
+    FrontWithParamValue,  // idx, fig1..fig5, canshu (Option3, Option35)
+    Figures,              // idx, fig1..fig7 (the positions, the integrated filter)
 };
 
 struct SingleResult {
@@ -99,7 +99,7 @@ struct SingleResult {
 };
 
 struct IntegratedResult {
-    bool baoliuMode = true;  // the sense the run took; the window keeps it
+    bool keepSense = true;  // the sense the run took; the window keeps it
     bool flipped = false;
     int allowed = 0;         // the tolerance applied (0 without Check3)
     int steps = 0;           // statements tallied
@@ -125,7 +125,7 @@ struct Tolerance {
     int keptCount = 0;
     // A click in Check1: count the ticks; TxtRc(0) takes round-half-up(count * percent / 100)
     // when that is above 0. Returns the new TxtRc(0) text.
-    QString onCheck1Click(const ParamWindowState& state);
+    QString onIntegratedBoxClick(const ParamWindowState& state);
     // TxtRc(0) edited: the new TxtRc(1) text (unchanged while no box was counted).
     QString onCountEdited(const ParamWindowState& state) const;
     // TxtRc(1) edited: the new TxtRc(0) text, truncated.

@@ -1,14 +1,14 @@
 #include "filter/param_kernels.h"
 
-#include "filter/kernel_executor.h"
+#include "engine/kernel_executor.h"
 #include "filter/param_operations.h"
 #include "workspace/session.h"
 
 ParamContext ParamContext::fromSession(Session& session) {
     ParamContext c;
-    c.maxQian = session.bitnum();
-    c.maxHou = session.bitnumHou();
-    const DrawNumbers& last = session.history().figarr.back();
+    c.maxQian = session.frontSize();
+    c.maxHou = session.backSize();
+    const DrawNumbers& last = session.history().numbers.back();
     for (int k = 1; k <= 5; ++k)
         if (last[static_cast<size_t>(k)] > 0 && last[static_cast<size_t>(k)] < kNumberSlots)
             c.lastDrawFront[static_cast<size_t>(last[static_cast<size_t>(k)])] = true;
@@ -49,18 +49,18 @@ CompiledCompute compile(ParamId id, const ComputeInputs& in, const ParamContext&
 
 CompiledCompute figureParity(int col) { return param_operations::figureParity(col); }
 
-void computeRows(const CompiledCompute& c, const CandidateTable& t, std::span<int16_t> canshu, uint64_t begin,
-                 uint64_t end) {
+void computeRows(const CompiledCompute& c, const CandidateTable& t, std::span<int16_t> paramValues,
+                 uint64_t begin, uint64_t end) {
     if (!c.writesCanshu() || begin >= end) return;
-    c.kernel(c, t, canshu.data(), begin, end);
+    c.kernel(c, t, paramValues.data(), begin, end);
 }
 
 void computeAll(const CompiledCompute& c, CandidateTable& t) {
     if (!c.writesCanshu()) return;
-    std::span<int16_t> canshu = t.canshu();
+    std::span<int16_t> paramValues = t.paramValues();
     const CandidateTable& ct = t;
     KernelExecutor::shared().forEachSlice(
-        t.rowCount(), [&](uint64_t begin, uint64_t end) { computeRows(c, ct, canshu, begin, end); });
+        t.rowCount(), [&](uint64_t begin, uint64_t end) { computeRows(c, ct, paramValues, begin, end); });
 }
 
 }  // namespace param_kernels

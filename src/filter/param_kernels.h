@@ -8,7 +8,7 @@
 // the weight folded in, the list of ticked positions, and the row kernel of its operation. The
 // row kernels then read only the byte columns and those tables.
 
-#include "filter/candidate_table.h"
+#include "engine/candidate_table.h"
 #include "filter/param_catalogue.h"
 #include "workspace/shared_state.h"
 
@@ -78,8 +78,8 @@ namespace param_kernels {
 CompiledCompute compile(ParamId id, const ComputeInputs& in, const ParamContext& ctx, bool frontOnly = false);
 
 // Runs the computation on rows [begin, end), writing `canshu` (a span over all rows).
-void computeRows(const CompiledCompute& c, const CandidateTable& t, std::span<int16_t> canshu, uint64_t begin,
-                 uint64_t end);
+void computeRows(const CompiledCompute& c, const CandidateTable& t, std::span<int16_t> paramValues,
+                 uint64_t begin, uint64_t end);
 
 // Runs it on every row, on all cores.
 void computeAll(const CompiledCompute& c, CandidateTable& t);

@@ -1,6 +1,7 @@
 #include "filter/param_operations.h"
 
-#include "filter/kernel_executor.h"
+#include "engine/kernel_executor.h"
+#include "filter/param_ac_value.h"
 
 #include <QStringList>
 
@@ -38,14 +39,6 @@ std::vector<ScopePosition> scopePositions(ZoneScope scope) {
             return {{0, 0}, {1, 1}, {2, 2}, {3, 3}, {4, 4}, {5, 5}, {6, 6}};
     }
     return {};
-}
-
-// The visited columns of the scope: those whose box is ticked.
-std::vector<int> tickedColumns(ZoneScope scope, const std::array<bool, 7>& ticks) {
-    std::vector<int> cols;
-    for (const ScopePosition& p : scopePositions(scope))
-        if (ticks[static_cast<size_t>(p.box)]) cols.push_back(p.col);
-    return cols;
 }
 
 std::vector<int> tickedFront(const std::array<bool, 7>& ticks) {
@@ -120,7 +113,7 @@ void tableRowsN(const CompiledCompute& c, const CandidateTable& t, uint64_t begi
 #pragma GCC unroll 8
     for (int k = 0; k < N; ++k) {
         const int col = c.positions[static_cast<size_t>(k)];
-        f[static_cast<size_t>(k)] = t.fig(col + 1).data();
+        f[static_cast<size_t>(k)] = t.numberColumn(col + 1).data();
         tab[static_cast<size_t>(k)] = c.table[static_cast<size_t>(col)].data();
     }
     for (uint64_t r = begin; r < end; ++r) {
@@ -251,7 +244,7 @@ struct OmissionRange {
             std::fill_n(greatest.begin(), n, int16_t{0});
             std::fill_n(least.begin(), n, int16_t{99});
             for (int col : c.positions) {
-                const uint8_t* f = t.fig(col + 1).data() + b;
+                const uint8_t* f = t.numberColumn(col + 1).data() + b;
                 const int16_t* tab = c.table[static_cast<size_t>(col)].data();
                 for (uint64_t i = 0; i < n; ++i) {
                     const int16_t v = tab[f[i]];
@@ -275,7 +268,7 @@ struct LiveListCount {
     }
     static void rows(const CompiledCompute& c, const CandidateTable& t, int16_t* out, uint64_t begin,
                      uint64_t end) {
-        const BitVector& un = t.unslt();
+        const BitVector& un = t.filteredOut();
         tableRows<SumFold>(c, t, begin, end, [out, &un](uint64_t r, int32_t v) {
             out[r] = un.test(r) ? int16_t{0} : static_cast<int16_t>(v);
         });
@@ -354,7 +347,7 @@ struct ArithmeticSum {
             for (int col : c.positions) {
                 const TermArgs args{static_cast<int16_t>(c.zoneMax[static_cast<size_t>(col)]),
                                     static_cast<int16_t>(c.termLo), static_cast<int16_t>(c.termHi)};
-                addColumn<Term>(acc.data(), t.fig(col + 1).data() + b, n, args);
+                addColumn<Term>(acc.data(), t.numberColumn(col + 1).data() + b, n, args);
             }
             if constexpr (Mod10)
                 for (uint64_t i = 0; i < n; ++i) out[b + i] = static_cast<int16_t>(acc[i] % 10);
@@ -399,8 +392,8 @@ void countPairs(const CompiledCompute& c, const CandidateTable& t, int16_t* out,
     forEachBlock(begin, end, [&](uint64_t b, uint64_t n) {
         std::fill_n(acc.begin(), n, int16_t{0});
         for (const auto& [x, y] : c.pairs) {
-            const uint8_t* fx = t.fig(x + 1).data() + b;
-            const uint8_t* fy = t.fig(y + 1).data() + b;
+            const uint8_t* fx = t.numberColumn(x + 1).data() + b;
+            const uint8_t* fy = t.numberColumn(y + 1).data() + b;
             for (uint64_t i = 0; i < n; ++i) acc[i] = static_cast<int16_t>(acc[i] + Match::of(fx[i], fy[i]));
         }
         std::copy_n(acc.begin(), n, out + b);
@@ -452,8 +445,8 @@ struct MaxGap {
         forEachBlock(begin, end, [&](uint64_t b, uint64_t n) {
             std::fill_n(acc.begin(), n, std::numeric_limits<int16_t>::min());
             for (size_t k = 0; k + 1 < p.size(); ++k) {
-                const uint8_t* fx = t.fig(p[k] + 1).data() + b;
-                const uint8_t* fy = t.fig(p[k + 1] + 1).data() + b;
+                const uint8_t* fx = t.numberColumn(p[k] + 1).data() + b;
+                const uint8_t* fy = t.numberColumn(p[k + 1] + 1).data() + b;
                 for (uint64_t i = 0; i < n; ++i)
                     acc[i] = std::max(acc[i], static_cast<int16_t>(int16_t{fy[i]} - int16_t{fx[i]}));
             }
@@ -479,8 +472,8 @@ struct Difference {
     }
     static void rows(const CompiledCompute& c, const CandidateTable& t, int16_t* out, uint64_t begin,
                      uint64_t end) {
-        const uint8_t* first = t.fig(c.positions[0] + 1).data();
-        const uint8_t* last = t.fig(c.positions[1] + 1).data();
+        const uint8_t* first = t.numberColumn(c.positions[0] + 1).data();
+        const uint8_t* last = t.numberColumn(c.positions[1] + 1).data();
         for (uint64_t r = begin; r < end; ++r) out[r] = static_cast<int16_t>(int{last[r]} - int{first[r]});
     }
 };
@@ -489,112 +482,6 @@ struct Difference {
 struct EndsDifference {
     static CompiledCompute compile(const CompileArgs& a) {
         return a.scope == ZoneScope::Both ? SameNumber::compile(a) : Difference::compile(a);
-    }
-};
-
-// ---- the AC value ----------------------------------------------------------------------------
-
-// The AC value row by row. With at most five positions every difference is stored, and for
-// numbers that rise along the positions the value is the count of distinct differences less
-// n - 1, which a mask of the differences gives at once; other rows take the loop itself.
-template <int N>
-constexpr int kAcStored = std::min(N*(N - 1) / 2, 10);
-
-// The pairs (earlier, later) whose differences the array of ten holds, in the loop's order.
-template <int N>
-constexpr std::array<std::pair<int, int>, 10> kAcPairs = [] {
-    std::array<std::pair<int, int>, 10> a{};
-    int n = 0;
-    for (int i = 0; i < N; ++i)
-        for (int j = i + 1; j < N; ++j)
-            if (n < 10) a[static_cast<size_t>(n++)] = {i, j};
-    return a;
-}();
-
-template <int N>
-void acRowsN(const CompiledCompute& c, const CandidateTable& t, int16_t* out, uint64_t begin, uint64_t end) {
-    std::array<const uint8_t*, 7> cols{};
-#pragma GCC unroll 8
-    for (int k = 0; k < N; ++k)
-        cols[static_cast<size_t>(k)] = t.fig(c.positions[static_cast<size_t>(k)] + 1).data();
-    for (uint64_t r = begin; r < end; ++r) {
-        std::array<int, 7> v{};
-        bool rising = N <= 5;
-        uint64_t set = 0;
-#pragma GCC unroll 8
-        for (int k = 0; k < N; ++k) {
-            v[static_cast<size_t>(k)] = cols[static_cast<size_t>(k)][r];
-            if (k) rising &= v[static_cast<size_t>(k)] > v[static_cast<size_t>(k - 1)];
-            set |= uint64_t{1} << (v[static_cast<size_t>(k)] & 63);
-        }
-        int top = 0;
-#pragma GCC unroll 8
-        for (int k = 0; k < N; ++k) top |= v[static_cast<size_t>(k)];
-        if (top >= 64) [[unlikely]] {
-            out[r] = static_cast<int16_t>(param_kernels::acValue(v.data(), N));
-            continue;
-        }
-        if (N > 0 && rising) {
-            uint64_t diffs = 0;
-#pragma GCC unroll 8
-            for (int k = 0; k < N; ++k) diffs |= set >> v[static_cast<size_t>(k)];
-            out[r] = static_cast<int16_t>(popcount64(diffs & ~uint64_t{1}) - (N - 1));
-            continue;
-        }
-        // Any order and up to seven numbers: the stored differences (the first ten pairs) as
-        // a mask over -63..63; an entry that has an equal one after it takes one off, so the
-        // value is pairs - n + 1 - stored + the count of distinct stored differences.
-        uint64_t low = 0, high = 0;
-#pragma GCC unroll 10
-        for (int p = 0; p < kAcStored<N>; ++p) {
-            const int d = v[static_cast<size_t>(kAcPairs<N>[static_cast<size_t>(p)].second)] -
-                          v[static_cast<size_t>(kAcPairs<N>[static_cast<size_t>(p)].first)] + 64;
-            const uint64_t bit = uint64_t{1} << (d & 63);
-            low |= d < 64 ? bit : 0;
-            high |= d < 64 ? 0 : bit;
-        }
-        constexpr int kPairs = N * (N - 1) / 2;
-        out[r] = static_cast<int16_t>(kPairs - N + 1 - kAcStored<N> + popcount64(low) + popcount64(high));
-    }
-}
-
-void acRows(const CompiledCompute& c, const CandidateTable& t, int16_t* out, uint64_t begin, uint64_t end) {
-    switch (c.positions.size()) {
-        case 0:
-            acRowsN<0>(c, t, out, begin, end);
-            return;
-        case 1:
-            acRowsN<1>(c, t, out, begin, end);
-            return;
-        case 2:
-            acRowsN<2>(c, t, out, begin, end);
-            return;
-        case 3:
-            acRowsN<3>(c, t, out, begin, end);
-            return;
-        case 4:
-            acRowsN<4>(c, t, out, begin, end);
-            return;
-        case 5:
-            acRowsN<5>(c, t, out, begin, end);
-            return;
-        case 6:
-            acRowsN<6>(c, t, out, begin, end);
-            return;
-        default:
-            acRowsN<7>(c, t, out, begin, end);
-            return;
-    }
-}
-
-// 复杂度(AC值) over the ticked positions of the scope; no statement in the back tab.
-struct AcValue {
-    static CompiledCompute compile(const CompileArgs& a) {
-        if (a.scope == ZoneScope::Back) return {};
-        CompiledCompute c;
-        c.positions = tickedColumns(a.scope, a.in.ticks);
-        c.kernel = &acRows;
-        return c;
     }
 };
 
@@ -608,7 +495,7 @@ struct Position {
         const int position = param_catalogue::info(a.id).position;
         if (a.scope == ZoneScope::Front)
             c.figureColumn = position - 1;
-        else if (a.scope == ZoneScope::Both && a.id == P::Option14)
+        else if (a.scope == ZoneScope::Both && a.id == P::Position2)
             c.figureColumn = 6;
         return c;
     }
@@ -618,7 +505,7 @@ struct Position {
 struct FigMod2 {
     static void rows(const CompiledCompute& c, const CandidateTable& t, int16_t* out, uint64_t begin,
                      uint64_t end) {
-        const uint8_t* f = t.fig(c.constant + 1).data();
+        const uint8_t* f = t.numberColumn(c.constant + 1).data();
         for (uint64_t r = begin; r < end; ++r) out[r] = static_cast<int16_t>(f[r] % 2);
     }
 };
@@ -631,33 +518,33 @@ struct Operation {
 };
 
 constexpr std::array<Operation, kParamCount> kOperations{{
-    {P::Option23, &ArithmeticSum<Value>::compile},
-    {P::Option3, &ArithmeticSum<Value, true>::compile},
-    {P::Option2, &Consecutive::compile},
-    {P::Option4, &ArithmeticSum<Even>::compile},
-    {P::Option5, &ArithmeticSum<Big>::compile},
-    {P::Option8, &ArithmeticSum<TailBig>::compile},
-    {P::Option9, &NotInBack<ArithmeticSum<UpTo10>>::compile},
-    {P::Option10, &NotInBack<ArithmeticSum<From11To20>>::compile},
-    {P::Option11, &NotInBack<ArithmeticSum<Above20>>::compile},
-    {P::Option13, &Position::compile},
-    {P::Option14, &Position::compile},
-    {P::Option15, &Position::compile},
-    {P::Option16, &Position::compile},
-    {P::Option17, &Position::compile},
-    {P::Option6, &MaxGap::compile},
-    {P::Option7, &EndsDifference::compile},
-    {P::Option20, &LastDrawCount::compile},
-    {P::Option24, &AcValue::compile},
-    {P::Option32, &NotInBack<ArithmeticSum<OddValue>>::compile},
-    {P::Option33, &NotInBack<ArithmeticSum<EvenValue>>::compile},
-    {P::Option34, &ArithmeticSum<Tail>::compile},
-    {P::Option35, &OmissionSum::compile},
-    {P::Option12, &OmissionRange::compile},
-    {P::Option39, &ArithmeticSum<SmallValue>::compile},
-    {P::Option40, &ArithmeticSum<BigValue>::compile},
-    {P::Option41, &SameTail::compile},
-    {P::Option66, &NotInBack<IntervalCount>::compile},
+    {P::NumberSum, &ArithmeticSum<Value>::compile},
+    {P::SumLastDigit, &ArithmeticSum<Value, true>::compile},
+    {P::ConsecutiveCount, &Consecutive::compile},
+    {P::EvenCount, &ArithmeticSum<Even>::compile},
+    {P::BigCount, &ArithmeticSum<Big>::compile},
+    {P::BigLastDigitCount, &ArithmeticSum<TailBig>::compile},
+    {P::Range1To10, &NotInBack<ArithmeticSum<UpTo10>>::compile},
+    {P::Range11To20, &NotInBack<ArithmeticSum<From11To20>>::compile},
+    {P::Range21Up, &NotInBack<ArithmeticSum<Above20>>::compile},
+    {P::Position1, &Position::compile},
+    {P::Position2, &Position::compile},
+    {P::Position3, &Position::compile},
+    {P::Position4, &Position::compile},
+    {P::Position5, &Position::compile},
+    {P::LargestGap, &MaxGap::compile},
+    {P::LastMinusFirst, &EndsDifference::compile},
+    {P::RepeatsOfPrevious, &LastDrawCount::compile},
+    {P::AcComplexity, &param_ac_value::compile},
+    {P::OddSum, &NotInBack<ArithmeticSum<OddValue>>::compile},
+    {P::EvenSum, &NotInBack<ArithmeticSum<EvenValue>>::compile},
+    {P::LastDigitSum, &ArithmeticSum<Tail>::compile},
+    {P::OmissionSum, &OmissionSum::compile},
+    {P::OmissionSpread, &OmissionRange::compile},
+    {P::SmallSum, &ArithmeticSum<SmallValue>::compile},
+    {P::BigSum, &ArithmeticSum<BigValue>::compile},
+    {P::SameLastDigitCount, &SameTail::compile},
+    {P::CustomRange, &NotInBack<IntervalCount>::compile},
 }};
 
 static_assert(
@@ -669,6 +556,14 @@ static_assert(
     "the catalogue of operations follows the order of ParamId");
 
 }  // namespace
+
+// The visited columns of the scope: those whose box is ticked.
+std::vector<int> tickedColumns(ZoneScope scope, const std::array<bool, 7>& ticks) {
+    std::vector<int> cols;
+    for (const ScopePosition& p : scopePositions(scope))
+        if (ticks[static_cast<size_t>(p.box)]) cols.push_back(p.col);
+    return cols;
+}
 
 Compile compilerOf(ParamId id) { return kOperations[static_cast<size_t>(id)].compile; }
 

@@ -24,6 +24,9 @@ using Compile = CompiledCompute (*)(const CompileArgs& args);
 // The operation of `id`.
 Compile compilerOf(ParamId id);
 
+// The visited columns of the scope: those whose ChkBt box is ticked.
+std::vector<int> tickedColumns(ZoneScope scope, const std::array<bool, 7>& ticks);
+
 // The parity step of a position: fig mod 2 of the 0-based column `col`.
 CompiledCompute figureParity(int col);
 

@@ -1,12 +1,12 @@
 #include "filter/param_reason_builder.h"
 
-#include "filter/candidate_kernels.h"
-#include "filter/kernel_executor.h"
+#include "engine/candidate_kernels.h"
+#include "engine/kernel_executor.h"
 
 #include <bit>
 #include <cstring>
 
-namespace param_reasons {
+namespace param_reason_builder {
 
 namespace {
 
@@ -115,7 +115,7 @@ public:
 private:
     // The live flags of the block as bytes, eight at a time from the words of unslt.
     void liveBytes(uint64_t b, uint64_t n) {
-        const auto unWords = m_table.unslt().words();
+        const auto unWords = m_table.filteredOut().words();
         for (uint64_t off = 0; off < n; off += 8) {
             const uint64_t w = unWords[(b + off) / BitVector::kWordBits];
             const auto byte = static_cast<uint8_t>(~(w >> ((b + off) % BitVector::kWordBits)));
@@ -128,13 +128,13 @@ private:
     void applyStep(size_t t, uint64_t b, uint64_t n) {
         const FilterStep& s = m_steps[t];
         const CandidateTable& ct = m_table;
-        std::span<int16_t> canshu = m_table.canshu();
-        param_kernels::computeRows(s.compute, ct, canshu, b, b + n);
+        std::span<int16_t> paramValues = m_table.paramValues();
+        param_kernels::computeRows(s.compute, ct, paramValues, b, b + n);
         int16_t* v = m_vals.data() + t * kBlock;
         if (s.valueColumn < 0)
-            std::copy_n(canshu.data() + b, n, v);
+            std::copy_n(paramValues.data() + b, n, v);
         else
-            std::copy_n(ct.fig(s.valueColumn + 1).data() + b, n, v);
+            std::copy_n(ct.numberColumn(s.valueColumn + 1).data() + b, n, v);
         const uint8_t* alive = s.liveOnly ? m_live.data() : m_all.data();
         if (s.test == FilterStep::Test::Range) {
             const int32_t lo = s.lo, hi = s.hi;
@@ -154,13 +154,13 @@ private:
     // Errnum of every row of the block, and the key of each caught one: its old reason id, the
     // mask of the steps that caught it and the values that their texts show.
     void keyRows(uint64_t b, uint64_t n) {
-        std::span<int16_t> errnum = m_table.errnum();
-        auto fl = m_table.fliter();
+        std::span<int16_t> failCount = m_table.failCount();
+        auto fl = m_table.rowReasons();
         std::array<uint16_t, 4 + kMaxSteps> key{};
         for (uint64_t i = 0; i < n; ++i) {
             const uint32_t m = m_mask[i];
             const uint64_t r = b + i;
-            errnum[r] = static_cast<int16_t>(std::popcount(m));
+            failCount[r] = static_cast<int16_t>(std::popcount(m));
             if (!m) continue;
             const uint32_t old = fl[r];
             uint32_t len = 0;
@@ -228,8 +228,8 @@ void tally(CandidateTable& table, const std::vector<FilterStep>& steps) {
     if (steps.empty() || rows == 0) return;
     Q_ASSERT(steps.size() <= kMaxSteps);
     // The columns the slices write, allocated before the threads start.
-    table.canshu();
-    table.errnum();
+    table.paramValues();
+    table.failCount();
     BitVector changed(rows);
     KernelExecutor& executor = KernelExecutor::shared();
     const KernelExecutor::Slices slices = executor.slicesFor(rows);
@@ -247,7 +247,7 @@ void tally(CandidateTable& table, const std::vector<FilterStep>& steps) {
         for (const QString& text : texts) ids[slice].push_back(table.reasons().intern(text));
     }
 
-    auto fl = table.fliter();
+    auto fl = table.rowReasons();
     const auto changedWords = changed.words();
     executor.forEachIndexedSlice(slices, [&](size_t slice, uint64_t begin, uint64_t end) {
         const std::vector<ReasonTable::Id>& sliceIds = ids[slice];
@@ -257,4 +257,4 @@ void tally(CandidateTable& table, const std::vector<FilterStep>& steps) {
     });
 }
 
-}  // namespace param_reasons
+}  // namespace param_reason_builder

@@ -1,6 +1,6 @@
 #include "filter/param_window.h"
 
-#include "filter/candidate_kernels.h"
+#include "engine/candidate_kernels.h"
 #include "workspace/prompter.h"
 #include "workspace/schema.h"
 #include "workspace/sqlite_db.h"
@@ -17,7 +17,7 @@ ParamWindow::ParamWindow(FilterWorkspace& workspace, ParamContext context, QStri
 param_filter::SingleResult ParamWindow::clickParameter(ParamId id, const ParamWindowState& state, Prompter&) {
     markUsed(QLatin1String(param_catalogue::info(id).button));
     if (!m_workspace.isOpen()) return {};
-    m_workspace.baoliuMode = state.keep;
+    m_workspace.keepSense = state.keep;
     const param_filter::SingleResult r =
         param_filter::runSingle(m_workspace.edit().table(), id, state, m_context);
     if (r.ran) m_view = GridView::afterParameter(r.view, r.heading);
@@ -29,7 +29,7 @@ param_filter::IntegratedResult ParamWindow::clickIntegrated(const ParamWindowSta
     if (!m_workspace.isOpen()) return {};
     const FilterWorkspace::Edit edit = m_workspace.edit();
     const param_filter::IntegratedResult r = param_filter::runIntegrated(edit.table(), state, m_context);
-    m_workspace.baoliuMode = r.baoliuMode;
+    m_workspace.keepSense = r.keepSense;
     m_view = GridView::live();
     return r;
 }
@@ -44,8 +44,8 @@ param_export::Result ParamWindow::clickExport(const ParamWindowState& state, Pro
     return param_export::exportLive(m_workspace.edit().table(), state, m_context, exportPath(), prompter);
 }
 
-void ParamWindow::showPage(const QString& text1) {
-    const auto n = static_cast<int64_t>(param_catalogue::leadingNumber(text1));
+void ParamWindow::showPage(const QString& pageText) {
+    const auto n = static_cast<int64_t>(param_catalogue::leadingNumber(pageText));
     m_view = GridView::page(n);
 }
 
@@ -54,7 +54,7 @@ void ParamWindow::doubleClick(ResultGridModel& model, int viewRow) {
     const int32_t idx = model.idxAt(viewRow);
     const FilterWorkspace::Edit edit = m_workspace.edit();
     CandidateTable& t = edit.table();
-    kernels::beginFilter(t);
+    candidate_kernels::beginFilter(t);
     // SELECT * WHERE [idx] = {idx}: the first such row decides, the update takes them all.
     std::vector<uint64_t> rows;
     if (!t.hasExplicitIdx()) {
@@ -64,28 +64,29 @@ void ParamWindow::doubleClick(ResultGridModel& model, int viewRow) {
             if (t.idxAt(r) == idx) rows.push_back(r);
     }
     if (rows.empty()) return;
-    const bool wasDead = t.unslt().test(rows.front());
+    const bool wasDead = t.filteredOut().test(rows.front());
     model.setPainted(viewRow, !wasDead);
     const ReasonTable::Id reason = wasDead ? ReasonTable::kEmpty : t.reasons().intern(kManualDelete);
     for (uint64_t r : rows) {
-        if (t.unslt().test(r) != wasDead) continue;
-        t.unslt().set(r, !wasDead);
-        t.fliter()[r] = reason;
+        if (t.filteredOut().test(r) != wasDead) continue;
+        t.filteredOut().set(r, !wasDead);
+        t.rowReasons()[r] = reason;
     }
 }
 
-bool ParamWindow::clickAddTemplate(SqliteDb& fildb, Prompter& prompter) {
+bool ParamWindow::clickAddTemplate(SqliteDb& filterDb, Prompter& prompter) {
     if (!m_workspace.isOpen()) return false;
-    const FilterInstanceTraits& traits = m_workspace.traits();
+    const FilterSourceTraits& traits = m_workspace.traits();
     if (traits.filtersTemplateItself) {
-        if (!prompter.okCancel(filter_texts::kClearTemplateTitle, filter_texts::kClearTemplateText)) return false;
-        return clearTemplate(fildb);
+        if (!prompter.okCancel(filter_source::kClearTemplateTitle, filter_source::kClearTemplateText))
+            return false;
+        return clearTemplate(filterDb);
     }
     if (!prompter.okCancel(kAddTemplateTitle, kAddTemplateText)) return false;
-    return addLiveToTemplate(fildb);
+    return addLiveToTemplate(filterDb);
 }
 
-bool ParamWindow::addLiveToTemplate(SqliteDb& fildb) {
+bool ParamWindow::addLiveToTemplate(SqliteDb& filterDb) {
     // The record may be behind the table while it is written: the tickets come from memory, and
     // the write is stopped so the template's transaction finds the database free.
     const FilterWorkspace::Edit edit = m_workspace.edit();
@@ -93,42 +94,45 @@ bool ParamWindow::addLiveToTemplate(SqliteDb& fildb) {
     std::vector<std::array<int, 7>> tickets;
     tickets.reserve(t.liveCount());
     for (uint64_t r = 0; r < t.rowCount(); ++r) {
-        if (t.unslt().test(r)) continue;
+        if (t.filteredOut().test(r)) continue;
         std::array<int, 7> k{};
-        for (int c = 1; c <= t.figCount(); ++c) k[static_cast<size_t>(c - 1)] = t.fig(c)[r];
+        for (int c = 1; c <= t.numberCount(); ++c) k[static_cast<size_t>(c - 1)] = t.numberColumn(c)[r];
         tickets.push_back(k);
     }
-    return param_template::addTickets(fildb, tickets);
+    return param_window::addTickets(filterDb, tickets);
 }
 
-bool ParamWindow::clearTemplate(SqliteDb& fildb) {
-    m_workspace.tableForChange();
+bool ParamWindow::clearTemplate(SqliteDb& filterDb) {
+    // No write of the old table may run while it is dropped; the reopened one is written after.
+    const FilterWorkspace::Edit paused = m_workspace.pauseWrite();
     {
-        SqliteTransaction tx(fildb);
+        SqliteTransaction tx(filterDb);
         if (!tx.active()) return false;
-        fildb.exec(QStringLiteral("DROP TABLE IF EXISTS [zuheMoban]"));
-        if (!fildb.exec(schema::candidate(schema::CandidateKind::ZuheMoban).createStatement()) || !tx.commit())
+        filterDb.exec(QStringLiteral("DROP TABLE IF EXISTS [zuheMoban]"));
+        if (!filterDb.exec(schema::candidate(schema::CandidateKind::Template).createStatement()) ||
+            !tx.commit())
             return false;
     }
     // The window reloads its (now empty) table, with the headings of a cleared template.
-    m_workspace.openStored(fildb);
+    m_workspace.openStored(filterDb);
     m_view = GridView::live();
     m_view.headings = {QStringLiteral("号码索引"), QStringLiteral("1位"), QStringLiteral("2位"), QStringLiteral("3位"),
                        QStringLiteral("4位"),     QStringLiteral("5位"), QStringLiteral("6位"), QStringLiteral("7位")};
     return true;
 }
 
-namespace param_template {
+namespace param_window {
 
-bool addTickets(SqliteDb& fildb, const std::vector<std::array<int, 7>>& tickets) {
+bool addTickets(SqliteDb& filterDb, const std::vector<std::array<int, 7>>& tickets) {
     const QString table = QStringLiteral("zuheMoban");
-    if (!fildb.tableExists(table)) return false;
-    SqliteTransaction tx(fildb);
+    if (!filterDb.tableExists(table)) return false;
+    SqliteTransaction tx(filterDb);
     if (!tx.active()) return false;
     // select distinct ... into Tmp: the distinct tickets in the order of their numbers.
     std::set<std::array<int, 7>> distinct(tickets.begin(), tickets.end());
     {
-        SqliteStatement old(fildb, QStringLiteral("SELECT fig1,fig2,fig3,fig4,fig5,fig6,fig7 FROM [zuheMoban]"));
+        SqliteStatement old(filterDb,
+                            QStringLiteral("SELECT fig1,fig2,fig3,fig4,fig5,fig6,fig7 FROM [zuheMoban]"));
         if (!old.ok()) return false;
         while (old.next()) {
             std::array<int, 7> k{};
@@ -136,7 +140,7 @@ bool addTickets(SqliteDb& fildb, const std::vector<std::array<int, 7>>& tickets)
             distinct.insert(k);
         }
     }
-    if (!fildb.exec(QStringLiteral("DROP TABLE [zuheMoban]"))) return false;
+    if (!filterDb.exec(QStringLiteral("DROP TABLE [zuheMoban]"))) return false;
     // The seven numbers, then the columns added back one by one; fliter does not come back.
     TableDef def{table, {}};
     using T = ColumnType;
@@ -145,9 +149,10 @@ bool addTickets(SqliteDb& fildb, const std::vector<std::array<int, 7>>& tickets)
                                     {"Numstring", T::String}, {"NumstringHou", T::String}, {"SKnum", T::Integer},
                                     {"JSqihao", T::Long},     {"preunslt", T::Bit},       {"tmpunslt", T::Bit},
                                     {"Gpslt", T::Bit},        {"Errnum", T::Integer}};
-    if (!fildb.exec(def.createStatement())) return false;
-    SqliteStatement ins(fildb, QStringLiteral("INSERT INTO [zuheMoban](fig1,fig2,fig3,fig4,fig5,fig6,fig7,idx) "
-                                              "VALUES(?1,?2,?3,?4,?5,?6,?7,?8)"));
+    if (!filterDb.exec(def.createStatement())) return false;
+    SqliteStatement ins(filterDb,
+                        QStringLiteral("INSERT INTO [zuheMoban](fig1,fig2,fig3,fig4,fig5,fig6,fig7,idx) "
+                                       "VALUES(?1,?2,?3,?4,?5,?6,?7,?8)"));
     if (!ins.ok()) return false;
     qint64 idx = 0;
     for (const std::array<int, 7>& k : distinct) {
@@ -158,4 +163,4 @@ bool addTickets(SqliteDb& fildb, const std::vector<std::array<int, 7>>& tickets)
     return tx.commit();
 }
 
-}  // namespace param_template
+}  // namespace param_window

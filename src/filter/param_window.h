@@ -45,7 +45,7 @@ public:
     // The view of an instance that has just opened.
     void showFirstView() { m_view = GridView::firstView(m_workspace.traits().firstView); }
     // Command111 with Text1's text: a page of ids; the caption is not changed.
-    void showPage(const QString& text1);
+    void showPage(const QString& pageText);
     // optZzuhe(1): every row with canshu and reasons.
     void showAllRows() { m_view = GridView::allRows(); }
 
@@ -55,12 +55,12 @@ public:
 
     // cmdAdmb: adds the live tickets to zuheMoban (or clears it in GAganZhMb) after asking.
     // Returns true when the template changed.
-    bool clickAddTemplate(SqliteDb& fildb, Prompter& prompter);
+    bool clickAddTemplate(SqliteDb& filterDb, Prompter& prompter);
 
 private:
     void markUsed(const QString& button) { m_used.insert(button); }
-    bool addLiveToTemplate(SqliteDb& fildb);
-    bool clearTemplate(SqliteDb& fildb);
+    bool addLiveToTemplate(SqliteDb& filterDb);
+    bool clearTemplate(SqliteDb& filterDb);
 
     FilterWorkspace& m_workspace;
     ParamContext m_context;
@@ -69,9 +69,9 @@ private:
     GridView m_view;
 };
 
-namespace param_template {
+namespace param_window {
 // The statements of cmdAdmb over a list of tickets: the template gains the tickets, loses its
 // duplicates, is ordered as the distinct selection returns it and renumbered from 1. Nothing
 // happens while the template table does not exist. One transaction.
-bool addTickets(SqliteDb& fildb, const std::vector<std::array<int, 7>>& tickets);
-}  // namespace param_template
+bool addTickets(SqliteDb& filterDb, const std::vector<std::array<int, 7>>& tickets);
+}  // namespace param_window

@@ -14,17 +14,37 @@ namespace {
 using P = ParamId;
 
 constexpr ComboRow kRows[] = {
-    {0, P::Option23, "Znum"},      {1, P::Option3, "Sumgwnum"},  {2, P::Option2, "Lxnum"},     {3, P::Option4, "Onum"},
-    {4, P::Option5, "Mornum"},     {5, P::Option8, "Bignum"},    {6, P::Option9, "Qnum0"},     {7, P::Option10, "Qnum1"},
-    {8, P::Option11, "Qnum2"},     {9, P::Option12, "intyljz"},  {10, P::Option13, "fig1"},    {11, P::Option14, "fig2"},
-    {12, P::Option15, "fig3"},     {13, P::Option16, "fig4"},    {14, P::Option17, "fig5"},    {15, P::Option39, "XZnum"},
-    {16, P::Option40, "DZnum"},    {17, P::Option6, "Mxzounum"}, {18, P::Option7, "Apzounum"}, {19, P::Option20, "Cnum"},
-    {21, P::Option24, "Fcodp"},    {22, P::Option35, "Zynum"},   {23, P::Option34, "Zgnum"},   {24, P::Option33, "Zonum"},
-    {25, P::Option32, "Zjnum"},    {26, P::Option41, "Modenum"},
+    {0, P::NumberSum, "Znum"},
+    {1, P::SumLastDigit, "Sumgwnum"},
+    {2, P::ConsecutiveCount, "Lxnum"},
+    {3, P::EvenCount, "Onum"},
+    {4, P::BigCount, "Mornum"},
+    {5, P::BigLastDigitCount, "Bignum"},
+    {6, P::Range1To10, "Qnum0"},
+    {7, P::Range11To20, "Qnum1"},
+    {8, P::Range21Up, "Qnum2"},
+    {9, P::OmissionSpread, "intyljz"},
+    {10, P::Position1, "fig1"},
+    {11, P::Position2, "fig2"},
+    {12, P::Position3, "fig3"},
+    {13, P::Position4, "fig4"},
+    {14, P::Position5, "fig5"},
+    {15, P::SmallSum, "XZnum"},
+    {16, P::BigSum, "DZnum"},
+    {17, P::LargestGap, "Mxzounum"},
+    {18, P::LastMinusFirst, "Apzounum"},
+    {19, P::RepeatsOfPrevious, "Cnum"},
+    {21, P::AcComplexity, "Fcodp"},
+    {22, P::OmissionSum, "Zynum"},
+    {23, P::LastDigitSum, "Zgnum"},
+    {24, P::EvenSum, "Zonum"},
+    {25, P::OddSum, "Zjnum"},
+    {26, P::SameLastDigitCount, "Modenum"},
 };
 
 const TableDef& tableDef(ZoneScope scope) {
-    static const TableDef front = schema::fig(), back = schema::fighou(), both = schema::figquan();
+    static const TableDef front = schema::frontDrawTable(), back = schema::backDrawTable(),
+                          both = schema::wholeDrawTable();
     switch (scope) {
         case ZoneScope::Back: return back;
         case ZoneScope::Both: return both;
@@ -72,7 +92,7 @@ std::vector<SpanItem> spanItems() {
 
 QString tableFor(ZoneScope scope) { return tableDef(scope).name; }
 
-int64_t start(int drawnum, int spanData) { return spanData == 0 ? 0 : int64_t{drawnum} - spanData; }
+int64_t start(int drawCount, int spanData) { return spanData == 0 ? 0 : int64_t{drawCount} - spanData; }
 
 std::optional<std::vector<double>> columnValues(const DrawHistory& h, ZoneScope scope, const QString& column,
                                                 int64_t start) {
@@ -80,14 +100,14 @@ std::optional<std::vector<double>> columnValues(const DrawHistory& h, ZoneScope 
     const int slot = figSlot(scope, column);
     const std::vector<DrawParams>& params = scope == ZoneScope::Back ? h.back : scope == ZoneScope::Both ? h.both : h.front;
     std::vector<double> out;
-    for (int64_t idx = std::max<int64_t>(start + 1, 1); idx <= h.drawnum(); ++idx) {
+    for (int64_t idx = std::max<int64_t>(start + 1, 1); idx <= h.drawCount(); ++idx) {
         const auto i = static_cast<size_t>(idx);
         if (slot > 0) {
-            out.push_back(h.figarr[i][static_cast<size_t>(slot)]);
+            out.push_back(h.numbers[i][static_cast<size_t>(slot)]);
             continue;
         }
         if (i >= params.size()) break;
-        const auto v = draw_columns::value(params[i], column);
+        const auto v = draw_params_columns::value(params[i], column);
         if (!v) return std::nullopt;
         out.push_back(*v);
     }
@@ -100,8 +120,8 @@ QString formatForBox(ParamId id, double value) {
     return param_catalogue::formatNumber(value);
 }
 
-bool paramRange(ParamWindowState& s, ParamId id, bool average, const QString& combo2, const DrawHistory& h,
-                ZoneScope scope, const QString& column, int64_t start) {
+bool paramRange(ParamWindowState& s, ParamId id, bool average, const QString& spreadShare,
+                const DrawHistory& h, ZoneScope scope, const QString& column, int64_t start) {
     const auto values = columnValues(h, scope, column, start);
     if (!values || values->empty()) return false;  // Min and Max are null: the boxes keep their text
     const auto [lo, hi] = std::ranges::minmax(*values);
@@ -114,7 +134,7 @@ bool paramRange(ParamWindowState& s, ParamId id, bool average, const QString& co
     double sum = 0;
     for (double v : *values) sum += v;
     const double avg = sum / static_cast<double>(values->size());
-    const double share = param_catalogue::leadingNumber(combo2);
+    const double share = param_catalogue::leadingNumber(spreadShare);
     const auto margin = static_cast<float>((hi - lo) / 200.0 * share);
     box[0] = formatForBox(id, std::floor(avg - double{margin}));
     box[1] = formatForBox(id, std::floor(avg + double{margin}));
@@ -141,35 +161,36 @@ bool paramTop(ParamWindowState& s, ParamId id, double count, const DrawHistory& 
 
 namespace {
 
-bool fillRow(ParamWindowState& s, const ComboRow& r, int64_t from, Mode mode, const QString& combo2, const DrawHistory& h,
-             ZoneScope scope) {
+bool fillRow(ParamWindowState& s, const ComboRow& r, int64_t from, Mode mode, const QString& spreadShare,
+             const DrawHistory& h, ZoneScope scope) {
     const QString column = QString::fromLatin1(r.column);
     if (mode == Mode::Top)
         return paramTop(s, r.param, param_catalogue::leadingNumber(s.box(r.param)[2]), h, scope, column, from);
-    return paramRange(s, r.param, mode == Mode::Average, combo2, h, scope, column, from);
+    return paramRange(s, r.param, mode == Mode::Average, spreadShare, h, scope, column, from);
 }
 
 }  // namespace
 
-std::vector<ParamId> onCombo1(ParamWindowState& s, int combo, int spanData, Mode mode, const QString& combo2,
-                              const DrawHistory& h, ZoneScope scope) {
+std::vector<ParamId> onSpanChosen(ParamWindowState& s, int combo, int spanData, Mode mode,
+                                  const QString& spreadShare, const DrawHistory& h, ZoneScope scope) {
     std::vector<ParamId> written;
-    const int64_t from = start(h.drawnum(), spanData);
+    const int64_t from = start(h.drawCount(), spanData);
     if (combo == kAllRows) {
         for (const ComboRow& r : kRows)
-            if (fillRow(s, r, from, mode, combo2, h, scope)) written.push_back(r.param);
+            if (fillRow(s, r, from, mode, spreadShare, h, scope)) written.push_back(r.param);
         return written;
     }
     const auto r = row(combo);
-    if (r && fillRow(s, *r, from, mode, combo2, h, scope)) written.push_back(r->param);
+    if (r && fillRow(s, *r, from, mode, spreadShare, h, scope)) written.push_back(r->param);
     return written;
 }
 
-std::vector<ParamId> presetAll(ParamWindowState& s, bool option21, const QString& combo2, const DrawHistory& h,
-                               ZoneScope scope) {
+std::vector<ParamId> presetAll(ParamWindowState& s, bool average, const QString& spreadShare,
+                               const DrawHistory& h, ZoneScope scope) {
     std::vector<ParamId> written;
     for (const ComboRow& r : kRows)
-        if (fillRow(s, r, 0, option21 ? Mode::Average : Mode::Plain, combo2, h, scope)) written.push_back(r.param);
+        if (fillRow(s, r, 0, average ? Mode::Average : Mode::Plain, spreadShare, h, scope))
+            written.push_back(r.param);
     return written;
 }
 

@@ -29,7 +29,7 @@ enum class Mode { Average, Top, Plain };  // Option21, Option36, Option22
 inline const QString kAllSpans = QStringLiteral("前所有期");
 inline constexpr int kAllRows = 20;  // Combo1(20) "所有参数检索"
 inline constexpr int kComboCount = 27;
-inline const QString kCombo2Default = QStringLiteral("100");
+inline const QString kShareDefault = QStringLiteral("100");
 
 // One row of Combo1: its parameter (the boxes) and the column read.
 struct ComboRow {
@@ -52,7 +52,7 @@ std::vector<SpanItem> spanItems();
 QString tableFor(ZoneScope scope);
 
 // Start, the first excluded Idx: 0 for data 0, else Drawnum - n (negative: every draw counts).
-int64_t start(int drawnum, int spanData);
+int64_t start(int drawCount, int spanData);
 
 // The values of a column over Idx > start; none when the table lacks the column.
 std::optional<std::vector<double>> columnValues(const DrawHistory& h, ZoneScope scope, const QString& column,
@@ -63,8 +63,8 @@ std::optional<std::vector<double>> columnValues(const DrawHistory& h, ZoneScope 
 QString formatForBox(ParamId id, double value);
 
 // Paramrange into the low and high boxes (index 0 and 1); false when nothing was written.
-bool paramRange(ParamWindowState& s, ParamId id, bool average, const QString& combo2, const DrawHistory& h,
-                ZoneScope scope, const QString& column, int64_t start);
+bool paramRange(ParamWindowState& s, ParamId id, bool average, const QString& spreadShare,
+                const DrawHistory& h, ZoneScope scope, const QString& column, int64_t start);
 // Paramtop into the list box (index 3): " " then each value and a blank, the most frequent
 // first (ties by value), `count` of them, out of every value from Min to Max.
 bool paramTop(ParamWindowState& s, ParamId id, double count, const DrawHistory& h, ZoneScope scope,
@@ -72,12 +72,12 @@ bool paramTop(ParamWindowState& s, ParamId id, double count, const DrawHistory& 
 
 // A change of Combo1(combo) to the item with `spanData`: the row's boxes by the mode, or every
 // row's for "所有参数检索". Returns the parameters whose boxes were written.
-std::vector<ParamId> onCombo1(ParamWindowState& s, int combo, int spanData, Mode mode, const QString& combo2,
-                              const DrawHistory& h, ZoneScope scope);
+std::vector<ParamId> onSpanChosen(ParamWindowState& s, int combo, int spanData, Mode mode,
+                                  const QString& spreadShare, const DrawHistory& h, ZoneScope scope);
 
 // At load and on a tab change: Paramrange for every row over the whole history, averaged when
 // Option21 is set, plain otherwise.
-std::vector<ParamId> presetAll(ParamWindowState& s, bool option21, const QString& combo2, const DrawHistory& h,
-                               ZoneScope scope);
+std::vector<ParamId> presetAll(ParamWindowState& s, bool average, const QString& spreadShare,
+                               const DrawHistory& h, ZoneScope scope);
 
 }  // namespace range_query

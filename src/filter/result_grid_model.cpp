@@ -1,6 +1,6 @@
 #include "filter/result_grid_model.h"
 
-#include "filter/candidate_kernels.h"
+#include "engine/candidate_kernels.h"
 
 #include <algorithm>
 #include <bit>
@@ -11,14 +11,17 @@ namespace {
 using Column = GridView::Column;
 constexpr size_t kRankWords = 8;  // one rank entry per 512 rows
 
-const std::vector<Column> kFigures7{Column::Idx,  Column::Fig1, Column::Fig2, Column::Fig3,
-                                    Column::Fig4, Column::Fig5, Column::Fig6, Column::Fig7};
+const std::vector<Column> kSevenNumberColumns{Column::Idx,     Column::Number1, Column::Number2,
+                                              Column::Number3, Column::Number4, Column::Number5,
+                                              Column::Number6, Column::Number7};
 
 QString fieldName(Column c) {
     switch (c) {
         case Column::Idx: return QStringLiteral("idx");
-        case Column::Canshu: return QStringLiteral("canshu");
-        case Column::Fliter: return QStringLiteral("fliter");
+        case Column::ParamValue:
+            return QStringLiteral("canshu");
+        case Column::Reason:
+            return QStringLiteral("fliter");
         default: return QStringLiteral("fig%1").arg(static_cast<int>(c));
     }
 }
@@ -39,7 +42,7 @@ void setHeading(GridView& v, int col, const QString& text) {
 }  // namespace
 
 GridView GridView::firstView(FirstView kind) {
-    GridView v = withColumns(kFigures7);
+    GridView v = withColumns(kSevenNumberColumns);
     switch (kind) {
         case FirstView::IdxRange:
             v.liveOnly = false;
@@ -54,31 +57,32 @@ GridView GridView::firstView(FirstView kind) {
     return v;
 }
 
-GridView GridView::live() { return withColumns(kFigures7); }
+GridView GridView::live() { return withColumns(kSevenNumberColumns); }
 
 GridView GridView::afterParameter(param_filter::ViewColumns columns, const QString& heading) {
     using VC = param_filter::ViewColumns;
     if (columns == VC::Figures) return live();
-    GridView v = columns == VC::FrontCanshu
-                     ? withColumns({Column::Idx, Column::Fig1, Column::Fig2, Column::Fig3, Column::Fig4, Column::Fig5,
-                                    Column::Canshu})
-                     : withColumns({Column::Idx, Column::Fig1, Column::Fig2, Column::Fig3, Column::Fig4, Column::Fig5,
-                                    Column::Fig6, Column::Fig7, Column::Canshu});
+    GridView v =
+        columns == VC::FrontWithParamValue
+            ? withColumns({Column::Idx, Column::Number1, Column::Number2, Column::Number3, Column::Number4,
+                           Column::Number5, Column::ParamValue})
+            : withColumns({Column::Idx, Column::Number1, Column::Number2, Column::Number3, Column::Number4,
+                           Column::Number5, Column::Number6, Column::Number7, Column::ParamValue});
     setHeading(v, 8, heading);
     return v;
 }
 
 GridView GridView::page(int64_t n) {
-    GridView v = withColumns({Column::Idx, Column::Fig1, Column::Fig2, Column::Fig3, Column::Fig4, Column::Fig5,
-                              Column::Fig6});
+    GridView v = withColumns({Column::Idx, Column::Number1, Column::Number2, Column::Number3, Column::Number4,
+                              Column::Number5, Column::Number6});
     v.idxRange = {n * kPageSize + 1, (n + 1) * kPageSize};
     return v;
 }
 
 GridView GridView::allRows() {
-    std::vector<Column> cols = kFigures7;
-    cols.push_back(Column::Canshu);
-    cols.push_back(Column::Fliter);
+    std::vector<Column> cols = kSevenNumberColumns;
+    cols.push_back(Column::ParamValue);
+    cols.push_back(Column::Reason);
     GridView v = withColumns(std::move(cols));
     v.liveOnly = false;
     setHeading(v, 8, QStringLiteral("参数"));
@@ -99,7 +103,7 @@ void ResultGridModel::bind(const CandidateTable* table, GridView view) {
     const uint64_t rows = table ? table->rowCount() : 0;
     m_selected = BitVector(rows);
     if (table) {
-        const auto un = table->unslt().words();
+        const auto un = table->filteredOut().words();
         auto sel = m_selected.words();
         const bool liveOnly = m_view.liveOnly;
         const auto range = m_view.idxRange;
@@ -130,8 +134,9 @@ void ResultGridModel::bind(const CandidateTable* table, GridView view) {
             for (size_t w = 0; w < sel.size(); ++w)
                 forEachSetBit(sel[w], w * BitVector::kWordBits, [&](size_t r) { m_order.push_back(static_cast<uint32_t>(r)); });
             const auto key = [table](uint32_t r) {
-                return std::tuple(table->idxAt(r), table->fig(1)[r], table->fig(2)[r], table->fig(3)[r],
-                                  table->fig(4)[r], table->fig(5)[r]);
+                return std::tuple(table->idxAt(r), table->numberColumn(1)[r], table->numberColumn(2)[r],
+                                  table->numberColumn(3)[r], table->numberColumn(4)[r],
+                                  table->numberColumn(5)[r]);
             };
             std::stable_sort(m_order.begin(), m_order.end(), [&](uint32_t a, uint32_t b) { return key(a) < key(b); });
         }
@@ -193,12 +198,14 @@ QVariant ResultGridModel::data(const QModelIndex& index, int role) const {
     const Column c = m_view.columns[static_cast<size_t>(index.column())];
     switch (c) {
         case Column::Idx: return m_table->idxAt(r);
-        case Column::Canshu: return m_table->canshuAt(r);
-        case Column::Fliter: {
-            const ReasonTable::Id id = m_table->fliter()[r];
+        case Column::ParamValue:
+            return m_table->paramValueAt(r);
+        case Column::Reason: {
+            const ReasonTable::Id id = m_table->rowReasons()[r];
             return m_table->reasons().isNull(id) ? QVariant() : QVariant(m_table->reasons().text(id));
         }
-        default: return int{m_table->fig(static_cast<int>(c))[r]};
+        default:
+            return int{m_table->numberColumn(static_cast<int>(c))[r]};
     }
 }
 

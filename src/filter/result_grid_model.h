@@ -1,7 +1,7 @@
 #pragma once
 
-#include "filter/candidate_table.h"
-#include "filter/filter_instance.h"
+#include "engine/candidate_table.h"
+#include "filter/filter_source.h"
 #include "filter/param_filter.h"
 
 #include <QAbstractTableModel>
@@ -14,7 +14,18 @@
 // What the grid MSFlexGrid1 shows: a query over the candidate table, as a row filter, an
 // order and a list of columns with their headings.
 struct GridView {
-    enum class Column : uint8_t { Idx, Fig1, Fig2, Fig3, Fig4, Fig5, Fig6, Fig7, Canshu, Fliter };
+    enum class Column : uint8_t {
+        Idx,
+        Number1,
+        Number2,
+        Number3,
+        Number4,
+        Number5,
+        Number6,
+        Number7,
+        ParamValue,
+        Reason
+    };
 
     bool liveOnly = true;                                  // WHERE [unslt] = false
     std::optional<std::pair<int64_t, int64_t>> idxRange;   // AND [idx] >= a AND [idx] <= b

@@ -1,32 +1,34 @@
 #include "filter/saved_setting_store.h"
 
-#include "filter/moban_store.h"
+#include "filter/template_store.h"
 #include "workspace/prompter.h"
 #include "workspace/sqlite_db.h"
 
-namespace saved_setting {
+namespace saved_setting_store {
 
 QString stamp(const QDateTime& when) { return when.toString(QStringLiteral("yy-M-d日H.m.s秒")); }
 
-std::optional<QString> save(SqliteDb& fildb, const ParamWindowState& state, Prompter& prompter, const QDateTime& now) {
+std::optional<QString> save(SqliteDb& filterDb, const ParamWindowState& state, Prompter& prompter,
+                            const QDateTime& now) {
     const QString name = prompter.askText(kSaveTitle, kSavePrompt, QStringLiteral("过滤设置保存于") + stamp(now));
-    if (!moban_snapshot::ensureColumns(fildb, kTable)) return std::nullopt;
-    QVariantMap v = moban_snapshot::snapshotValues(state);
+    if (!filter_snapshot::ensureColumns(filterDb, kTable)) return std::nullopt;
+    QVariantMap v = filter_snapshot::snapshotValues(state);
     v.insert(QStringLiteral("Name"), name);
-    if (table_rows::insert(fildb, kTable, v) < 0) return std::nullopt;
+    if (template_store::insert(filterDb, kTable, v) < 0) return std::nullopt;
     return name;
 }
 
-Finder::Finder(SqliteDb& fildb) : m_db(fildb) {
-    m_ready = moban_snapshot::ensureColumns(fildb, kTable);
+Finder::Finder(SqliteDb& filterDb) : m_db(filterDb) {
+    m_ready = filter_snapshot::ensureColumns(filterDb, kTable);
     reload();
 }
 
 void Finder::reload() {
     m_names.clear();
     if (!m_ready) return;
-    for (const QVariantMap& row : table_rows::select(m_db, QStringLiteral("SELECT Name FROM Canshu ORDER BY rowid")))
-        m_names << moban_snapshot::column(row, QStringLiteral("Name")).toString();
+    for (const QVariantMap& row :
+         template_store::select(m_db, QStringLiteral("SELECT Name FROM Canshu ORDER BY rowid")))
+        m_names << filter_snapshot::column(row, QStringLiteral("Name")).toString();
 }
 
 bool Finder::remove(const QString& name) {
@@ -48,12 +50,13 @@ bool Finder::rename(const QString& name, Prompter& prompter, const QDateTime& no
     return done;
 }
 
-std::optional<moban_snapshot::SnapshotEffects> load(SqliteDb& fildb, const QString& name, ParamWindowState& state) {
-    if (!moban_snapshot::ensureColumns(fildb, kTable)) return std::nullopt;
-    const auto rows =
-        table_rows::select(fildb, QStringLiteral("SELECT * FROM [Canshu] WHERE [Name] = ?1 ORDER BY rowid LIMIT 1"), {name});
+std::optional<filter_snapshot::SnapshotEffects> load(SqliteDb& filterDb, const QString& name,
+                                                     ParamWindowState& state) {
+    if (!filter_snapshot::ensureColumns(filterDb, kTable)) return std::nullopt;
+    const auto rows = template_store::select(
+        filterDb, QStringLiteral("SELECT * FROM [Canshu] WHERE [Name] = ?1 ORDER BY rowid LIMIT 1"), {name});
     if (rows.empty()) return std::nullopt;
-    return moban_snapshot::applySnapshot(rows.front(), state);
+    return filter_snapshot::applySnapshot(rows.front(), state);
 }
 
-}  // namespace saved_setting
+}  // namespace saved_setting_store

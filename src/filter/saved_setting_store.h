@@ -5,7 +5,7 @@
 // chooses one and whose popup deletes or renames, and then sets the controls from it. Nothing
 // filters: the player presses the filters afterwards.
 
-#include "filter/moban_snapshot.h"
+#include "filter/filter_snapshot.h"
 #include "filter/param_filter.h"
 
 #include <QDateTime>
@@ -17,7 +17,7 @@
 class Prompter;
 class SqliteDb;
 
-namespace saved_setting {
+namespace saved_setting_store {
 
 inline const QString kTable = QStringLiteral("Canshu");
 inline const QString kSaveTitle = QStringLiteral("过滤设置保存");
@@ -34,12 +34,13 @@ QString stamp(const QDateTime& when);
 // Command7: asks for a name (proposing "过滤设置保存于" and the stamp) and adds a row with it and
 // the snapshot, even when the prompt was cancelled (the name is then empty). Duplicate names
 // are not refused. Returns the name stored, or none when the row could not be written.
-std::optional<QString> save(SqliteDb& fildb, const ParamWindowState& state, Prompter& prompter, const QDateTime& now);
+std::optional<QString> save(SqliteDb& filterDb, const ParamWindowState& state, Prompter& prompter,
+                            const QDateTime& now);
 
 // frmFind over SELECT Name FROM Canshu.
 class Finder {
 public:
-    explicit Finder(SqliteDb& fildb);
+    explicit Finder(SqliteDb& filterDb);
     bool ready() const { return m_ready; }
     // The names in the table's order, read again after each delete or rename.
     const QStringList& names() const { return m_names; }
@@ -58,6 +59,7 @@ private:
 
 // Command6 after a name was chosen: the first row of that name sets the controls as a replayed
 // snapshot does. None when no row has that name.
-std::optional<moban_snapshot::SnapshotEffects> load(SqliteDb& fildb, const QString& name, ParamWindowState& state);
+std::optional<filter_snapshot::SnapshotEffects> load(SqliteDb& filterDb, const QString& name,
+                                                     ParamWindowState& state);
 
-}  // namespace saved_setting
+}  // namespace saved_setting_store

@@ -20,11 +20,15 @@ struct ButtonInfo {
 };
 
 constexpr ButtonInfo kButtons[] = {
-    {SuperButton::Option25_0, "Option25(0)", 10}, {SuperButton::Option25_1, "Option25(1)", 11},
-    {SuperButton::Option25_2, "Option25(2)", 12}, {SuperButton::Option27, "Option27", 4},
-    {SuperButton::Option28, "Option28", 5},       {SuperButton::Option26, "Option26", 6},
-    {SuperButton::Option31, "Option31", 13},      {SuperButton::Option30, "Option30", 14},
-    {SuperButton::Option43, "Option43", 15},
+    {SuperButton::RelationConflicting, "Option25(0)", 10},
+    {SuperButton::RelationSupporting, "Option25(1)", 11},
+    {SuperButton::RelationKeeping, "Option25(2)", 12},
+    {SuperButton::HistoryHigh, "Option27", 4},
+    {SuperButton::HistoryMiddle, "Option28", 5},
+    {SuperButton::HistoryLow, "Option26", 6},
+    {SuperButton::InclusionKill, "Option31", 13},
+    {SuperButton::InclusionKeep, "Option30", 14},
+    {SuperButton::SameAsTemplate, "Option43", 15},
 };
 
 const ButtonInfo& info(SuperButton b) { return kButtons[static_cast<size_t>(b)]; }
@@ -50,22 +54,31 @@ std::optional<SuperButton> byObjectName(const QString& name) {
 
 QString caption(SuperButton b, ZoneScope tab) {
     switch (b) {
-        case SuperButton::Option25_0: return QStringLiteral("相克号过滤");
-        case SuperButton::Option25_1: return QStringLiteral("相生号过滤");
-        case SuperButton::Option25_2: return QStringLiteral("保留号过滤");
-        case SuperButton::Option27: return QString::fromUtf8(kHistoryCaptions[tabIndex(tab)][0]);
-        case SuperButton::Option28: return QString::fromUtf8(kHistoryCaptions[tabIndex(tab)][1]);
-        case SuperButton::Option26: return QString::fromUtf8(kHistoryCaptions[tabIndex(tab)][2]);
-        case SuperButton::Option31: return QStringLiteral("相克号包含过滤");
-        case SuperButton::Option30: return QStringLiteral("保留号包含过滤");
-        case SuperButton::Option43: return QStringLiteral("组合模版同号滤");
+        case SuperButton::RelationConflicting:
+            return QStringLiteral("相克号过滤");
+        case SuperButton::RelationSupporting:
+            return QStringLiteral("相生号过滤");
+        case SuperButton::RelationKeeping:
+            return QStringLiteral("保留号过滤");
+        case SuperButton::HistoryHigh:
+            return QString::fromUtf8(kHistoryCaptions[tabIndex(tab)][0]);
+        case SuperButton::HistoryMiddle:
+            return QString::fromUtf8(kHistoryCaptions[tabIndex(tab)][1]);
+        case SuperButton::HistoryLow:
+            return QString::fromUtf8(kHistoryCaptions[tabIndex(tab)][2]);
+        case SuperButton::InclusionKill:
+            return QStringLiteral("相克号包含过滤");
+        case SuperButton::InclusionKeep:
+            return QStringLiteral("保留号包含过滤");
+        case SuperButton::SameAsTemplate:
+            return QStringLiteral("组合模版同号滤");
     }
     return {};
 }
 
-bool enabled(SuperButton b, ZoneScope tab, const FilterInstanceTraits& traits) {
-    if (b == SuperButton::Option27) return tab != ZoneScope::Back;
-    if (b == SuperButton::Option43) return !traits.filtersTemplateItself;
+bool enabled(SuperButton b, ZoneScope tab, const FilterSourceTraits& traits) {
+    if (b == SuperButton::HistoryHigh) return tab != ZoneScope::Back;
+    if (b == SuperButton::SameAsTemplate) return !traits.filtersTemplateItself;
     return true;
 }
 
@@ -80,16 +93,19 @@ std::optional<SuperButton> byStepCode(int code) {
 int threshold(SuperButton b, ZoneScope scope) {
     const int s = tabIndex(scope);
     switch (b) {
-        case SuperButton::Option27: return kThresholds[s][0];
-        case SuperButton::Option28: return kThresholds[s][1];
-        case SuperButton::Option26: return kThresholds[s][2];
+        case SuperButton::HistoryHigh:
+            return kThresholds[s][0];
+        case SuperButton::HistoryMiddle:
+            return kThresholds[s][1];
+        case SuperButton::HistoryLow:
+            return kThresholds[s][2];
         default: return 0;
     }
 }
 
-ZoneScope scopeOf(int intQianHou) {
-    if (intQianHou == 2) return ZoneScope::Back;
-    if (intQianHou == 3) return ZoneScope::Both;
+ZoneScope scopeOf(int zoneScope) {
+    if (zoneScope == 2) return ZoneScope::Back;
+    if (zoneScope == 3) return ZoneScope::Both;
     return ZoneScope::Front;
 }
 
@@ -150,8 +166,9 @@ bool askValue(Prompter& p, const QString& title, const QString& prompt, const QS
 
 }  // namespace
 
-SuperFilter::SuperFilter(FilterWorkspace& workspace, const DrawHistory& history, int maxQian, SqliteDb& fildb)
-    : m_ws(workspace), m_history(history), m_maxQian(maxQian), m_fildb(fildb) {}
+SuperFilter::SuperFilter(FilterWorkspace& workspace, const DrawHistory& history, int maxQian,
+                         SqliteDb& filterDb)
+    : m_ws(workspace), m_history(history), m_maxQian(maxQian), m_filterDb(filterDb) {}
 
 bool SuperFilter::askNumber(Prompter& p, const QString& prompt, int16_t& slot) const {
     for (int tries = 0; tries <= kMaxRetries; ++tries) {
@@ -175,23 +192,25 @@ bool SuperFilter::askNumber(Prompter& p, const QString& prompt, int16_t& slot) c
 }
 
 bool SuperFilter::askRelation(SuperInputs& in, Prompter& p) const {
-    const bool ok = askValue(p, kRelationTitle, kRelationPrompt, QStringLiteral("2"), true, in.sknum,
+    const bool ok = askValue(p, kRelationTitle, kRelationPrompt, QStringLiteral("2"), true, in.superCount,
                              [](std::optional<double> v) -> QString {
                                  if (!v) return kInOrder;
                                  if (*v < 1 || *v > 5) return QStringLiteral("请输入1~5的数字");
                                  return {};
                              });
     if (!ok) return false;
-    const int64_t n = passes(in.sknum);
+    const int64_t n = passes(in.superCount);
     for (int64_t i = 0; i < n; ++i)
-        if (!askNumber(p, QStringLiteral("请输入第%1个相克数").arg(i + 1), in.sk[static_cast<size_t>(i)])) return false;
+        if (!askNumber(p, QStringLiteral("请输入第%1个相克数").arg(i + 1),
+                       in.superNumbers[static_cast<size_t>(i)]))
+            return false;
     return true;
 }
 
 bool SuperFilter::askHistory(SuperInputs& in, Prompter& p) const {
     const QString notNumber = m_ws.traits().historyInputMessage;
-    return askValue(p, kHistoryTitle, kHistoryPrompt, QString::number(m_history.drawnum()), true, in.sknum,
-                    [&](std::optional<double> v) -> QString {
+    return askValue(p, kHistoryTitle, kHistoryPrompt, QString::number(m_history.drawCount()), true,
+                    in.superCount, [&](std::optional<double> v) -> QString {
                         if (!v) return notNumber;
                         if (*v <= 0) return QStringLiteral("请输入一个正数");
                         return {};
@@ -204,35 +223,40 @@ bool SuperFilter::askInclusion(SuperInputs& in, Prompter& p) const {
         if (*v < 1 || *v > 9) return QStringLiteral("请输入1~9之间的数字");
         return {};
     };
-    if (!askValue(p, kCountTitle, QStringLiteral("请输入相克数字的总数目，大小必须在1~9之间。"), QStringLiteral("4"), true,
-                  in.sknum, oneToNine))
+    if (!askValue(p, kCountTitle, QStringLiteral("请输入相克数字的总数目，大小必须在1~9之间。"),
+                  QStringLiteral("4"), true, in.superCount, oneToNine))
         return false;
-    const double total = *numeric(in.sknum);
+    const double total = *numeric(in.superCount);
     QString group;
-    const QString groupPrompt = QStringLiteral("请输入保留数字的出现最高数目，大小必须在1~%1之间。\n"
-                                               "若组合的号码中含有设置个数以上的号码与相克数字中的相同，那么该组号码将被过滤掉")
-                                    .arg(in.sknum);
+    const QString groupPrompt =
+        QStringLiteral(
+            "请输入保留数字的出现最高数目，大小必须在1~%1之间。\n"
+            "若组合的号码中含有设置个数以上的号码与相克数字中的相同，那么该组号码将被过滤掉")
+            .arg(in.superCount);
     if (!askValue(p, kGroupTitle, groupPrompt, QStringLiteral("2"), false, group, [&](std::optional<double> v) -> QString {
             if (!v) return kAskNumber;
-            if (*v < 1 || *v > total) return QStringLiteral("请输入1~%1之间的数字").arg(in.sknum);
+            if (*v < 1 || *v > total) return QStringLiteral("请输入1~%1之间的数字").arg(in.superCount);
             return {};
         }))
         return false;
-    in.skzu = toInt16(*numeric(group));
-    const int64_t n = passes(in.sknum);
+    in.groupSize = toInt16(*numeric(group));
+    const int64_t n = passes(in.superCount);
     for (int64_t i = 1; i <= n; ++i)
-        if (!askNumber(p, QStringLiteral("请输入第%1个相克数").arg(i), in.sk[static_cast<size_t>(i)])) return false;
+        if (!askNumber(p, QStringLiteral("请输入第%1个相克数").arg(i),
+                       in.superNumbers[static_cast<size_t>(i)]))
+            return false;
     const QString danPrompt = QStringLiteral(
         "请输入保留数字的总胆数目（每一组生克号中都必须出现的数字个数），大小必须在0~6之间。如果没有胆则此处填0。");
     // The count is checked against 1..9, so a 0 is refused with that message.
-    if (!askValue(p, kCountTitle, danPrompt, QStringLiteral("0"), true, in.dannum, oneToNine)) return false;
-    const int64_t m = passes(in.dannum);
+    if (!askValue(p, kCountTitle, danPrompt, QStringLiteral("0"), true, in.bankerCount, oneToNine))
+        return false;
+    const int64_t m = passes(in.bankerCount);
     for (int64_t i = 1; i <= m; ++i) {
         QString answer;
         if (!askValue(p, kBankerTitle, QStringLiteral("请输入第%1个保留胆").arg(i), QString(), false, answer,
                       [](std::optional<double> v) -> QString { return v ? QString() : kAskNumber; }))
             return false;
-        in.dan[static_cast<size_t>(i)] = toInt16(*numeric(answer));
+        in.bankers[static_cast<size_t>(i)] = toInt16(*numeric(answer));
     }
     return true;
 }
@@ -244,24 +268,30 @@ SuperFilter::Outcome SuperFilter::click(SuperButton b, FilterWorkspace::Mouse mo
     if (mouse == FilterWorkspace::Mouse::Left && !m_ws.isOpen()) return {};
     bool asked = true;
     switch (b) {
-        case SuperButton::Option25_0:
-        case SuperButton::Option25_1:
-        case SuperButton::Option25_2: asked = askRelation(in, prompter); break;
-        case SuperButton::Option26:
-        case SuperButton::Option27:
-        case SuperButton::Option28: asked = askHistory(in, prompter); break;
-        case SuperButton::Option30:
-        case SuperButton::Option31: asked = askInclusion(in, prompter); break;
-        case SuperButton::Option43:
+        case SuperButton::RelationConflicting:
+        case SuperButton::RelationSupporting:
+        case SuperButton::RelationKeeping:
+            asked = askRelation(in, prompter);
+            break;
+        case SuperButton::HistoryLow:
+        case SuperButton::HistoryHigh:
+        case SuperButton::HistoryMiddle:
+            asked = askHistory(in, prompter);
+            break;
+        case SuperButton::InclusionKeep:
+        case SuperButton::InclusionKill:
+            asked = askInclusion(in, prompter);
+            break;
+        case SuperButton::SameAsTemplate:
             // No input: the right button records an empty sknum.
-            if (mouse == FilterWorkspace::Mouse::Right) in.sknum.clear();
+            if (mouse == FilterWorkspace::Mouse::Right) in.superCount.clear();
             break;
     }
     if (!asked) return {};
     if (mouse == FilterWorkspace::Mouse::Right) {
-        m_ws.setIntCmdnb(static_cast<int16_t>(stepCode(b)));
+        m_ws.setStepCode(static_cast<int16_t>(stepCode(b)));
         Outcome o;
-        o.popupMnuAdm = true;
+        o.popupRecordMenu = true;
         return o;
     }
     return runWorker(b, in, tab, progress);
@@ -271,15 +301,21 @@ SuperFilter::Outcome SuperFilter::runWorker(SuperButton b, SuperInputs& in, Zone
     if (!m_ws.isOpen()) return {};
     m_used.insert(objectName(b));
     switch (b) {
-        case SuperButton::Option25_0: return runRelation(0, in);
-        case SuperButton::Option25_1: return runRelation(1, in);
-        case SuperButton::Option25_2: return runRelation(2, in);
-        case SuperButton::Option26:
-        case SuperButton::Option27:
-        case SuperButton::Option28: return runHistory(b, in, tab, progress);
-        case SuperButton::Option30:
-        case SuperButton::Option31: return runInclusion(b, in);
-        case SuperButton::Option43: return runTemplate();
+        case SuperButton::RelationConflicting:
+            return runRelation(0, in);
+        case SuperButton::RelationSupporting:
+            return runRelation(1, in);
+        case SuperButton::RelationKeeping:
+            return runRelation(2, in);
+        case SuperButton::HistoryLow:
+        case SuperButton::HistoryHigh:
+        case SuperButton::HistoryMiddle:
+            return runHistory(b, in, tab, progress);
+        case SuperButton::InclusionKeep:
+        case SuperButton::InclusionKill:
+            return runInclusion(b, in);
+        case SuperButton::SameAsTemplate:
+            return runTemplate();
     }
     return {};
 }
@@ -287,16 +323,19 @@ SuperFilter::Outcome SuperFilter::runWorker(SuperButton b, SuperInputs& in, Zone
 SuperFilter::Outcome SuperFilter::runRelation(int index, SuperInputs& in) {
     if (!m_ws.isOpen()) return {};
     // For i = 0 To sknum - 1 over sk(0..9): entries past the array are passed over.
-    const auto n = static_cast<size_t>(std::min<int64_t>(passes(in.sknum), static_cast<int64_t>(in.sk.size())));
-    const std::span<const int16_t> numbers(in.sk.data(), n);
-    in.skPattern = super_kernels::relationPattern(numbers);
+    const auto n = static_cast<size_t>(
+        std::min<int64_t>(passes(in.superCount), static_cast<int64_t>(in.superNumbers.size())));
+    const std::span<const int16_t> numbers(in.superNumbers.data(), n);
+    in.patternText = super_kernels::relationPattern(numbers);
     const FilterWorkspace::Edit edit = m_ws.edit();
     CandidateTable& t = edit.table();
     Outcome o;
     o.ran = true;
     if (index >= 0 && index <= 2) {
         const auto kind = static_cast<super_kernels::Relation>(index);
-        const SuperButton b = index == 0 ? SuperButton::Option25_0 : index == 1 ? SuperButton::Option25_1 : SuperButton::Option25_2;
+        const SuperButton b = index == 0   ? SuperButton::RelationConflicting
+                              : index == 1 ? SuperButton::RelationSupporting
+                                           : SuperButton::RelationKeeping;
         o.killed = super_kernels::relation(t, kind, numbers, caption(b, ZoneScope::Front));
     } else {
         // No member of that index: only the copy of the flags and the text of the numbers.
@@ -307,11 +346,11 @@ SuperFilter::Outcome SuperFilter::runRelation(int index, SuperInputs& in) {
 
 SuperFilter::Outcome SuperFilter::runHistory(SuperButton b, const SuperInputs& in, ZoneScope tab, EngineProgress* progress) {
     super_kernels::HistoryRun run;
-    run.scope = scopeOf(m_ws.intQianHou);
+    run.scope = scopeOf(m_ws.zoneScope);
     run.threshold = threshold(b, run.scope);
     run.caption = caption(b, tab);
-    run.nText = in.sknum;
-    run.passes = passes(in.sknum);
+    run.nText = in.superCount;
+    run.passes = passes(in.superCount);
     Outcome o;
     o.ran = true;
     o.killed = super_kernels::history(m_ws.edit().table(), run, m_history, progress);
@@ -320,19 +359,19 @@ SuperFilter::Outcome SuperFilter::runHistory(SuperButton b, const SuperInputs& i
 
 SuperFilter::Outcome SuperFilter::runInclusion(SuperButton b, const SuperInputs& in) {
     super_kernels::InclusionRun run;
-    run.scope = scopeOf(m_ws.intQianHou);
+    run.scope = scopeOf(m_ws.zoneScope);
     // For i = 1 To sknum over sk(0..9), and the bankers dan(1..dannum).
-    const int64_t n = std::min<int64_t>(passes(in.sknum), 9);
-    const int64_t m = std::min<int64_t>(passes(in.dannum), 9);
-    for (int64_t i = 1; i <= n; ++i) run.numbers.push_back(in.sk[static_cast<size_t>(i)]);
-    for (int64_t i = 1; i <= m; ++i) run.bankers.push_back(in.dan[static_cast<size_t>(i)]);
-    run.skzu = in.skzu;
+    const int64_t n = std::min<int64_t>(passes(in.superCount), 9);
+    const int64_t m = std::min<int64_t>(passes(in.bankerCount), 9);
+    for (int64_t i = 1; i <= n; ++i) run.numbers.push_back(in.superNumbers[static_cast<size_t>(i)]);
+    for (int64_t i = 1; i <= m; ++i) run.bankers.push_back(in.bankers[static_cast<size_t>(i)]);
+    run.groupSize = in.groupSize;
     run.caption = caption(b, ZoneScope::Front);
     const FilterWorkspace::Edit edit = m_ws.edit();
     Outcome o;
     o.ran = true;
-    o.killed = b == SuperButton::Option31 ? super_kernels::inclusionKill(edit.table(), run)
-                                          : super_kernels::inclusionKeep(edit.table(), run);
+    o.killed = b == SuperButton::InclusionKill ? super_kernels::inclusionKill(edit.table(), run)
+                                               : super_kernels::inclusionKeep(edit.table(), run);
     return o;
 }
 
@@ -341,15 +380,18 @@ SuperFilter::Outcome SuperFilter::runTemplate() {
     const FilterWorkspace::Edit edit = m_ws.edit();
     std::unordered_set<uint64_t> keys;
     const QString tmpl = QStringLiteral("zuheMoban");
-    if (m_fildb.tableExists(tmpl)) {
+    if (m_filterDb.tableExists(tmpl)) {
         // The template takes the marked form too; its rows give the keys.
-        SqliteTransaction tx(m_fildb);
-        m_fildb.exec(QStringLiteral(
-            "UPDATE [zuheMoban] SET [Numstring]='(' || ifnull([fig1],'') || '!' || ifnull([fig2],'') || '@' || "
-            "ifnull([fig3],'') || '#' || ifnull([fig4],'') || '$' || ifnull([fig5],'') || '%' || ifnull([fig6],'') || "
-            "'^' || ifnull([fig7],'') || ')'"));
+        SqliteTransaction tx(m_filterDb);
+        m_filterDb.exec(
+            QStringLiteral("UPDATE [zuheMoban] SET [Numstring]='(' || ifnull([fig1],'') || '!' || "
+                           "ifnull([fig2],'') || '@' || "
+                           "ifnull([fig3],'') || '#' || ifnull([fig4],'') || '$' || ifnull([fig5],'') || '%' "
+                           "|| ifnull([fig6],'') || "
+                           "'^' || ifnull([fig7],'') || ')'"));
         tx.commit();
-        SqliteStatement q(m_fildb, QStringLiteral("SELECT fig1,fig2,fig3,fig4,fig5,fig6,fig7 FROM [zuheMoban]"));
+        SqliteStatement q(m_filterDb,
+                          QStringLiteral("SELECT fig1,fig2,fig3,fig4,fig5,fig6,fig7 FROM [zuheMoban]"));
         while (q.ok() && q.next()) {
             std::array<qint64, 7> k{};
             bool complete = true;

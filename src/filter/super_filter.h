@@ -7,7 +7,7 @@
 // asks the window for the popup mnuAdm, whose closing records the step (moban_recorder.h).
 // Replay calls the workers directly with the stored input.
 
-#include "filter/engine_progress.h"
+#include "engine/engine_progress.h"
 #include "filter/filter_workspace.h"
 #include "filter/param_catalogue.h"
 #include "filter/super_kernels.h"
@@ -25,15 +25,25 @@ class SqliteDb;
 // What the window keeps of the super filters' input between clicks: sknum (as typed, or as a
 // template step stored it), skzu, sk(0..9), dannum, dan(0..9) and skPattern.
 struct SuperInputs {
-    QString sknum;
-    int16_t skzu = 0;
-    std::array<int16_t, 10> sk{};
-    QString dannum;
-    std::array<int16_t, 10> dan{};
-    QString skPattern;
+    QString superCount;
+    int16_t groupSize = 0;
+    std::array<int16_t, 10> superNumbers{};
+    QString bankerCount;
+    std::array<int16_t, 10> bankers{};
+    QString patternText;
 };
 
-enum class SuperButton { Option25_0, Option25_1, Option25_2, Option27, Option28, Option26, Option31, Option30, Option43 };
+enum class SuperButton {
+    RelationConflicting,
+    RelationSupporting,
+    RelationKeeping,
+    HistoryHigh,
+    HistoryMiddle,
+    HistoryLow,
+    InclusionKill,
+    InclusionKeep,
+    SameAsTemplate
+};
 
 namespace super_filter {
 
@@ -50,14 +60,14 @@ std::optional<SuperButton> byObjectName(const QString& name);
 QString caption(SuperButton b, ZoneScope tab);
 // Option27 is disabled in the back tab; Option43 is hidden where the window filters the
 // combination template itself.
-bool enabled(SuperButton b, ZoneScope tab, const FilterInstanceTraits& traits);
+bool enabled(SuperButton b, ZoneScope tab, const FilterSourceTraits& traits);
 // intCmdnb of a recorded step: 10..12, 4, 5, 6, 13, 14, 15.
 int stepCode(SuperButton b);
 std::optional<SuperButton> byStepCode(int code);
 // The history threshold of a button in a scope; 0 where the button has none.
 int threshold(SuperButton b, ZoneScope scope);
 // The scope a stored intQianHou stands for (anything but 2 and 3 reads as the front zone).
-ZoneScope scopeOf(int intQianHou);
+ZoneScope scopeOf(int zoneScope);
 
 // IsNumeric and the value: blanks around, a sign, digits with one ".", an exponent.
 std::optional<double> numeric(const QString& text);
@@ -73,7 +83,7 @@ class SuperFilter {
 public:
     struct Outcome {
         bool ran = false;          // a worker ran: refresh the grid (WHERE unslt = false) and caption
-        bool popupMnuAdm = false;  // right button: pop up mnuAdm, then record the step
+        bool popupRecordMenu = false;  // right button: pop up mnuAdm, then record the step
         uint64_t killed = 0;
         // Option43: the grid's columns and headings are set up again after its view.
         bool resetGridColumns = false;
@@ -81,7 +91,7 @@ public:
 
     // `fildb` is the workspace's filnum.db (Option43 reads and marks zuheMoban); `maxQian` the
     // front zone's size that checks the typed numbers.
-    SuperFilter(FilterWorkspace& workspace, const DrawHistory& history, int maxQian, SqliteDb& fildb);
+    SuperFilter(FilterWorkspace& workspace, const DrawHistory& history, int maxQian, SqliteDb& filterDb);
 
     // A click on a button with the left or right mouse button. `tab` is the zone tab shown;
     // the worker reads the scope from the workspace's intQianHou.
@@ -109,6 +119,6 @@ private:
     FilterWorkspace& m_ws;
     const DrawHistory& m_history;
     int m_maxQian;
-    SqliteDb& m_fildb;
+    SqliteDb& m_filterDb;
     std::set<QString> m_used;
 };

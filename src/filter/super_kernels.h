@@ -13,8 +13,8 @@
 //   same as template (Option43up) Numstring = the marked form; kill the rows equal to a row
 //                              of the combination template, without undo or reason
 
-#include "filter/candidate_table.h"
-#include "filter/engine_progress.h"
+#include "engine/candidate_table.h"
+#include "engine/engine_progress.h"
 #include "filter/param_catalogue.h"
 #include "workspace/shared_state.h"
 
@@ -30,7 +30,7 @@
 namespace super_kernels {
 
 // Option25(0..2).
-enum class Relation { Xiangke = 0, Xiangsheng = 1, Baoliu = 2 };
+enum class Relation { Conflicting = 0, Supporting = 1, Keeping = 2 };
 
 // "*05**12*": each number in two digits between asterisks.
 QString relationPattern(std::span<const int16_t> numbers);
@@ -60,7 +60,7 @@ QString historyReason(const HistoryRun& run, int32_t issue, int matches);
 struct InclusionRun {
     ZoneScope scope = ZoneScope::Front;  // which numbers Numstring holds
     std::vector<int16_t> numbers;        // sk(1)..sk(sknum)
-    int16_t skzu = 0;
+    int16_t groupSize = 0;
     std::vector<int16_t> bankers;  // dan(1)..dan(dannum)
     QString caption;
 };

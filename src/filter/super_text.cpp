@@ -7,16 +7,20 @@ QString twoDigits(qint64 n) {
     return QStringLiteral("%1").arg(n, 2, 10, QLatin1Char('0'));
 }
 
-Pieces piecesOf(CandidateTable::NumstringMode mode, int figCount) {
-    using M = CandidateTable::NumstringMode;
+Pieces piecesOf(CandidateTable::NumberTextMode mode, int numberCount) {
+    using M = CandidateTable::NumberTextMode;
     Pieces p;
     switch (mode) {
         case M::Null: p.null = true; return p;
-        case M::Front: p.count = figCount == 6 ? 6 : 5; break;
-        case M::Whole: p.count = figCount; break;
+        case M::Front:
+            p.count = numberCount == 6 ? 6 : 5;
+            break;
+        case M::Whole:
+            p.count = numberCount;
+            break;
         case M::Back: return piecesHou();
         case M::Marked:
-            p.count = figCount;
+            p.count = numberCount;
             p.padded = false;
             break;
     }

@@ -9,7 +9,7 @@
 // number the distinct literals of a run (its classes, at most 64) and give every ticket a bit
 // mask of the classes its pieces contain, read from a table by byte value.
 
-#include "filter/candidate_table.h"
+#include "engine/candidate_table.h"
 
 #include <QString>
 
@@ -30,7 +30,7 @@ struct Pieces {
     bool padded = true;
     bool null = false;  // Numstring was never built: LIKE gives null
 };
-Pieces piecesOf(CandidateTable::NumstringMode mode, int figCount);
+Pieces piecesOf(CandidateTable::NumberTextMode mode, int numberCount);
 // NumstringHou: fig6 and fig7 in two digits.
 Pieces piecesHou();
 
@@ -55,7 +55,8 @@ public:
     // The classes contained in the pieces of a row.
     uint64_t rowMask(const CandidateTable& t, uint64_t row, const Pieces& p) const {
         uint64_t m = 0;
-        for (int i = 0; i < p.count; ++i) m |= maskOf(t.fig(p.cols[static_cast<size_t>(i)] + 1)[row], p.padded);
+        for (int i = 0; i < p.count; ++i)
+            m |= maskOf(t.numberColumn(p.cols[static_cast<size_t>(i)] + 1)[row], p.padded);
         return m;
     }
 

@@ -1,8 +1,7 @@
 #include "generation/expansion.h"
 
-#include "filter/filter_workspace.h"
-#include "filter/kernel_executor.h"
-#include "filter/memory_budget.h"
+#include "engine/kernel_executor.h"
+#include "engine/memory_budget.h"
 #include "workspace/prompter.h"
 
 #include <algorithm>
@@ -14,8 +13,8 @@ constexpr int kFrontPicks = 5;
 constexpr int kBackPicks = 2;
 constexpr int kSixPicks = 6;
 
-bool isSix(ExpansionKind k) { return k == ExpansionKind::GAganf || k == ExpansionKind::Gdanaganf; }
-bool withBankers(ExpansionKind k) { return k == ExpansionKind::Gdanagan || k == ExpansionKind::Gdanaganf; }
+bool isSix(ExpansionKind k) { return k == ExpansionKind::SixPicks || k == ExpansionKind::SixBankers; }
+bool withBankers(ExpansionKind k) { return k == ExpansionKind::Bankers || k == ExpansionKind::SixBankers; }
 
 uint64_t binomial(int n, int k) {
     if (k < 0 || n < k) return 0;
@@ -67,7 +66,7 @@ void sortedInsert(Slots& s, int width, int16_t v) {
 std::vector<std::pair<int16_t, int16_t>> backChoices(const ExpansionInput& in) {
     std::vector<std::pair<int16_t, int16_t>> out;
     const auto& list = in.back;
-    if (in.kind == ExpansionKind::Gdanagan && !in.backBankers.empty()) {
+    if (in.kind == ExpansionKind::Bankers && !in.backBankers.empty()) {
         // One counter; only the first back banker is used.
         const int16_t banker = in.backBankers.front();
         for (int16_t v : list) out.emplace_back(v < banker ? std::pair(v, banker) : std::pair(banker, v));
@@ -106,16 +105,17 @@ ExpansionInput ExpansionInput::fromBoard(const BoardState& board, ExpansionKind 
     ExpansionInput in;
     in.kind = kind;
     // GAganf always reads PickList; the others take the spin's prediction when FromSpin is set.
-    const bool spin = board.fromSpin && kind != ExpansionKind::GAganf;
+    const bool spin = board.fromSpin && kind != ExpansionKind::SixPicks;
     const int s = std::max<int>(0, board.front.spinCount);
     const int sh = std::max<int>(0, board.back.spinCount);
     in.front = spin ? listOf(board.front.predictList, 0, s) : listOf(board.front.pickList, 1, s);
     if (!isSix(kind)) in.back = spin ? listOf(board.back.predictList, 0, sh) : listOf(board.back.pickList, 1, sh);
     if (withBankers(kind)) {
-        in.frontBankers = listOf(board.front.danList, 1, std::max<int>(0, board.front.danCount));
-        if (!isSix(kind)) in.backBankers = listOf(board.back.danList, 1, std::max<int>(0, board.back.danCount));
+        in.frontBankers = listOf(board.front.bankerList, 1, std::max<int>(0, board.front.bankerCount));
+        if (!isSix(kind))
+            in.backBankers = listOf(board.back.bankerList, 1, std::max<int>(0, board.back.bankerCount));
     }
-    if (kind == ExpansionKind::GAgan && board.multiMode) {
+    if (kind == ExpansionKind::Picks && board.multiMode) {
         in.multi = true;
         const int count = std::clamp<int>(board.multiCount, 0, static_cast<int>(board.multiTable.size()));
         in.multiRows.assign(board.multiTable.begin(), board.multiTable.begin() + count);
@@ -133,7 +133,7 @@ uint64_t expansionRows(const ExpansionInput& in) {
     if (m < 1 || m > width) return 0;
     const uint64_t front = binomial(n, m);
     if (six) return front;
-    const bool oneCounter = in.kind == ExpansionKind::Gdanagan && !in.backBankers.empty();
+    const bool oneCounter = in.kind == ExpansionKind::Bankers && !in.backBankers.empty();
     return front * (oneCounter ? static_cast<uint64_t>(nh) : binomial(nh, kBackPicks));
 }
 
@@ -156,12 +156,14 @@ ExpansionResult expand(const ExpansionInput& in, EngineProgress* progress, uint6
         result.message = check.message;
         return result;
     }
-    const auto kind = isSix(in.kind) ? schema::CandidateKind::Zuhef : schema::CandidateKind::Zuhe;
+    const auto kind =
+        isSix(in.kind) ? schema::CandidateKind::SixNumbers : schema::CandidateKind::Combinations;
     auto table = std::make_unique<CandidateTable>(kind, rows);
     result.captionCount = rows;
     if (in.multi) {
         for (uint64_t r = 0; r < rows; ++r)
-            for (int k = 1; k <= 7; ++k) table->fig(k)[r] = toByte(in.multiRows[r][static_cast<size_t>(k - 1)]);
+            for (int k = 1; k <= 7; ++k)
+                table->numberColumn(k)[r] = toByte(in.multiRows[r][static_cast<size_t>(k - 1)]);
         result.table = std::move(table);
         return result;
     }
@@ -169,7 +171,8 @@ ExpansionResult expand(const ExpansionInput& in, EngineProgress* progress, uint6
     const std::vector<Slots> fronts = frontParts(in);
     const int width = isSix(in.kind) ? kSixPicks : kFrontPicks;
     std::array<uint8_t*, 7> col{};
-    for (int k = 1; k <= table->figCount(); ++k) col[static_cast<size_t>(k - 1)] = table->fig(k).data();
+    for (int k = 1; k <= table->numberCount(); ++k)
+        col[static_cast<size_t>(k - 1)] = table->numberColumn(k).data();
     uint64_t r = 0;
     if (isSix(in.kind)) {
         for (const Slots& s : fronts) {
@@ -182,7 +185,7 @@ ExpansionResult expand(const ExpansionInput& in, EngineProgress* progress, uint6
         const uint64_t perFront = backs.size();
         // The reason column is written too (null), so that its pages are touched here, on all
         // threads, and not by the first action of the window.
-        ReasonTable::Id* reasons = table->fliter().data();
+        ReasonTable::Id* reasons = table->rowReasons().data();
         // Row at is front part at / perFront with back choice at % perFront, so any rows can be
         // written apart from the others.
         const auto fillRows = [&](uint64_t begin, uint64_t end) {
@@ -210,17 +213,4 @@ ExpansionResult expand(const ExpansionInput& in, EngineProgress* progress, uint6
     if (progress) progress->progress(rows, rows);
     result.table = std::move(table);
     return result;
-}
-
-bool openExpansionWindow(FilterWorkspace& window, const BoardState& board, ExpansionKind kind, Prompter& prompter,
-                         EngineProgress* progress) {
-    ExpansionResult r = expand(ExpansionInput::fromBoard(board, kind), progress);
-    if (r.refused) {
-        prompter.inform(memory_budget::kTitle, r.message, Prompter::Icon::Warning);
-        return false;
-    }
-    if (!r.table) return false;
-    const uint64_t count = r.captionCount;
-    window.openMade(std::move(r.table), count);
-    return true;
 }

@@ -4,8 +4,8 @@
 // Gdanaganf into zuhef, with the row order and idx of their nested counters, the banker
 // insertion with its quirks, and the multi-ticket path of GAgan.
 
-#include "filter/candidate_table.h"
-#include "filter/engine_progress.h"
+#include "engine/candidate_table.h"
+#include "engine/engine_progress.h"
 #include "workspace/shared_state.h"
 
 #include <QString>
@@ -16,13 +16,12 @@
 #include <vector>
 
 class Prompter;
-class FilterWorkspace;
 
-enum class ExpansionKind { GAgan, Gdanagan, GAganf, Gdanaganf };
+enum class ExpansionKind { Picks, Bankers, SixPicks, SixBankers };
 
 // What the load step of a window reads from the board.
 struct ExpansionInput {
-    ExpansionKind kind = ExpansionKind::GAgan;
+    ExpansionKind kind = ExpansionKind::Picks;
     // The lists by position: front[0] is list position 1. SpinCount entries are read.
     std::vector<int16_t> front;
     std::vector<int16_t> back;
@@ -50,8 +49,3 @@ struct ExpansionResult {
 
 // Runs the expansion. `availableBytes` 0 checks the machine's free memory.
 ExpansionResult expand(const ExpansionInput& in, EngineProgress* progress = nullptr, uint64_t availableBytes = 0);
-
-// The load step of GAgan / Gdanagan: expands the board into a fresh zuhe and opens the window's
-// logic on it. A refusal is shown through `prompter` and leaves the stored table as it was.
-bool openExpansionWindow(FilterWorkspace& window, const BoardState& board, ExpansionKind kind, Prompter& prompter,
-                         EngineProgress* progress = nullptr);

@@ -10,19 +10,19 @@
 
 #include <limits>
 
-namespace history_grid {
+namespace cell_edit {
 const QStringList& headers() {
     static const QStringList h{QStringLiteral("序数"),  QStringLiteral("期号"),  QStringLiteral("前1位"),
                                QStringLiteral("前2位"), QStringLiteral("前3位"), QStringLiteral("前4位"),
                                QStringLiteral("前5位"), QStringLiteral("后1位"), QStringLiteral("后2位")};
     return h;
 }
-}  // namespace history_grid
+}  // namespace cell_edit
 
 namespace {
 
 using Outcome = HistoryActionResult::Outcome;
-using namespace history_grid;
+using namespace cell_edit;
 
 constexpr int kFrontSlots = 5;
 constexpr int kFirstBackSlot = 6;
@@ -39,11 +39,11 @@ std::optional<qint64> cellValue(const QString& text) {
 }
 
 // A number fits when it lies in its zone and strictly between its zone neighbours.
-bool fitsBetweenNeighbours(const DrawNumbers& d, int slot, qint64 v, int bitnum, int bitnumHou) {
+bool fitsBetweenNeighbours(const DrawNumbers& d, int slot, qint64 v, int frontSize, int backSize) {
     const bool isFront = slot <= kFrontSlots;
     const int first = isFront ? 1 : kFirstBackSlot;
     const int last = isFront ? kFrontSlots : kLastSlot;
-    const int size = isFront ? bitnum : bitnumHou;
+    const int size = isFront ? frontSize : backSize;
     if (v < 1 || v > size) return false;
     if (slot > first && v <= d[slot - 1]) return false;
     if (slot < last && v >= d[slot + 1]) return false;
@@ -53,12 +53,12 @@ bool fitsBetweenNeighbours(const DrawNumbers& d, int slot, qint64 v, int bitnum,
 // An issue fits when the history text gives it back, and the next row's issue still reads back
 // after it as well as it did before.
 bool issueFits(const DrawHistory& h, int row, qint64 v) {
-    const auto& figarr = h.figarr;
-    if (!history_text::issueReadsBack(v, figarr[static_cast<size_t>(row - 1)][0])) return false;
-    if (row >= h.drawnum()) return true;
-    const int32_t next = figarr[static_cast<size_t>(row + 1)][0];
+    const auto& numbers = h.numbers;
+    if (!history_text::issueReadsBack(v, numbers[static_cast<size_t>(row - 1)][0])) return false;
+    if (row >= h.drawCount()) return true;
+    const int32_t next = numbers[static_cast<size_t>(row + 1)][0];
     return history_text::issueReadsBack(next, static_cast<int32_t>(v)) ||
-           !history_text::issueReadsBack(next, figarr[static_cast<size_t>(row)][0]);
+           !history_text::issueReadsBack(next, numbers[static_cast<size_t>(row)][0]);
 }
 
 // The statements that store the new value: fig and figquan for a front number, fighou and
@@ -98,11 +98,11 @@ bool moveCount(SqliteDb& db, StatsViews& stats, int slot, int oldValue, int newV
 bool CellEdit::acceptsKey(QChar c) { return c >= QLatin1Char('0') && c <= QLatin1Char('9'); }
 
 bool CellEdit::isEditable(int row, int column) const {
-    return row >= 1 && row <= m_session.drawnum() && column >= kIssueColumn && column <= kLastColumn;
+    return row >= 1 && row <= m_session.drawCount() && column >= kIssueColumn && column <= kLastColumn;
 }
 
 CellEdit::Commit CellEdit::next(int row, int column, Key key) const {
-    const int last = std::max(1, m_session.drawnum());
+    const int last = std::max(1, m_session.drawCount());
     switch (key) {
         case Key::Up:
             return {{}, std::max(1, row - 1), column};
@@ -121,11 +121,11 @@ CellEdit::Commit CellEdit::next(int row, int column, Key key) const {
 CellEdit::Commit CellEdit::commit(int row, int column, const QString& text, Key key) {
     if (key == Key::Escape || !isEditable(row, column)) return {{}, row, column};
     const int slot = slotOf(column);
-    const DrawNumbers& current = m_session.history().figarr[static_cast<size_t>(row)];
+    const DrawNumbers& current = m_session.history().numbers[static_cast<size_t>(row)];
     const std::optional<qint64> value = cellValue(text);
     const bool isNumber = slot >= 1;
-    if (!value || (isNumber && !fitsBetweenNeighbours(current, slot, *value, m_session.bitnum(),
-                                                      m_session.bitnumHou()))) {
+    if (!value || (isNumber && !fitsBetweenNeighbours(current, slot, *value, m_session.frontSize(),
+                                                      m_session.backSize()))) {
         m_prompter.inform(history_texts::kEntryTitle, history_texts::kCellRangeText,
                           Prompter::Icon::Critical);
         Commit c{{}, row, column};
@@ -142,12 +142,12 @@ CellEdit::Commit CellEdit::commit(int row, int column, const QString& text, Key 
 
     HistoryState state = HistoryState::of(m_session);
     const int oldValue = current[slot];
-    SqliteDb& db = m_session.lsdb();
+    SqliteDb& db = m_session.historyDb();
     SqliteTransaction tx(db);
-    state.history.figarr[static_cast<size_t>(row)][slot] = static_cast<int32_t>(*value);
+    state.history.numbers[static_cast<size_t>(row)][slot] = static_cast<int32_t>(*value);
     const bool written =
         tx.active() && (!isNumber || moveCount(db, state.stats, slot, oldValue, static_cast<int>(*value))) &&
-        writeCell(db, row, slot, *value) && recompute::paracount(db, state, row, ZoneShape::of(m_session)) &&
+        writeCell(db, row, slot, *value) && recompute::updateRow(db, state, row, ZoneShape::of(m_session)) &&
         tx.commit();
     if (!written) {
         m_prompter.inform(history_texts::kWriteFailedTitle, history_texts::kWriteFailedText,
@@ -157,7 +157,7 @@ CellEdit::Commit CellEdit::commit(int row, int column, const QString& text, Key 
         return c;
     }
     std::move(state).commitTo(m_session);
-    m_session.picbuilt = false;
+    m_session.trendGridsBuilt = false;
     history_actions::writeText(m_session);
     Commit c = next(row, column, key);
     c.result.outcome = Outcome::Done;

@@ -12,7 +12,7 @@
 class Prompter;
 class Session;
 
-namespace history_grid {
+namespace cell_edit {
 inline constexpr int kColumns = 9;
 inline constexpr int kIndexColumn = 0;
 inline constexpr int kIssueColumn = 1;
@@ -23,7 +23,7 @@ inline constexpr int kLastColumn = kColumns - 1;
 const QStringList& headers();
 // The Figarr slot a grid column shows: 0 the issue, 1..5 front, 6..7 back.
 inline int slotOf(int column) { return column - 1; }
-}  // namespace history_grid
+}  // namespace cell_edit
 
 class CellEdit {
 public:

@@ -80,7 +80,7 @@ HistoryActionResult DrawEntry::submit(const Boxes& boxes) {
         return r;
     };
     TypedDraw typed;
-    const QString refusal = readTyped(boxes, m_session.bitnum(), m_session.bitnumHou(), typed);
+    const QString refusal = readTyped(boxes, m_session.frontSize(), m_session.backSize(), typed);
     if (!refusal.isEmpty()) return refuse(refusal);
     const auto& [front, back] = typed;
 
@@ -90,39 +90,39 @@ HistoryActionResult DrawEntry::submit(const Boxes& boxes) {
     if (!history_text::issueReadsBack(issue, lastIssue)) return refuse(history_texts::kIssueAppendText);
 
     HistoryState state = HistoryState::of(m_session);
-    const int drawnum = state.history.drawnum() + 1;
-    if (drawnum > rules::kMaxDraws) return failed();
+    const int drawCount = state.history.drawCount() + 1;
+    if (drawCount > game_rules::kMaxDraws) return failed();
     DrawNumbers draw{};
     draw[0] = static_cast<int32_t>(issue);
     for (int i = 0; i < kFrontBoxes; ++i) draw[i + 1] = front[i];
     draw[6] = back[0];
     draw[7] = back[1];
-    state.history.figarr.push_back(draw);
+    state.history.numbers.push_back(draw);
 
     const ZoneShape shape = ZoneShape::of(m_session);
-    SqliteDb& lsdb = m_session.lsdb();
-    SqliteDb& fildb = m_session.fildb();
-    SqliteTransaction lsTx(lsdb);
-    SqliteTransaction filTx(fildb);
-    if (!lsTx.active() || !filTx.active()) return failed();
+    SqliteDb& historyDb = m_session.historyDb();
+    SqliteDb& filterDb = m_session.filterDb();
+    SqliteTransaction historyTx(historyDb);
+    SqliteTransaction filterTx(filterDb);
+    if (!historyTx.active() || !filterTx.active()) return failed();
     // Glsum becomes Drawnum x 5; the back and both views go on with their own counters.
     const std::pair<HistoryView, Denominator> writers[] = {{HistoryView::Front, Denominator::DrawCount},
                                                            {HistoryView::Back, Denominator::Running},
                                                            {HistoryView::Both, Denominator::Running}};
     for (const auto& [view, denominator] : writers)
-        if (appendRows(lsdb, view, state, drawnum, drawnum, shape, denominator) != WriteStatus::Ok)
+        if (appendRows(historyDb, view, state, drawCount, drawCount, shape, denominator) != WriteStatus::Ok)
             return failed();
-    QVariantList reduced{drawnum};
+    QVariantList reduced{drawCount};
     for (int i = 0; i <= kFrontBoxes; ++i) reduced << draw[i];
-    if (!fildb.exec(QStringLiteral("INSERT INTO [fig]([Idx],[fig0],[fig1],[fig2],[fig3],[fig4],[fig5]) "
-                                   "VALUES (?1,?2,?3,?4,?5,?6,?7)"),
-                    reduced))
+    if (!filterDb.exec(QStringLiteral("INSERT INTO [fig]([Idx],[fig0],[fig1],[fig2],[fig3],[fig4],[fig5]) "
+                                      "VALUES (?1,?2,?3,?4,?5,?6,?7)"),
+                       reduced))
         return failed();
-    if (!lsTx.commit()) return failed();
-    filTx.commit();
+    if (!historyTx.commit()) return failed();
+    filterTx.commit();
 
     std::move(state).commitTo(m_session);
-    m_session.picbuilt = false;
+    m_session.trendGridsBuilt = false;
     history_actions::writeText(m_session);
     HistoryActionResult r;
     r.outcome = Outcome::Done;

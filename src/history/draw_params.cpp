@@ -5,7 +5,7 @@
 #include <cmath>
 #include <cstdlib>
 
-namespace drawparams {
+namespace draw_params {
 
 namespace {
 
@@ -75,45 +75,45 @@ DrawParams core(std::span<const int> v, std::span<const int> prev, const Omissio
     const int n = static_cast<int>(v.size());
     std::bitset<10> lastDigits;
     for (int x : v) {
-        p.Znum = i16(p.Znum + x);
+        p.sum = i16(p.sum + x);
         const bool big = options.middleCountsBig ? x >= options.middle : x > options.middle;
         if (big) {
-            p.DZnum = i16(p.DZnum + x);
-            ++p.Mornum;
+            p.bigSum = i16(p.bigSum + x);
+            ++p.bigCount;
         } else {
-            p.XZnum = i16(p.XZnum + x);
-            ++p.Ltlnum;
+            p.smallSum = i16(p.smallSum + x);
+            ++p.smallCount;
         }
         if (x % 2 != 0) {
-            p.Zjnum = i16(p.Zjnum + x);
-            ++p.Jnum;
+            p.oddSum = i16(p.oddSum + x);
+            ++p.oddCount;
         } else {
-            p.Zonum = i16(p.Zonum + x);
-            ++p.Onum;
+            p.evenSum = i16(p.evenSum + x);
+            ++p.evenCount;
         }
         const int last = x % 10;
-        p.Zgnum = i16(p.Zgnum + last);
+        p.lastDigitSum = i16(p.lastDigitSum + last);
         if (last <= kSmallLastDigit)
-            ++p.Smlnum;
+            ++p.smallLastDigitCount;
         else
-            ++p.Bignum;
+            ++p.bigLastDigitCount;
         lastDigits.set(static_cast<size_t>(last));
-        p.Zynum = i16(p.Zynum + omission[x]);
-        ++p.Qnum[decadeOf(x)];
+        p.omissionSum = i16(p.omissionSum + omission[x]);
+        ++p.decadeCounts[decadeOf(x)];
         for (int q : prev)
-            if (q == x) ++p.Cnum;
+            if (q == x) ++p.repeatCount;
     }
-    p.Sumgwnum = i16(p.Znum % 10);
-    p.Modenum = i16(n - static_cast<int>(lastDigits.count()));
+    p.sumLastDigit = i16(p.sum % 10);
+    p.repeatedLastDigits = i16(n - static_cast<int>(lastDigits.count()));
     for (int i = 1; i < n; ++i) {
         const int d = v[i] - v[i - 1];
-        if (d == 1) ++p.Lnum;
-        p.Mxzounum = i16(std::max<int>(p.Mxzounum, d));
+        if (d == 1) ++p.consecutivePairs;
+        p.largestGap = i16(std::max<int>(p.largestGap, d));
     }
-    p.Lxnum = longestRun(v);
-    p.Apzounum = n > 0 ? i16(v[n - 1] - v[0]) : 0;
-    p.Fcodp = complexity(v);
-    p.intYljz = spread(spreadNumbers, omission, options.spreadIsAbsDifference);
+    p.longestRun = longestRun(v);
+    p.numberSpan = n > 0 ? i16(v[n - 1] - v[0]) : 0;
+    p.complexity = complexity(v);
+    p.omissionSpread = spread(spreadNumbers, omission, options.spreadIsAbsDifference);
     return p;
 }
 
@@ -144,54 +144,56 @@ std::optional<Fit> fittedLine(const FrontNumbers& x) {
 }
 
 void storeDecades(DrawParams& p, const std::array<int16_t, 4>& counted, Path path) {
-    p.Qnum = counted;
+    p.decadeCounts = counted;
     if (path == Path::Append) {
-        p.Qnum[2] = i16(counted[2] + counted[3]);
-        p.Qnum[3] = 0;
+        p.decadeCounts[2] = i16(counted[2] + counted[3]);
+        p.decadeCounts[3] = 0;
     }
 }
 
 std::optional<DrawParams> front(const FrontNumbers& x, const FrontNumbers& prev, const Omission& omission,
-                                int bitnum, const rules::Fitbase& fitbase, Path path, int16_t oldLxnum) {
+                                int frontSize, const game_rules::PositionCentres& positionCentres, Path path,
+                                int16_t oldLongestRun) {
     const std::optional<Fit> fit = fittedLine(x);
     if (!fit) return std::nullopt;
-    DrawParams p = core(x, prev, omission, x, {bitnum / 2.0, false, false});
-    storeDecades(p, p.Qnum, path);
-    if (path == Path::Recompute) p.Lxnum = std::max(p.Lxnum, oldLxnum);
-    for (int i = 0; i < 5; ++i) p.Lcz[i] = x[i] - fitbase[i + 1];
+    DrawParams p = core(x, prev, omission, x, {frontSize / 2.0, false, false});
+    storeDecades(p, p.decadeCounts, path);
+    if (path == Path::Recompute) p.longestRun = std::max(p.longestRun, oldLongestRun);
+    for (int i = 0; i < 5; ++i) p.centreOffsets[i] = x[i] - positionCentres[i + 1];
     p.R = fit->R;
     p.a = fit->a;
     return p;
 }
 
-DrawParams back(const BackNumbers& y, const BackNumbers& prev, const Omission& omission, int bitnumHou,
-                const rules::Fitbase& fitbase, Path path, const BackRecompute& recompute) {
+DrawParams back(const BackNumbers& y, const BackNumbers& prev, const Omission& omission, int backSize,
+                const game_rules::PositionCentres& positionCentres, Path path,
+                const BackRecompute& recompute) {
     const bool again = path == Path::Recompute;
-    const CoreOptions options{again ? recompute.bitnum / 2.0 : bitnumHou / 2.0, again, true};
+    const CoreOptions options{again ? recompute.frontSize / 2.0 : backSize / 2.0, again, true};
     const DrawParams c = core(y, prev, omission, y, options);
     // fighou has no columns for the other fields: they stay 0.
     DrawParams p;
-    p.Znum = again ? i16(recompute.frontZnum + y[1]) : c.Znum;
-    p.Sumgwnum = again ? i16(recompute.frontZnum % 10) : c.Sumgwnum;
-    p.Zgnum = c.Zgnum;
-    p.Zynum = c.Zynum;
-    p.Cnum = c.Cnum;
-    p.Onum = c.Onum;
-    p.Jnum = c.Jnum;
-    p.Smlnum = c.Smlnum;
-    p.Bignum = c.Bignum;
-    p.Ltlnum = c.Ltlnum;
-    p.Mornum = c.Mornum;
-    p.Modenum = c.Modenum;
-    p.Lnum = c.Lnum;
-    p.Apzounum = c.Apzounum;
-    p.intYljz = c.intYljz;
-    p.Lcz[0] = y[0] - fitbase[6];
-    p.Lcz[1] = y[1] - fitbase[7];
+    p.sum = again ? i16(recompute.frontSum + y[1]) : c.sum;
+    p.sumLastDigit = again ? i16(recompute.frontSum % 10) : c.sumLastDigit;
+    p.lastDigitSum = c.lastDigitSum;
+    p.omissionSum = c.omissionSum;
+    p.repeatCount = c.repeatCount;
+    p.evenCount = c.evenCount;
+    p.oddCount = c.oddCount;
+    p.smallLastDigitCount = c.smallLastDigitCount;
+    p.bigLastDigitCount = c.bigLastDigitCount;
+    p.smallCount = c.smallCount;
+    p.bigCount = c.bigCount;
+    p.repeatedLastDigits = c.repeatedLastDigits;
+    p.consecutivePairs = c.consecutivePairs;
+    p.numberSpan = c.numberSpan;
+    p.omissionSpread = c.omissionSpread;
+    p.centreOffsets[0] = y[0] - positionCentres[6];
+    p.centreOffsets[1] = y[1] - positionCentres[7];
     return p;
 }
 
-void placeQuan(const FrontNumbers& x, const BackNumbers& y, QuanSlots& working) {
+void fillWorkingRow(const FrontNumbers& x, const BackNumbers& y, WorkingRow& working) {
     int j = 0;
     for (int i = 1; i <= 5; ++i) {
         const int xi = x[i - 1];
@@ -227,29 +229,29 @@ int16_t commonToBothZones(const FrontNumbers& x, const BackNumbers& y) {
 
 }  // namespace
 
-DrawParams both(const FrontNumbers& x, const BackNumbers& y, const QuanSlots& working,
-                const QuanSlots& prevWorking, const Omission& slotOmission, const Omission& spreadOmission,
-                int bitnum, Path path) {
+DrawParams both(const FrontNumbers& x, const BackNumbers& y, const WorkingRow& working,
+                const WorkingRow& prevWorking, const Omission& slotOmission, const Omission& spreadOmission,
+                int frontSize, Path path) {
     const std::span<const int> s(working.data() + 1, 7);
     const std::span<const int> prev(prevWorking.data() + 1, 7);
     const std::array<int, 7> plain{x[0], x[1], x[2], x[3], x[4], y[0], y[1]};
     const bool again = path == Path::Recompute;
     DrawParams p =
-        core(s, again ? prev : std::span<const int>{}, slotOmission, {}, {bitnum / 2.0, false, false});
+        core(s, again ? prev : std::span<const int>{}, slotOmission, {}, {frontSize / 2.0, false, false});
     // The spread is measured on the plain numbers with YlarrQuan.
-    p.intYljz = spread(plain, spreadOmission, false);
-    storeDecades(p, p.Qnum, path);
-    p.Apzounum = commonToBothZones(x, y);
+    p.omissionSpread = spread(plain, spreadOmission, false);
+    storeDecades(p, p.decadeCounts, path);
+    p.numberSpan = commonToBothZones(x, y);
     if (!again) {
-        p.Lnum = 0;
-        p.Lxnum = 0;
+        p.consecutivePairs = 0;
+        p.longestRun = 0;
     }
     // figquan has no gap, fitted line or distance columns.
-    p.Mxzounum = 0;
+    p.largestGap = 0;
     p.R = 0;
     p.a = 0;
-    p.Lcz = {};
+    p.centreOffsets = {};
     return p;
 }
 
-}  // namespace drawparams
+}  // namespace draw_params

@@ -13,7 +13,7 @@
 #include <optional>
 #include <span>
 
-namespace drawparams {
+namespace draw_params {
 
 // Which writer computes the row.
 enum class Path {
@@ -27,7 +27,7 @@ using Omission = std::array<int16_t, kNumberSlots>;
 using FrontNumbers = std::array<int, 5>;
 using BackNumbers = std::array<int, 2>;
 // The working row s1..s7 of figquan, index 0 unused.
-using QuanSlots = std::array<int, 8>;
+using WorkingRow = std::array<int, 8>;
 
 FrontNumbers frontOf(const DrawNumbers& d);
 BackNumbers backOf(const DrawNumbers& d);
@@ -61,31 +61,33 @@ std::optional<Fit> fittedLine(const FrontNumbers& x);
 // fig. `oldLxnum` is the row's stored Lxnum: the recompute path does not reset it, so a
 // longer old run survives an edit. Empty when the fitted line has no solution.
 std::optional<DrawParams> front(const FrontNumbers& x, const FrontNumbers& prev, const Omission& omission,
-                                int bitnum, const rules::Fitbase& fitbase, Path path, int16_t oldLxnum = 0);
+                                int frontSize, const game_rules::PositionCentres& positionCentres, Path path,
+                                int16_t oldLongestRun = 0);
 
 // fighou. The recompute path takes the row's new front sum and the front zone's size: its
 // Znum is front Znum + y2, its Sumgwnum front Znum mod 10, and its middle Bitnum/2.
 struct BackRecompute {
-    int16_t frontZnum = 0;
-    int bitnum = rules::kDefaultFront;
+    int16_t frontSum = 0;
+    int frontSize = game_rules::kDefaultFront;
 };
-DrawParams back(const BackNumbers& y, const BackNumbers& prev, const Omission& omission, int bitnumHou,
-                const rules::Fitbase& fitbase, Path path, const BackRecompute& recompute = {});
+DrawParams back(const BackNumbers& y, const BackNumbers& prev, const Omission& omission, int backSize,
+                const game_rules::PositionCentres& positionCentres, Path path,
+                const BackRecompute& recompute = {});
 
 // The interleave of the seven numbers into the working row: not a true merge. `working` is not
 // cleared first: the bulk import carries it from row to row, the recompute path starts at 0.
-void placeQuan(const FrontNumbers& x, const BackNumbers& y, QuanSlots& working);
+void fillWorkingRow(const FrontNumbers& x, const BackNumbers& y, WorkingRow& working);
 
 // figquan over the working row. The append path sums YlarrQuan over the slots and leaves
 // Cnum, Lnum and Lxnum 0; the recompute path sums Ylarr (the front array), counts Cnum
 // between the working rows of this row and the previous one, and fills Lnum and Lxnum.
 // `spreadOmission` is YlarrQuan in both paths (intYljz is written by the append path only).
-DrawParams both(const FrontNumbers& x, const BackNumbers& y, const QuanSlots& working,
-                const QuanSlots& prevWorking, const Omission& slotOmission, const Omission& spreadOmission,
-                int bitnum, Path path);
+DrawParams both(const FrontNumbers& x, const BackNumbers& y, const WorkingRow& working,
+                const WorkingRow& prevWorking, const Omission& slotOmission, const Omission& spreadOmission,
+                int frontSize, Path path);
 
 // Qnum2 and Qnum3 as each writer stores them: the append path puts 21.. into Qnum2 and
 // leaves Qnum3 at 0; the recompute path stores both as counted.
 void storeDecades(DrawParams& p, const std::array<int16_t, 4>& counted, Path path);
 
-}  // namespace drawparams
+}  // namespace draw_params

@@ -32,17 +32,19 @@ HistoryActionResult writeFailed(Prompter& prompter) {
 }  // namespace
 
 QString historyTextPath(const Session& s) {
-    return QDir(s.root().otherHistoryTextFolder()).filePath(s.curuser() + QStringLiteral(" 大乐透号码.TXT"));
+    return QDir(s.root().otherHistoryTextFolder())
+        .filePath(s.workspaceName() + QStringLiteral(" 大乐透号码.TXT"));
 }
 
 QString editTextPath(const Session& s) {
-    return QDir(s.root().otherHistoryTextFolder()).filePath(s.curuser() + QStringLiteral(" 五星号码.TXT"));
+    return QDir(s.root().otherHistoryTextFolder())
+        .filePath(s.workspaceName() + QStringLiteral(" 五星号码.TXT"));
 }
 
 bool writeText(const Session& s) { return history_text::writeFile(historyTextPath(s), s.history()); }
 
-QString label12(const Session& s) {
-    return history_texts::label12(static_cast<qint64>(s.history().lastIssue()) + 1);
+QString nextIssueText(const Session& s) {
+    return history_texts::nextIssueText(static_cast<qint64>(s.history().lastIssue()) + 1);
 }
 
 HistoryActionResult editText(Session& s, Prompter& prompter) {
@@ -57,10 +59,10 @@ HistoryActionResult editText(Session& s, Prompter& prompter) {
     // Writefig over what has not been written yet: nothing, so no percentage can be counted
     // and the transaction leaves every table as it was.
     HistoryState state = HistoryState::of(s);
-    SqliteTransaction tx(s.lsdb());
-    const int drawnum = state.history.drawnum();
+    SqliteTransaction tx(s.historyDb());
+    const int drawCount = state.history.drawCount();
     if (tx.active() &&
-        appendRows(s.lsdb(), HistoryView::Front, state, drawnum + 1, drawnum, ZoneShape::of(s),
+        appendRows(s.historyDb(), HistoryView::Front, state, drawCount + 1, drawCount, ZoneShape::of(s),
                    Denominator::Batch) == WriteStatus::Ok &&
         tx.commit()) {
         std::move(state).commitTo(s);
@@ -71,28 +73,29 @@ HistoryActionResult editText(Session& s, Prompter& prompter) {
 
 HistoryActionResult clearList(Session& s, Prompter& prompter) {
     if (!prompter.okCancel(history_texts::kClearTitle, history_texts::kClearText)) return {};
-    SqliteDb& db = s.lsdb();
+    SqliteDb& db = s.historyDb();
     SqliteTransaction tx(db);
     if (!tx.active() || !history_store::clearTable(db, QStringLiteral("fig")) ||
         !history_store::clearTable(db, QStringLiteral("Ylqs")) || !tx.commit())
         return writeFailed(prompter);
     DrawHistory& h = s.history();
-    h.figarr.assign(1, DrawNumbers{});
+    h.numbers.assign(1, DrawNumbers{});
     h.front.assign(1, DrawParams{});
-    s.picbuilt = false;
+    s.trendGridsBuilt = false;
     return outcome(Outcome::Done, GridAction::Clear);
 }
 
 namespace {
 
 // Ylarr[1..bitnum] from the last row of Ylqs, when there is one.
-void reloadFrontOmission(SqliteDb& db, int bitnum, NumberStats& front) {
+void reloadFrontOmission(SqliteDb& db, int frontSize, NumberStats& front) {
     QStringList cols;
-    for (int n = 1; n <= bitnum; ++n) cols << QStringLiteral("[ylqs%1]").arg(n);
+    for (int n = 1; n <= frontSize; ++n) cols << QStringLiteral("[ylqs%1]").arg(n);
     const QList<QVariantList> last = db.rows(
         QStringLiteral("SELECT %1 FROM [Ylqs] ORDER BY rowid DESC LIMIT 1").arg(cols.join(QLatin1Char(','))));
     if (last.isEmpty()) return;
-    for (int n = 1; n <= bitnum; ++n) front.omission[n] = static_cast<int16_t>(last[0].value(n - 1).toInt());
+    for (int n = 1; n <= frontSize; ++n)
+        front.omission[n] = static_cast<int16_t>(last[0].value(n - 1).toInt());
 }
 
 // Glarr and Glsum counted anew from the five numbers of every row of fig.
@@ -119,7 +122,7 @@ void dropLast(std::vector<DrawParams>& v) {
 }  // namespace
 
 HistoryActionResult deleteLast(Session& s, Prompter& prompter) {
-    SqliteDb& db = s.lsdb();
+    SqliteDb& db = s.historyDb();
     if (db.scalar(QStringLiteral("SELECT count(*) FROM [fig]")).toInt() == 0) return {};
     HistoryState state = HistoryState::of(s);
     NumberStats& front = state.stats.front;
@@ -130,24 +133,24 @@ HistoryActionResult deleteLast(Session& s, Prompter& prompter) {
             !history_store::deleteLastRow(db, viewInfo(v).omissionTable))
             return writeFailed(prompter);
     }
-    const int drawnum = db.scalar(QStringLiteral("SELECT count(*) FROM [fig]")).toInt();
-    reloadFrontOmission(db, s.bitnum(), front);
+    const int drawCount = db.scalar(QStringLiteral("SELECT count(*) FROM [fig]")).toInt();
+    reloadFrontOmission(db, s.frontSize(), front);
     if (!recountFront(db, front)) return writeFailed(prompter);
     if (front.total >= 1) {
-        recomputePercent(front, s.bitnum());
-        if (!history_store::writeFrequency(db, HistoryView::Front, front, s.bitnum()))
+        recomputePercent(front, s.frontSize());
+        if (!history_store::writeFrequency(db, HistoryView::Front, front, s.frontSize()))
             return writeFailed(prompter);
     }
     if (!tx.commit()) return writeFailed(prompter);
 
     DrawHistory& h = state.history;
-    const size_t rows = static_cast<size_t>(drawnum) + 1;
-    if (h.figarr.size() > rows) h.figarr.resize(rows);
+    const size_t rows = static_cast<size_t>(drawCount) + 1;
+    if (h.numbers.size() > rows) h.numbers.resize(rows);
     if (h.front.size() > rows) h.front.resize(rows);
     dropLast(h.back);
     dropLast(h.both);
     std::move(state).commitTo(s);
-    s.picbuilt = false;
+    s.trendGridsBuilt = false;
     writeText(s);
     return outcome(Outcome::Done, GridAction::Rebuild);
 }

@@ -22,7 +22,7 @@ QString editTextPath(const Session& s);
 bool writeText(const Session& s);
 
 // Label12: "在右输入" + next issue + " 期历史号码:".
-QString label12(const Session& s);
+QString nextIssueText(const Session& s);
 
 // mnuEdit. Done with `path` set when the file exists: the window opens it in the text editor.
 // When it is missing the player is asked whether to read the local history; the writer then

@@ -49,7 +49,7 @@ std::optional<std::vector<std::pair<int, DrawNumbers>>> readDraws(SqliteDb& db) 
         for (int i = 1; i <= 7; ++i) d[static_cast<size_t>(i)] = static_cast<int32_t>(st.int64(1 + i));
         if (!fitsArrays(d)) return std::nullopt;
         out.emplace_back(st.integer(0), d);
-        if (static_cast<int>(out.size()) > rules::kMaxDraws) return std::nullopt;
+        if (static_cast<int>(out.size()) > game_rules::kMaxDraws) return std::nullopt;
     }
     if (out.empty()) return std::nullopt;
     return out;
@@ -57,13 +57,13 @@ std::optional<std::vector<std::pair<int, DrawNumbers>>> readDraws(SqliteDb& db) 
 
 // The reduced fig of filnum.db made anew from the downloaded rows. Its fig0 is a 16-bit
 // column in the original layout, so the copy stops at the first issue that does not fit.
-bool replaceReducedFig(SqliteDb& fildb, const std::vector<std::pair<int, DrawNumbers>>& draws) {
-    fildb.exec(QStringLiteral("DROP TABLE [fig]"));
-    if (!fildb.exec(
+bool replaceReducedFig(SqliteDb& filterDb, const std::vector<std::pair<int, DrawNumbers>>& draws) {
+    filterDb.exec(QStringLiteral("DROP TABLE [fig]"));
+    if (!filterDb.exec(
             QStringLiteral("CREATE TABLE [fig]([idx] integer,[fig0] integer,[fig1] integer,[fig2] integer,"
                            "[fig3] integer,[fig4] integer,[fig5] integer,[fig6] integer,[fig7] integer)")))
         return false;
-    SqliteStatement ins(fildb,
+    SqliteStatement ins(filterDb,
                         QStringLiteral("INSERT INTO [fig]([idx],[fig0],[fig1],[fig2],[fig3],[fig4],[fig5],"
                                        "[fig6],[fig7]) VALUES (?1,?2,?3,?4,?5,?6,?7,?8,?9)"));
     if (!ins.ok()) return false;
@@ -78,7 +78,7 @@ bool replaceReducedFig(SqliteDb& fildb, const std::vector<std::pair<int, DrawNum
 
 }  // namespace
 
-const QStringList& HistoryDownload::lstUrlGames() {
+const QStringList& HistoryDownload::downloadableGames() {
     static const QStringList games = QStringLiteral(
                                          "安徽风采15选5,安徽风采25选5,安徽体育21选5,楚天风采22选5,"
                                          "福建风采20选5,福建体育22选5,广西风采21选5,"
@@ -100,7 +100,8 @@ const QStringList& HistoryDownload::lstUrlGames() {
 QString HistoryDownload::downloadedDbName() { return QStringLiteral("中国体彩大乐透.db"); }
 
 QUrl HistoryDownload::endpoint(const QString& path) const {
-    QString host = (m_host.isEmpty() ? m_session.settings().read(keys::DownloadHost) : m_host).trimmed();
+    QString host =
+        (m_host.isEmpty() ? m_session.settings().read(setting_keys::DownloadHost) : m_host).trimmed();
     if (!host.contains(QStringLiteral("://"))) host.prepend(QStringLiteral("http://"));
     QUrl url(host);
     QString base = url.path();
@@ -138,7 +139,7 @@ HistoryActionResult HistoryDownload::downloadText(const GameChooser& chooseGame)
     const QString name = chooseGame ? chooseGame() : QString();
     if (name.isEmpty()) return {};
     // Only the games of the list: the name becomes part of a path.
-    if (!lstUrlGames().contains(name)) return failed();
+    if (!downloadableGames().contains(name)) return failed();
     const std::optional<QByteArray> bytes = get(endpoint(kTextPath + name + kTextSuffix));
     if (!bytes) return failed();
     const QDir folder(m_session.root().otherHistoryTextFolder());
@@ -176,24 +177,24 @@ HistoryActionResult HistoryDownload::downloadDatabase(const HistoryProgress* pro
 
     // The downloaded draws become the history, every view computed as a whole import does.
     HistoryState state;
-    for (const auto& entry : *draws) state.history.figarr.push_back(entry.second);
-    SqliteDb& lsdb = m_session.lsdb();
-    SqliteDb& fildb = m_session.fildb();
-    SqliteTransaction lsTx(lsdb);
-    SqliteTransaction filTx(fildb);
-    if (!lsTx.active() || !filTx.active()) return failed();
-    const WriteStatus written = replaceAllViews(lsdb, state, ZoneShape::of(m_session), progress);
+    for (const auto& entry : *draws) state.history.numbers.push_back(entry.second);
+    SqliteDb& historyDb = m_session.historyDb();
+    SqliteDb& filterDb = m_session.filterDb();
+    SqliteTransaction historyTx(historyDb);
+    SqliteTransaction filterTx(filterDb);
+    if (!historyTx.active() || !filterTx.active()) return failed();
+    const WriteStatus written = replaceAllViews(historyDb, state, ZoneShape::of(m_session), progress);
     if (written == WriteStatus::Cancelled) return {};
     if (written != WriteStatus::Ok) return failed();
-    if (!replaceReducedFig(fildb, *draws)) return failed();
-    if (!lsTx.commit()) return failed();
-    filTx.commit();
+    if (!replaceReducedFig(filterDb, *draws)) return failed();
+    if (!historyTx.commit()) return failed();
+    filterTx.commit();
     QFile::remove(file);
 
     // The main window's initialisation and load, then the history text.
     m_session.loadStatistics();
     m_session.loadHistory();
-    m_session.picbuilt = false;
+    m_session.trendGridsBuilt = false;
     history_actions::writeText(m_session);
     HistoryActionResult r;
     r.outcome = Outcome::Done;

@@ -1,6 +1,6 @@
 #pragma once
 
-// History download from the service whose host is the setting keys::DownloadHost:
+// History download from the service whose host is the setting setting_keys::DownloadHost:
 // a text list of a provincial game (mnuNew, Command3) and the database of the national game
 // (mnuNewol, Command5). Both wait synchronously for the answer. Any failure shows one
 // message and leaves the history as it was.
@@ -24,7 +24,7 @@ public:
     static constexpr int kDefaultTimeoutMs = 30000;
 
     // The games of frmLstUrl, in its order.
-    static const QStringList& lstUrlGames();
+    static const QStringList& downloadableGames();
     // The file the database download writes into the workspace folder.
     static QString downloadedDbName();
 

@@ -36,12 +36,12 @@ ParseStatus parseInto(const QString& path, HistoryImport::Mode mode, DrawHistory
             if (*head <= lastIssue) continue;
         }
         // Readcount is a 16-bit counter of all rows.
-        if (history.drawnum() >= rules::kMaxDraws) return ParseStatus::Trap;
+        if (history.drawCount() >= game_rules::kMaxDraws) return ParseStatus::Trap;
         const history_text::ParsedLine parsed = history_text::parseLine(line, history.lastIssue());
         using S = history_text::ParsedLine::Status;
         if (parsed.status == S::TooFew) return ParseStatus::SevenNumbers;
         if (parsed.status != S::Ok || !fitsArrays(parsed.draw)) return ParseStatus::Trap;
-        history.figarr.push_back(parsed.draw);
+        history.numbers.push_back(parsed.draw);
     }
     return ParseStatus::Ok;
 }
@@ -74,7 +74,7 @@ HistoryActionResult HistoryImport::importFile(Mode mode, const QString& chosen,
                                               const HistoryProgress* progress) {
     if (chosen.right(3).toLower() != QLatin1String("txt")) return {};
     const QFileInfo info(chosen);
-    const QString user = m_session.curuser();
+    const QString user = m_session.workspaceName();
     const QDir dir = info.absoluteDir();
     // The chosen file is copied under a name of its own, then renamed to the workspace's copy.
     const QString byCopy = info.absoluteFilePath() + QStringLiteral(" By ") + user + QStringLiteral(".TXT");
@@ -111,7 +111,7 @@ HistoryActionResult HistoryImport::importCopy(Mode mode, const QString& copy,
     const GridAction failedGrid = mode == Mode::Whole ? GridAction::Clear : GridAction::None;
     HistoryState state = HistoryState::of(m_session);
     if (mode == Mode::Whole) state = HistoryState{};
-    const int oldcount = state.history.drawnum();
+    const int oldcount = state.history.drawCount();
     switch (parseInto(copy, mode, state.history)) {
         case ParseStatus::Ok:
             break;
@@ -127,15 +127,15 @@ HistoryActionResult HistoryImport::importCopy(Mode mode, const QString& copy,
             return trap(mode, failedGrid);
     }
     const ZoneShape shape = ZoneShape::of(m_session);
-    SqliteDb& db = m_session.lsdb();
+    SqliteDb& db = m_session.historyDb();
     SqliteTransaction tx(db);
     if (!tx.active()) return trap(mode, failedGrid);
     WriteStatus s = WriteStatus::Ok;
     if (mode == Mode::Whole) {
         s = replaceAllViews(db, state, shape, progress);
     } else {
-        const int rows = state.history.drawnum() - oldcount;
-        s = appendRows(db, HistoryView::Front, state, oldcount + 1, state.history.drawnum(), shape,
+        const int rows = state.history.drawCount() - oldcount;
+        s = appendRows(db, HistoryView::Front, state, oldcount + 1, state.history.drawCount(), shape,
                        Denominator::Batch, {progress, 0, rows});
     }
     if (s == WriteStatus::Cancelled) {
@@ -147,9 +147,9 @@ HistoryActionResult HistoryImport::importCopy(Mode mode, const QString& copy,
     if (progress) progress->step(1, 1);
     HistoryActionResult r;
     r.outcome = Outcome::Done;
-    r.rowsAdded = state.history.drawnum() - oldcount;
+    r.rowsAdded = state.history.drawCount() - oldcount;
     r.grid = mode == Mode::Whole ? GridAction::Rebuild : GridAction::None;
     std::move(state).commitTo(m_session);
-    m_session.picbuilt = false;
+    m_session.trendGridsBuilt = false;
     return r;
 }

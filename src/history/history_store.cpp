@@ -18,13 +18,13 @@ namespace {
 const QStringList& parameterColumns(HistoryView v) {
     switch (v) {
         case HistoryView::Front:
-            return draw_columns::frontColumns();
+            return draw_params_columns::frontColumns();
         case HistoryView::Back:
-            return draw_columns::backColumns();
+            return draw_params_columns::backColumns();
         case HistoryView::Both:
-            return draw_columns::bothColumns();
+            return draw_params_columns::bothColumns();
     }
-    return draw_columns::frontColumns();
+    return draw_params_columns::frontColumns();
 }
 
 bool isSingleColumn(const QString& c) {
@@ -35,7 +35,7 @@ bool isSingleColumn(const QString& c) {
 double columnValue(const DrawParams& p, const QString& column) {
     if (column.compare(QLatin1String("R"), Qt::CaseInsensitive) == 0) return storedSingle(p.R);
     if (column.compare(QLatin1String("a"), Qt::CaseInsensitive) == 0) return storedSingle(p.a);
-    return draw_columns::value(p, column).value_or(0.0);
+    return draw_params_columns::value(p, column).value_or(0.0);
 }
 
 QString bracketed(const QStringList& names) {
@@ -93,11 +93,11 @@ ViewRowWriter::~ViewRowWriter() = default;
 bool ViewRowWriter::ok() const { return m_st->draw->ok() && m_st->omission->ok(); }
 QString ViewRowWriter::error() const { return m_db.lastError(); }
 
-bool ViewRowWriter::insertDraw(int idx, qint64 fig0, const DrawNumbers& draw, const DrawParams& p) {
+bool ViewRowWriter::insertDraw(int idx, qint64 issue, const DrawNumbers& draw, const DrawParams& p) {
     SqliteStatement& st = *m_st->draw;
     int k = 1;
     st.bind(k++, static_cast<qint64>(idx));
-    st.bind(k++, fig0);
+    st.bind(k++, issue);
     for (int32_t n : numbersOf(draw, m_view)) st.bind(k++, static_cast<qint64>(n));
     for (const BoundColumn& c : m_st->columns) {
         switch (c.kind) {
@@ -105,19 +105,19 @@ bool ViewRowWriter::insertDraw(int idx, qint64 fig0, const DrawNumbers& draw, co
                 st.bind(k++, columnValue(p, c.name));
                 break;
             case BoundColumn::Kind::Double:
-                st.bind(k++, draw_columns::value(p, c.name).value_or(0.0));
+                st.bind(k++, draw_params_columns::value(p, c.name).value_or(0.0));
                 break;
             case BoundColumn::Kind::Integer:
-                st.bind(k++, static_cast<qint64>(draw_columns::value(p, c.name).value_or(0.0)));
+                st.bind(k++, static_cast<qint64>(draw_params_columns::value(p, c.name).value_or(0.0)));
                 break;
         }
     }
     return st.run();
 }
 
-bool ViewRowWriter::insertOmission(qint64 qihao, const NumberStats& stats) {
+bool ViewRowWriter::insertOmission(qint64 issue, const NumberStats& stats) {
     SqliteStatement& st = *m_st->omission;
-    st.bind(1, qihao);
+    st.bind(1, issue);
     const int range = viewInfo(m_view).omissionRange;
     for (int n = 1; n <= range; ++n) st.bind(n + 1, static_cast<qint64>(stats.omission[n]));
     return st.run();

@@ -23,9 +23,9 @@ public:
     QString error() const;
 
     // Idx, fig0, the view's numbers and every parameter column of its table.
-    bool insertDraw(int idx, qint64 fig0, const DrawNumbers& draw, const DrawParams& p);
+    bool insertDraw(int idx, qint64 issue, const DrawNumbers& draw, const DrawParams& p);
     // qihao and ylqs1..ylqs<range>.
-    bool insertOmission(qint64 qihao, const NumberStats& stats);
+    bool insertOmission(qint64 issue, const NumberStats& stats);
 
 private:
     struct Statements;

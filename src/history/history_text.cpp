@@ -131,9 +131,9 @@ bool writeFile(const QString& path, const DrawHistory& history) {
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)) return false;
     QByteArray text;
-    text.reserve(history.drawnum() * 30);
-    for (int r = 1; r <= history.drawnum(); ++r) {
-        text += formatLine(history.figarr[static_cast<size_t>(r)]).toLatin1();
+    text.reserve(history.drawCount() * 30);
+    for (int r = 1; r <= history.drawCount(); ++r) {
+        text += formatLine(history.numbers[static_cast<size_t>(r)]).toLatin1();
         text += "\r\n";
     }
     file.write(text);

@@ -92,14 +92,14 @@ inline QString downloadDbConfirm(const QString& date, qint64 first, qint64 last)
 }
 inline const QString kDownloadFailed =
     QStringLiteral("操作失败，可能您的计算机未能连上internet或者服务站点下载繁忙，或者计算机读写出错。");
-inline const QString kLstUrlCaption = QStringLiteral("历史号码系统文件列表(双击选中)");
+inline const QString kDownloadSourceCaption = QStringLiteral("历史号码系统文件列表(双击选中)");
 
 // A database write that failed: nothing was changed.
 inline const QString kWriteFailedTitle = QStringLiteral("数据库错误");
 inline const QString kWriteFailedText = QStringLiteral("历史号码未能写入数据库,历史数据保持原样,请稍后再试.");
 
 // Label12 above the entry row.
-inline QString label12(qint64 nextIssue) {
+inline QString nextIssueText(qint64 nextIssue) {
     return QStringLiteral("在右输入") + QString::number(nextIssue) + QStringLiteral(" 期历史号码:");
 }
 

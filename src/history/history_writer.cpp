@@ -11,28 +11,28 @@ void HistoryState::commitTo(Session& s) && {
     s.stats() = std::move(stats);
 }
 
-ZoneShape ZoneShape::of(const Session& s) { return {s.bitnum(), s.bitnumHou(), s.fitbase()}; }
+ZoneShape ZoneShape::of(const Session& s) { return {s.frontSize(), s.backSize(), s.positionCentres()}; }
 
 namespace {
 
-using namespace drawparams;
+using namespace draw_params;
 
 // The parameters of row r in one view by the append path. `working` is the figquan working row.
 std::optional<DrawParams> appendParams(HistoryView view, const HistoryState& state, int r,
-                                       const ZoneShape& shape, QuanSlots& working) {
-    const DrawNumbers& d = state.history.figarr[static_cast<size_t>(r)];
-    const DrawNumbers& prev = state.history.figarr[static_cast<size_t>(r - 1)];
+                                       const ZoneShape& shape, WorkingRow& working) {
+    const DrawNumbers& d = state.history.numbers[static_cast<size_t>(r)];
+    const DrawNumbers& prev = state.history.numbers[static_cast<size_t>(r - 1)];
     switch (view) {
         case HistoryView::Front:
-            return front(frontOf(d), frontOf(prev), state.stats.front.omission, shape.bitnum, shape.fitbase,
-                         Path::Append);
+            return front(frontOf(d), frontOf(prev), state.stats.front.omission, shape.frontSize,
+                         shape.positionCentres, Path::Append);
         case HistoryView::Back:
-            return back(backOf(d), backOf(prev), state.stats.back.omission, shape.bitnumHou, shape.fitbase,
-                        Path::Append);
+            return back(backOf(d), backOf(prev), state.stats.back.omission, shape.backSize,
+                        shape.positionCentres, Path::Append);
         case HistoryView::Both:
-            placeQuan(frontOf(d), backOf(d), working);
+            fillWorkingRow(frontOf(d), backOf(d), working);
             return both(frontOf(d), backOf(d), working, {}, state.stats.both.omission,
-                        state.stats.both.omission, shape.bitnum, Path::Append);
+                        state.stats.both.omission, shape.frontSize, Path::Append);
     }
     return std::nullopt;
 }
@@ -47,16 +47,16 @@ WriteStatus appendRows(SqliteDb& db, HistoryView view, HistoryState& state, int 
     if (denominator == Denominator::Batch) stats.total = 0;
     ViewRowWriter writer(db, view);
     if (!writer.ok()) return WriteStatus::DatabaseError;
-    QuanSlots working{};
+    WorkingRow working{};
     for (int r = from; r <= to; ++r) {
         if (progress.progress && (r - from) % HistoryProgress::kChunkRows == 0 &&
             !progress.progress->step(progress.before + r - from, progress.total))
             return WriteStatus::Cancelled;
         const std::optional<DrawParams> p = appendParams(view, state, r, shape, working);
         if (!p) return WriteStatus::NoFittedLine;
-        const DrawNumbers& d = state.history.figarr[static_cast<size_t>(r)];
-        const qint64 fig0 = d[0] != 0 ? d[0] : r;
-        if (!writer.insertDraw(r, fig0, d, *p)) return WriteStatus::DatabaseError;
+        const DrawNumbers& d = state.history.numbers[static_cast<size_t>(r)];
+        const qint64 storedIssue = d[0] != 0 ? d[0] : r;
+        if (!writer.insertDraw(r, storedIssue, d, *p)) return WriteStatus::DatabaseError;
         setRow(params, r, *p);
         applyDraw(stats, numbersOf(d, view), info.omissionRange);
         if (!writer.insertOmission(d[0], stats)) return WriteStatus::DatabaseError;
@@ -75,7 +75,7 @@ WriteStatus replaceAllViews(SqliteDb& db, HistoryState& state, const ZoneShape& 
             !history_store::clearTable(db, viewInfo(v).omissionTable))
             return WriteStatus::DatabaseError;
     }
-    const int rows = state.history.drawnum();
+    const int rows = state.history.drawCount();
     int before = 0;
     for (HistoryView v : kAllViews) {
         const WriteStatus s =

@@ -22,9 +22,10 @@ struct HistoryState {
 };
 
 struct ZoneShape {
-    int bitnum = rules::kDefaultFront;
-    int bitnumHou = rules::kDefaultBack;
-    rules::Fitbase fitbase = rules::fitbase(rules::kDefaultFront, rules::kDefaultBack);
+    int frontSize = game_rules::kDefaultFront;
+    int backSize = game_rules::kDefaultBack;
+    game_rules::PositionCentres positionCentres =
+        game_rules::positionCentres(game_rules::kDefaultFront, game_rules::kDefaultBack);
 
     static ZoneShape of(const Session& s);
 };

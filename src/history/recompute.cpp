@@ -8,7 +8,7 @@ namespace recompute {
 
 namespace {
 
-using namespace drawparams;
+using namespace draw_params;
 
 QStringList withNumbered(QStringList names, const QString& prefix, int from, int to) {
     for (int i = from; i <= to; ++i) names << prefix + QString::number(i);
@@ -17,16 +17,16 @@ QStringList withNumbered(QStringList names, const QString& prefix, int from, int
 
 // Copies the written columns of a recomputed row onto the row in memory; the others keep
 // their values, as they keep them in the table.
-void mergeWritten(std::vector<DrawParams>& params, int pc, const DrawParams& computed,
+void mergeWritten(std::vector<DrawParams>& params, int idx, const DrawParams& computed,
                   const QStringList& columns) {
-    if (static_cast<int>(params.size()) <= pc) params.resize(static_cast<size_t>(pc) + 1);
-    DrawParams& row = params[static_cast<size_t>(pc)];
+    if (static_cast<int>(params.size()) <= idx) params.resize(static_cast<size_t>(idx) + 1);
+    DrawParams& row = params[static_cast<size_t>(idx)];
     for (const QString& c : columns)
-        draw_columns::setValue(row, c, draw_columns::value(computed, c).value_or(0));
+        draw_params_columns::setValue(row, c, draw_params_columns::value(computed, c).value_or(0));
 }
 
-const DrawParams* storedRow(const std::vector<DrawParams>& params, int pc) {
-    return pc < static_cast<int>(params.size()) ? &params[static_cast<size_t>(pc)] : nullptr;
+const DrawParams* storedRow(const std::vector<DrawParams>& params, int idx) {
+    return idx < static_cast<int>(params.size()) ? &params[static_cast<size_t>(idx)] : nullptr;
 }
 
 template <size_t N>
@@ -64,48 +64,48 @@ const QStringList& bothColumns() {
     return c;
 }
 
-bool paracount(SqliteDb& db, HistoryState& state, int pc, const ZoneShape& shape) {
+bool updateRow(SqliteDb& db, HistoryState& state, int idx, const ZoneShape& shape) {
     DrawHistory& h = state.history;
     const DrawNumbers zero{};
     const DrawNumbers& prev =
-        pc - 1 < static_cast<int>(h.figarr.size()) ? h.figarr[static_cast<size_t>(pc - 1)] : zero;
+        idx - 1 < static_cast<int>(h.numbers.size()) ? h.numbers[static_cast<size_t>(idx - 1)] : zero;
 
     // Paracount: fig. Lxnum is not reset first, so a longer run of the old row stays.
-    if (const auto x = history_store::readNumbers(db, HistoryView::Front, pc)) {
-        const DrawParams* old = storedRow(h.front, pc);
+    if (const auto x = history_store::readNumbers(db, HistoryView::Front, idx)) {
+        const DrawParams* old = storedRow(h.front, idx);
         const std::optional<DrawParams> p =
-            front(firstNumbers<5>(*x), frontOf(prev), state.stats.front.omission, shape.bitnum, shape.fitbase,
-                  Path::Recompute, old ? old->Lxnum : 0);
+            front(firstNumbers<5>(*x), frontOf(prev), state.stats.front.omission, shape.frontSize,
+                  shape.positionCentres, Path::Recompute, old ? old->longestRun : 0);
         if (!p) return false;
-        if (!history_store::updateParams(db, HistoryView::Front, pc, *p, frontColumns())) return false;
-        mergeWritten(h.front, pc, *p, frontColumns());
+        if (!history_store::updateParams(db, HistoryView::Front, idx, *p, frontColumns())) return false;
+        mergeWritten(h.front, idx, *p, frontColumns());
     }
 
     // ParaHou: its sum starts from the row's new front sum.
-    if (const auto y = history_store::readNumbers(db, HistoryView::Back, pc)) {
-        const DrawParams* frontRow = storedRow(h.front, pc);
-        const BackRecompute again{frontRow ? frontRow->Znum : int16_t{0}, shape.bitnum};
+    if (const auto y = history_store::readNumbers(db, HistoryView::Back, idx)) {
+        const DrawParams* frontRow = storedRow(h.front, idx);
+        const BackRecompute again{frontRow ? frontRow->sum : int16_t{0}, shape.frontSize};
         const DrawParams p = back(firstNumbers<2>(*y), backOf(prev), state.stats.back.omission,
-                                  shape.bitnumHou, shape.fitbase, Path::Recompute, again);
-        if (!history_store::updateParams(db, HistoryView::Back, pc, p, backColumns())) return false;
-        mergeWritten(h.back, pc, p, backColumns());
+                                  shape.backSize, shape.positionCentres, Path::Recompute, again);
+        if (!history_store::updateParams(db, HistoryView::Back, idx, p, backColumns())) return false;
+        mergeWritten(h.back, idx, p, backColumns());
     }
 
     // ParaQuan: both rows from figquan, each placed into a working row that starts at 0.
-    if (const auto cur = history_store::readNumbers(db, HistoryView::Both, pc)) {
+    if (const auto cur = history_store::readNumbers(db, HistoryView::Both, idx)) {
         const std::vector<int> before =
-            history_store::readNumbers(db, HistoryView::Both, pc - 1).value_or(std::vector<int>{});
+            history_store::readNumbers(db, HistoryView::Both, idx - 1).value_or(std::vector<int>{});
         const FrontNumbers x = firstNumbers<5>(*cur);
         const BackNumbers y = firstNumbers<2>(*cur, 5);
-        QuanSlots working{};
-        QuanSlots previous{};
-        placeQuan(x, y, working);
-        placeQuan(firstNumbers<5>(before), firstNumbers<2>(before, 5), previous);
+        WorkingRow working{};
+        WorkingRow previous{};
+        fillWorkingRow(x, y, working);
+        fillWorkingRow(firstNumbers<5>(before), firstNumbers<2>(before, 5), previous);
         // The slots' omissions come from Ylarr, the front array.
         const DrawParams p = both(x, y, working, previous, state.stats.front.omission,
-                                  state.stats.both.omission, shape.bitnum, Path::Recompute);
-        if (!history_store::updateParams(db, HistoryView::Both, pc, p, bothColumns())) return false;
-        mergeWritten(h.both, pc, p, bothColumns());
+                                  state.stats.both.omission, shape.frontSize, Path::Recompute);
+        if (!history_store::updateParams(db, HistoryView::Both, idx, p, bothColumns())) return false;
+        mergeWritten(h.both, idx, p, bothColumns());
     }
     return true;
 }

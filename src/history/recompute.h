@@ -21,6 +21,6 @@ const QStringList& bothColumns();   // ParaQuan
 // Recomputes row `pc` of the three tables in the database and in state.history. A table
 // without that row (fighou and figquan after an append import) is passed over. False when a
 // statement fails or the front numbers admit no fitted line.
-bool paracount(SqliteDb& db, HistoryState& state, int pc, const ZoneShape& shape);
+bool updateRow(SqliteDb& db, HistoryState& state, int idx, const ZoneShape& shape);
 
 }  // namespace recompute

@@ -41,10 +41,10 @@ void ZoneBoard::removeAt(std::array<int16_t, kNumberSlots>& list, std::array<int
 
 void ZoneBoard::clearBankerOnClick(int n) {
     const auto i = static_cast<size_t>(n);
-    if (m_s.danFlag[i]) {
-        m_s.danFlag[i] = false;
-        --m_s.danCount;
-        removeAt(m_s.danList, m_s.danPos, m_s.danPos[i], m_s.danCount);
+    if (m_s.bankerFlag[i]) {
+        m_s.bankerFlag[i] = false;
+        --m_s.bankerCount;
+        removeAt(m_s.bankerList, m_s.bankerPos, m_s.bankerPos[i], m_s.bankerCount);
     }
     btn(n).colour = ButtonColour::Black;
 }
@@ -74,16 +74,17 @@ bool ZoneBoard::toggleBanker(int n) {
         --m_s.pickCount;
         removeAt(m_s.pickList, m_s.pickPos, m_s.pickPos[i], m_s.pickCount);
     }
-    m_s.danFlag[i] = !m_s.danFlag[i];
-    if (m_s.danFlag[i]) {
-        ++m_s.danCount;
-        m_s.danPos[i] = m_s.danCount;
-        if (inSlots(m_s.danCount)) m_s.danList[static_cast<size_t>(m_s.danCount)] = static_cast<int16_t>(n);
+    m_s.bankerFlag[i] = !m_s.bankerFlag[i];
+    if (m_s.bankerFlag[i]) {
+        ++m_s.bankerCount;
+        m_s.bankerPos[i] = m_s.bankerCount;
+        if (inSlots(m_s.bankerCount))
+            m_s.bankerList[static_cast<size_t>(m_s.bankerCount)] = static_cast<int16_t>(n);
         btn(n).colour = ButtonColour::Green;
         return true;
     }
-    --m_s.danCount;
-    removeAt(m_s.danList, m_s.danPos, m_s.danPos[i], m_s.danCount);
+    --m_s.bankerCount;
+    removeAt(m_s.bankerList, m_s.bankerPos, m_s.bankerPos[i], m_s.bankerCount);
     btn(n).colour = ButtonColour::Black;
     return false;
 }
@@ -106,7 +107,7 @@ void ZoneBoard::invertPicks() {
     std::vector<int16_t> scratch{0};  // positions from 1
     for (int n = 1; n <= m_size; ++n) {
         const auto i = static_cast<size_t>(n);
-        if (!m_s.pickFlag[i] && !m_s.danFlag[i]) {
+        if (!m_s.pickFlag[i] && !m_s.bankerFlag[i]) {
             scratch.push_back(static_cast<int16_t>(n));
             btn(n).pressed = true;
             btn(n).colour = ButtonColour::Red;
@@ -115,10 +116,10 @@ void ZoneBoard::invertPicks() {
             btn(n).colour = ButtonColour::Black;
         }
         m_s.pickFlag[i] = !m_s.pickFlag[i];
-        if (m_s.danFlag[i]) btn(n).colour = ButtonColour::Green;
+        if (m_s.bankerFlag[i]) btn(n).colour = ButtonColour::Green;
     }
     // May be negative after 全选 with bankers; the loop then runs no round.
-    m_s.pickCount = static_cast<int16_t>(m_size - m_s.pickCount - m_s.danCount);
+    m_s.pickCount = static_cast<int16_t>(m_size - m_s.pickCount - m_s.bankerCount);
     for (int k = 1; k <= m_s.pickCount && k < static_cast<int>(scratch.size()); ++k) {
         const int16_t n = scratch[static_cast<size_t>(k)];
         m_s.pickList[static_cast<size_t>(k)] = n;
@@ -129,14 +130,14 @@ void ZoneBoard::invertPicks() {
 void ZoneBoard::reselect() {
     for (int n = 1; n < kSlots; ++n) {
         const auto i = static_cast<size_t>(n);
-        m_s.danFlag[i] = false;
+        m_s.bankerFlag[i] = false;
         m_s.pickFlag[i] = false;
         m_s.pickPos[i] = 0;
         btn(n).pressed = false;
         btn(n).colour = ButtonColour::Black;
     }
     m_s.pickCount = 0;
-    m_s.danCount = 0;
+    m_s.bankerCount = 0;
     setSize(m_size);
 }
 
@@ -151,7 +152,7 @@ void ZoneBoard::sortPicks() {
 
 // ---- NumberBoard ----
 
-NumberBoard::NumberBoard(BoardState& state, int16_t bitnum, int16_t bitnumHou, BoardEvents* events)
+NumberBoard::NumberBoard(BoardState& state, int16_t frontSize, int16_t backSize, BoardEvents* events)
     : m_state(state),
       m_events(events ? events : &m_noEvents),
       m_front(ZoneOptions::of(Zone::Front), state.front),
@@ -160,28 +161,28 @@ NumberBoard::NumberBoard(BoardState& state, int16_t bitnum, int16_t bitnumHou, B
         const ZoneOptions& o = z->options();
         z->state().spinCount = o.picks;
         for (int k = 0; k < 17; ++k) {
-            z->danxuan.enabled[static_cast<size_t>(k)] = kDesignEnabled;
-            z->dtuo.enabled[static_cast<size_t>(k)] = kDesignEnabled;
+            z->multiMenu.enabled[static_cast<size_t>(k)] = kDesignEnabled;
+            z->bankerMenu.enabled[static_cast<size_t>(k)] = kDesignEnabled;
         }
-        z->danxuan.checked[static_cast<size_t>(o.danxuanFirst)] = true;
+        z->multiMenu.checked[static_cast<size_t>(o.multiMenuFirst)] = true;
     }
-    setSizes(bitnum, bitnumHou);
+    setSizes(frontSize, backSize);
 }
 
-void NumberBoard::setSizes(int16_t bitnum, int16_t bitnumHou) {
-    m_front.setSize(bitnum);
-    m_back.setSize(bitnumHou);
+void NumberBoard::setSizes(int16_t frontSize, int16_t backSize) {
+    m_front.setSize(frontSize);
+    m_back.setSize(backSize);
 }
 
 void NumberBoard::applyStartRule() {
     const bool ready = m_state.front.readyFlag && m_state.back.readyFlag;
-    comSta = ready;
-    meuSta = ready;
+    startButton = ready;
+    startMenuItem = ready;
 }
 
-void NumberBoard::setDantuoModes() {
-    m_state.front.dantuoMode = m_state.front.danCount != 0;
-    m_state.back.dantuoMode = m_state.back.danCount != 0;
+void NumberBoard::setBankerModes() {
+    m_state.front.bankerMode = m_state.front.bankerCount != 0;
+    m_state.back.bankerMode = m_state.back.bankerCount != 0;
 }
 
 void NumberBoard::applyCountRule(int first, int third) {
@@ -190,7 +191,7 @@ void NumberBoard::applyCountRule(int first, int third) {
     const int fp = m_front.options().picks, bp = m_back.options().picks;
     // Only picks that make more than one ticket change the status bar.
     if ((b < bp || f <= fp) && (b <= bp || f < fp)) return;
-    zhushu(first, fp - m_state.front.danCount, third, bp - m_state.back.danCount);
+    updateTicketCount(first, fp - m_state.front.bankerCount, third, bp - m_state.back.bankerCount);
 }
 
 int32_t NumberBoard::ticketCount(int n1, int k1, int n2, int k2) {
@@ -207,11 +208,11 @@ int32_t NumberBoard::ticketCount(int n1, int k1, int n2, int k2) {
     return count;
 }
 
-int32_t NumberBoard::zhushu(int n1, int k1, int n2, int k2) {
+int32_t NumberBoard::updateTicketCount(int n1, int k1, int n2, int k2) {
     const int32_t count = ticketCount(n1, k1, n2, k2);
     m_state.ticketCount = count;
     const auto zoneText = [](const ZoneBoard& z, int n, int k) {
-        if (z.state().danCount == 0) return QString::number(n) + QStringLiteral("码");
+        if (z.state().bankerCount == 0) return QString::number(n) + QStringLiteral("码");
         return QString::number(n) + QStringLiteral("拖") + QString::number(z.options().picks - k) + QStringLiteral("胆");
     };
     statusText = QStringLiteral("前区：") + zoneText(m_front, n1, k1) + QStringLiteral(" 后区：") +
@@ -223,7 +224,7 @@ void NumberBoard::afterPickChange(Zone z, bool applyStart, bool ownCountQuirk) {
     ZoneBoard& zb = zone(z);
     zb.applyReadyRule();
     if (applyStart) applyStartRule();
-    setDantuoModes();
+    setBankerModes();
     if (ownCountQuirk) applyCountRule(zb.state().pickCount, zb.state().pickCount);
     else applyCountRule(m_state.front.pickCount, m_state.back.pickCount);
 }
@@ -235,17 +236,17 @@ void NumberBoard::leftClick(Zone z, int n) {
     zb.clearBankerOnClick(n);
     zb.togglePick(n);
     afterPickChange(z, zb.options().leftClickAppliesStartRule, false);
-    if (zb.state().danCount != 0) dantuomnu(z);
+    if (zb.state().bankerCount != 0) syncSpinMenus(z);
 }
 
-void NumberBoard::cmdClk(Zone z, int n) {
+void NumberBoard::programClick(Zone z, int n) {
     ZoneBoard& zb = zone(z);
     if (n < 1 || n > zb.size()) return;
     zb.state().activeNum = static_cast<int16_t>(n);
     zb.clearBankerOnClick(n);
     zb.togglePick(n);
-    afterPickChange(z, true, zb.options().ownCountForBothInZhushu);
-    if (zb.state().danCount != 0) dantuomnu(z);
+    afterPickChange(z, true, zb.options().ownCountForBothInTicketCount);
+    if (zb.state().bankerCount != 0) syncSpinMenus(z);
 }
 
 bool NumberBoard::rightClick(Zone z, int n) {
@@ -255,13 +256,13 @@ bool NumberBoard::rightClick(Zone z, int n) {
     return true;
 }
 
-void NumberBoard::mnuDan(Zone z) {
+void NumberBoard::toggleBanker(Zone z) {
     ZoneBoard& zb = zone(z);
     const int n = zb.state().activeNum;
     if (n < 1 || n > zb.size()) return;
     if (zb.toggleBanker(n)) {
-        comSta = true;
-        meuSta = true;
+        startButton = true;
+        startMenuItem = true;
     }
     afterPickChange(z, true, false);
 }
@@ -278,21 +279,22 @@ void NumberBoard::invert(Zone z) {
     ZoneBoard& zb = zone(z);
     m_events->stopSpinTimers();
     zb.invertPicks();
-    afterPickChange(z, true, zb.options().ownCountForBothInZhushu);
+    afterPickChange(z, true, zb.options().ownCountForBothInTicketCount);
 }
 
 void NumberBoard::reselect(Zone z) {
     ZoneBoard& zb = zone(z);
     m_events->stopSpinTimers();
     zb.reselect();
-    comSta = meuSta = comRst = meuRst = false;
+    startButton = startMenuItem = resetButton = resetMenuItem = false;
     if (zb.options().reselectResetsSpinMenus) {
-        meuRt = false;
+        wheelEntries = false;
         m_state.front.spinCount = m_front.options().picks;
         m_state.back.spinCount = m_back.options().picks;
         const ZoneOptions& o = m_front.options();
-        for (int k = o.danxuanFirst; k <= o.danxuanLast; ++k) m_front.danxuan.checked[static_cast<size_t>(k)] = false;
-        m_front.danxuan.checked[static_cast<size_t>(m_state.front.spinCount)] = true;
+        for (int k = o.multiMenuFirst; k <= o.multiMenuLast; ++k)
+            m_front.multiMenu.checked[static_cast<size_t>(k)] = false;
+        m_front.multiMenu.checked[static_cast<size_t>(m_state.front.spinCount)] = true;
     }
     statusText.clear();
 }
@@ -300,76 +302,79 @@ void NumberBoard::reselect(Zone z) {
 void NumberBoard::openModeMenu() {
     const ZoneBoardState& f = m_state.front;
     const ZoneBoardState& b = m_state.back;
-    modeMenu.mnuDantuo = modeMenu.mnuDtxj = f.danCount > 0;
-    m_state.front.dantuoMode = f.danCount > 0;
-    modeMenu.mnuDantuoHou = b.danCount > 0;
-    m_state.back.dantuoMode = b.danCount > 0;
-    if (f.danCount == 0 || b.danCount == 0) {
-        modeMenu.meuAgn = f.pickCount >= 6;
-        modeMenu.meuAgnHou = b.pickCount >= 3;
+    modeMenu.frontBankerSpin = modeMenu.bankerWheel = f.bankerCount > 0;
+    m_state.front.bankerMode = f.bankerCount > 0;
+    modeMenu.backBankerSpin = b.bankerCount > 0;
+    m_state.back.bankerMode = b.bankerCount > 0;
+    if (f.bankerCount == 0 || b.bankerCount == 0) {
+        modeMenu.frontMultiSpin = f.pickCount >= 6;
+        modeMenu.backMultiSpin = b.pickCount >= 3;
     }
-    const int backTotal = b.pickCount + b.danCount;
-    const int frontTotal = f.pickCount + f.danCount;
-    modeMenu.mnuLst = backTotal >= 2 && f.pickCount >= 6;
-    modeMenu.mnuDtlst = backTotal >= 2 && frontTotal >= 6 && f.danCount >= 1;
-    modeMenu.mnu8Lst = f.pickCount >= 7 && b.pickCount >= 2;
-    modeMenu.mnuDt8lst = backTotal >= 2 && frontTotal >= 7 && f.danCount >= 1;
+    const int backTotal = b.pickCount + b.bankerCount;
+    const int frontTotal = f.pickCount + f.bankerCount;
+    modeMenu.multiExpansion = backTotal >= 2 && f.pickCount >= 6;
+    modeMenu.bankerExpansion = backTotal >= 2 && frontTotal >= 6 && f.bankerCount >= 1;
+    modeMenu.sixFrontMultiExpansion = f.pickCount >= 7 && b.pickCount >= 2;
+    modeMenu.sixFrontBankerExpansion = backTotal >= 2 && frontTotal >= 7 && f.bankerCount >= 1;
 }
 
-void NumberBoard::dantuomnu(Zone z) {
+void NumberBoard::syncSpinMenus(Zone z) {
     ZoneBoard& zb = zone(z);
     const ZoneOptions& o = zb.options();
     ZoneBoardState& s = zb.state();
-    for (int k = o.danxuanFirst; k <= o.danxuanLast; ++k) zb.danxuan.enabled[static_cast<size_t>(k)] = false;
-    if (s.pickCount >= o.danxuanFirst)
-        for (int k = o.danxuanFirst; k <= std::min<int>(s.pickCount, o.danxuanLast); ++k)
-            zb.danxuan.enabled[static_cast<size_t>(k)] = true;
+    for (int k = o.multiMenuFirst; k <= o.multiMenuLast; ++k)
+        zb.multiMenu.enabled[static_cast<size_t>(k)] = false;
+    if (s.pickCount >= o.multiMenuFirst)
+        for (int k = o.multiMenuFirst; k <= std::min<int>(s.pickCount, o.multiMenuLast); ++k)
+            zb.multiMenu.enabled[static_cast<size_t>(k)] = true;
     if (s.pickCount == 0) return;
-    if (s.danCount == 0) {
+    if (s.bankerCount == 0) {
         if (s.spinCount == 0) s.spinCount = o.picks;
         m_events->reloadSpinThreshold(z, false);
         return;
     }
-    s.spinCount = static_cast<int16_t>(o.picks - s.danCount);
+    s.spinCount = static_cast<int16_t>(o.picks - s.bankerCount);
     m_events->reloadSpinThreshold(z, true);
     // The entries from picks - DanCount to PickCount remain; the last entry is never touched.
-    const int last = o.dtuoLast - 1;
-    for (int k = 1; k <= last; ++k) zb.dtuo.enabled[static_cast<size_t>(k)] = true;
-    for (int k = 1; k <= o.picks - 1 - s.danCount; ++k) zb.dtuo.enabled[static_cast<size_t>(k)] = false;
-    for (int k = std::max(1, s.pickCount + 1); k <= last; ++k) zb.dtuo.enabled[static_cast<size_t>(k)] = false;
-    if (s.spinCount > 0) chooseDtuo(z, s.spinCount);
+    const int last = o.bankerMenuLast - 1;
+    for (int k = 1; k <= last; ++k) zb.bankerMenu.enabled[static_cast<size_t>(k)] = true;
+    for (int k = 1; k <= o.picks - 1 - s.bankerCount; ++k)
+        zb.bankerMenu.enabled[static_cast<size_t>(k)] = false;
+    for (int k = std::max(1, s.pickCount + 1); k <= last; ++k)
+        zb.bankerMenu.enabled[static_cast<size_t>(k)] = false;
+    if (s.spinCount > 0) chooseBankerEntry(z, s.spinCount);
 }
 
-void NumberBoard::chooseDanxuan(Zone z, int k) { chooseMode(z, k, false); }
-void NumberBoard::chooseDtuo(Zone z, int k) { chooseMode(z, k, true); }
+void NumberBoard::chooseMultiEntry(Zone z, int k) { chooseMode(z, k, false); }
+void NumberBoard::chooseBankerEntry(Zone z, int k) { chooseMode(z, k, true); }
 
-void NumberBoard::chooseMode(Zone z, int k, bool fromDtuo) {
+void NumberBoard::chooseMode(Zone z, int k, bool fromBankerMenu) {
     ZoneBoard& zb = zone(z);
     const ZoneOptions& o = zb.options();
     ZoneBoardState& s = zb.state();
-    IndexedMenu& menu = fromDtuo ? zb.dtuo : zb.danxuan;
-    const int first = fromDtuo ? 1 : o.danxuanFirst;
-    const int last = fromDtuo ? o.dtuoLast : o.danxuanLast;
+    IndexedMenu& menu = fromBankerMenu ? zb.bankerMenu : zb.multiMenu;
+    const int first = fromBankerMenu ? 1 : o.multiMenuFirst;
+    const int last = fromBankerMenu ? o.bankerMenuLast : o.multiMenuLast;
     if (k < first || k > last) return;
 
     s.chosenCount = static_cast<int16_t>(k);
-    comSta = meuSta = comRst = meuRst = true;
-    meuAgarr = false;
+    startButton = startMenuItem = resetButton = resetMenuItem = true;
+    predictionExpansion = false;
     m_events->clearSpinState();
     for (int i = first; i <= last; ++i) menu.checked[static_cast<size_t>(i)] = false;
     menu.checked[static_cast<size_t>(k)] = true;
     s.spinCount = static_cast<int16_t>(k);
-    if (o.danxuanShowsSpinLabels) m_events->showBackSpinLabels(k);
+    if (o.multiMenuShowsSpinLabels) m_events->showBackSpinLabels(k);
     m_events->stopSpinTimers();
     if (s.pickCount > k) {
         // The spin is to run.
-        comSta = meuSta = comRst = meuRst = true;
-        comSpd = meuSup = false;
+        startButton = startMenuItem = resetButton = resetMenuItem = true;
+        pauseButton = pauseMenuItem = false;
     } else {
         // The picks are no more than k: they are the prediction.
-        comSta = comRst = comSpd = meuSta = meuRst = meuSup = false;
+        startButton = resetButton = pauseButton = startMenuItem = resetMenuItem = pauseMenuItem = false;
         for (int i = 0; i < k; ++i) s.predictList[static_cast<size_t>(i)] = s.pickList[static_cast<size_t>(i + 1)];
-        if (!fromDtuo) {
+        if (!fromBankerMenu) {
             m_state.fromSpin = true;
             m_events->openFilterFromPrediction();
         }
@@ -379,19 +384,21 @@ void NumberBoard::chooseMode(Zone z, int k, bool fromDtuo) {
 
 void NumberBoard::prepareList(ListCommand command) {
     switch (command) {
-        case ListCommand::MnuLst:
-        case ListCommand::MnuDtlst:
+        case ListCommand::MultiExpansion:
+        case ListCommand::BankerExpansion:
             m_state.front.spinCount = m_state.front.pickCount;
             m_state.back.spinCount = m_state.back.pickCount;
             m_front.sortPicks();
             m_back.sortPicks();
-            if (command == ListCommand::MnuLst) m_state.fromSpin = false;
+            if (command == ListCommand::MultiExpansion) m_state.fromSpin = false;
             return;
-        case ListCommand::Mnu8Lst:
-        case ListCommand::MnuDt8lst:
+        case ListCommand::SixFrontMultiExpansion:
+        case ListCommand::SixFrontBankerExpansion:
             m_state.front.spinCount = m_state.front.pickCount;
             m_front.sortPicks();
             return;
-        case ListCommand::MeuAgarr: m_state.fromSpin = true; return;
+        case ListCommand::PredictionExpansion:
+            m_state.fromSpin = true;
+            return;
     }
 }

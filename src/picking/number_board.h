@@ -19,18 +19,18 @@ enum class Zone { Front, Back };
 struct ZoneOptions {
     Zone zone;
     int16_t picks;          // numbers of a ticket in the zone: 5 and 2
-    int16_t danxuanFirst;   // meuDanxuan(5..16), meuDanxuanHou(2..8)
-    int16_t danxuanLast;
-    int16_t dtuoLast;       // mnuDtuo(1..16), mnuDtuoHou(1..8); the last entry is never touched
+    int16_t multiMenuFirst;  // meuDanxuan(5..16), meuDanxuanHou(2..8)
+    int16_t multiMenuLast;
+    int16_t bankerMenuLast;  // mnuDtuo(1..16), mnuDtuoHou(1..8); the last entry is never touched
     // A left click on a number applies the start rule (back yes, front no: deliberate).
     bool leftClickAppliesStartRule;
     // 反选 and the program click pass this zone's PickCount as both first and third argument
     // of Zhushu (back only).
-    bool ownCountForBothInZhushu;
+    bool ownCountForBothInTicketCount;
     // 重选 also resets the spin menus: meuRt, both SpinCounts, meuDanxuan's checks (front only).
     bool reselectResetsSpinMenus;
     // meuDanxuanHou hides the back spin labels (back only).
-    bool danxuanShowsSpinLabels;
+    bool multiMenuShowsSpinLabels;
 
     static const ZoneOptions& of(Zone zone);
 };
@@ -64,14 +64,14 @@ public:
     const NumberButton& button(int n) const { return m_buttons[static_cast<size_t>(n)]; }
     // Label5/Label10 and Label19/Label11: the counts beside "拖" and "胆".
     int16_t pickLabel() const { return m_s.pickCount; }
-    int16_t danLabel() const { return m_s.danCount; }
+    int16_t bankerLabel() const { return m_s.bankerCount; }
     bool invertEnabled = false;  // Command42 / Command6
-    IndexedMenu danxuan;         // meuDanxuan / meuDanxuanHou
-    IndexedMenu dtuo;            // mnuDtuo / mnuDtuoHou
+    IndexedMenu multiMenu;       // meuDanxuan / meuDanxuanHou
+    IndexedMenu bankerMenu;      // mnuDtuo / mnuDtuoHou
 
-    int16_t totalCount() const { return static_cast<int16_t>(m_s.pickCount + m_s.danCount); }
+    int16_t totalCount() const { return static_cast<int16_t>(m_s.pickCount + m_s.bankerCount); }
     // Ready rule: picks + bankers exceed the ticket's numbers and bankers are fewer.
-    void applyReadyRule() { m_s.readyFlag = totalCount() > m_opt.picks && m_s.danCount < m_opt.picks; }
+    void applyReadyRule() { m_s.readyFlag = totalCount() > m_opt.picks && m_s.bankerCount < m_opt.picks; }
 
     // The state changes of one number (steps 2 to 4 of the left click and of mnuDan).
     void clearBankerOnClick(int n);
@@ -109,27 +109,33 @@ public:
 };
 
 // The commands that hand the picks on to an expansion.
-enum class ListCommand { MnuLst, MnuDtlst, Mnu8Lst, MnuDt8lst, MeuAgarr };
+enum class ListCommand {
+    MultiExpansion,
+    BankerExpansion,
+    SixFrontMultiExpansion,
+    SixFrontBankerExpansion,
+    PredictionExpansion
+};
 
 class NumberBoard {
 public:
-    NumberBoard(BoardState& state, int16_t bitnum, int16_t bitnumHou, BoardEvents* events = nullptr);
+    NumberBoard(BoardState& state, int16_t frontSize, int16_t backSize, BoardEvents* events = nullptr);
 
     ZoneBoard& zone(Zone z) { return z == Zone::Front ? m_front : m_back; }
     const ZoneBoard& zone(Zone z) const { return z == Zone::Front ? m_front : m_back; }
     BoardState& state() { return m_state; }
 
     // The zone sizes (the buttons above them are hidden).
-    void setSizes(int16_t bitnum, int16_t bitnumHou);
+    void setSizes(int16_t frontSize, int16_t backSize);
 
     // Mouse on a number button: the left button picks, the right one only makes n the target of
     // the pop-up menu mnuDt / mnuDtHou (returns true: pop it up).
     void leftClick(Zone z, int n);
     bool rightClick(Zone z, int n);
     // cmdClk / cmdClkHou: the left click by program.
-    void cmdClk(Zone z, int n);
+    void programClick(Zone z, int n);
     // mnuDan / mnuDanHou on ActiveNum.
-    void mnuDan(Zone z);
+    void toggleBanker(Zone z);
     // 全选 (Command41 / Command7), 反选 (Command42 / Command6), 重选 (Command45 / Command8).
     void selectAll(Zone z);
     void invert(Zone z);
@@ -138,38 +144,39 @@ public:
     // The menu 组号方式 opens (mnuSl).
     void openModeMenu();
     // Dantuomnu / DantuomnuHou.
-    void dantuomnu(Zone z);
+    void syncSpinMenus(Zone z);
     // meuDanxuan(k) / meuDanxuanHou(k) and mnuDtuo(k) / mnuDtuoHou(k).
-    void chooseDanxuan(Zone z, int k);
-    void chooseDtuo(Zone z, int k);
+    void chooseMultiEntry(Zone z, int k);
+    void chooseBankerEntry(Zone z, int k);
 
     // What mnuLst, mnuDtlst, mnu8Lst, mnuDt8lst and meuAgarr do before their window opens:
     // the spin counts, the sorts, FromSpin.
     void prepareList(ListCommand command);
 
     // Zhushu: C(n1, k1) * C(n2, k2) in 32-bit steps; sets TicketCount and the status text.
-    int32_t zhushu(int n1, int k1, int n2, int k2);
+    int32_t updateTicketCount(int n1, int k1, int n2, int k2);
     static int32_t ticketCount(int n1, int k1, int n2, int k2);
 
     // Window-facing state.
     QString statusText;  // StatusBar1 panel 3
-    bool comSta = false, meuSta = false;  // start
-    bool comRst = false, meuRst = false;  // reset of the spin
-    bool comSpd = false, meuSup = false;  // speed of the spin
-    bool meuAgarr = true;
-    bool meuRt = true;  // the wheel entries (all of them)
+    bool startButton = false, startMenuItem = false;  // start
+    bool resetButton = false, resetMenuItem = false;  // reset of the spin
+    bool pauseButton = false, pauseMenuItem = false;  // speed of the spin
+    bool predictionExpansion = true;
+    bool wheelEntries = true;  // the wheel entries (all of them)
     struct ModeMenu {
-        bool mnuDantuo = false, mnuDtxj = false, mnuDantuoHou = false;
-        bool meuAgn = false, meuAgnHou = false;
-        bool mnuLst = false, mnuDtlst = false, mnu8Lst = false, mnuDt8lst = false;
+        bool frontBankerSpin = false, bankerWheel = false, backBankerSpin = false;
+        bool frontMultiSpin = false, backMultiSpin = false;
+        bool multiExpansion = false, bankerExpansion = false, sixFrontMultiExpansion = false,
+             sixFrontBankerExpansion = false;
     } modeMenu;
 
 private:
     void afterPickChange(Zone z, bool applyStartRule, bool ownCountQuirk);
     void applyStartRule();
     void applyCountRule(int first, int third);
-    void setDantuoModes();
-    void chooseMode(Zone z, int k, bool fromDtuo);
+    void setBankerModes();
+    void chooseMode(Zone z, int k, bool fromBankerMenu);
 
     BoardState& m_state;
     BoardEvents m_noEvents;

@@ -1,7 +1,7 @@
 #include "prize/prize_check.h"
 
-#include "filter/candidate_kernels.h"
-#include "filter/kernel_executor.h"
+#include "engine/candidate_kernels.h"
+#include "engine/kernel_executor.h"
 
 #include <algorithm>
 #include <bit>
@@ -11,8 +11,8 @@
 
 CheckDraw CheckDraw::newest(const DrawHistory& history) {
     CheckDraw d;
-    if (history.drawnum() < 1) return d;
-    const DrawNumbers& last = history.figarr.back();
+    if (history.drawCount() < 1) return d;
+    const DrawNumbers& last = history.numbers.back();
     d.issue = last[0];
     for (size_t i = 0; i < d.numbers.size(); ++i) d.numbers[i] = last[i + 1];
     return d;
@@ -58,19 +58,20 @@ inline uint8_t matches(uint8_t x, const std::array<uint8_t, kDraw>& draw) {
 }
 
 inline uint8_t codeOf(unsigned front, unsigned back) {
-    return static_cast<uint8_t>(std::min(front, unsigned{prize::kFrontMax}) * PrizeCheck::kBackHitsSpan +
-                                std::min(back, unsigned{prize::kBackMax}));
+    return static_cast<uint8_t>(std::min(front, unsigned{prize_rules::kFrontMax}) *
+                                    PrizeCheck::kBackHitsSpan +
+                                std::min(back, unsigned{prize_rules::kBackMax}));
 }
 
 // Writes the hit codes of rows [b, b + n) to out.
 template <int kFrontFigs, bool kBack>
 void codeBlock(const KernelInput& in, uint64_t b, uint64_t n, uint8_t* out) {
-    std::array<Bytes16, prize::kFrontMax> fd;
-    std::array<Bytes16, prize::kBackMax> bd;
+    std::array<Bytes16, prize_rules::kFrontMax> fd;
+    std::array<Bytes16, prize_rules::kBackMax> bd;
     for (size_t d = 0; d < fd.size(); ++d) fd[d] = Bytes16{} + in.frontDraw[d];
     for (size_t d = 0; d < bd.size(); ++d) bd[d] = Bytes16{} + in.backDraw[d];
-    const Bytes16 frontMax = Bytes16{} + static_cast<uint8_t>(prize::kFrontMax);
-    const Bytes16 backMax = Bytes16{} + static_cast<uint8_t>(prize::kBackMax);
+    const Bytes16 frontMax = Bytes16{} + static_cast<uint8_t>(prize_rules::kFrontMax);
+    const Bytes16 backMax = Bytes16{} + static_cast<uint8_t>(prize_rules::kBackMax);
     uint64_t i = 0;
     for (; i + kLanes <= n; i += kLanes) {
         const uint64_t r = b + i;
@@ -114,7 +115,7 @@ void tallyBlock(const KernelInput& in, uint64_t b, uint64_t n, const uint8_t* co
     for (; i + kLanes <= n; i += kLanes) {
         const uint64_t r = b + i;
         const auto bits =
-            static_cast<uint16_t>(in.unslt[r / BitVector::kWordBits] >> (r % BitVector::kWordBits));
+            static_cast<uint16_t>(in.filteredOut[r / BitVector::kWordBits] >> (r % BitVector::kWordBits));
         const std::array<uint64_t, 2> offsets{kThrownOffsets[bits & 0xFF], kThrownOffsets[bits >> 8]};
         Bytes16 thrown;
         std::memcpy(&thrown, offsets.data(), sizeof thrown);
@@ -123,7 +124,7 @@ void tallyBlock(const KernelInput& in, uint64_t b, uint64_t n, const uint8_t* co
     }
     for (; i < n; ++i) {
         const uint64_t r = b + i;
-        const bool thrown = (in.unslt[r / BitVector::kWordBits] >> (r % BitVector::kWordBits)) & 1u;
+        const bool thrown = (in.filteredOut[r / BitVector::kWordBits] >> (r % BitVector::kWordBits)) & 1u;
         slot[i] = static_cast<uint8_t>(codes[i] + (thrown ? PrizeCheck::kCodes : 0));
     }
     i = 0;
@@ -164,7 +165,7 @@ void checkSlice(const KernelInput& in, uint64_t begin, uint64_t end, CodeCounts&
 PrizeCheck PrizeCheck::run(const CandidateTable& table, const CheckDraw& draw, const PrizeRules& rules,
                            EngineProgress* progress) {
     PrizeCheck c;
-    c.m_zones = table.kind() == CandidateTable::Kind::Zuhef ? Zones::FrontOnly : Zones::FrontAndBack;
+    c.m_zones = table.kind() == CandidateTable::Kind::SixNumbers ? Zones::FrontOnly : Zones::FrontAndBack;
     c.m_rules = rules;
     c.m_rows = table.rowCount();
     const bool backToo = c.m_zones == Zones::FrontAndBack;
@@ -181,21 +182,21 @@ PrizeCheck PrizeCheck::run(const CandidateTable& table, const CheckDraw& draw, c
         return static_cast<uint8_t>(v > 0 && v < 256 ? v : 0);
     };
     for (size_t i = 0; i < in.frontDraw.size(); ++i) in.frontDraw[i] = drawByte(i);
-    for (size_t i = 0; i < in.backDraw.size(); ++i) in.backDraw[i] = drawByte(prize::kFrontMax + i);
-    for (int k = 1; k <= (backToo ? prize::kFrontMax : table.figCount()); ++k)
-        in.front[static_cast<size_t>(k - 1)] = table.fig(k).data();
+    for (size_t i = 0; i < in.backDraw.size(); ++i) in.backDraw[i] = drawByte(prize_rules::kFrontMax + i);
+    for (int k = 1; k <= (backToo ? prize_rules::kFrontMax : table.numberCount()); ++k)
+        in.front[static_cast<size_t>(k - 1)] = table.numberColumn(k).data();
     if (backToo) {
-        in.back[0] = table.fig(6).data();
-        in.back[1] = table.fig(7).data();
+        in.back[0] = table.numberColumn(6).data();
+        in.back[1] = table.numberColumn(7).data();
     }
-    in.unslt = table.unslt().words();
+    in.filteredOut = table.filteredOut().words();
 
     std::mutex merge;
     // A cancel leaves the counts of the chunks done.
     KernelExecutor::shared().forEachChunk(c.m_rows, progress, [&](uint64_t begin, uint64_t end) {
         CodeCounts counts{};
         if (backToo)
-            checkSlice<prize::kFrontMax, true>(in, begin, end, counts);
+            checkSlice<prize_rules::kFrontMax, true>(in, begin, end, counts);
         else
             checkSlice<6, false>(in, begin, end, counts);
         std::lock_guard lock(merge);
@@ -219,18 +220,18 @@ uint8_t PrizeCheck::code(uint64_t row) const {
 
 void PrizeCheck::codes(uint64_t begin, uint64_t n, uint8_t* out) const {
     if (m_zones == Zones::FrontAndBack)
-        codeBlock<prize::kFrontMax, true>(m_source, begin, n, out);
+        codeBlock<prize_rules::kFrontMax, true>(m_source, begin, n, out);
     else
         codeBlock<6, false>(m_source, begin, n, out);
 }
 
-std::optional<QString> PrizeCheck::jiang(uint64_t row) const {
+std::optional<QString> PrizeCheck::prizeLevel(uint64_t row) const {
     const int s = slot(row);
     if (s == 0) return std::nullopt;
     return m_rules.slot(s).rank;
 }
 
-std::optional<int32_t> PrizeCheck::jing(uint64_t row) const {
+std::optional<int32_t> PrizeCheck::prizeAmount(uint64_t row) const {
     const int s = slot(row);
     if (s == 0) return std::nullopt;
     return m_rules.slot(s).money;
@@ -238,7 +239,7 @@ std::optional<int32_t> PrizeCheck::jing(uint64_t row) const {
 
 uint64_t PrizeCheck::countOfLevel(bool thrown, const QString& name) const {
     uint64_t n = 0;
-    for (int s = 1; s <= prize::kSlots; ++s)
+    for (int s = 1; s <= prize_rules::kSlots; ++s)
         if (m_rules.slot(s).rank == name) n += countInSlot(thrown, s);
     return n;
 }
@@ -246,7 +247,7 @@ uint64_t PrizeCheck::countOfLevel(bool thrown, const QString& name) const {
 std::optional<int64_t> PrizeCheck::keptPrizeSum() const {
     bool any = false;
     int64_t sum = 0;
-    for (int s = 1; s <= prize::kSlots; ++s) {
+    for (int s = 1; s <= prize_rules::kSlots; ++s) {
         const uint64_t n = countInSlot(false, s);
         if (n == 0) continue;
         any = true;

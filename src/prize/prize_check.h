@@ -1,7 +1,7 @@
 #pragma once
 
-#include "filter/candidate_table.h"
-#include "filter/engine_progress.h"
+#include "engine/candidate_table.h"
+#include "engine/engine_progress.h"
 #include "prize/prize_rules.h"
 #include "workspace/shared_state.h"
 
@@ -36,8 +36,8 @@ class PrizeCheck {
 public:
     // GAganDj counts both zones and prices them; GAganfDj counts the front zone of zuhef only.
     enum class Zones : uint8_t { FrontAndBack, FrontOnly };
-    static constexpr int kBackHitsSpan = prize::kBackMax + 1;
-    static constexpr int kCodes = (prize::kFrontMax + 1) * kBackHitsSpan;
+    static constexpr int kBackHitsSpan = prize_rules::kBackMax + 1;
+    static constexpr int kCodes = (prize_rules::kFrontMax + 1) * kBackHitsSpan;
 
     PrizeCheck() = default;
     // Runs the check over the whole table (kept and thrown rows alike).
@@ -51,12 +51,12 @@ public:
     uint8_t code(uint64_t row) const;
     // The codes of rows [begin, begin + n) into out, sixteen rows at a time.
     void codes(uint64_t begin, uint64_t n, uint8_t* out) const;
-    int jiben(uint64_t row) const { return code(row) / kBackHitsSpan; }
-    int tebie(uint64_t row) const { return code(row) % kBackHitsSpan; }
+    int frontHits(uint64_t row) const { return code(row) / kBackHitsSpan; }
+    int backHits(uint64_t row) const { return code(row) % kBackHitsSpan; }
     // The slot that the row matched, 0 for none (jiang and jing are Null then).
     int slot(uint64_t row) const { return m_slotOfCode[code(row)]; }
-    std::optional<QString> jiang(uint64_t row) const;
-    std::optional<int32_t> jing(uint64_t row) const;
+    std::optional<QString> prizeLevel(uint64_t row) const;
+    std::optional<int32_t> prizeAmount(uint64_t row) const;
 
     uint64_t keptCount() const { return m_kept; }
     uint64_t thrownCount() const { return m_rows - m_kept; }
@@ -77,9 +77,9 @@ public:
     struct Source {
         std::array<const uint8_t*, 6> front{};  // fig1..fig5, or fig1..fig6 of zuhef
         std::array<const uint8_t*, 2> back{};   // fig6, fig7
-        std::array<uint8_t, prize::kFrontMax> frontDraw{};
-        std::array<uint8_t, prize::kBackMax> backDraw{};
-        std::span<const BitVector::Word> unslt;
+        std::array<uint8_t, prize_rules::kFrontMax> frontDraw{};
+        std::array<uint8_t, prize_rules::kBackMax> backDraw{};
+        std::span<const BitVector::Word> filteredOut;
     };
 
 private:
@@ -90,5 +90,5 @@ private:
     uint64_t m_kept = 0;
     std::array<uint8_t, kCodes> m_slotOfCode{};
     std::array<std::array<uint64_t, kCodes>, 2> m_codeCount{};
-    std::array<std::array<uint64_t, prize::kSlots + 1>, 2> m_slotCount{};
+    std::array<std::array<uint64_t, prize_rules::kSlots + 1>, 2> m_slotCount{};
 };

@@ -16,7 +16,7 @@ QString ticketText(const CandidateTable& t, uint64_t row) {
     QString s;
     for (int k = 1; k <= 7; ++k) {
         if (k > 1) s += QLatin1Char(' ');
-        s += QStringLiteral("%1").arg(t.fig(k)[row], 2, 10, QLatin1Char('0'));
+        s += QStringLiteral("%1").arg(t.numberColumn(k)[row], 2, 10, QLatin1Char('0'));
     }
     return s;
 }
@@ -35,15 +35,15 @@ QString fileName(const QDateTime& when) { return when.toString(QStringLiteral("y
 QString sourceLine(schema::CandidateKind kind) {
     using K = schema::CandidateKind;
     switch (kind) {
-        case K::Zuhe:
+        case K::Combinations:
             return QStringLiteral("组号方式:复选/胆拖组合缩水");
-        case K::ZuheRote:
+        case K::Wheel:
             return QStringLiteral("组号方式:旋转矩阵组合缩水");
-        case K::ZuheRead:
+        case K::Imported:
             return QStringLiteral("组号方式:调用文本组合缩水");
-        case K::ZuheMoban:
+        case K::Template:
             return QStringLiteral("组号方式:组号模版组合缩水");
-        case K::Zuhef:
+        case K::SixNumbers:
             return {};
     }
     return {};
@@ -72,14 +72,14 @@ void emitLines(const PrizeView& view, const QDateTime& when, Emit&& put) {
     // The counts are stored by running row number and read here by slot number: past the first
     // merged slot the figures slide.
     const PrizeRules& rules = view.rules();
-    for (int n = 1; n <= prize::kSlots; ++n) {
+    for (int n = 1; n <= prize_rules::kSlots; ++n) {
         if (!rules.formsLevelRow(n)) continue;
         out << QStringLiteral("中出%1%2注")
                    .arg(rules.slot(n).rank)
                    .arg(view.hitCounts()[static_cast<size_t>(n)]);
     }
     const int32_t cost = view.required();
-    out << QStringLiteral("购买%1注").arg(cost / prize::kTicketCost);
+    out << QStringLiteral("购买%1注").arg(cost / prize_rules::kTicketCost);
     out << QStringLiteral("支出%1圆").arg(cost);
     out << QStringLiteral("收入%1圆").arg(view.income());
     out << QStringLiteral("盈亏%1圆").arg(view.income() - cost);

@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-namespace prize {
+namespace prize_rules {
 const std::array<PrizeSlotDefault, kSlots> kDefaults{{
     {5, 2, 5000000, "1等奖", "5前2后", "pz1", "一等奖设置选项"},
     {5, 1, 50000, "2等奖", "5前1后", "pz2", "二等奖设置选项"},
@@ -19,12 +19,12 @@ const std::array<PrizeSlotDefault, kSlots> kDefaults{{
     {1, 2, 5, "8等奖", "1前2后", "pz11", "十一等奖设置选项"},
     {2, 1, 5, "8等奖", "2前1后", "pz12", "十二等奖设置选项"},
 }};
-}  // namespace prize
+}  // namespace prize_rules
 
 PrizeRules PrizeRules::defaults() {
     PrizeRules r;
-    for (int n = 1; n <= prize::kSlots; ++n) {
-        const PrizeSlotDefault& d = prize::kDefaults[static_cast<size_t>(n - 1)];
+    for (int n = 1; n <= prize_rules::kSlots; ++n) {
+        const PrizeSlotDefault& d = prize_rules::kDefaults[static_cast<size_t>(n - 1)];
         r.slot(n) = {d.front, d.back, d.money, QString::fromUtf8(d.rank)};
     }
     return r;
@@ -32,7 +32,7 @@ PrizeRules PrizeRules::defaults() {
 
 int PrizeRules::slotFor(int front, int back) const {
     int found = 0;
-    for (int n = prize::kSlots; n >= 1; --n)
+    for (int n = prize_rules::kSlots; n >= 1; --n)
         if (slot(n).front == front && slot(n).back == back) found = n;
     return found;
 }
@@ -69,7 +69,7 @@ QString PrizeSettings::app() const { return Settings::appName(SettingApp::Worksp
 PrizeSettings::ReadResult PrizeSettings::read() const {
     ReadResult result;
     result.rules = PrizeRules::defaults();
-    for (int n = 1; n <= prize::kSlots; ++n) {
+    for (int n = 1; n <= prize_rules::kSlots; ++n) {
         PrizeSlot& s = result.rules.slot(n);
         const auto number = [&](const QString& section, const QString& key, int64_t fallback, int64_t lo,
                                 int64_t hi) -> int64_t {

@@ -28,7 +28,7 @@ struct PrizeSlotDefault {
     const char* tabTip;
 };
 
-namespace prize {
+namespace prize_rules {
 inline constexpr int kSlots = 12;
 inline constexpr int kFrontMax = 5;
 inline constexpr int kBackMax = 2;
@@ -38,7 +38,7 @@ inline constexpr int32_t kSixRowCost = 12;
 
 // Slot n's defaults at index n - 1.
 extern const std::array<PrizeSlotDefault, kSlots> kDefaults;
-}  // namespace prize
+}  // namespace prize_rules
 
 // The twelve slots, 1..12. Slot 0 exists and stays empty, so slot 1 compares with an empty
 // level name.
@@ -57,7 +57,7 @@ public:
     int slotFor(int front, int back) const;
 
 private:
-    std::array<PrizeSlot, prize::kSlots + 1> m_slots{};
+    std::array<PrizeSlot, prize_rules::kSlots + 1> m_slots{};
 };
 
 // The rules in the settings store of a workspace: application "<workspace>QY", sections

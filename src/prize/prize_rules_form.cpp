@@ -42,12 +42,12 @@ PrizeRulesForm::PrizeRulesForm(PrizeSettings settings) : m_settings(std::move(se
 
 int PrizeRulesForm::frontOption(int tab) const {
     const int front = m_rules.slot(tab + 1).front;
-    return front >= 1 && front <= prize::kFrontMax ? front : 0;
+    return front >= 1 && front <= prize_rules::kFrontMax ? front : 0;
 }
 
 int PrizeRulesForm::backOption(int tab) const {
     const int back = m_rules.slot(tab + 1).back;
-    return back >= 1 && back <= prize::kBackMax ? back : 0;
+    return back >= 1 && back <= prize_rules::kBackMax ? back : 0;
 }
 
 std::optional<QString> PrizeRulesForm::clickFront(int tab, int hits) {
@@ -71,7 +71,7 @@ std::optional<QString> PrizeRulesForm::chooseLevel(int tab, int itemIndex) {
 }
 
 std::optional<QString> PrizeRulesForm::storeAmounts(const QStringList& fieldTexts) {
-    for (int n = 1; n <= prize::kSlots; ++n) {
+    for (int n = 1; n <= prize_rules::kSlots; ++n) {
         int32_t money = 0;
         if (auto error = convert(fieldTexts.value(n - 1), &money)) return error;
         if (!m_settings.writeMoney(n, money)) return m_settings.saveFailedText();

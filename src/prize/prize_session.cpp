@@ -1,15 +1,17 @@
 #include "prize/prize_session.h"
 
-#include "filter/candidate_store.h"
+#include "engine/candidate_store.h"
 #include "workspace/session.h"
 
 namespace prize_session {
 
 bool tableExists(Session& session, schema::CandidateKind kind) {
-    return session.fildb().isOpen() && candidate_store::tableExists(session.fildb(), kind);
+    return session.filterDb().isOpen() && candidate_store::tableExists(session.filterDb(), kind);
 }
 
-PrizeSettings settingsOf(Session& session) { return PrizeSettings(session.settings(), session.curuser()); }
+PrizeSettings settingsOf(Session& session) {
+    return PrizeSettings(session.settings(), session.workspaceName());
+}
 
 QString workspaceFolder(Session& session) { return session.paths().folder(); }
 
@@ -19,7 +21,7 @@ Opened open(Session& session, schema::CandidateKind kind, EngineProgress* progre
     o.ruleProblems = rules.problems;
     std::unique_ptr<CandidateTable> table;
     // A missing table, or one that cannot be read, gives empty lists and zero sums.
-    if (tableExists(session, kind)) table = candidate_store::load(session.fildb(), kind, progress).table;
+    if (tableExists(session, kind)) table = candidate_store::load(session.filterDb(), kind, progress).table;
     o.view = std::make_unique<PrizeView>(kind, std::move(table), CheckDraw::newest(session.history()),
                                          rules.rules);
     return o;

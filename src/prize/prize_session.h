@@ -1,6 +1,6 @@
 #pragma once
 
-#include "filter/engine_progress.h"
+#include "engine/engine_progress.h"
 #include "prize/prize_view.h"
 
 #include <QStringList>

@@ -2,7 +2,7 @@
 
 #include <limits>
 
-QString prize_texts::countedHeading(uint64_t n) {
+QString prize_view::countedHeading(uint64_t n) {
     return QStringLiteral("投注组合情况排列总表(合计：%1注)").arg(n);
 }
 
@@ -13,16 +13,16 @@ PrizeView::PrizeView(Kind kind, std::unique_ptr<CandidateTable> table, const Che
     m_check = PrizeCheck::run(t, draw, rules);
     if (sixNumbers()) {
         m_kept = TicketList::whole(t, false);
-        m_required =
-            static_cast<int32_t>(std::min<uint64_t>(m_kept.size(), kSixVisitedRows)) * prize::kSixRowCost;
+        m_required = static_cast<int32_t>(std::min<uint64_t>(m_kept.size(), kSixVisitedRows)) *
+                     prize_rules::kSixRowCost;
         return;
     }
     // The thrown list is opened first, then the kept one: the kept set is the one opened last.
     m_thrown = TicketList::whole(t, true);
-    m_thrownHeading = prize_texts::countedHeading(m_thrown.size());
+    m_thrownHeading = prize_view::countedHeading(m_thrown.size());
     m_kept = TicketList::whole(t, false);
     buildSummary();
-    m_required = static_cast<int32_t>(m_kept.size() * prize::kTicketCost);
+    m_required = static_cast<int32_t>(m_kept.size() * prize_rules::kTicketCost);
     // A Null sum (no kept ticket won) or one beyond 32 bits fails to convert and leaves 0.
     const std::optional<int64_t> sum = m_check.keptPrizeSum();
     if (sum && *sum <= std::numeric_limits<int32_t>::max() && *sum >= std::numeric_limits<int32_t>::min())
@@ -30,7 +30,7 @@ PrizeView::PrizeView(Kind kind, std::unique_ptr<CandidateTable> table, const Che
 }
 
 QString PrizeView::caption() const {
-    return sixNumbers() ? prize_texts::kCaptionGAganfDj : prize_texts::kCaptionGAganDj;
+    return sixNumbers() ? prize_view::kCaptionSixCheck : prize_view::kCaptionCheck;
 }
 
 QList<PrizeListColumn> PrizeView::keptColumns() const {
@@ -40,19 +40,20 @@ QList<PrizeListColumn> PrizeView::keptColumns() const {
         cols.append({PrizeColumn::Idx, 0, QStringLiteral("号码索引"), kIdxWidth});
         const QStringList heads{QStringLiteral("1位"), QStringLiteral("2位"), QStringLiteral("3位"),
                                 QStringLiteral("4位"), QStringLiteral("5位"), QStringLiteral("第六位")};
-        for (int k = 1; k <= 6; ++k) cols.append({PrizeColumn::Fig, k, heads[k - 1], kWidth});
-        cols.append({PrizeColumn::Jiben, 0, QStringLiteral("中基号"), kWidth});
+        for (int k = 1; k <= 6; ++k) cols.append({PrizeColumn::Number, k, heads[k - 1], kWidth});
+        cols.append({PrizeColumn::FrontHits, 0, QStringLiteral("中基号"), kWidth});
         return cols;
     }
     constexpr int kWide = 500, kNarrow = 400;
     cols.append({PrizeColumn::Idx, 0, QStringLiteral("号码索引"), kWide});
-    for (int k = 1; k <= 5; ++k) cols.append({PrizeColumn::Fig, k, QStringLiteral("前%1").arg(k), kNarrow});
+    for (int k = 1; k <= 5; ++k)
+        cols.append({PrizeColumn::Number, k, QStringLiteral("前%1").arg(k), kNarrow});
     for (int k = 6; k <= 7; ++k)
-        cols.append({PrizeColumn::Fig, k, QStringLiteral("后%1").arg(k - 5), kNarrow});
-    cols.append({PrizeColumn::Jiben, 0, QStringLiteral("中前"), kWide});
-    cols.append({PrizeColumn::Tebie, 0, QStringLiteral("中后"), kWide});
-    cols.append({PrizeColumn::Jiang, 0, QStringLiteral("奖级"), kWide});
-    cols.append({PrizeColumn::Jing, 0, QStringLiteral("奖金"), kWide});
+        cols.append({PrizeColumn::Number, k, QStringLiteral("后%1").arg(k - 5), kNarrow});
+    cols.append({PrizeColumn::FrontHits, 0, QStringLiteral("中前"), kWide});
+    cols.append({PrizeColumn::BackHits, 0, QStringLiteral("中后"), kWide});
+    cols.append({PrizeColumn::PrizeLevel, 0, QStringLiteral("奖级"), kWide});
+    cols.append({PrizeColumn::PrizeAmount, 0, QStringLiteral("奖金"), kWide});
     return cols;
 }
 
@@ -60,7 +61,7 @@ QList<PrizeListColumn> PrizeView::thrownColumns() const {
     if (sixNumbers()) return {};
     QList<PrizeListColumn> cols = keptColumns();
     constexpr int kReasonWidth = 4800;
-    cols.append({PrizeColumn::Fliter, 0, QStringLiteral("过滤缘故"), kReasonWidth});
+    cols.append({PrizeColumn::Reason, 0, QStringLiteral("过滤缘故"), kReasonWidth});
     if (!m_sortedHeaders) return cols;
     // After sorting the lower list is headed in other words than the upper one.
     const QStringList sorted{QStringLiteral("号码索引"), QStringLiteral("红1"),  QStringLiteral("红2"),
@@ -112,14 +113,14 @@ bool PrizeView::pageThrown(const QString& pageText) {
 }
 
 void PrizeView::buildSummary() {
-    m_summary[0] = {prize_texts::kSummaryLevel, prize_texts::kSummaryCount};
-    m_summary[kSummaryThrownHead][0] = prize_texts::kSummaryThrown;
+    m_summary[0] = {prize_view::kSummaryLevel, prize_view::kSummaryCount};
+    m_summary[kSummaryThrownHead][0] = prize_view::kSummaryThrown;
     const PrizeRules& rules = m_check.rules();
     for (int side = 0; side < 2; ++side) {
         const bool thrown = side == 1;
         int row = thrown ? kSummaryThrownHead : 0;
         int running = 0;
-        for (int n = 1; n <= prize::kSlots; ++n) {
+        for (int n = 1; n <= prize_rules::kSlots; ++n) {
             if (!rules.formsLevelRow(n)) continue;
             ++row;
             ++running;

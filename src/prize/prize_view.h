@@ -1,6 +1,6 @@
 #pragma once
 
-#include "filter/candidate_table.h"
+#include "engine/candidate_table.h"
 #include "prize/prize_check.h"
 #include "prize/ticket_list.h"
 
@@ -12,11 +12,11 @@
 #include <optional>
 
 // The texts of the check windows.
-namespace prize_texts {
-inline const QString kCaptionGAganDj = QStringLiteral(
+namespace prize_view {
+inline const QString kCaptionCheck = QStringLiteral(
     "排列组合中奖查询（最后一次复选/"
     "胆拖组合结果与最后一次历史号码对奖，可以在“用户设置”中对中奖规则进行设置）");
-inline const QString kCaptionGAganfDj = QStringLiteral(
+inline const QString kCaptionSixCheck = QStringLiteral(
     "排列组合中奖查询（最后一次复选/"
     "胆拖复6结果与最后一次历史号码对奖，可以在“用户设置”中对中奖规则进行设置）");
 inline const QString kKeptHeading = QStringLiteral("投注组合情况排列总表");
@@ -35,14 +35,14 @@ inline const QString kSummaryCount = QStringLiteral("中注");
 inline const QString kSummaryThrown = QStringLiteral("被滤");
 // "投注组合情况排列总表(合计：n注)", the heading the thrown list gets on opening.
 QString countedHeading(uint64_t n);
-}  // namespace prize_texts
+}  // namespace prize_view
 
 // The columns of a ticket list in the check windows.
-enum class PrizeColumn { Idx, Fig, Jiben, Tebie, Jiang, Jing, Fliter };
+enum class PrizeColumn { Idx, Number, FrontHits, BackHits, PrizeLevel, PrizeAmount, Reason };
 
 struct PrizeListColumn {
     PrizeColumn what;
-    int fig = 0;  // 1..7 for Fig
+    int numberColumn = 0;  // 1..7 for Fig
     QString header;
     int widthTwips = 0;
 };
@@ -57,7 +57,7 @@ public:
     // Rows of the summary grid: the head, up to twelve kept levels, the second head at row 14,
     // and up to twelve thrown levels from row 15.
     static constexpr int kSummaryThrownHead = 14;
-    static constexpr int kSummaryRows = kSummaryThrownHead + 1 + prize::kSlots;
+    static constexpr int kSummaryRows = kSummaryThrownHead + 1 + prize_rules::kSlots;
     // The six-number view's grid has visited this many rows when it prices them.
     static constexpr uint64_t kSixVisitedRows = 10000;
 
@@ -69,7 +69,7 @@ public:
     PrizeView& operator=(const PrizeView&) = delete;
 
     Kind kind() const { return m_kind; }
-    bool sixNumbers() const { return m_kind == Kind::Zuhef; }
+    bool sixNumbers() const { return m_kind == Kind::SixNumbers; }
     QString caption() const;
     const CheckDraw& draw() const { return m_draw; }
     const PrizeRules& rules() const { return m_check.rules(); }
@@ -96,15 +96,15 @@ public:
     QString summaryCell(int row, int col) const;
     // The hit counts by running row number of the kept levels (index 0 unused), which the
     // report reads by slot number.
-    const std::array<int64_t, prize::kSlots + 1>& hitCounts() const { return m_hitCounts; }
+    const std::array<int64_t, prize_rules::kSlots + 1>& hitCounts() const { return m_hitCounts; }
 
     int32_t required() const { return m_required; }
     int32_t income() const { return m_income; }
     int32_t result() const { return m_income - m_required; }
     bool resultIsGain() const { return result() > 0; }
-    QString requiredText() const { return QString::number(m_required) + prize_texts::kYuan; }
-    QString incomeText() const { return QString::number(m_income) + prize_texts::kYuan; }
-    QString resultText() const { return QString::number(result()) + prize_texts::kYuan; }
+    QString requiredText() const { return QString::number(m_required) + prize_view::kYuan; }
+    QString incomeText() const { return QString::number(m_income) + prize_view::kYuan; }
+    QString resultText() const { return QString::number(result()) + prize_view::kYuan; }
 
 private:
     void buildSummary();
@@ -119,9 +119,9 @@ private:
     TicketList m_thrown;
     bool m_lastKept = true;
     bool m_sortedHeaders = false;
-    QString m_thrownHeading = prize_texts::kThrownHeading;
+    QString m_thrownHeading = prize_view::kThrownHeading;
     std::array<std::array<QString, 2>, kSummaryRows> m_summary;
-    std::array<int64_t, prize::kSlots + 1> m_hitCounts{};
+    std::array<int64_t, prize_rules::kSlots + 1> m_hitCounts{};
     int32_t m_required = 0;
     int32_t m_income = 0;
 };

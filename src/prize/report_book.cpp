@@ -84,7 +84,7 @@ bool ReportBook::deleteTicked(Prompter& prompter, const QList<int>& tickedPositi
 bool ReportBook::deleteAll(Prompter& prompter) {
     if (!prompter.yesNo(kDeleteTitle, kDeleteAllQuestion)) return false;
     m_shown.clear();
-    m_settings.write(keys::MoneyDefault, QStringLiteral("0"), m_workspace);
+    m_settings.write(setting_keys::MoneyDefault, QStringLiteral("0"), m_workspace);
     m_items.clear();
     // The pattern is matched in the workspace folder itself, one above the reports.
     for (const QString& path : reportsIn(m_folder)) QFile::remove(path);

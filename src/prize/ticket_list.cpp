@@ -1,6 +1,6 @@
 #include "prize/ticket_list.h"
 
-#include "filter/kernel_executor.h"
+#include "engine/kernel_executor.h"
 #include "prize/prize_check.h"
 
 #include <algorithm>
@@ -8,9 +8,9 @@
 
 namespace {
 
-BitVector::Word wanted(const BitVector& unslt, size_t w, bool thrown) {
-    const BitVector::Word word = unslt.words()[w];
-    return thrown ? word : (~word & unslt.validMask(w));
+BitVector::Word wanted(const BitVector& filteredOut, size_t w, bool thrown) {
+    const BitVector::Word word = filteredOut.words()[w];
+    return thrown ? word : (~word & filteredOut.validMask(w));
 }
 
 // The position of the k-th set bit (from 0) of a word that has more than k set bits.
@@ -25,12 +25,12 @@ TicketList TicketList::whole(const CandidateTable& table, bool thrown) {
     TicketList l;
     l.m_table = &table;
     l.m_thrown = thrown;
-    const BitVector& unslt = table.unslt();
-    auto before = std::make_shared<std::vector<uint64_t>>(unslt.wordCount());
+    const BitVector& filteredOut = table.filteredOut();
+    auto before = std::make_shared<std::vector<uint64_t>>(filteredOut.wordCount());
     uint64_t n = 0;
-    for (size_t w = 0; w < unslt.wordCount(); ++w) {
+    for (size_t w = 0; w < filteredOut.wordCount(); ++w) {
         (*before)[w] = n;
-        n += static_cast<uint64_t>(std::popcount(wanted(unslt, w, thrown)));
+        n += static_cast<uint64_t>(std::popcount(wanted(filteredOut, w, thrown)));
     }
     l.m_before = std::move(before);
     l.m_size = n;
@@ -44,7 +44,7 @@ TicketList TicketList::idxRange(const CandidateTable& table, bool thrown, int64_
     l.m_listed = true;
     if (idxFrom > idxTo) return l;
     const auto take = [&](uint64_t r) {
-        if (table.unslt().test(r) == thrown) l.m_rows.push_back(static_cast<uint32_t>(r));
+        if (table.filteredOut().test(r) == thrown) l.m_rows.push_back(static_cast<uint32_t>(r));
     };
     if (table.hasExplicitIdx()) {
         for (uint64_t r = 0; r < table.rowCount(); ++r) {
@@ -72,14 +72,14 @@ TicketList TicketList::byHits(const CandidateTable& table, const PrizeCheck& che
     for (int code = PrizeCheck::kCodes - 1, at = 0; code >= 0; --code, ++at)
         start[static_cast<size_t>(at) + 1] = start[static_cast<size_t>(at)] + check.countOfCode(thrown, code);
     l.m_rows.resize(start[PrizeCheck::kCodes]);
-    const BitVector& unslt = table.unslt();
+    const BitVector& filteredOut = table.filteredOut();
     constexpr uint64_t kBlockRows = KernelExecutor::kBlockRows;
     std::array<uint8_t, kBlockRows> codes;
     for (uint64_t b = 0; b < table.rowCount(); b += kBlockRows) {
         const uint64_t n = std::min(kBlockRows, table.rowCount() - b);
         check.codes(b, n, codes.data());
         for (uint64_t w = b / BitVector::kWordBits; w * BitVector::kWordBits < b + n; ++w) {
-            forEachSetBit(wanted(unslt, w, thrown), w * BitVector::kWordBits, [&](size_t r) {
+            forEachSetBit(wanted(filteredOut, w, thrown), w * BitVector::kWordBits, [&](size_t r) {
                 const size_t at = static_cast<size_t>(PrizeCheck::kCodes - 1 - codes[r - b]);
                 l.m_rows[start[at]++] = static_cast<uint32_t>(r);
             });
@@ -94,5 +94,5 @@ uint64_t TicketList::row(uint64_t k) const {
     // The last word with fewer tickets before it than k + 1.
     const auto it = std::upper_bound(before.begin(), before.end(), k);
     const size_t w = static_cast<size_t>(it - before.begin()) - 1;
-    return w * BitVector::kWordBits + selectBit(wanted(m_table->unslt(), w, m_thrown), k - before[w]);
+    return w * BitVector::kWordBits + selectBit(wanted(m_table->filteredOut(), w, m_thrown), k - before[w]);
 }

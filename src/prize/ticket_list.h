@@ -1,6 +1,6 @@
 #pragma once
 
-#include "filter/candidate_table.h"
+#include "engine/candidate_table.h"
 
 #include <cstdint>
 #include <memory>

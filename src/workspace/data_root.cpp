@@ -65,9 +65,9 @@ bool DataRoot::ensureFirstStart() const {
     dir.mkpath(otherHistoryTextFolder());
     dir.mkpath(reportFolder());
     bool ok = ensureTemplate(historyTemplate(), TemplateKind::History) &&
-              ensureTemplate(filnumTemplate(), TemplateKind::Filnum) &&
+              ensureTemplate(filterTemplate(), TemplateKind::FilterDb) &&
               ensureTemplate(filnumRTemplate(), TemplateKind::Empty) &&
-              ensureTemplate(numsaveTemplate(), TemplateKind::Numsave) &&
+              ensureTemplate(savedPicksTemplate(), TemplateKind::SavedPicks) &&
               ensureTemplate(gailvTemplate(), TemplateKind::Empty);
     // The real draw history, where the history file dialog opens.
     QString bundled = QDir(historyTextFolder()).filePath(QStringLiteral("大乐透历史开奖号码.txt"));
@@ -80,7 +80,7 @@ WorkspacePaths::WorkspacePaths(const DataRoot& root, const QString& name)
     : m_folder(root.path(name)), m_name(name) {}
 
 QString WorkspacePaths::historyDb() const { return QDir(m_folder).filePath(m_name + QStringLiteral(".db")); }
-QString WorkspacePaths::filnumDb() const { return QDir(m_folder).filePath(QStringLiteral("filnum.db")); }
+QString WorkspacePaths::filterDb() const { return QDir(m_folder).filePath(QStringLiteral("filnum.db")); }
 QString WorkspacePaths::filnumRDb() const { return QDir(m_folder).filePath(QStringLiteral("filnumR.db")); }
-QString WorkspacePaths::numsaveDb() const { return QDir(m_folder).filePath(QStringLiteral("numsave.db")); }
+QString WorkspacePaths::savedPicksDb() const { return QDir(m_folder).filePath(QStringLiteral("numsave.db")); }
 QString WorkspacePaths::gailvDb() const { return QDir(m_folder).filePath(QStringLiteral("Gailv.db")); }

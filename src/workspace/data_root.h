@@ -28,9 +28,9 @@ public:
 
     // Template files of the workspace databases.
     QString historyTemplate() const { return path(QStringLiteral("Lishihaoma.db")); }
-    QString filnumTemplate() const { return path(QStringLiteral("filnum.db")); }
+    QString filterTemplate() const { return path(QStringLiteral("filnum.db")); }
     QString filnumRTemplate() const { return path(QStringLiteral("filnumR.db")); }
-    QString numsaveTemplate() const { return path(QStringLiteral("numsave.db")); }
+    QString savedPicksTemplate() const { return path(QStringLiteral("numsave.db")); }
     QString gailvTemplate() const { return path(QStringLiteral("Gailv.db")); }
 
     QString historyTextFolder() const { return path(QStringLiteral("大乐透历史号码")); }
@@ -52,9 +52,9 @@ public:
     WorkspacePaths(const DataRoot& root, const QString& name);
     QString folder() const { return m_folder; }
     QString historyDb() const;  // <name>.db: Lsdb
-    QString filnumDb() const;   // Fildb
+    QString filterDb() const;   // Fildb
     QString filnumRDb() const;
-    QString numsaveDb() const;
+    QString savedPicksDb() const;
     QString gailvDb() const;
 
 private:

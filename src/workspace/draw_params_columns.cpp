@@ -6,7 +6,7 @@
 
 #include <functional>
 
-namespace draw_columns {
+namespace draw_params_columns {
 namespace {
 
 using Getter = std::function<double(const DrawParams&)>;
@@ -32,34 +32,34 @@ const QHash<QString, Access>& accessors() {
     static const QHash<QString, Access> map = [] {
         QHash<QString, Access> m;
         auto add = [&m](const char* name, Access a) { m.insert(QString::fromLatin1(name).toLower(), std::move(a)); };
-        add("Znum", field(&DrawParams::Znum));
-        add("XZnum", field(&DrawParams::XZnum));
-        add("DZnum", field(&DrawParams::DZnum));
-        add("Zjnum", field(&DrawParams::Zjnum));
-        add("Zonum", field(&DrawParams::Zonum));
-        add("Zgnum", field(&DrawParams::Zgnum));
-        add("Zynum", field(&DrawParams::Zynum));
-        add("Sumgwnum", field(&DrawParams::Sumgwnum));
-        add("Cnum", field(&DrawParams::Cnum));
-        add("Onum", field(&DrawParams::Onum));
-        add("Jnum", field(&DrawParams::Jnum));
-        add("Bignum", field(&DrawParams::Bignum));
-        add("Smlnum", field(&DrawParams::Smlnum));
-        add("Mornum", field(&DrawParams::Mornum));
-        add("Ltlnum", field(&DrawParams::Ltlnum));
-        add("Modenum", field(&DrawParams::Modenum));
-        add("Lnum", field(&DrawParams::Lnum));
-        add("Lxnum", field(&DrawParams::Lxnum));
-        add("Mxzounum", field(&DrawParams::Mxzounum));
-        add("Apzounum", field(&DrawParams::Apzounum));
-        add("Fcodp", field(&DrawParams::Fcodp));
+        add("Znum", field(&DrawParams::sum));
+        add("XZnum", field(&DrawParams::smallSum));
+        add("DZnum", field(&DrawParams::bigSum));
+        add("Zjnum", field(&DrawParams::oddSum));
+        add("Zonum", field(&DrawParams::evenSum));
+        add("Zgnum", field(&DrawParams::lastDigitSum));
+        add("Zynum", field(&DrawParams::omissionSum));
+        add("Sumgwnum", field(&DrawParams::sumLastDigit));
+        add("Cnum", field(&DrawParams::repeatCount));
+        add("Onum", field(&DrawParams::evenCount));
+        add("Jnum", field(&DrawParams::oddCount));
+        add("Bignum", field(&DrawParams::bigLastDigitCount));
+        add("Smlnum", field(&DrawParams::smallLastDigitCount));
+        add("Mornum", field(&DrawParams::bigCount));
+        add("Ltlnum", field(&DrawParams::smallCount));
+        add("Modenum", field(&DrawParams::repeatedLastDigits));
+        add("Lnum", field(&DrawParams::consecutivePairs));
+        add("Lxnum", field(&DrawParams::longestRun));
+        add("Mxzounum", field(&DrawParams::largestGap));
+        add("Apzounum", field(&DrawParams::numberSpan));
+        add("Fcodp", field(&DrawParams::complexity));
         add("R", field(&DrawParams::R));
         add("a", field(&DrawParams::a));
-        add("intYljz", field(&DrawParams::intYljz));
+        add("intYljz", field(&DrawParams::omissionSpread));
         for (int i = 0; i < 4; ++i)
-            m.insert(QStringLiteral("qnum%1").arg(i), element(&DrawParams::Qnum, i));
+            m.insert(QStringLiteral("qnum%1").arg(i), element(&DrawParams::decadeCounts, i));
         for (int i = 0; i < 5; ++i)
-            m.insert(QStringLiteral("lcz%1").arg(i + 1), element(&DrawParams::Lcz, i));
+            m.insert(QStringLiteral("lcz%1").arg(i + 1), element(&DrawParams::centreOffsets, i));
         return m;
     }();
     return map;
@@ -78,15 +78,15 @@ QStringList parameterColumns(const TableDef& t) {
 }  // namespace
 
 const QStringList& frontColumns() {
-    static const QStringList c = parameterColumns(schema::fig());
+    static const QStringList c = parameterColumns(schema::frontDrawTable());
     return c;
 }
 const QStringList& backColumns() {
-    static const QStringList c = parameterColumns(schema::fighou());
+    static const QStringList c = parameterColumns(schema::backDrawTable());
     return c;
 }
 const QStringList& bothColumns() {
-    static const QStringList c = parameterColumns(schema::figquan());
+    static const QStringList c = parameterColumns(schema::wholeDrawTable());
     return c;
 }
 
@@ -103,4 +103,4 @@ bool setValue(DrawParams& p, const QString& column, double v) {
     return true;
 }
 
-}  // namespace draw_columns
+}  // namespace draw_params_columns

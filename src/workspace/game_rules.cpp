@@ -1,11 +1,11 @@
 #include "workspace/game_rules.h"
 
-namespace rules {
+namespace game_rules {
 
-Fitbase fitbase(int bitnum, int bitnumHou) {
-    Fitbase f{};
-    for (int i = 1; i <= 5; ++i) f[i] = bitnum / 10.0 + (i - 1) * (bitnum / 5.0);
-    for (int i = 6; i <= 7; ++i) f[i] = bitnumHou / 4.0 + (i - 6) * (bitnumHou / 2.0);
+PositionCentres positionCentres(int frontSize, int backSize) {
+    PositionCentres f{};
+    for (int i = 1; i <= 5; ++i) f[i] = frontSize / 10.0 + (i - 1) * (frontSize / 5.0);
+    for (int i = 6; i <= 7; ++i) f[i] = backSize / 4.0 + (i - 6) * (backSize / 2.0);
     return f;
 }
 
@@ -27,15 +27,15 @@ const std::array<StabilityItem, 12>& stabilityItems() {
     return items;
 }
 
-int stabilityItemCheckedAtLoad(int wd) {
-    if (wd == 30000) return 8;
-    if (wd == 8000) return 0;
+int stabilityItemCheckedAtLoad(int coefficient) {
+    if (coefficient == 30000) return 8;
+    if (coefficient == 8000) return 0;
     for (const StabilityItem& it : stabilityItems())
-        if (it.value == wd) return it.index;
+        if (it.value == coefficient) return it.index;
     return 0;
 }
 
 QString frontRuleCaption(int size) { return QStringLiteral("%1选5").arg(size); }
 QString backRuleCaption(int size) { return QStringLiteral("%1选2").arg(size); }
 
-}  // namespace rules
+}  // namespace game_rules

@@ -52,7 +52,7 @@ QString TableDef::createStatement() const {
 
 namespace schema {
 
-TableDef fig() {
+TableDef frontDrawTable() {
     TableDef t{QStringLiteral("fig"), {{"Idx", T::Integer}, {"fig0", T::Long}}};
     t.columns += numbered("fig", 1, 5, T::Integer);
     t.columns += named({"Znum", "XZnum", "DZnum", "Zjnum", "Zonum", "Zgnum", "Zynum", "Sumgwnum"}, T::Integer);
@@ -66,7 +66,7 @@ TableDef fig() {
     return t;
 }
 
-TableDef fighou() {
+TableDef backDrawTable() {
     TableDef t{QStringLiteral("fighou"), {{"Idx", T::Integer}, {"fig0", T::Long}}};
     t.columns += numbered("fig", 1, 2, T::Integer);
     t.columns += numbered("Lcz", 1, 2, T::Double);
@@ -76,7 +76,7 @@ TableDef fighou() {
     return t;
 }
 
-TableDef figquan() {
+TableDef wholeDrawTable() {
     TableDef t{QStringLiteral("figquan"), {{"Idx", T::Integer}, {"fig0", T::Long}}};
     t.columns += numbered("fig", 1, 7, T::Integer);
     t.columns += named({"Znum", "XZnum", "DZnum", "Sumgwnum", "Zjnum", "Zonum", "Zgnum", "Zynum", "Cnum", "Onum",
@@ -94,23 +94,25 @@ static TableDef omissionTable(const QString& name, int numbers) {
     return t;
 }
 
-TableDef ylqs() { return omissionTable(QStringLiteral("Ylqs"), 36); }
-TableDef ylqsHou() { return omissionTable(QStringLiteral("YlqsHou"), 24); }
-TableDef ylqsQuan() { return omissionTable(QStringLiteral("YlqsQuan"), 36); }
+TableDef frontOmissionTable() { return omissionTable(QStringLiteral("Ylqs"), 36); }
+TableDef backOmissionTable() { return omissionTable(QStringLiteral("YlqsHou"), 24); }
+TableDef wholeOmissionTable() { return omissionTable(QStringLiteral("YlqsQuan"), 36); }
 
-TableDef gailv(const QString& name) {
+TableDef frequencyTable(const QString& name) {
     return {name, {{"Number", T::Integer}, {"gailv", T::Double}, {"Glnum", T::Integer}}};
 }
 
-TableDef gailvTmp(const QString& name) { return {name, {{"Number", T::Integer}, {"gailv", T::Double}}}; }
+TableDef frequencyScratchTable(const QString& name) {
+    return {name, {{"Number", T::Integer}, {"gailv", T::Double}}};
+}
 
-TableDef filnumFig() {
+TableDef reducedDrawTable() {
     TableDef t{QStringLiteral("fig"), {{"Idx", T::Integer}, {"fig0", T::Long}}};
     t.columns += numbered("fig", 1, 5, T::Integer);
     return t;
 }
 
-TableDef canshu(const QString& name) {
+TableDef snapshotTable(const QString& name) {
     TableDef t{name, {{"Name", T::String}, {"Idx", T::Integer}}};
     t.columns += named({"intCmdnb", "intQianHou", "ljh", "baoliu", "chk", "opt36", "qj1", "qj2", "qj3"}, T::Integer);
     t.columns += named({"lhg", "csq", "sh", "fzd", "dsg", "zdc", "swc", "osg", "shg", "Gwd", "Gwh", "Jsh", "Osh",
@@ -137,18 +139,23 @@ TableDef saveTable(const QString& name) {
 
 QString candidateTableName(CandidateKind kind) {
     switch (kind) {
-        case CandidateKind::Zuhe: return QStringLiteral("zuhe");
-        case CandidateKind::ZuheRote: return QStringLiteral("zuheRote");
-        case CandidateKind::ZuheMoban: return QStringLiteral("zuheMoban");
-        case CandidateKind::ZuheRead: return QStringLiteral("zuheRead");
-        case CandidateKind::Zuhef: return QStringLiteral("zuhef");
+        case CandidateKind::Combinations:
+            return QStringLiteral("zuhe");
+        case CandidateKind::Wheel:
+            return QStringLiteral("zuheRote");
+        case CandidateKind::Template:
+            return QStringLiteral("zuheMoban");
+        case CandidateKind::Imported:
+            return QStringLiteral("zuheRead");
+        case CandidateKind::SixNumbers:
+            return QStringLiteral("zuhef");
     }
     return {};
 }
 
 TableDef candidate(CandidateKind kind) {
     TableDef t{candidateTableName(kind), {{"idx", T::Integer}}};
-    const bool six = kind == CandidateKind::Zuhef;
+    const bool six = kind == CandidateKind::SixNumbers;
     t.columns += numbered("fig", 1, six ? 6 : 7, T::Integer);
     t.columns.append({"canshu", T::Integer});
     const QList<ColumnDef> flags = named({"unslt", "preunslt", "tmpunslt", "Gpslt"}, T::Bit);
@@ -160,12 +167,12 @@ TableDef candidate(CandidateKind kind) {
     const QList<ColumnDef> texts{{"Numstring", T::String}, {"NumstringHou", T::String},
                                  {"SKnum", T::Integer},    {"JSqihao", T::Long}};
     // zuheRead has its reason column right after canshu.
-    if (kind == CandidateKind::ZuheRead) {
+    if (kind == CandidateKind::Imported) {
         t.columns.append({"fliter", T::String});
         t.columns += texts;
     } else {
         t.columns += texts;
-        t.columns.append({kind == CandidateKind::ZuheRote ? "Fliter" : "fliter", T::String});
+        t.columns.append({kind == CandidateKind::Wheel ? "Fliter" : "fliter", T::String});
     }
     t.columns += flags;
     t.columns.append({"Errnum", T::Integer});
@@ -175,20 +182,21 @@ TableDef candidate(CandidateKind kind) {
 QList<TableDef> templateTables(TemplateKind kind) {
     switch (kind) {
         case TemplateKind::History:
-            return {fig(),
-                    fighou(),
-                    figquan(),
-                    ylqs(),
-                    ylqsHou(),
-                    ylqsQuan(),
-                    gailv(QStringLiteral("Gailv")),
-                    gailv(QStringLiteral("GailvHou")),
-                    gailv(QStringLiteral("GailvQuan")),
-                    gailvTmp(QStringLiteral("Gailvtmp")),
-                    gailvTmp(QStringLiteral("Gailvtmphou"))};
-        case TemplateKind::Filnum:
-            return {filnumFig(), canshu(QStringLiteral("Canshu")), canshu(QStringLiteral("moban")), xhmb()};
-        case TemplateKind::Numsave:
+            return {frontDrawTable(),
+                    backDrawTable(),
+                    wholeDrawTable(),
+                    frontOmissionTable(),
+                    backOmissionTable(),
+                    wholeOmissionTable(),
+                    frequencyTable(QStringLiteral("Gailv")),
+                    frequencyTable(QStringLiteral("GailvHou")),
+                    frequencyTable(QStringLiteral("GailvQuan")),
+                    frequencyScratchTable(QStringLiteral("Gailvtmp")),
+                    frequencyScratchTable(QStringLiteral("Gailvtmphou"))};
+        case TemplateKind::FilterDb:
+            return {reducedDrawTable(), snapshotTable(QStringLiteral("Canshu")),
+                    snapshotTable(QStringLiteral("moban")), xhmb()};
+        case TemplateKind::SavedPicks:
             return {saveTable(QStringLiteral("SAVE")), saveTable(QStringLiteral("SAVEHOU")),
                     saveTable(QStringLiteral("SAVEdan")), saveTable(QStringLiteral("SAVEHOUdan"))};
         case TemplateKind::Empty: return {};
@@ -196,7 +204,7 @@ QList<TableDef> templateTables(TemplateKind kind) {
     return {};
 }
 
-int gailvRows(const QString& table) {
+int frequencyRows(const QString& table) {
     if (table.compare(QLatin1String("GailvHou"), Qt::CaseInsensitive) == 0) return 24;
     if (table.compare(QLatin1String("Gailv"), Qt::CaseInsensitive) == 0 ||
         table.compare(QLatin1String("GailvQuan"), Qt::CaseInsensitive) == 0)
@@ -212,7 +220,7 @@ bool createTemplateTables(SqliteDb& db, TemplateKind kind) {
     for (const TableDef& t : schema::templateTables(kind)) {
         if (!db.exec(t.createStatement())) return false;
         // The frequency tables exist from the start with one row of zeros per number.
-        const int rows = schema::gailvRows(t.name);
+        const int rows = schema::frequencyRows(t.name);
         for (int n = 1; n <= rows; ++n) {
             if (!db.exec(QStringLiteral("INSERT INTO [%1]([Number],[gailv],[Glnum]) VALUES (?1,0,0)").arg(t.name),
                          {n}))

@@ -25,33 +25,33 @@ struct TableDef {
 
 // The template databases that first start generates.
 enum class TemplateKind {
-    History,  // Lishihaoma: draws, omissions, frequencies
-    Filnum,   // candidates' database: reduced fig, Canshu, moban, Xhmb
-    Numsave,  // saved selections
-    Empty,    // filnumR, Gailv: reached by no query
+    History,     // Lishihaoma: draws, omissions, frequencies
+    FilterDb,    // candidates' database: reduced fig, Canshu, moban, Xhmb
+    SavedPicks,  // saved selections
+    Empty,       // filnumR, Gailv: reached by no query
 };
 
 namespace schema {
 // History database <workspace>.db
-TableDef fig();
-TableDef fighou();
-TableDef figquan();
-TableDef ylqs();      // Ylqs
-TableDef ylqsHou();   // YlqsHou
-TableDef ylqsQuan();  // YlqsQuan
-TableDef gailv(const QString& name);  // Gailv, GailvHou, GailvQuan
-TableDef gailvTmp(const QString& name);  // Gailvtmp, Gailvtmphou
+TableDef frontDrawTable();
+TableDef backDrawTable();
+TableDef wholeDrawTable();
+TableDef frontOmissionTable();                        // Ylqs
+TableDef backOmissionTable();                         // YlqsHou
+TableDef wholeOmissionTable();                        // YlqsQuan
+TableDef frequencyTable(const QString& name);         // Gailv, GailvHou, GailvQuan
+TableDef frequencyScratchTable(const QString& name);  // Gailvtmp, Gailvtmphou
 
 // filnum.db
-TableDef filnumFig();
-TableDef canshu(const QString& name);  // Canshu and moban share their columns
+TableDef reducedDrawTable();
+TableDef snapshotTable(const QString& name);  // Canshu and moban share their columns
 TableDef xhmb();
 
 // numsave.db
 TableDef saveTable(const QString& name);  // SAVE, SAVEHOU, SAVEdan, SAVEHOUdan
 
 // Candidate tables, created by the expansion that fills them.
-enum class CandidateKind { Zuhe, ZuheRote, ZuheMoban, ZuheRead, Zuhef };
+enum class CandidateKind { Combinations, Wheel, Template, Imported, SixNumbers };
 TableDef candidate(CandidateKind kind);
 QString candidateTableName(CandidateKind kind);
 
@@ -59,7 +59,7 @@ QString candidateTableName(CandidateKind kind);
 QList<TableDef> templateTables(TemplateKind kind);
 
 // Rows that a template holds from the start: the frequency tables with one zero row per number.
-int gailvRows(const QString& table);  // 36, 24, 36
+int frequencyRows(const QString& table);  // 36, 24, 36
 }  // namespace schema
 
 // Writes a new template database at `path` (replacing nothing: fails if the file exists).

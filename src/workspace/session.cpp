@@ -16,7 +16,7 @@ bool addMissingTables(SqliteDb& db, TemplateKind kind) {
     for (const TableDef& t : schema::templateTables(kind)) {
         if (db.tableExists(t.name)) continue;
         if (!db.exec(t.createStatement())) return false;
-        for (int n = 1; n <= schema::gailvRows(t.name); ++n)
+        for (int n = 1; n <= schema::frequencyRows(t.name); ++n)
             db.exec(QStringLiteral("INSERT INTO [%1]([Number],[gailv],[Glnum]) VALUES (?1,0,0)").arg(t.name), {n});
     }
     return true;
@@ -41,12 +41,13 @@ bool openOrRestore(SqliteDb& db, const QString& file, const QString& templ, Temp
 
 bool Session::open(const EnteredWorkspace& workspace, QString* error) {
     m_userIndex = workspace.index;
-    m_curuser = workspace.name;
-    m_bitnum = rules::validFront(workspace.bitnum) ? workspace.bitnum : rules::kDefaultFront;
-    m_bitnumHou = rules::validBack(workspace.bitnumHou) ? workspace.bitnumHou : rules::kDefaultBack;
-    m_fitbase = rules::fitbase(m_bitnum, m_bitnumHou);
-    m_paths = std::make_unique<WorkspacePaths>(m_root, m_curuser);
-    m_printrow = m_settings.readInt(keys::Dayin, m_curuser);
+    m_workspaceName = workspace.name;
+    m_frontSize =
+        game_rules::validFront(workspace.frontSize) ? workspace.frontSize : game_rules::kDefaultFront;
+    m_backSize = game_rules::validBack(workspace.backSize) ? workspace.backSize : game_rules::kDefaultBack;
+    m_positionCentres = game_rules::positionCentres(m_frontSize, m_backSize);
+    m_paths = std::make_unique<WorkspacePaths>(m_root, m_workspaceName);
+    m_ticketsPerLine = m_settings.readInt(setting_keys::TicketsPerLine, m_workspaceName);
 
     auto fail = [error](const QString& detail) {
         if (error) *error = detail;
@@ -54,13 +55,15 @@ bool Session::open(const EnteredWorkspace& workspace, QString* error) {
     };
     // A workspace whose folder or files have gone comes back empty, without a question.
     // The folder is made only as a direct child of the data root, whatever the stored name.
-    if (m_curuser.isEmpty() || m_root.makeChildFolder(m_curuser).isEmpty()) return fail(kFatalText);
+    if (m_workspaceName.isEmpty() || m_root.makeChildFolder(m_workspaceName).isEmpty())
+        return fail(kFatalText);
     m_root.ensureFirstStart();
-    if (!openOrRestore(m_lsdb, m_paths->historyDb(), m_root.historyTemplate(), TemplateKind::History))
+    if (!openOrRestore(m_historyDb, m_paths->historyDb(), m_root.historyTemplate(), TemplateKind::History))
         return fail(kFatalText);
-    if (!openOrRestore(m_numsave, m_paths->numsaveDb(), m_root.numsaveTemplate(), TemplateKind::Numsave))
+    if (!openOrRestore(m_savedPicksDb, m_paths->savedPicksDb(), m_root.savedPicksTemplate(),
+                       TemplateKind::SavedPicks))
         return fail(kFatalText);
-    if (!openOrRestore(m_fildb, m_paths->filnumDb(), m_root.filnumTemplate(), TemplateKind::Filnum))
+    if (!openOrRestore(m_filterDb, m_paths->filterDb(), m_root.filterTemplate(), TemplateKind::FilterDb))
         return fail(kFatalText);
 
     loadStatistics();
@@ -70,35 +73,37 @@ bool Session::open(const EnteredWorkspace& workspace, QString* error) {
 }
 
 bool Session::saveSetting(const SettingKey& key, int value, QString* error, int index) {
-    if (m_settings.write(key, QString::number(value), m_curuser, index)) return true;
-    if (error) *error = Settings::saveFailedText(m_settings.fileFor(key, m_curuser));
+    if (m_settings.write(key, QString::number(value), m_workspaceName, index)) return true;
+    if (error) *error = Settings::saveFailedText(m_settings.fileFor(key, m_workspaceName));
     return false;
 }
 
-bool Session::setBitnum(int size, QString* error) {
-    if (!rules::validFront(size) || !saveSetting(keys::Bitnum, size, error)) return false;
-    m_bitnum = size;
-    m_fitbase = rules::fitbase(m_bitnum, m_bitnumHou);
+bool Session::setFrontSize(int size, QString* error) {
+    if (!game_rules::validFront(size) || !saveSetting(setting_keys::FrontSize, size, error)) return false;
+    m_frontSize = size;
+    m_positionCentres = game_rules::positionCentres(m_frontSize, m_backSize);
     return true;
 }
 
-bool Session::setBitnumHou(int size, QString* error) {
-    if (!rules::validBack(size) || !saveSetting(keys::BitnumHou, size, error)) return false;
-    m_bitnumHou = size;
-    m_fitbase = rules::fitbase(m_bitnum, m_bitnumHou);
+bool Session::setBackSize(int size, QString* error) {
+    if (!game_rules::validBack(size) || !saveSetting(setting_keys::BackSize, size, error)) return false;
+    m_backSize = size;
+    m_positionCentres = game_rules::positionCentres(m_frontSize, m_backSize);
     return true;
 }
 
-bool Session::setPrintrow(int n, QString* error) {
-    if (!saveSetting(keys::Dayin, n, error)) return false;
-    m_printrow = n;
+bool Session::setTicketsPerLine(int n, QString* error) {
+    if (!saveSetting(setting_keys::TicketsPerLine, n, error)) return false;
+    m_ticketsPerLine = n;
     return true;
 }
 
 bool Session::saveSpinValues() {
     bool saved = true;
     for (int i = 0; i < 6; ++i)
-        saved = m_settings.write(keys::SpinValue, QString::number(spinValues[i]), m_curuser, i + 1) && saved;
+        saved = m_settings.write(setting_keys::SpinValue, QString::number(spinValues[i]), m_workspaceName,
+                                 i + 1) &&
+                saved;
     return saved;
 }
 
@@ -107,8 +112,8 @@ namespace {
 // Reads one history table into the arrays: numbers into figarr slots [first..], parameters by
 // column name. Rows are taken in Idx order.
 bool readDrawTable(SqliteDb& db, const QString& table, const QStringList& paramColumns, int numberCount,
-                   int firstSlot, std::vector<DrawNumbers>& figarr, std::vector<DrawParams>& params,
-                   bool setsDrawnum, QString* error) {
+                   int firstSlot, std::vector<DrawNumbers>& numbers, std::vector<DrawParams>& params,
+                   bool setsDrawCount, QString* error) {
     QStringList cols{QStringLiteral("fig0")};
     for (int i = 1; i <= numberCount; ++i) cols << QStringLiteral("fig%1").arg(i);
     cols += paramColumns;
@@ -123,16 +128,16 @@ bool readDrawTable(SqliteDb& db, const QString& table, const QStringList& paramC
     int row = 0;
     while (st.next()) {
         ++row;
-        if (setsDrawnum) {
-            figarr.push_back(DrawNumbers{});
-            figarr[row][0] = static_cast<int32_t>(st.int64(0));
+        if (setsDrawCount) {
+            numbers.push_back(DrawNumbers{});
+            numbers[row][0] = static_cast<int32_t>(st.int64(0));
         }
-        if (row < static_cast<int>(figarr.size())) {
-            for (int i = 0; i < numberCount; ++i) figarr[row][firstSlot + i] = st.integer(1 + i);
+        if (row < static_cast<int>(numbers.size())) {
+            for (int i = 0; i < numberCount; ++i) numbers[row][firstSlot + i] = st.integer(1 + i);
         }
         DrawParams p;
         for (int c = 0; c < paramColumns.size(); ++c)
-            draw_columns::setValue(p, paramColumns[c], st.real(1 + numberCount + c));
+            draw_params_columns::setValue(p, paramColumns[c], st.real(1 + numberCount + c));
         params.push_back(p);
     }
     return true;
@@ -142,15 +147,15 @@ bool readDrawTable(SqliteDb& db, const QString& table, const QStringList& paramC
 
 bool Session::loadHistory(QString* error) {
     m_history.clear();
-    bool ok = readDrawTable(m_lsdb, QStringLiteral("fig"), draw_columns::frontColumns(), 5, 1, m_history.figarr,
-                            m_history.front, true, error);
+    bool ok = readDrawTable(m_historyDb, QStringLiteral("fig"), draw_params_columns::frontColumns(), 5, 1,
+                            m_history.numbers, m_history.front, true, error);
     // fighou supplies the back numbers of Figarr; figquan only its parameters.
-    std::vector<DrawNumbers> scratch = m_history.figarr;
-    ok = readDrawTable(m_lsdb, QStringLiteral("fighou"), draw_columns::backColumns(), 2, 6, m_history.figarr,
-                       m_history.back, false, error) &&
+    std::vector<DrawNumbers> scratch = m_history.numbers;
+    ok = readDrawTable(m_historyDb, QStringLiteral("fighou"), draw_params_columns::backColumns(), 2, 6,
+                       m_history.numbers, m_history.back, false, error) &&
          ok;
-    ok = readDrawTable(m_lsdb, QStringLiteral("figquan"), draw_columns::bothColumns(), 7, 1, scratch, m_history.both,
-                       false, error) &&
+    ok = readDrawTable(m_historyDb, QStringLiteral("figquan"), draw_params_columns::bothColumns(), 7, 1,
+                       scratch, m_history.both, false, error) &&
          ok;
     return ok;
 }
@@ -170,16 +175,16 @@ void Session::loadStatistics() {
     for (const View& v : views) {
         *v.stats = NumberStats{};
         const QString table = QString::fromLatin1(v.omissionTable);
-        const QStringList cols = m_lsdb.columns(table);
+        const QStringList cols = m_historyDb.columns(table);
         const QList<QVariantList> last =
-            m_lsdb.rows(QStringLiteral("SELECT * FROM [%1] ORDER BY rowid DESC LIMIT 1").arg(table));
+            m_historyDb.rows(QStringLiteral("SELECT * FROM [%1] ORDER BY rowid DESC LIMIT 1").arg(table));
         if (!last.isEmpty()) {
-            for (int n = 1; n <= m_bitnum; ++n) {
+            for (int n = 1; n <= m_frontSize; ++n) {
                 const int c = static_cast<int>(cols.indexOf(QStringLiteral("ylqs%1").arg(n)));
                 if (c >= 0) v.stats->omission[n] = static_cast<int16_t>(last[0].value(c).toInt());
             }
         }
-        const QList<QVariantList> freq = m_lsdb.rows(
+        const QList<QVariantList> freq = m_historyDb.rows(
             QStringLiteral("SELECT [gailv],[Glnum] FROM [%1] ORDER BY rowid LIMIT ?1").arg(v.frequencyTable),
             {v.frequencyRows});
         for (int k = 0; k < freq.size(); ++k) {

@@ -32,23 +32,23 @@ public:
     const WorkspacePaths& paths() const { return *m_paths; }
 
     int userIndex() const { return m_userIndex; }
-    const QString& curuser() const { return m_curuser; }
-    int bitnum() const { return m_bitnum; }
-    int bitnumHou() const { return m_bitnumHou; }
-    const rules::Fitbase& fitbase() const { return m_fitbase; }
+    const QString& workspaceName() const { return m_workspaceName; }
+    int frontSize() const { return m_frontSize; }
+    int backSize() const { return m_backSize; }
+    const game_rules::PositionCentres& positionCentres() const { return m_positionCentres; }
     // meuS / meuSHou: change the size, recompute Fitbase, save at once. False, with nothing
     // changed, for a size out of range or when the setting cannot be saved (`error` then
     // names the file).
-    bool setBitnum(int size, QString* error = nullptr);
-    bool setBitnumHou(int size, QString* error = nullptr);
+    bool setFrontSize(int size, QString* error = nullptr);
+    bool setBackSize(int size, QString* error = nullptr);
 
-    SqliteDb& lsdb() { return m_lsdb; }
-    SqliteDb& fildb() { return m_fildb; }
-    SqliteDb& numsave() { return m_numsave; }
+    SqliteDb& historyDb() { return m_historyDb; }
+    SqliteDb& filterDb() { return m_filterDb; }
+    SqliteDb& savedPicksDb() { return m_savedPicksDb; }
 
     DrawHistory& history() { return m_history; }
     const DrawHistory& history() const { return m_history; }
-    int drawnum() const { return m_history.drawnum(); }
+    int drawCount() const { return m_history.drawCount(); }
     StatsViews& stats() { return m_stats; }
     BoardState& board() { return m_board; }
 
@@ -58,14 +58,14 @@ public:
     // Omissions from the last rows of Ylqs*, frequencies from Gailv*.
     void loadStatistics();
 
-    int printrow() const { return m_printrow; }
+    int ticketsPerLine() const { return m_ticketsPerLine; }
     // Sets and saves dayin; false, with nothing changed, when it cannot be saved.
-    bool setPrintrow(int n, QString* error = nullptr);
-    bool picbuilt = false;        // Picbuilt
-    int yaoqian = rules::kFrontPicks;  // Yaoqian
-    int yaohou = rules::kBackPicks;    // Yaohou
-    int danqian = 0;                   // Danqian
-    int danhou = 0;                    // Danhou
+    bool setTicketsPerLine(int n, QString* error = nullptr);
+    bool trendGridsBuilt = false;                   // Picbuilt
+    int frontLeftToSpin = game_rules::kFrontPicks;  // Yaoqian
+    int backLeftToSpin = game_rules::kBackPicks;    // Yaohou
+    int frontBankersChosen = 0;                     // Danqian
+    int backBankersChosen = 0;                      // Danhou
     std::array<double, 6> spinValues{};  // the six running values of the spin simulator
 
     // Writes the six spin values under Initial/1..6, as exit does. False when not saved.
@@ -74,22 +74,23 @@ public:
 private:
     bool saveSetting(const SettingKey& key, int value, QString* error, int index = 0);
     bool repairHistoryDb();
-    bool openNumsave();
-    bool openFilnum();
+    bool openSavedPicksDb();
+    bool openFilterDb();
 
     DataRoot m_root;
     Settings& m_settings;
     std::unique_ptr<WorkspacePaths> m_paths;
     int m_userIndex = 0;
-    QString m_curuser;
-    int m_bitnum = rules::kDefaultFront;
-    int m_bitnumHou = rules::kDefaultBack;
-    rules::Fitbase m_fitbase = rules::fitbase(rules::kDefaultFront, rules::kDefaultBack);
-    SqliteDb m_lsdb;
-    SqliteDb m_fildb;
-    SqliteDb m_numsave;
+    QString m_workspaceName;
+    int m_frontSize = game_rules::kDefaultFront;
+    int m_backSize = game_rules::kDefaultBack;
+    game_rules::PositionCentres m_positionCentres =
+        game_rules::positionCentres(game_rules::kDefaultFront, game_rules::kDefaultBack);
+    SqliteDb m_historyDb;
+    SqliteDb m_filterDb;
+    SqliteDb m_savedPicksDb;
     DrawHistory m_history;
     StatsViews m_stats;
     BoardState m_board;
-    int m_printrow = 4;
+    int m_ticketsPerLine = 4;
 };

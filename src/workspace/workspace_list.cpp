@@ -24,19 +24,21 @@ WorkspaceList::WorkspaceList(Settings& settings, DataRoot root) : m_settings(set
 void WorkspaceList::load() {
     m_names.clear();
     m_passwords.clear();
-    const int n = qBound(0, m_settings.readInt(keys::Usernum), kMaxWorkspaces);
+    const int n = qBound(0, m_settings.readInt(setting_keys::WorkspaceCount), kMaxWorkspaces);
     for (int i = 1; i <= n; ++i) {
-        QString name = m_settings.read(keys::UserName, {}, i);
+        QString name = m_settings.read(setting_keys::UserName, {}, i);
         if (name.isEmpty()) name = defaultName(i);
         m_names << name;
-        m_passwords << m_settings.read(keys::UserPassword, {}, i);
+        m_passwords << m_settings.read(setting_keys::UserPassword, {}, i);
     }
 }
 
-int WorkspaceList::ftopt() const { return qMin(m_settings.readInt(keys::Ftopt), count()); }
+int WorkspaceList::lastWorkspace() const {
+    return qMin(m_settings.readInt(setting_keys::LastWorkspace), count());
+}
 
 int WorkspaceList::preselectedRow() const {
-    const int k = ftopt();
+    const int k = lastWorkspace();
     return k >= 1 ? static_cast<int>(m_names.indexOf(m_names[k - 1])) : -1;
 }
 
@@ -74,10 +76,10 @@ bool WorkspaceList::saveFailed(const SettingKey& key, QString* error) const {
 }
 
 bool WorkspaceList::saveEntry(int index, QString* error) {
-    if (!m_settings.write(keys::UserName, m_names[index - 1], {}, index))
-        return saveFailed(keys::UserName, error);
-    if (!m_settings.write(keys::UserPassword, m_passwords[index - 1], {}, index))
-        return saveFailed(keys::UserPassword, error);
+    if (!m_settings.write(setting_keys::UserName, m_names[index - 1], {}, index))
+        return saveFailed(setting_keys::UserName, error);
+    if (!m_settings.write(setting_keys::UserPassword, m_passwords[index - 1], {}, index))
+        return saveFailed(setting_keys::UserPassword, error);
     return true;
 }
 
@@ -90,7 +92,8 @@ bool WorkspaceList::checkPassword(int row, const QString& typed) {
         // A plain password of an earlier version: kept as a hash from now on. When that
         // cannot be saved, the plain entry stays and is tried again on the next use.
         m_passwords[row] = password_hash::hash(typed);
-        if (!m_settings.write(keys::UserPassword, m_passwords[row], {}, row + 1)) m_passwords[row] = stored;
+        if (!m_settings.write(setting_keys::UserPassword, m_passwords[row], {}, row + 1))
+            m_passwords[row] = stored;
     }
     return true;
 }
@@ -106,9 +109,9 @@ bool WorkspaceList::makeWorkspaceFiles(const QString& name, bool copyFilnumR) co
         return QFileInfo::exists(to) || QFile::copy(from, to);
     };
     bool ok = copy(m_root.historyTemplate(), ws.historyDb());
-    ok = copy(m_root.filnumTemplate(), ws.filnumDb()) && ok;
+    ok = copy(m_root.filterTemplate(), ws.filterDb()) && ok;
     if (copyFilnumR) ok = copy(m_root.filnumRTemplate(), ws.filnumRDb()) && ok;
-    ok = copy(m_root.numsaveTemplate(), ws.numsaveDb()) && ok;
+    ok = copy(m_root.savedPicksTemplate(), ws.savedPicksDb()) && ok;
     ok = copy(m_root.gailvTemplate(), ws.gailvDb()) && ok;
     return ok;
 }
@@ -125,8 +128,8 @@ int WorkspaceList::create(const QString& name, const QString& password, QString*
     m_passwords << password_hash::hash(password);
     const int index = count();
     // The entry first, the count last: an entry that was not counted is never read.
-    if (!saveEntry(index, error) ||
-        (!m_settings.write(keys::Usernum, index) && !saveFailed(keys::Usernum, error))) {
+    if (!saveEntry(index, error) || (!m_settings.write(setting_keys::WorkspaceCount, index) &&
+                                     !saveFailed(setting_keys::WorkspaceCount, error))) {
         m_names.removeLast();
         m_passwords.removeLast();
         return -1;
@@ -190,12 +193,12 @@ std::optional<EnteredWorkspace> WorkspaceList::enter(int row, Prompter& prompter
     if (hasPassword(row) &&
         !prompter.login([this, row](const QString& typed) { return checkPassword(row, typed); }))
         return std::nullopt;
-    m_settings.write(keys::Ftopt, k);
+    m_settings.write(setting_keys::LastWorkspace, k);
     EnteredWorkspace w;
     w.index = k;
     w.name = name;
-    w.bitnum = m_settings.readInt(keys::Bitnum, w.name);
-    w.bitnumHou = m_settings.readInt(keys::BitnumHou, w.name);
+    w.frontSize = m_settings.readInt(setting_keys::FrontSize, w.name);
+    w.backSize = m_settings.readInt(setting_keys::BackSize, w.name);
     return w;
 }
 
@@ -216,7 +219,8 @@ bool WorkspaceList::removeAt(int row, QString* error) {
     m_passwords.removeAt(row);
     bool saved = true;
     for (int i = row + 1; i <= count() && saved; ++i) saved = saveEntry(i, error);
-    if (saved && !m_settings.write(keys::Usernum, count())) saved = saveFailed(keys::Usernum, error);
+    if (saved && !m_settings.write(setting_keys::WorkspaceCount, count()))
+        saved = saveFailed(setting_keys::WorkspaceCount, error);
     if (!saved) {
         m_names.insert(row, name);
         m_passwords.insert(row, password);

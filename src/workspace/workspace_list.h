@@ -16,8 +16,8 @@ class Prompter;
 struct EnteredWorkspace {
     int index = 0;  // 1-based index in the list (Ftopt)
     QString name;   // Curuser
-    int bitnum = 35;
-    int bitnumHou = 12;
+    int frontSize = 35;
+    int backSize = 12;
 };
 
 // The workspace list of the start window, Usernames/Userpass, kept in the settings under
@@ -67,7 +67,7 @@ public:
     bool hasPassword(int row) const { return !m_passwords.value(row).isEmpty(); }
     const QStringList& names() const { return m_names; }
     // Ftopt clamped down to Usernum.
-    int ftopt() const;
+    int lastWorkspace() const;
     // The row whose name is that of workspace Ftopt, or -1.
     int preselectedRow() const;
 

@@ -30,13 +30,14 @@ TEST(CliHistory, BundledHistoryImportShowAndStats) {
     ASSERT_EQ(imported.exitCode, 0) << imported.err.toStdString();
     EXPECT_EQ(imported.out, QStringLiteral("2933\n"));
 
-    const QStringList fig = lines(cli.run({"history", "show"}).out);
-    ASSERT_EQ(fig.size(), 2934);
-    EXPECT_TRUE(fig[0].startsWith(QStringLiteral("Idx\tfig0\tfig1\tfig2\tfig3\tfig4\tfig5\tZnum\tXZnum")));
-    EXPECT_TRUE(fig[0].endsWith(QStringLiteral("Lcz5\tintYljz")));
-    EXPECT_TRUE(fig.last().startsWith(QStringLiteral("2933\t2026115\t12\t20\t32\t33\t35\t132\t")));
+    const QStringList frontRows = lines(cli.run({"history", "show"}).out);
+    ASSERT_EQ(frontRows.size(), 2934);
+    EXPECT_TRUE(
+        frontRows[0].startsWith(QStringLiteral("Idx\tfig0\tfig1\tfig2\tfig3\tfig4\tfig5\tZnum\tXZnum")));
+    EXPECT_TRUE(frontRows[0].endsWith(QStringLiteral("Lcz5\tintYljz")));
+    EXPECT_TRUE(frontRows.last().startsWith(QStringLiteral("2933\t2026115\t12\t20\t32\t33\t35\t132\t")));
     // R and a print as the 32-bit floats they are.
-    EXPECT_TRUE(fig[1].contains(QStringLiteral("\t0.8895926\t8.714286\t")));
+    EXPECT_TRUE(frontRows[1].contains(QStringLiteral("\t0.8895926\t8.714286\t")));
     const QStringList hou = lines(cli.run({"history", "show", "--table", "fighou"}).out);
     ASSERT_EQ(hou.size(), 2934);
     EXPECT_TRUE(hou.last().startsWith(QStringLiteral("2933\t2026115\t6\t7\t")));
@@ -64,9 +65,9 @@ TEST(CliHistory, EntryEditDeleteClear) {
     EXPECT_NE(cli.run({"history", "delete-last"}).exitCode, 0);
     EXPECT_EQ(cli.run({"history", "add", "33", "3", "24", "19", "11", "9", "2"}).out, QStringLiteral("1\n"));
     EXPECT_EQ(cli.run({"history", "add", "1", "2", "3", "4", "5", "1", "2"}).out, QStringLiteral("2\n"));
-    const QStringList fig = lines(cli.run({"history", "show"}).out);
-    ASSERT_EQ(fig.size(), 3);
-    EXPECT_TRUE(fig[1].startsWith(QStringLiteral("1\t1\t3\t11\t19\t24\t33\t")));
+    const QStringList frontRows = lines(cli.run({"history", "show"}).out);
+    ASSERT_EQ(frontRows.size(), 3);
+    EXPECT_TRUE(frontRows[1].startsWith(QStringLiteral("1\t1\t3\t11\t19\t24\t33\t")));
 
     const CliRun masked = cli.run({"history", "add", "_4", "11", "19", "24", "33", "02", "09"});
     EXPECT_NE(masked.exitCode, 0);

@@ -1,7 +1,7 @@
 // The integrated filter's --interval: the command line sets 自定区间's limits as the filter
 // window's boxes Text66(3) and Text66(2) hold them, so a run gives what the window's logic gives
 // with the same boxes.
-#include "filter/candidate_store.h"
+#include "engine/candidate_store.h"
 #include "filter/param_window.h"
 #include "workspace/scripted_prompter.h"
 #include "workspace/sqlite_db.h"
@@ -41,8 +41,8 @@ QStringList shownRows(const CandidateTable& t) {
     QStringList rows;
     for (uint64_t r = 0; r < t.rowCount(); ++r) {
         QStringList cells{QString::number(t.idxAt(r))};
-        for (int k = 1; k <= t.figCount(); ++k) cells << QString::number(t.fig(k)[r]);
-        cells << QString::number(t.canshuAt(r)) << QString::number(t.unslt().test(r) ? 1 : 0)
+        for (int k = 1; k <= t.numberCount(); ++k) cells << QString::number(t.numberColumn(k)[r]);
+        cells << QString::number(t.paramValueAt(r)) << QString::number(t.filteredOut().test(r) ? 1 : 0)
               << t.reasonText(r);
         rows << cells.join('\t');
     }
@@ -60,7 +60,7 @@ protected:
     std::unique_ptr<CandidateTable> storedTable() {
         SqliteDb db;
         EXPECT_TRUE(db.open(QDir(cli.home()).filePath(QStringLiteral("w/filnum.db"))));
-        return std::move(candidate_store::load(db, schema::CandidateKind::Zuhe).table);
+        return std::move(candidate_store::load(db, schema::CandidateKind::Combinations).table);
     }
 };
 
@@ -72,19 +72,19 @@ TEST_F(CliInterval, GivesWhatTheWindowGivesWithTheSameBoxes) {
     // The window's logic with the boxes the command line is given: 自定区间 3..7 ticked with its
     // count 2..4, 偶数个数 2..3, keep and logical and.
     QTemporaryDir dir;
-    FilterWorkspace workspace(FilterInstance::GAganMb,
+    FilterWorkspace workspace(FilterSource::StoredExpansion,
                               QDir(dir.path()).filePath(QStringLiteral("filnum.db")));
     workspace.openMade(std::move(table), rows);
     ParamWindow window(workspace, ParamContext{}, dir.path());
     ParamWindowState s = ParamWindowState::defaults();
-    for (ParamId id : {ParamId::Option66, ParamId::Option4}) {
-        s.check1[static_cast<size_t>(param_catalogue::runBox(id))] = true;
+    for (ParamId id : {ParamId::CustomRange, ParamId::EvenCount}) {
+        s.integratedBox[static_cast<size_t>(param_catalogue::runBox(id))] = true;
         s.box(id)[0] = QStringLiteral("2");
     }
-    s.box(ParamId::Option66)[1] = QStringLiteral("4");
-    s.box(ParamId::Option4)[1] = QStringLiteral("3");
-    s.box(ParamId::Option66)[3] = QStringLiteral("3");  // Text66(3), the lower limit
-    s.box(ParamId::Option66)[2] = QStringLiteral("7");  // Text66(2), the upper limit
+    s.box(ParamId::CustomRange)[1] = QStringLiteral("4");
+    s.box(ParamId::EvenCount)[1] = QStringLiteral("3");
+    s.box(ParamId::CustomRange)[3] = QStringLiteral("3");  // Text66(3), the lower limit
+    s.box(ParamId::CustomRange)[2] = QStringLiteral("7");  // Text66(2), the upper limit
     ScriptedPrompter prompter;
     window.clickIntegrated(s, prompter);
     workspace.waitForWrite();

@@ -72,9 +72,9 @@ TEST_F(CliNamesTest, DeletingAnEntryNamedDotDotLeavesTheParentAlone) {
     // An older version could store such a name; its entry goes, no file outside the root does.
     {
         Settings settings(QDir(root).filePath(QStringLiteral("settings")));
-        ASSERT_TRUE(settings.write(keys::Usernum, 2));
-        ASSERT_TRUE(settings.write(keys::UserName, QStringLiteral(".."), {}, 1));
-        ASSERT_TRUE(settings.write(keys::UserName, QStringLiteral("../x"), {}, 2));
+        ASSERT_TRUE(settings.write(setting_keys::WorkspaceCount, 2));
+        ASSERT_TRUE(settings.write(setting_keys::UserName, QStringLiteral(".."), {}, 1));
+        ASSERT_TRUE(settings.write(setting_keys::UserName, QStringLiteral("../x"), {}, 2));
     }
     const QStringList before = besideRoot();
     EXPECT_EQ(cli.run({QStringLiteral("workspace"), QStringLiteral("delete"), QStringLiteral("..")}).exitCode, 0);

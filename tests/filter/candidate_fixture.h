@@ -1,16 +1,18 @@
 #pragma once
 
-#include "filter/candidate_table.h"
+#include "engine/candidate_table.h"
 
 #include <QString>
 
 #include <vector>
 
 // A small zuhe with every row's figs distinct, and helpers to read its state.
-inline CandidateTable smallTable(uint64_t rows, schema::CandidateKind kind = schema::CandidateKind::Zuhe) {
+inline CandidateTable smallTable(uint64_t rows,
+                                 schema::CandidateKind kind = schema::CandidateKind::Combinations) {
     CandidateTable t(kind, rows);
     for (uint64_t r = 0; r < rows; ++r)
-        for (int k = 1; k <= t.figCount(); ++k) t.fig(k)[r] = static_cast<uint8_t>((r * 7 + static_cast<uint64_t>(k) * 5) % 35 + 1);
+        for (int k = 1; k <= t.numberCount(); ++k)
+            t.numberColumn(k)[r] = static_cast<uint8_t>((r * 7 + static_cast<uint64_t>(k) * 5) % 35 + 1);
     return t;
 }
 

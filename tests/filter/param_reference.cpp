@@ -19,7 +19,7 @@ std::vector<std::pair<int, int>> positions(int scope) {
     return {{1, 1}, {2, 2}, {3, 3}, {4, 4}, {5, 5}, {6, 6}, {7, 7}};
 }
 
-bool tick(const ParamWindowState& s, int box) { return s.chkBt[static_cast<size_t>(box - 1)]; }
+bool tick(const ParamWindowState& s, int box) { return s.numberTicks[static_cast<size_t>(box - 1)]; }
 
 // "term1 + term2 + ...", term(k, w) for each position of the scope.
 template <typename Term>
@@ -66,11 +66,13 @@ int omissionOf(const ParamContext& ctx, int k, int number) {
 void compute(SqliteDb& db, ParamId id, const ParamWindowState& s, const ParamContext& ctx, bool frontOnly = false) {
     const int scope = frontOnly ? 1 : static_cast<int>(s.scope);
     switch (id) {
-        case ParamId::Option23: setCanshu(db, sumOf(s, scope, [](int k, QString w) { return F(k) + " * " + w; })); return;
-        case ParamId::Option3:
+        case ParamId::NumberSum:
+            setCanshu(db, sumOf(s, scope, [](int k, QString w) { return F(k) + " * " + w; }));
+            return;
+        case ParamId::SumLastDigit:
             setCanshu(db, "(" + sumOf(s, scope, [](int k, QString w) { return F(k) + " * " + w; }) + ") % 10");
             return;
-        case ParamId::Option2: {
+        case ParamId::ConsecutiveCount: {
             QStringList terms;
             const auto pos = positions(scope);
             for (size_t i = 0; i + 1 < pos.size(); ++i) {
@@ -80,45 +82,45 @@ void compute(SqliteDb& db, ParamId id, const ParamWindowState& s, const ParamCon
             setCanshu(db, "-(" + terms.join(" + ") + ")");
             return;
         }
-        case ParamId::Option4:
+        case ParamId::EvenCount:
             setCanshu(db, sumOf(s, scope, [](int k, QString w) { return "-" + J(F(k) + " % 2 = 0") + " * " + w; }));
             return;
-        case ParamId::Option5:
+        case ParamId::BigCount:
             setCanshu(db, "-(" + sumOf(s, scope, [&](int k, QString w) { return J(F(k) + " >" + half(ctx, k)) + " * " + w; }) + ")");
             return;
-        case ParamId::Option8:
+        case ParamId::BigLastDigitCount:
             setCanshu(db, "-(" + sumOf(s, scope, [](int k, QString w) { return J(F(k) + " % 10 >4") + " * " + w; }) + ")");
             return;
-        case ParamId::Option9:
+        case ParamId::Range1To10:
             if (scope == 2) return;
             setCanshu(db, "-(" + sumOf(s, scope, [](int k, QString w) { return J(F(k) + " <=10") + " * " + w; }) + ")");
             return;
-        case ParamId::Option10:
+        case ParamId::Range11To20:
             if (scope == 2) return;
             setCanshu(db, "-(" + sumOf(s, scope, [](int k, QString w) { return J(F(k) + ">10 and " + F(k) + "<=20") + " * " + w; }) + ")");
             return;
-        case ParamId::Option11:
+        case ParamId::Range21Up:
             if (scope == 2) return;
             setCanshu(db, "-(" + sumOf(s, scope, [](int k, QString w) { return J(F(k) + " > 20") + " * " + w; }) + ")");
             return;
-        case ParamId::Option32:
+        case ParamId::OddSum:
             if (scope == 2) return;
             setCanshu(db, "-(" + sumOf(s, scope, [](int k, QString w) { return "(" + F(k) + "*" + J(F(k) + " % 2 = 1") + " * " + w + ")"; }) + ")");
             return;
-        case ParamId::Option33:
+        case ParamId::EvenSum:
             if (scope == 2) return;
             setCanshu(db, "-(" + sumOf(s, scope, [](int k, QString w) { return "(" + F(k) + "*" + J(F(k) + " % 2 = 0") + " * " + w + ")"; }) + ")");
             return;
-        case ParamId::Option34:
+        case ParamId::LastDigitSum:
             setCanshu(db, sumOf(s, scope, [](int k, QString w) { return "(" + F(k) + " % 10) * " + w; }));
             return;
-        case ParamId::Option39:
+        case ParamId::SmallSum:
             setCanshu(db, "-(" + sumOf(s, scope, [&](int k, QString w) { return "(" + F(k) + "*" + J(F(k) + " <= " + half(ctx, k)) + " * " + w + ")"; }) + ")");
             return;
-        case ParamId::Option40:
+        case ParamId::BigSum:
             setCanshu(db, "-(" + sumOf(s, scope, [&](int k, QString w) { return "(" + F(k) + "*" + J(F(k) + " > " + half(ctx, k)) + " * " + w + ")"; }) + ")");
             return;
-        case ParamId::Option20: {
+        case ParamId::RepeatsOfPrevious: {
             QString list = QStringLiteral(" ");
             for (int n = 1; n < kNumberSlots; ++n)
                 if (ctx.lastDrawFront[static_cast<size_t>(n)]) list += QString::number(n) + " ";
@@ -135,7 +137,7 @@ void compute(SqliteDb& db, ParamId id, const ParamWindowState& s, const ParamCon
             setCanshu(db, "-(" + terms.join(" + ") + ")");
             return;
         }
-        case ParamId::Option6: {
+        case ParamId::LargestGap: {
             std::vector<int> p;
             for (int k = 1; k <= 5; ++k)
                 if (tick(s, k)) p.push_back(k);
@@ -152,7 +154,7 @@ void compute(SqliteDb& db, ParamId id, const ParamWindowState& s, const ParamCon
             }
             return;
         }
-        case ParamId::Option7: {
+        case ParamId::LastMinusFirst: {
             if (scope == 2) {
                 setCanshu(db, "([fig2]-[fig1])");
             } else if (scope == 3) {
@@ -171,7 +173,7 @@ void compute(SqliteDb& db, ParamId id, const ParamWindowState& s, const ParamCon
             }
             return;
         }
-        case ParamId::Option66: {
+        case ParamId::CustomRange: {
             if (scope == 2) return;
             if (s.listMode) {
                 setCanshu(db, "0");
@@ -188,7 +190,7 @@ void compute(SqliteDb& db, ParamId id, const ParamWindowState& s, const ParamCon
                           }) + ")");
             return;
         }
-        case ParamId::Option24: {
+        case ParamId::AcComplexity: {
             if (scope == 2) return;
             std::vector<int> p;
             for (int k = 1; k <= (scope == 1 ? 5 : 7); ++k)
@@ -213,14 +215,14 @@ void compute(SqliteDb& db, ParamId id, const ParamWindowState& s, const ParamCon
             });
             return;
         }
-        case ParamId::Option35:
+        case ParamId::OmissionSum:
             rowLoop(db, [&](const std::array<int, 8>& f) {
                 int sum = 0;
                 for (auto [k, box] : positions(scope)) sum += tick(s, box) * omissionOf(ctx, k, f[static_cast<size_t>(k)]);
                 return sum;
             });
             return;
-        case ParamId::Option12:
+        case ParamId::OmissionSpread:
             rowLoop(db, [&](const std::array<int, 8>& f) {
                 int greatest = 0, least = 99;
                 for (auto [k, box] : positions(scope)) {
@@ -232,7 +234,7 @@ void compute(SqliteDb& db, ParamId id, const ParamWindowState& s, const ParamCon
                 return greatest - least;
             });
             return;
-        case ParamId::Option41:
+        case ParamId::SameLastDigitCount:
             rowLoop(db, [&](const std::array<int, 8>& f) {
                 bool flag[10] = {};
                 for (auto [k, box] : positions(scope))
@@ -241,8 +243,11 @@ void compute(SqliteDb& db, ParamId id, const ParamWindowState& s, const ParamCon
                 return (scope == 1 ? 5 : scope == 2 ? 2 : 7) - set;
             });
             return;
-        case ParamId::Option13: case ParamId::Option14: case ParamId::Option15: case ParamId::Option16:
-        case ParamId::Option17:
+        case ParamId::Position1:
+        case ParamId::Position2:
+        case ParamId::Position3:
+        case ParamId::Position4:
+        case ParamId::Position5:
             return;
     }
 }
@@ -260,32 +265,34 @@ void filterStatements(SqliteDb& db, ParamId id, const ParamWindowState& s, bool 
     int parityPos = 0;
     if (info.position) {
         if (scope == 1) V = F(info.position);
-        else if (scope == 3 && id == ParamId::Option14) V = F(7);
+        else if (scope == 3 && id == ParamId::Position2)
+            V = F(7);
         else return;  // only the colour
         parityPos = scope == 3 ? 7 : info.position;
     }
-    static const QList<ParamId> liveTally{ParamId::Option2,  ParamId::Option12, ParamId::Option13, ParamId::Option14,
-                                          ParamId::Option15, ParamId::Option16, ParamId::Option17, ParamId::Option20,
-                                          ParamId::Option23, ParamId::Option24};
+    static const QList<ParamId> liveTally{
+        ParamId::ConsecutiveCount, ParamId::OmissionSpread, ParamId::Position1, ParamId::Position2,
+        ParamId::Position3,        ParamId::Position4,      ParamId::Position5, ParamId::RepeatsOfPrevious,
+        ParamId::NumberSum,        ParamId::AcComplexity};
     const bool live = !tally || liveTally.contains(id);
     const auto head = [&](const QString& reasonExpr) {
         return tally ? "UPDATE [zuhe] SET [Errnum]=[Errnum]+1 , [fliter] = coalesce([fliter],'') || " + reasonExpr
                      : "UPDATE [zuhe] SET [unslt]=-1 , [fliter] = " + reasonExpr;
     };
     const QString where = live ? QStringLiteral(" WHERE [unslt]=0 AND ") : QStringLiteral(" WHERE ");
-    const bool list = s.listMode && id != ParamId::Option66;
+    const bool list = s.listMode && id != ParamId::CustomRange;
     const auto& b = s.box(id);
 
     if (info.position && !list) {
-        const int odd = s.check2[static_cast<size_t>(2 + 2 * info.position)] ? 1 : 0;
-        const int even = s.check2[static_cast<size_t>(3 + 2 * info.position)] ? 1 : 0;
+        const int odd = s.parityTicks[static_cast<size_t>(2 + 2 * info.position)] ? 1 : 0;
+        const int even = s.parityTicks[static_cast<size_t>(3 + 2 * info.position)] ? 1 : 0;
         setCanshu(db, "(" + V + " % 2)");
         exec(db, head("'" + QString::number(parityPos) + "位奇偶性'") + " WHERE [unslt]=0 AND ([canshu] <> " +
                      QString::number(odd) + " AND [canshu]  = " + QString::number(even) + ")");
     }
 
     QString cap = param_catalogue::caption(id, s.scope, s.listMode);
-    if (id == ParamId::Option66) cap = s.listMode ? cap + " " + s.txtZdqj : cap + b[3] + "~" + b[2];
+    if (id == ParamId::CustomRange) cap = s.listMode ? cap + " " + s.txtZdqj : cap + b[3] + "~" + b[2];
     const QString reason = "?1 || '大小:' || " + V + " || ?2";
     const QString word = keep ? QStringLiteral(" 保留") : QStringLiteral(" 排除");
     if (list) {
@@ -310,14 +317,15 @@ void load(SqliteDb& db, const CandidateTable& t) {
     SqliteStatement ins(db, QStringLiteral("INSERT INTO [zuhe] VALUES(?1,?2,?3,?4,?5,?6,?7,?8,?9,?10,?11,?12,0,?13,?14)"));
     for (uint64_t r = 0; r < t.rowCount(); ++r) {
         ins.bind(1, static_cast<qint64>(t.idxAt(r)));
-        for (int k = 1; k <= 7; ++k) ins.bind(1 + k, static_cast<qint64>(t.fig(k)[r]));
-        ins.bind(9, static_cast<qint64>(t.canshuAt(r)));
-        if (t.reasons().isNull(t.fliter()[r])) ins.bindNull(10);
+        for (int k = 1; k <= 7; ++k) ins.bind(1 + k, static_cast<qint64>(t.numberColumn(k)[r]));
+        ins.bind(9, static_cast<qint64>(t.paramValueAt(r)));
+        if (t.reasons().isNull(t.rowReasons()[r]))
+            ins.bindNull(10);
         else ins.bind(10, t.reasonText(r));
-        ins.bind(11, static_cast<qint64>(t.unslt().test(r) ? -1 : 0));
-        ins.bind(12, static_cast<qint64>(t.preunslt().test(r) ? -1 : 0));
-        ins.bind(13, static_cast<qint64>(t.gpslt().test(r) ? -1 : 0));
-        ins.bind(14, static_cast<qint64>(t.errnumAt(r)));
+        ins.bind(11, static_cast<qint64>(t.filteredOut().test(r) ? -1 : 0));
+        ins.bind(12, static_cast<qint64>(t.previousFilteredOut().test(r) ? -1 : 0));
+        ins.bind(13, static_cast<qint64>(t.groupMark().test(r) ? -1 : 0));
+        ins.bind(14, static_cast<qint64>(t.failCountAt(r)));
         ins.run();
     }
     db.commit();
@@ -326,32 +334,52 @@ void load(SqliteDb& db, const CandidateTable& t) {
 void runSingle(SqliteDb& db, ParamId id, const ParamWindowState& s, const ParamContext& ctx) {
     const ParamInfo& info = param_catalogue::info(id);
     const int scope = static_cast<int>(s.scope);
-    if (info.position && !(scope == 1 || (scope == 3 && id == ParamId::Option14))) return;
+    if (info.position && !(scope == 1 || (scope == 3 && id == ParamId::Position2))) return;
     compute(db, id, s, ctx);
     exec(db, QStringLiteral("UPDATE [zuhe] SET [preunslt]=[unslt]"));
     filterStatements(db, id, s, s.keep, false);
 }
 
 void runIntegrated(SqliteDb& db, const ParamWindowState& s, const ParamContext& ctx) {
-    static const std::vector<std::pair<int, ParamId>> order{
-        {0, ParamId::Option23},  {1, ParamId::Option3},   {2, ParamId::Option2},   {3, ParamId::Option4},
-        {4, ParamId::Option5},   {5, ParamId::Option8},   {6, ParamId::Option9},   {7, ParamId::Option10},
-        {8, ParamId::Option11},  {9, ParamId::Option13},  {10, ParamId::Option14}, {11, ParamId::Option15},
-        {12, ParamId::Option16}, {13, ParamId::Option17}, {14, ParamId::Option6},  {15, ParamId::Option7},
-        {16, ParamId::Option20}, {17, ParamId::Option24}, {18, ParamId::Option12}, {21, ParamId::Option66},
-        {22, ParamId::Option32}, {23, ParamId::Option33}, {24, ParamId::Option34}, {25, ParamId::Option35},
-        {15, ParamId::Option39}, {16, ParamId::Option40}, {26, ParamId::Option41}};
+    static const std::vector<std::pair<int, ParamId>> order{{0, ParamId::NumberSum},
+                                                            {1, ParamId::SumLastDigit},
+                                                            {2, ParamId::ConsecutiveCount},
+                                                            {3, ParamId::EvenCount},
+                                                            {4, ParamId::BigCount},
+                                                            {5, ParamId::BigLastDigitCount},
+                                                            {6, ParamId::Range1To10},
+                                                            {7, ParamId::Range11To20},
+                                                            {8, ParamId::Range21Up},
+                                                            {9, ParamId::Position1},
+                                                            {10, ParamId::Position2},
+                                                            {11, ParamId::Position3},
+                                                            {12, ParamId::Position4},
+                                                            {13, ParamId::Position5},
+                                                            {14, ParamId::LargestGap},
+                                                            {15, ParamId::LastMinusFirst},
+                                                            {16, ParamId::RepeatsOfPrevious},
+                                                            {17, ParamId::AcComplexity},
+                                                            {18, ParamId::OmissionSpread},
+                                                            {21, ParamId::CustomRange},
+                                                            {22, ParamId::OddSum},
+                                                            {23, ParamId::EvenSum},
+                                                            {24, ParamId::LastDigitSum},
+                                                            {25, ParamId::OmissionSum},
+                                                            {15, ParamId::SmallSum},
+                                                            {16, ParamId::BigSum},
+                                                            {26, ParamId::SameLastDigitCount}};
     const bool a = s.keep, b = s.logicAnd;
     const bool baoliu = a == b ? a : !a;
     exec(db, QStringLiteral("UPDATE [zuhe] SET [Errnum]=0"));
     exec(db, QStringLiteral("UPDATE [zuhe] SET [preunslt]=[unslt]"));
     for (const auto& [box, id] : order) {
-        if (!s.check1[static_cast<size_t>(box)]) continue;
+        if (!s.integratedBox[static_cast<size_t>(box)]) continue;
         compute(db, id, s, ctx);
         filterStatements(db, id, s, baoliu, true);
     }
     const int count = static_cast<int>(std::nearbyint(param_catalogue::leadingNumber(s.txtRc0)));
-    if (s.check3) exec(db, QStringLiteral("UPDATE [zuhe] SET [unslt]=-1 WHERE [Errnum] > ?1"), {count});
+    if (s.useTolerance)
+        exec(db, QStringLiteral("UPDATE [zuhe] SET [unslt]=-1 WHERE [Errnum] > ?1"), {count});
     else exec(db, QStringLiteral("UPDATE [zuhe] SET [unslt]=-1 WHERE [Errnum] > 0"));
     if (a != b) exec(db, QStringLiteral("UPDATE [zuhe] SET [unslt]=~[unslt]  WHERE [Gpslt]=0"));
 }
@@ -362,13 +390,13 @@ std::vector<Row> rows(SqliteDb& db) {
     while (q.next()) {
         Row r;
         r.idx = q.integer(0);
-        r.canshu = q.integer(1);
-        r.unslt = q.integer(2) != 0;
-        r.preunslt = q.integer(3) != 0;
-        r.errnum = q.integer(4);
+        r.paramValues = q.integer(1);
+        r.filteredOut = q.integer(2) != 0;
+        r.previousFilteredOut = q.integer(3) != 0;
+        r.failCount = q.integer(4);
         const QVariant f = q.value(5);
         r.fliterNull = f.isNull();
-        r.fliter = f.toString();
+        r.rowReasons = f.toString();
         out.push_back(r);
     }
     return out;

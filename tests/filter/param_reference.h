@@ -6,7 +6,7 @@
 // IIf is iif, InStr is instr, & is || with a null read as "", NOT on a flag is the bitwise ~.
 // The four row loops are written out as loops over the rows, as the window runs them.
 
-#include "filter/candidate_table.h"
+#include "engine/candidate_table.h"
 #include "filter/param_filter.h"
 #include "workspace/sqlite_db.h"
 
@@ -28,11 +28,11 @@ void runIntegrated(SqliteDb& db, const ParamWindowState& s, const ParamContext& 
 
 struct Row {
     int idx = 0;
-    int canshu = 0;
-    bool unslt = false, preunslt = false;
-    int errnum = 0;
+    int paramValues = 0;
+    bool filteredOut = false, previousFilteredOut = false;
+    int failCount = 0;
     bool fliterNull = true;
-    QString fliter;
+    QString rowReasons;
 };
 std::vector<Row> rows(SqliteDb& db);
 

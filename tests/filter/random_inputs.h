@@ -26,11 +26,12 @@ inline DrawHistory randomHistory(std::mt19937& rng, int draws, int frontMax, int
     DrawHistory h;
     for (int i = 1; i <= draws; ++i) {
         const auto front = distinctSorted(rng, 5, frontMax), back = distinctSorted(rng, 2, backMax);
-        h.figarr.push_back({2026000 + i, front[0], front[1], front[2], front[3], front[4], back[0], back[1]});
+        h.numbers.push_back(
+            {2026000 + i, front[0], front[1], front[2], front[3], front[4], back[0], back[1]});
     }
-    h.front.resize(h.figarr.size());
-    h.back.resize(h.figarr.size());
-    h.both.resize(h.figarr.size());
+    h.front.resize(h.numbers.size());
+    h.back.resize(h.numbers.size());
+    h.both.resize(h.numbers.size());
     return h;
 }
 

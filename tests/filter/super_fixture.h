@@ -5,8 +5,8 @@
 
 #include "filter/candidate_fixture.h"
 #include "filter/filter_workspace.h"
-#include "filter/moban_recorder.h"
 #include "filter/super_filter.h"
+#include "filter/template_recorder.h"
 #include "workspace/schema.h"
 #include "workspace/scripted_prompter.h"
 #include "workspace/sqlite_db.h"
@@ -22,9 +22,10 @@
 using Ticket = std::array<int, 7>;
 
 inline std::unique_ptr<CandidateTable> ticketTable(const std::vector<Ticket>& tickets) {
-    auto t = std::make_unique<CandidateTable>(schema::CandidateKind::Zuhe, tickets.size());
+    auto t = std::make_unique<CandidateTable>(schema::CandidateKind::Combinations, tickets.size());
     for (size_t r = 0; r < tickets.size(); ++r)
-        for (int k = 1; k <= 7; ++k) t->fig(k)[r] = static_cast<uint8_t>(tickets[r][static_cast<size_t>(k - 1)]);
+        for (int k = 1; k <= 7; ++k)
+            t->numberColumn(k)[r] = static_cast<uint8_t>(tickets[r][static_cast<size_t>(k - 1)]);
     return t;
 }
 
@@ -38,32 +39,32 @@ inline DrawHistory historyEndingWith(const std::vector<Ticket>& last, int total 
             const Ticket& k = last[last.size() - 1 - static_cast<size_t>(fromEnd)];
             for (int c = 0; c < 7; ++c) d[static_cast<size_t>(c + 1)] = k[static_cast<size_t>(c)];
         }
-        h.figarr.push_back(d);
+        h.numbers.push_back(d);
     }
-    h.front.resize(h.figarr.size());
-    h.back.resize(h.figarr.size());
-    h.both.resize(h.figarr.size());
+    h.front.resize(h.numbers.size());
+    h.back.resize(h.numbers.size());
+    h.both.resize(h.numbers.size());
     return h;
 }
 
 class SuperWindowTest : public ::testing::Test {
 protected:
     QTemporaryDir dir;
-    SqliteDb fildb;
+    SqliteDb filterDb;
     DrawHistory history;
     std::unique_ptr<FilterWorkspace> ws;
     std::unique_ptr<SuperFilter> super;
-    std::unique_ptr<MobanRecorder> recorder;
+    std::unique_ptr<TemplateRecorder> recorder;
     SuperInputs in;
     ParamWindowState state = ParamWindowState::defaults();
     ScriptedPrompter prompter;
 
     QString filnumPath() const { return dir.filePath(QStringLiteral("filnum.db")); }
 
-    void open(const std::vector<Ticket>& tickets, FilterInstance instance = FilterInstance::GAgan) {
-        if (!fildb.isOpen()) {
-            ASSERT_TRUE(fildb.open(filnumPath(), true));
-            ASSERT_TRUE(createTemplateTables(fildb, TemplateKind::Filnum));
+    void open(const std::vector<Ticket>& tickets, FilterSource instance = FilterSource::Expansion) {
+        if (!filterDb.isOpen()) {
+            ASSERT_TRUE(filterDb.open(filnumPath(), true));
+            ASSERT_TRUE(createTemplateTables(filterDb, TemplateKind::FilterDb));
         }
         recorder.reset();
         super.reset();
@@ -72,8 +73,8 @@ protected:
         auto t = ticketTable(tickets);
         const uint64_t n = t->rowCount();
         ws->openMade(std::move(t), n);
-        super = std::make_unique<SuperFilter>(*ws, history, 35, fildb);
-        recorder = std::make_unique<MobanRecorder>(*ws, *super, fildb, ParamContext{});
+        super = std::make_unique<SuperFilter>(*ws, history, 35, filterDb);
+        recorder = std::make_unique<TemplateRecorder>(*ws, *super, filterDb, ParamContext{});
         in = SuperInputs{};
         state = ParamWindowState::defaults();
     }
@@ -84,7 +85,7 @@ protected:
     }
 
     const CandidateTable& table() const { return ws->table(); }
-    bool dead(uint64_t row) const { return table().unslt().test(row); }
+    bool dead(uint64_t row) const { return table().filteredOut().test(row); }
     QString reason(uint64_t row) const { return table().reasonText(row); }
 
     SuperFilter::Outcome left(SuperButton b, ZoneScope tab = ZoneScope::Front) {

@@ -45,21 +45,25 @@ void load(SqliteDb& db, const CandidateTable& t) {
     SqliteStatement ins(db, QStringLiteral("INSERT INTO [zuhe] VALUES(?1,?2,?3,?4,?5,?6,?7,?8,?9,?10,?11,?12,?13,?14,?15,?16,?17,?18,?19)"));
     for (uint64_t r = 0; r < t.rowCount(); ++r) {
         ins.bind(1, static_cast<qint64>(t.idxAt(r)));
-        for (int k = 1; k <= 7; ++k) ins.bind(1 + k, static_cast<qint64>(t.fig(k)[r]));
-        ins.bind(9, static_cast<qint64>(t.canshuAt(r)));
-        if (t.numstringMode() == CandidateTable::NumstringMode::Null) ins.bindNull(10);
-        else ins.bind(10, t.numstring(r));
-        if (t.numstringHouFilled()) ins.bind(11, t.numstringHou(r));
+        for (int k = 1; k <= 7; ++k) ins.bind(1 + k, static_cast<qint64>(t.numberColumn(k)[r]));
+        ins.bind(9, static_cast<qint64>(t.paramValueAt(r)));
+        if (t.numberTextMode() == CandidateTable::NumberTextMode::Null)
+            ins.bindNull(10);
+        else
+            ins.bind(10, t.numberText(r));
+        if (t.backNumberTextFilled())
+            ins.bind(11, t.backNumberText(r));
         else ins.bindNull(11);
-        ins.bind(12, static_cast<qint64>(t.sknumAt(r)));
-        ins.bind(13, static_cast<qint64>(t.jsqihaoAt(r)));
-        if (t.reasons().isNull(t.fliter()[r])) ins.bindNull(14);
+        ins.bind(12, static_cast<qint64>(t.superCountAt(r)));
+        ins.bind(13, static_cast<qint64>(t.matchIssueAt(r)));
+        if (t.reasons().isNull(t.rowReasons()[r]))
+            ins.bindNull(14);
         else ins.bind(14, t.reasonText(r));
-        ins.bind(15, static_cast<qint64>(t.unslt().test(r) ? -1 : 0));
-        ins.bind(16, static_cast<qint64>(t.preunslt().test(r) ? -1 : 0));
-        ins.bind(17, static_cast<qint64>(t.tmpunslt().test(r) ? -1 : 0));
+        ins.bind(15, static_cast<qint64>(t.filteredOut().test(r) ? -1 : 0));
+        ins.bind(16, static_cast<qint64>(t.previousFilteredOut().test(r) ? -1 : 0));
+        ins.bind(17, static_cast<qint64>(t.scratchFilteredOut().test(r) ? -1 : 0));
         ins.bind(18, qint64{0});
-        ins.bind(19, static_cast<qint64>(t.errnumAt(r)));
+        ins.bind(19, static_cast<qint64>(t.failCountAt(r)));
         ins.run();
     }
     tx.commit();
@@ -113,9 +117,9 @@ void history(SqliteDb& db, ZoneScope scope, int threshold, const QString& captio
     const auto like = [](int n) { return QVariant("*" + two(n) + "*"); };
     for (int64_t i = 0; i < passes; ++i) {
         exec(db, QStringLiteral("UPDATE [zuhe] SET [SKnum]= 0"));
-        const int64_t row = h.drawnum() - i;
+        const int64_t row = h.drawCount() - i;
         if (row < 0) continue;  // the draw's subscript fails: the statements that read it are passed over
-        const DrawNumbers& d = h.figarr[static_cast<size_t>(row)];
+        const DrawNumbers& d = h.numbers[static_cast<size_t>(row)];
         if (scope != ZoneScope::Back) exec(db, front, {like(d[1]), like(d[2]), like(d[3]), like(d[4]), like(d[5])});
         if (scope != ZoneScope::Front) exec(db, back, {like(d[6]), like(d[7])});
         exec(db, QStringLiteral("UPDATE [zuhe] SET [Canshu]= [SKnum],[Jsqihao] = ?1 WHERE [unslt]=0 AND [SKnum] > [Canshu]"),
@@ -127,7 +131,7 @@ void history(SqliteDb& db, ZoneScope scope, int threshold, const QString& captio
          {caption, nText, threshold});
 }
 
-void inclusionKill(SqliteDb& db, ZoneScope scope, const std::vector<int>& numbers, int skzu,
+void inclusionKill(SqliteDb& db, ZoneScope scope, const std::vector<int>& numbers, int groupSize,
                    const std::vector<int>& bankers, const QString& caption) {
     exec(db, QStringLiteral("UPDATE [zuhe] SET [preunslt]=[unslt]"));
     numstringByScope(db, scope);
@@ -136,25 +140,30 @@ void inclusionKill(SqliteDb& db, ZoneScope scope, const std::vector<int>& number
         exec(db, QStringLiteral("UPDATE [zuhe] SET [SKnum]= [SKnum] + 1 WHERE [unslt]=0 AND [NumString] GLOB ?1"),
              {"*" + two(n) + "*"});
     exec(db,
-         QStringLiteral("UPDATE [zuhe] SET [unslt]=-1 , [Fliter] = ?1 || ?2 || '  ' || ?3 || '个一组' WHERE [unslt]=0 "
-                        "AND [SKnum] >= ?3"),
-         {caption, listOf(numbers), skzu});
+         QStringLiteral(
+             "UPDATE [zuhe] SET [unslt]=-1 , [Fliter] = ?1 || ?2 || '  ' || ?3 || '个一组' WHERE [unslt]=0 "
+             "AND [SKnum] >= ?3"),
+         {caption, listOf(numbers), groupSize});
     for (int d : bankers)
         exec(db, QStringLiteral("UPDATE [zuhe] SET [unslt]=0 , [Fliter] = ' ' WHERE [unslt]=-1 AND NOT [NumString] GLOB ?1"),
              {"*" + two(d) + "*"});
 }
 
-void inclusionKeep(SqliteDb& db, ZoneScope scope, const std::vector<int>& numbers, int skzu,
+void inclusionKeep(SqliteDb& db, ZoneScope scope, const std::vector<int>& numbers, int groupSize,
                    const std::vector<int>& bankers, const QString& caption) {
     exec(db, QStringLiteral("UPDATE [zuhe] SET [preunslt]=[unslt]"));
-    exec(db, QStringLiteral("UPDATE [zuhe] SET [unslt]=-1 , [Fliter] = ?1 || ?2 || '  ' || ?3 || '个一组' WHERE [preunslt]=0"),
-         {caption, listOf(numbers), skzu});
+    exec(db,
+         QStringLiteral("UPDATE [zuhe] SET [unslt]=-1 , [Fliter] = ?1 || ?2 || '  ' || ?3 || '个一组' WHERE "
+                        "[preunslt]=0"),
+         {caption, listOf(numbers), groupSize});
     numstringByScope(db, scope);
     exec(db, QStringLiteral("UPDATE [zuhe] SET [SKnum]= 0"));
     for (int n : numbers)
         exec(db, QStringLiteral("UPDATE [zuhe] SET [SKnum]= [SKnum] + 1 WHERE [preunslt]=0 AND [NumString] GLOB ?1"),
              {"*" + two(n) + "*"});
-    exec(db, QStringLiteral("UPDATE [zuhe] SET [unslt]=0 , [Fliter] = '' WHERE [preunslt]=0 AND [SKnum] >= ?1"), {skzu});
+    exec(db,
+         QStringLiteral("UPDATE [zuhe] SET [unslt]=0 , [Fliter] = '' WHERE [preunslt]=0 AND [SKnum] >= ?1"),
+         {groupSize});
     for (int d : bankers)
         exec(db,
              QStringLiteral("UPDATE [zuhe] SET [unslt]=-1 , [Fliter] = ?1 || ?2 || '  胆' WHERE [unslt]=-1 AND NOT "
@@ -174,19 +183,19 @@ std::vector<Row> rows(SqliteDb& db) {
                                          "FROM [zuhe] ORDER BY rowid"));
     while (q.next()) {
         Row r;
-        r.unslt = q.integer(0) != 0;
-        r.preunslt = q.integer(1) != 0;
+        r.filteredOut = q.integer(0) != 0;
+        r.previousFilteredOut = q.integer(1) != 0;
         const QVariant f = q.value(2);
         r.fliterNull = f.isNull();
-        r.fliter = f.toString();
-        r.canshu = q.integer(3);
+        r.rowReasons = f.toString();
+        r.paramValues = q.integer(3);
         r.sknumNull = q.value(4).isNull();
-        r.sknum = q.integer(4);
-        r.jsqihao = q.integer(5);
+        r.superCount = q.integer(4);
+        r.matchIssue = q.integer(5);
         r.numstringNull = q.value(6).isNull();
-        r.numstring = q.text(6);
+        r.numberText = q.text(6);
         r.numstringHouNull = q.value(7).isNull();
-        r.numstringHou = q.text(7);
+        r.backNumberText = q.text(7);
         out.push_back(r);
     }
     return out;

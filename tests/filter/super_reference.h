@@ -6,7 +6,7 @@
 // counted by -(x LIKE p) is written -(-(x GLOB p)); format(n,"00") is printf('%02d', n); & is ||
 // with a null read as "". Each worker runs its statements one by one, as the window does.
 
-#include "filter/candidate_table.h"
+#include "engine/candidate_table.h"
 #include "filter/param_catalogue.h"
 #include "workspace/shared_state.h"
 #include "workspace/sqlite_db.h"
@@ -29,24 +29,24 @@ void relation(SqliteDb& db, int index, const std::vector<int>& numbers, const QS
 // its first statement.
 void history(SqliteDb& db, ZoneScope scope, int threshold, const QString& caption, const QString& nText, int64_t passes,
              const DrawHistory& h);
-void inclusionKill(SqliteDb& db, ZoneScope scope, const std::vector<int>& numbers, int skzu,
+void inclusionKill(SqliteDb& db, ZoneScope scope, const std::vector<int>& numbers, int groupSize,
                    const std::vector<int>& bankers, const QString& caption);
-void inclusionKeep(SqliteDb& db, ZoneScope scope, const std::vector<int>& numbers, int skzu,
+void inclusionKeep(SqliteDb& db, ZoneScope scope, const std::vector<int>& numbers, int groupSize,
                    const std::vector<int>& bankers, const QString& caption);
 void sameAsTemplate(SqliteDb& db);
 
 struct Row {
-    bool unslt = false, preunslt = false;
+    bool filteredOut = false, previousFilteredOut = false;
     bool fliterNull = true;
-    QString fliter;
-    int canshu = 0;
+    QString rowReasons;
+    int paramValues = 0;
     bool sknumNull = false;
-    int sknum = 0;
-    int jsqihao = 0;
+    int superCount = 0;
+    int matchIssue = 0;
     bool numstringNull = true;
-    QString numstring;
+    QString numberText;
     bool numstringHouNull = true;
-    QString numstringHou;
+    QString backNumberText;
 };
 std::vector<Row> rows(SqliteDb& db);
 

@@ -1,6 +1,6 @@
+#include "engine/candidate_kernels.h"
 #include "filter/candidate_actions.h"
-#include "filter/candidate_kernels.h"
-#include "filter/filter_instance.h"
+#include "filter/filter_source.h"
 
 #include "filter/candidate_fixture.h"
 
@@ -16,8 +16,8 @@ const QString kFilterReason = QStringLiteral("和值大小:120 保留50~100");
 void filterRows(CandidateTable& t, std::initializer_list<uint64_t> rows) {
     BitVector sel(t.rowCount());
     for (uint64_t r : rows) sel.set(r);
-    kernels::beginFilter(t);
-    kernels::killSelected(t, sel, t.reasons().intern(kFilterReason));
+    candidate_kernels::beginFilter(t);
+    candidate_kernels::killSelected(t, sel, t.reasons().intern(kFilterReason));
 }
 
 TEST(CandidateActions, InvertAllOnATableWithNoDeadRowKillsEverything) {
@@ -25,23 +25,24 @@ TEST(CandidateActions, InvertAllOnATableWithNoDeadRowKillsEverything) {
     CandidateTable t = smallTable(3 * 1024 * 1024 + 17);
     act::invertAll(t);
     EXPECT_EQ(t.liveCount(), 0u);
-    EXPECT_EQ(filter_texts::caption(static_cast<qint64>(t.liveCount())),
+    EXPECT_EQ(filter_source::caption(static_cast<qint64>(t.liveCount())),
               QStringLiteral("复选组合情况排列总表（每页至多显示10000注，双击任意注可删除）   合计：0注"));
-    EXPECT_EQ(t.preunslt().count(), 0u);
+    EXPECT_EQ(t.previousFilteredOut().count(), 0u);
     EXPECT_EQ(t.reasonText(0), QStringLiteral("全部反选-"));
     EXPECT_EQ(t.reasonText(t.rowCount() - 1), QStringLiteral("全部反选-"));
     // Twice: all alive again, each row carrying the prefix twice.
     act::invertAll(t);
     EXPECT_EQ(t.liveCount(), t.rowCount());
     EXPECT_EQ(t.reasonText(12345), QStringLiteral("全部反选-全部反选-"));
-    EXPECT_EQ(t.unslt().words().back() & ~t.unslt().validMask(t.unslt().wordCount() - 1), 0u);
+    EXPECT_EQ(t.filteredOut().words().back() & ~t.filteredOut().validMask(t.filteredOut().wordCount() - 1),
+              0u);
 }
 
 TEST(CandidateActions, ResetLastAfterInvertAllReturnsOnlyTheRowsTheInversionKilled) {
     CandidateTable t = smallTable(10);
     filterRows(t, {1, 4});
     act::invertAll(t);
-    EXPECT_EQ(bits(t.unslt()), (std::vector<bool>{1, 0, 1, 1, 0, 1, 1, 1, 1, 1}));
+    EXPECT_EQ(bits(t.filteredOut()), (std::vector<bool>{1, 0, 1, 1, 0, 1, 1, 1, 1, 1}));
     act::resetLast(t);
     // Rows killed by the inversion return; the rows it brought back stay alive.
     EXPECT_EQ(t.liveCount(), 10u);
@@ -57,18 +58,18 @@ TEST(CandidateActions, InvertLastTwiceFollowsTheStatements) {
     CandidateTable t = smallTable(8);
     filterRows(t, {0, 1});      // dead before the filter below
     filterRows(t, {2, 3, 4});  // the latest filter
-    const auto pre = bits(t.preunslt());
+    const auto pre = bits(t.previousFilteredOut());
     act::invertLast(t);
     // Rows live before the latest filter swap; rows dead before it stay dead.
-    EXPECT_EQ(bits(t.unslt()), (std::vector<bool>{1, 1, 0, 0, 0, 1, 1, 1}));
-    EXPECT_EQ(bits(t.tmpunslt()), pre);
+    EXPECT_EQ(bits(t.filteredOut()), (std::vector<bool>{1, 1, 0, 0, 0, 1, 1, 1}));
+    EXPECT_EQ(bits(t.scratchFilteredOut()), pre);
     EXPECT_EQ(t.reasonText(0), kFilterReason);
     EXPECT_EQ(t.reasonText(2), QStringLiteral("上次反选-") + kFilterReason);
     EXPECT_EQ(t.reasonText(5), QStringLiteral("上次反选-"));
     act::invertLast(t);
     // The second press swaps only the rows that were live after the latest filter: the rows it
     // had killed stay alive, and only the swapped rows carry the prefix twice.
-    EXPECT_EQ(bits(t.unslt()), (std::vector<bool>{1, 1, 0, 0, 0, 0, 0, 0}));
+    EXPECT_EQ(bits(t.filteredOut()), (std::vector<bool>{1, 1, 0, 0, 0, 0, 0, 0}));
     EXPECT_EQ(t.reasonText(2), QStringLiteral("上次反选-") + kFilterReason);
     EXPECT_EQ(t.reasonText(5), QStringLiteral("上次反选-上次反选-"));
     EXPECT_EQ(t.reasonText(0), kFilterReason);
@@ -80,22 +81,24 @@ TEST(CandidateActions, ResetAllThenResetLastChangesNothingFurther) {
     filterRows(t, {2, 3});
     act::resetAll(t);
     EXPECT_EQ(t.liveCount(), 6u);
-    EXPECT_EQ(bits(t.preunslt()), (std::vector<bool>{0, 1, 0, 0, 0, 0})) << "reset all leaves preunslt";
+    EXPECT_EQ(bits(t.previousFilteredOut()), (std::vector<bool>{0, 1, 0, 0, 0, 0}))
+        << "reset all leaves preunslt";
     for (const QString& r : reasons(t)) EXPECT_EQ(r, QString(""));
     act::resetLast(t);
     EXPECT_EQ(t.liveCount(), 6u);
-    EXPECT_EQ(bits(t.preunslt()), (std::vector<bool>{0, 1, 0, 0, 0, 0}));
+    EXPECT_EQ(bits(t.previousFilteredOut()), (std::vector<bool>{0, 1, 0, 0, 0, 0}));
 }
 
 TEST(CandidateKernels, SelectionsKillOnlyLiveRowsWithTheirReason) {
     CandidateTable t = smallTable(2 * 1024 * 1024);
     filterRows(t, {0});
-    const BitVector odd = kernels::select(t, [&](uint64_t r) { return t.fig(1)[r] % 2 == 1; });
+    const BitVector odd =
+        candidate_kernels::select(t, [&](uint64_t r) { return t.numberColumn(1)[r] % 2 == 1; });
     uint64_t expected = 0;
-    for (uint64_t r = 1; r < t.rowCount(); ++r) expected += t.fig(1)[r] % 2 == 1;
-    kernels::beginFilter(t);
-    const uint64_t killed = kernels::killSelectedWith(t, odd, [&](size_t r) {
-        return t.reasons().intern(QStringLiteral("1位奇偶性") + QString::number(t.fig(1)[r] % 10));
+    for (uint64_t r = 1; r < t.rowCount(); ++r) expected += t.numberColumn(1)[r] % 2 == 1;
+    candidate_kernels::beginFilter(t);
+    const uint64_t killed = candidate_kernels::killSelectedWith(t, odd, [&](size_t r) {
+        return t.reasons().intern(QStringLiteral("1位奇偶性") + QString::number(t.numberColumn(1)[r] % 10));
     });
     EXPECT_EQ(killed, expected);
     EXPECT_EQ(t.reasonText(0), kFilterReason) << "an already dead row keeps its reason";

@@ -1,6 +1,6 @@
+#include "engine/candidate_kernels.h"
+#include "engine/candidate_store.h"
 #include "filter/candidate_actions.h"
-#include "filter/candidate_kernels.h"
-#include "filter/candidate_store.h"
 #include "filter/filter_workspace.h"
 #include "workspace/sqlite_db.h"
 
@@ -17,17 +17,17 @@ namespace store = candidate_store;
 void expectSameTable(const CandidateTable& a, const CandidateTable& b) {
     ASSERT_EQ(a.kind(), b.kind());
     ASSERT_EQ(a.rowCount(), b.rowCount());
-    for (int k = 1; k <= a.figCount(); ++k)
-        EXPECT_TRUE(std::ranges::equal(a.fig(k), b.fig(k))) << "fig" << k;
-    EXPECT_EQ(a.unslt(), b.unslt());
-    EXPECT_EQ(a.preunslt(), b.preunslt());
-    EXPECT_EQ(a.tmpunslt(), b.tmpunslt());
-    EXPECT_EQ(a.gpslt(), b.gpslt());
+    for (int k = 1; k <= a.numberCount(); ++k)
+        EXPECT_TRUE(std::ranges::equal(a.numberColumn(k), b.numberColumn(k))) << "fig" << k;
+    EXPECT_EQ(a.filteredOut(), b.filteredOut());
+    EXPECT_EQ(a.previousFilteredOut(), b.previousFilteredOut());
+    EXPECT_EQ(a.scratchFilteredOut(), b.scratchFilteredOut());
+    EXPECT_EQ(a.groupMark(), b.groupMark());
     for (uint64_t r = 0; r < a.rowCount(); ++r) {
         ASSERT_EQ(a.reasonText(r), b.reasonText(r)) << r;
-        ASSERT_EQ(a.reasons().isNull(a.fliter()[r]), b.reasons().isNull(b.fliter()[r])) << r;
-        ASSERT_EQ(a.canshuAt(r), b.canshuAt(r)) << r;
-        ASSERT_EQ(a.errnumAt(r), b.errnumAt(r)) << r;
+        ASSERT_EQ(a.reasons().isNull(a.rowReasons()[r]), b.reasons().isNull(b.rowReasons()[r])) << r;
+        ASSERT_EQ(a.paramValueAt(r), b.paramValueAt(r)) << r;
+        ASSERT_EQ(a.failCountAt(r), b.failCountAt(r)) << r;
         ASSERT_EQ(a.idxAt(r), b.idxAt(r)) << r;
     }
 }
@@ -35,13 +35,13 @@ void expectSameTable(const CandidateTable& a, const CandidateTable& b) {
 // A table after some work: a filter with a reason, an inversion, scratch values.
 CandidateTable workedTable(uint64_t rows) {
     CandidateTable t = smallTable(rows);
-    const BitVector sel = kernels::select(t, [&](uint64_t r) { return t.fig(2)[r] > 20; });
-    kernels::beginFilter(t);
-    kernels::killSelected(t, sel, t.reasons().intern(QStringLiteral("各位数和大小:99 排除0~100")));
+    const BitVector sel = candidate_kernels::select(t, [&](uint64_t r) { return t.numberColumn(2)[r] > 20; });
+    candidate_kernels::beginFilter(t);
+    candidate_kernels::killSelected(t, sel, t.reasons().intern(QStringLiteral("各位数和大小:99 排除0~100")));
     candidate_actions::invertLast(t);
-    for (uint64_t r = 0; r < rows; ++r) t.canshu()[r] = static_cast<int16_t>(r % 300 - 100);
-    t.errnum()[rows / 2] = 3;
-    t.fliter()[1] = ReasonTable::kNull;
+    for (uint64_t r = 0; r < rows; ++r) t.paramValues()[r] = static_cast<int16_t>(r % 300 - 100);
+    t.failCount()[rows / 2] = 3;
+    t.rowReasons()[1] = ReasonTable::kNull;
     return t;
 }
 
@@ -68,19 +68,21 @@ TEST(CandidateStore, CloseAndReopenGivesTheSameFlagsAndReasons) {
     const CandidateTable t = workedTable(200000);
     ASSERT_EQ(store::save(d.db, t).outcome, store::Outcome::Done);
     // The record holds the schema's columns with the values of the statements.
-    EXPECT_EQ(d.db.columns(QStringLiteral("zuhe")), schema::candidate(schema::CandidateKind::Zuhe).columnNames());
+    EXPECT_EQ(d.db.columns(QStringLiteral("zuhe")),
+              schema::candidate(schema::CandidateKind::Combinations).columnNames());
     EXPECT_EQ(d.db.scalar(QStringLiteral("SELECT count(*) FROM zuhe WHERE unslt=1")).toULongLong(), t.deadCount());
     EXPECT_EQ(d.db.scalar(QStringLiteral("SELECT fliter FROM zuhe WHERE idx=1")).toString(), t.reasonText(0));
     EXPECT_TRUE(d.db.scalar(QStringLiteral("SELECT fliter FROM zuhe WHERE idx=2")).isNull());
-    EXPECT_EQ(d.db.scalar(QStringLiteral("SELECT fig3 FROM zuhe WHERE idx=777")).toInt(), t.fig(3)[776]);
+    EXPECT_EQ(d.db.scalar(QStringLiteral("SELECT fig3 FROM zuhe WHERE idx=777")).toInt(),
+              t.numberColumn(3)[776]);
 
     d.db.close();
     ASSERT_TRUE(d.db.open(d.path()));
-    const store::LoadResult image = store::load(d.db, schema::CandidateKind::Zuhe);
+    const store::LoadResult image = store::load(d.db, schema::CandidateKind::Combinations);
     ASSERT_TRUE(image.table);
     EXPECT_EQ(image.path, store::LoadPath::ColumnImage);
     expectSameTable(t, *image.table);
-    const store::LoadResult rows = store::load(d.db, schema::CandidateKind::Zuhe, nullptr, false);
+    const store::LoadResult rows = store::load(d.db, schema::CandidateKind::Combinations, nullptr, false);
     ASSERT_TRUE(rows.table);
     EXPECT_EQ(rows.path, store::LoadPath::Rows);
     expectSameTable(t, *rows.table);
@@ -91,14 +93,14 @@ TEST(CandidateStore, AChangeOfTheRowsByOtherCodeIsWhatTheNextLoadReads) {
     CandidateTable t = workedTable(5000);
     ASSERT_EQ(store::save(d.db, t).outcome, store::Outcome::Done);
     ASSERT_TRUE(d.db.exec(QStringLiteral("UPDATE zuhe SET unslt=1, fliter='手工删除' WHERE idx=10")));
-    const store::LoadResult r = store::load(d.db, schema::CandidateKind::Zuhe);
+    const store::LoadResult r = store::load(d.db, schema::CandidateKind::Combinations);
     ASSERT_TRUE(r.table);
     EXPECT_EQ(r.path, store::LoadPath::Rows) << "the trigger dropped the column image";
-    EXPECT_TRUE(r.table->unslt().test(9));
+    EXPECT_TRUE(r.table->filteredOut().test(9));
     EXPECT_EQ(r.table->reasonText(9), QStringLiteral("手工删除"));
     // Saved again, the image is current once more.
     ASSERT_EQ(store::save(d.db, *r.table).outcome, store::Outcome::Done);
-    EXPECT_EQ(store::load(d.db, schema::CandidateKind::Zuhe).path, store::LoadPath::ColumnImage);
+    EXPECT_EQ(store::load(d.db, schema::CandidateKind::Combinations).path, store::LoadPath::ColumnImage);
 }
 
 TEST(CandidateStore, ACancelledWriteLeavesThePreviousRecord) {
@@ -110,7 +112,7 @@ TEST(CandidateStore, ACancelledWriteLeavesThePreviousRecord) {
     Counting cancelHalfWay(200000);
     EXPECT_EQ(store::save(d.db, second, &cancelHalfWay).outcome, store::Outcome::Cancelled);
     for (bool image : {true, false}) {
-        const store::LoadResult r = store::load(d.db, schema::CandidateKind::Zuhe, nullptr, image);
+        const store::LoadResult r = store::load(d.db, schema::CandidateKind::Combinations, nullptr, image);
         ASSERT_TRUE(r.table);
         expectSameTable(first, *r.table);
     }
@@ -119,38 +121,40 @@ TEST(CandidateStore, ACancelledWriteLeavesThePreviousRecord) {
 
 TEST(CandidateStore, SixNumberTableAndAnExplicitIdx) {
     Db d;
-    CandidateTable t = smallTable(1000, schema::CandidateKind::Zuhef);
+    CandidateTable t = smallTable(1000, schema::CandidateKind::SixNumbers);
     candidate_actions::invertAll(t);
     ASSERT_EQ(store::save(d.db, t).outcome, store::Outcome::Done);
-    EXPECT_EQ(d.db.columns(QStringLiteral("zuhef")), schema::candidate(schema::CandidateKind::Zuhef).columnNames());
+    EXPECT_EQ(d.db.columns(QStringLiteral("zuhef")),
+              schema::candidate(schema::CandidateKind::SixNumbers).columnNames());
     // Renumbered by other code (the template's numbering runs in the order of its rows).
     ASSERT_TRUE(d.db.exec(QStringLiteral("UPDATE zuhef SET idx = 1001 - idx")));
-    const store::LoadResult r = store::load(d.db, schema::CandidateKind::Zuhef);
+    const store::LoadResult r = store::load(d.db, schema::CandidateKind::SixNumbers);
     ASSERT_TRUE(r.table);
     EXPECT_EQ(r.table->idxAt(0), 1000);
     EXPECT_EQ(r.table->idxAt(999), 1);
     EXPECT_EQ(r.table->deadCount(), 1000u);
     ASSERT_EQ(store::save(d.db, *r.table).outcome, store::Outcome::Done);
-    expectSameTable(*r.table, *store::load(d.db, schema::CandidateKind::Zuhef).table);
+    expectSameTable(*r.table, *store::load(d.db, schema::CandidateKind::SixNumbers).table);
 }
 
 TEST(FilterWorkspace, ActionsKeepTheRecordUpToDateBehindTheWindow) {
     Db d;
     {
-        FilterWorkspace window(FilterInstance::GAgan, d.path());
+        FilterWorkspace window(FilterSource::Expansion, d.path());
         window.openMade(std::make_unique<CandidateTable>(smallTable(300000)), 300000);
         EXPECT_EQ(window.caption(), QStringLiteral("复选组合情况排列总表（每页至多显示10000注，双击任意注可删除）   合计：300000注"));
         // Clicks faster than the writes: each cancels the running write and starts the next.
-        EXPECT_TRUE(window.release(FilterWorkspace::Button::Command2, FilterWorkspace::Mouse::Left).ranAction);
+        EXPECT_TRUE(
+            window.release(FilterWorkspace::Button::InvertAll, FilterWorkspace::Mouse::Left).ranAction);
         EXPECT_EQ(window.shownCount(), 0u);
-        window.release(FilterWorkspace::Button::CmdRetn, FilterWorkspace::Mouse::Left);
-        window.release(FilterWorkspace::Button::Command3, FilterWorkspace::Mouse::Left);
+        window.release(FilterWorkspace::Button::ResetLast, FilterWorkspace::Mouse::Left);
+        window.release(FilterWorkspace::Button::InvertLast, FilterWorkspace::Mouse::Left);
         EXPECT_EQ(window.shownCount(), 0u);
         EXPECT_EQ(window.waitForWrite().outcome, store::Outcome::Done);
         EXPECT_FALSE(window.writePending());
     }
     // Reopened (mnuCallfd): GAganMb's caption counts its first query, idx 1..10000.
-    FilterWorkspace reopened(FilterInstance::GAganMb, d.path());
+    FilterWorkspace reopened(FilterSource::StoredExpansion, d.path());
     ASSERT_TRUE(reopened.openStored(d.db));
     EXPECT_EQ(reopened.shownCount(), 10000u);
     EXPECT_EQ(reopened.table().deadCount(), 300000u);
@@ -159,15 +163,16 @@ TEST(FilterWorkspace, ActionsKeepTheRecordUpToDateBehindTheWindow) {
     EXPECT_TRUE(reopened.liveRows().empty());
 
     // The right button runs nothing: it sets intCmdnb and asks for mnuAdm.
-    const auto right = reopened.release(FilterWorkspace::Button::Command3, FilterWorkspace::Mouse::Right);
+    const auto right = reopened.release(FilterWorkspace::Button::InvertLast, FilterWorkspace::Mouse::Right);
     EXPECT_FALSE(right.ranAction);
-    EXPECT_TRUE(right.popupMnuAdm);
-    EXPECT_EQ(reopened.intCmdnb(), 1);
-    reopened.release(FilterWorkspace::Button::Command2, FilterWorkspace::Mouse::Right);
-    EXPECT_EQ(reopened.intCmdnb(), 2);
-    EXPECT_FALSE(reopened.release(FilterWorkspace::Button::Command1, FilterWorkspace::Mouse::Right).popupMnuAdm);
+    EXPECT_TRUE(right.popupRecordMenu);
+    EXPECT_EQ(reopened.stepCode(), 1);
+    reopened.release(FilterWorkspace::Button::InvertAll, FilterWorkspace::Mouse::Right);
+    EXPECT_EQ(reopened.stepCode(), 2);
+    EXPECT_FALSE(
+        reopened.release(FilterWorkspace::Button::ResetAll, FilterWorkspace::Mouse::Right).popupRecordMenu);
     EXPECT_EQ(reopened.table().deadCount(), 300000u);
-    reopened.release(FilterWorkspace::Button::Command1, FilterWorkspace::Mouse::Left);
+    reopened.release(FilterWorkspace::Button::ResetAll, FilterWorkspace::Mouse::Left);
     EXPECT_EQ(reopened.shownCount(), 300000u);
     EXPECT_EQ(reopened.liveRows(299990).size(), 10u);
 }
@@ -176,7 +181,7 @@ TEST(FilterWorkspace, ActionsKeepTheRecordUpToDateBehindTheWindow) {
 // end, nested edits included; a pause without a running write leaves the record alone.
 TEST(FilterWorkspace, EditsStopTheWriteAndWriteTheirChangeOnce) {
     Db d;
-    FilterWorkspace window(FilterInstance::GAgan, d.path());
+    FilterWorkspace window(FilterSource::Expansion, d.path());
     window.openMade(std::make_unique<CandidateTable>(smallTable(200000)), 200000);
     ASSERT_TRUE(window.writePending());
     {
@@ -184,12 +189,12 @@ TEST(FilterWorkspace, EditsStopTheWriteAndWriteTheirChangeOnce) {
         EXPECT_FALSE(window.writePending()) << "the opening write is stopped";
         {
             const FilterWorkspace::Edit inner = window.edit();
-            kernels::beginFilter(inner.table());
-            inner.table().unslt().set(7);
+            candidate_kernels::beginFilter(inner.table());
+            inner.table().filteredOut().set(7);
         }
         EXPECT_FALSE(window.writePending()) << "an inner edit leaves the write to the outer one";
         EXPECT_EQ(window.shownCount(), 199999u) << "the count follows each edit";
-        outer.table().unslt().set(8);
+        outer.table().filteredOut().set(8);
     }
     ASSERT_TRUE(window.writePending());
     {
@@ -202,27 +207,27 @@ TEST(FilterWorkspace, EditsStopTheWriteAndWriteTheirChangeOnce) {
     { const FilterWorkspace::Edit idle = window.pauseWrite(); }
     EXPECT_FALSE(window.writePending()) << "nothing was written, nothing starts";
 
-    // The hand-made pair of the command line still brings the record up to date.
-    window.tableForChange().unslt().set(9);
-    window.changed();
+    // An edit that ends brings the record up to date.
+    { window.edit().table().filteredOut().set(9); }
     EXPECT_EQ(window.shownCount(), 199997u);
     ASSERT_EQ(window.waitForWrite().outcome, store::Outcome::Done);
-    const store::LoadResult stored = store::load(d.db, schema::CandidateKind::Zuhe);
+    const store::LoadResult stored = store::load(d.db, schema::CandidateKind::Combinations);
     ASSERT_TRUE(stored.table);
     EXPECT_EQ(stored.table->deadCount(), 3u);
-    EXPECT_TRUE(stored.table->unslt().test(7) && stored.table->unslt().test(8) &&
-                stored.table->unslt().test(9));
+    EXPECT_TRUE(stored.table->filteredOut().test(7) && stored.table->filteredOut().test(8) &&
+                stored.table->filteredOut().test(9));
 }
 
 TEST(FilterWorkspace, KeepingInstancesOpenEmptyWithoutATable) {
     Db d;
-    FilterWorkspace window(FilterInstance::GAganRead, d.path());
+    FilterWorkspace window(FilterSource::Imported, d.path());
     QString error;
     EXPECT_TRUE(window.openStored(d.db, nullptr, &error));
     EXPECT_EQ(window.shownCount(), 0u);
-    EXPECT_EQ(window.caption(), filter_texts::caption(0));
-    EXPECT_EQ(filterInstanceTraits(FilterInstance::Gdanagan).historyInputMessage, QStringLiteral("请按照号码排列依次输入数字"));
-    EXPECT_EQ(filterInstanceTraits(FilterInstance::GAganZhMb).table, schema::CandidateKind::ZuheMoban);
+    EXPECT_EQ(window.caption(), filter_source::caption(0));
+    EXPECT_EQ(filterSourceTraits(FilterSource::BankerExpansion).historyInputMessage,
+              QStringLiteral("请按照号码排列依次输入数字"));
+    EXPECT_EQ(filterSourceTraits(FilterSource::CombinationTemplate).table, schema::CandidateKind::Template);
 }
 
 }  // namespace

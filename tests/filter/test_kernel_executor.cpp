@@ -1,7 +1,7 @@
 // The executor's contract with the kernels: every row of a job in exactly one slice, slices on
 // whole blocks, the single-thread switch, jobs started from inside a slice or from two threads
 // at once, and the chunked jobs' progress and cancel.
-#include "filter/kernel_executor.h"
+#include "engine/kernel_executor.h"
 
 #include <gtest/gtest.h>
 

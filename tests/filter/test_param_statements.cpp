@@ -4,7 +4,7 @@
 #include "param_reference.h"
 #include "random_inputs.h"
 
-#include "filter/kernel_executor.h"
+#include "engine/kernel_executor.h"
 #include "filter/param_filter.h"
 #include "support/qt_printers.h"
 
@@ -21,7 +21,7 @@ constexpr uint64_t kRows = 240;
 // A table of sorted tickets with some rows as a text file may give them (any order, repeats),
 // random flags, stale canshu and Errnum, and reasons null, empty or set.
 CandidateTable randomTable(std::mt19937& rng, uint64_t rows = kRows) {
-    CandidateTable t(schema::CandidateKind::Zuhe, rows);
+    CandidateTable t(schema::CandidateKind::Combinations, rows);
     std::uniform_int_distribution<int> front(1, 35), back(1, 12), pct(0, 99), small(-3, 40);
     const QString earlier[] = {QString(), QStringLiteral(""), QStringLiteral("偶数个数大小:3 保留0~2"), QStringLiteral("手工删除")};
     for (uint64_t r = 0; r < rows; ++r) {
@@ -41,15 +41,16 @@ CandidateTable randomTable(std::mt19937& rng, uint64_t rows = kRows) {
             for (int& x : f) x = front(rng);
             for (int& x : b) x = back(rng);
         }
-        for (int k = 0; k < 5; ++k) t.fig(k + 1)[r] = static_cast<uint8_t>(f[static_cast<size_t>(k)]);
-        t.fig(6)[r] = static_cast<uint8_t>(b[0]);
-        t.fig(7)[r] = static_cast<uint8_t>(b[1]);
-        t.unslt().set(r, pct(rng) < 30);
-        t.preunslt().set(r, pct(rng) < 50);
-        t.canshu()[r] = static_cast<int16_t>(small(rng));
-        t.errnum()[r] = static_cast<int16_t>(pct(rng) % 4);
+        for (int k = 0; k < 5; ++k)
+            t.numberColumn(k + 1)[r] = static_cast<uint8_t>(f[static_cast<size_t>(k)]);
+        t.numberColumn(6)[r] = static_cast<uint8_t>(b[0]);
+        t.numberColumn(7)[r] = static_cast<uint8_t>(b[1]);
+        t.filteredOut().set(r, pct(rng) < 30);
+        t.previousFilteredOut().set(r, pct(rng) < 50);
+        t.paramValues()[r] = static_cast<int16_t>(small(rng));
+        t.failCount()[r] = static_cast<int16_t>(pct(rng) % 4);
         const QString& why = earlier[pct(rng) % 4];
-        t.fliter()[r] = why.isNull() ? ReasonTable::kNull : t.reasons().intern(why);
+        t.rowReasons()[r] = why.isNull() ? ReasonTable::kNull : t.reasons().intern(why);
     }
     return t;
 }
@@ -57,12 +58,26 @@ CandidateTable randomTable(std::mt19937& rng, uint64_t rows = kRows) {
 // A scale of the values each parameter takes, for limits and lists that catch some rows.
 int scaleOf(ParamId id) {
     switch (id) {
-        case ParamId::Option23: case ParamId::Option32: case ParamId::Option33: case ParamId::Option39:
-        case ParamId::Option40: case ParamId::Option35: return 150;
-        case ParamId::Option34: return 40;
-        case ParamId::Option13: case ParamId::Option14: case ParamId::Option15: case ParamId::Option16:
-        case ParamId::Option17: case ParamId::Option6: case ParamId::Option7: case ParamId::Option12: return 35;
-        case ParamId::Option24: return 12;
+        case ParamId::NumberSum:
+        case ParamId::OddSum:
+        case ParamId::EvenSum:
+        case ParamId::SmallSum:
+        case ParamId::BigSum:
+        case ParamId::OmissionSum:
+            return 150;
+        case ParamId::LastDigitSum:
+            return 40;
+        case ParamId::Position1:
+        case ParamId::Position2:
+        case ParamId::Position3:
+        case ParamId::Position4:
+        case ParamId::Position5:
+        case ParamId::LargestGap:
+        case ParamId::LastMinusFirst:
+        case ParamId::OmissionSpread:
+            return 35;
+        case ParamId::AcComplexity:
+            return 12;
         default: return 7;
     }
 }
@@ -95,8 +110,8 @@ ParamWindowState randomState(std::mt19937& rng) {
     ParamWindowState s = ParamWindowState::defaults();
     std::uniform_int_distribution<int> pct(0, 99), scope(1, 3);
     s.scope = static_cast<ZoneScope>(scope(rng));
-    for (bool& b : s.chkBt) b = pct(rng) < 70;
-    for (size_t i = 4; i < s.check2.size(); ++i) s.check2[i] = pct(rng) < 40;
+    for (bool& b : s.numberTicks) b = pct(rng) < 70;
+    for (size_t i = 4; i < s.parityTicks.size(); ++i) s.parityTicks[i] = pct(rng) < 40;
     s.keep = pct(rng) < 50;
     s.listMode = pct(rng) < 35;
     s.logicAnd = pct(rng) < 50;
@@ -108,7 +123,7 @@ ParamWindowState randomState(std::mt19937& rng) {
         b[3] = randomList(rng, scale);
     }
     // 自定区间: its interval (3)..(2) and the count limits (0), (1).
-    auto& z = s.box(ParamId::Option66);
+    auto& z = s.box(ParamId::CustomRange);
     z[3] = QString::number(pct(rng) % 20);
     z[2] = QString::number(param_catalogue::leadingNumber(z[3]) + pct(rng) % 20);
     z[0] = QString::number(pct(rng) % 3);
@@ -119,7 +134,7 @@ ParamWindowState randomState(std::mt19937& rng) {
 
 QString describe(const ParamWindowState& s) {
     QString d = QStringLiteral("scope %1 ticks ").arg(static_cast<int>(s.scope));
-    for (bool b : s.chkBt) d += b ? QLatin1Char('1') : QLatin1Char('0');
+    for (bool b : s.numberTicks) d += b ? QLatin1Char('1') : QLatin1Char('0');
     d += QStringLiteral(" keep %1 list %2 and %3").arg(s.keep).arg(s.listMode).arg(s.logicAnd);
     return d;
 }
@@ -129,17 +144,21 @@ void expectSame(const CandidateTable& t, SqliteDb& db, const QString& what) {
     ASSERT_EQ(ref.size(), t.rowCount());
     for (uint64_t r = 0; r < t.rowCount(); ++r) {
         const param_reference::Row& e = ref[r];
-        const bool engineNull = t.reasons().isNull(t.fliter()[r]);
-        const bool same = e.canshu == t.canshuAt(r) && e.unslt == t.unslt().test(r) &&
-                          e.preunslt == t.preunslt().test(r) && e.errnum == t.errnumAt(r) && e.fliterNull == engineNull &&
-                          e.fliter == t.reasonText(r);
-        ASSERT_TRUE(same) << qPrintable(what) << "\n row " << r << " figs " << int{t.fig(1)[r]} << ' ' << int{t.fig(2)[r]}
-                          << ' ' << int{t.fig(3)[r]} << ' ' << int{t.fig(4)[r]} << ' ' << int{t.fig(5)[r]} << " + "
-                          << int{t.fig(6)[r]} << ' ' << int{t.fig(7)[r]} << "\n statements: canshu " << e.canshu << " unslt "
-                          << e.unslt << " preunslt " << e.preunslt << " Errnum " << e.errnum << " Fliter "
-                          << (e.fliterNull ? "NULL" : qPrintable(e.fliter)) << "\n engine:     canshu " << t.canshuAt(r)
-                          << " unslt " << t.unslt().test(r) << " preunslt " << t.preunslt().test(r) << " Errnum "
-                          << t.errnumAt(r) << " Fliter " << (engineNull ? "NULL" : qPrintable(t.reasonText(r)));
+        const bool engineNull = t.reasons().isNull(t.rowReasons()[r]);
+        const bool same = e.paramValues == t.paramValueAt(r) && e.filteredOut == t.filteredOut().test(r) &&
+                          e.previousFilteredOut == t.previousFilteredOut().test(r) &&
+                          e.failCount == t.failCountAt(r) && e.fliterNull == engineNull &&
+                          e.rowReasons == t.reasonText(r);
+        ASSERT_TRUE(same) << qPrintable(what) << "\n row " << r << " figs " << int{t.numberColumn(1)[r]}
+                          << ' ' << int{t.numberColumn(2)[r]} << ' ' << int{t.numberColumn(3)[r]} << ' '
+                          << int{t.numberColumn(4)[r]} << ' ' << int{t.numberColumn(5)[r]} << " + "
+                          << int{t.numberColumn(6)[r]} << ' ' << int{t.numberColumn(7)[r]}
+                          << "\n statements: canshu " << e.paramValues << " unslt " << e.filteredOut
+                          << " preunslt " << e.previousFilteredOut << " Errnum " << e.failCount << " Fliter "
+                          << (e.fliterNull ? "NULL" : qPrintable(e.rowReasons)) << "\n engine:     canshu "
+                          << t.paramValueAt(r) << " unslt " << t.filteredOut().test(r) << " preunslt "
+                          << t.previousFilteredOut().test(r) << " Errnum " << t.failCountAt(r) << " Fliter "
+                          << (engineNull ? "NULL" : qPrintable(t.reasonText(r)));
     }
 }
 
@@ -198,16 +217,21 @@ TEST_F(ParamStatements, IntegratedRunsMatch) {
         const ParamContext ctx = randomContext(rng, 30);
         ParamWindowState s = randomState(rng);
         const int density = pct(rng);
-        for (bool& b : s.check1) b = pct(rng) < density;
-        s.check3 = pct(rng) < 50;
+        for (bool& b : s.integratedBox) b = pct(rng) < density;
+        s.useTolerance = pct(rng) < 50;
         s.txtRc0 = QStringList{"0", "1", "2", "2.5", "3.5", "7", ""}[pct(rng) % 7];
         param_reference::load(db, t);
         param_reference::runIntegrated(db, s, ctx);
         param_filter::runIntegrated(t, s, ctx);
         QString boxes;
-        for (int i = 0; i < kCheck1Count; ++i)
-            if (s.check1[static_cast<size_t>(i)]) boxes += QString::number(i) + QLatin1Char(' ');
-        expectSame(t, db, QStringLiteral("trial %1 %2 boxes %3 check3 %4 TxtRc0 %5").arg(trial).arg(describe(s), boxes).arg(s.check3).arg(s.txtRc0));
+        for (int i = 0; i < kIntegratedBoxCount; ++i)
+            if (s.integratedBox[static_cast<size_t>(i)]) boxes += QString::number(i) + QLatin1Char(' ');
+        expectSame(t, db,
+                   QStringLiteral("trial %1 %2 boxes %3 check3 %4 TxtRc0 %5")
+                       .arg(trial)
+                       .arg(describe(s), boxes)
+                       .arg(s.useTolerance)
+                       .arg(s.txtRc0));
         if (HasFatalFailure()) return;
     }
 }
@@ -237,8 +261,8 @@ TEST_F(ParamStatements, ATableCutIntoSlicesMatchesTheStatements) {
     for (ZoneScope scope : {ZoneScope::Front, ZoneScope::Both}) {
         ParamWindowState s = randomState(rng);
         s.scope = scope;
-        for (bool& b : s.check1) b = pct(rng) < 60;
-        s.check3 = true;
+        for (bool& b : s.integratedBox) b = pct(rng) < 60;
+        s.useTolerance = true;
         s.txtRc0 = QStringLiteral("2");
         param_reference::runIntegrated(db, s, ctx);
         param_filter::runIntegrated(t, s, ctx);
@@ -270,7 +294,8 @@ TEST_F(ParamStatements, FrontOnlyCompanionsMatchTheFrontStatements) {
         }(), ctx);
         const std::vector<param_reference::Row> rows = param_reference::rows(db);
         for (uint64_t r = 0; r < t.rowCount(); ++r)
-            ASSERT_EQ(rows[r].canshu, t.canshuAt(r)) << param_catalogue::info(step.param).button << " row " << r;
+            ASSERT_EQ(rows[r].paramValues, t.paramValueAt(r))
+                << param_catalogue::info(step.param).button << " row " << r;
     }
 }
 

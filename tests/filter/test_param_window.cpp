@@ -1,7 +1,7 @@
 // The grid, its paging and manual delete, the combination template and the export, driven
 // through the window's logic as the filter window drives it.
+#include "engine/candidate_kernels.h"
 #include "filter/candidate_actions.h"
-#include "filter/candidate_kernels.h"
 #include "filter/param_window.h"
 #include "workspace/schema.h"
 #include "workspace/scripted_prompter.h"
@@ -26,13 +26,14 @@ namespace {
 void killRows(CandidateTable& t, uint64_t from, uint64_t to) {
     BitVector sel(t.rowCount());
     for (uint64_t r = from; r < to; ++r) sel.set(r);
-    kernels::beginFilter(t);
-    kernels::killSelected(t, sel, t.reasons().intern(QStringLiteral("各位数和大小:1 保留0~0")));
+    candidate_kernels::beginFilter(t);
+    candidate_kernels::killSelected(t, sel, t.reasons().intern(QStringLiteral("各位数和大小:1 保留0~0")));
 }
 
 struct Window {
     QTemporaryDir dir;
-    FilterWorkspace workspace{FilterInstance::GAgan, QDir(dir.path()).filePath(QStringLiteral("filnum.db"))};
+    FilterWorkspace workspace{FilterSource::Expansion,
+                              QDir(dir.path()).filePath(QStringLiteral("filnum.db"))};
     ParamWindow window{workspace, ParamContext{}, dir.path()};
     ResultGridModel model;
 
@@ -71,17 +72,17 @@ TEST(ResultGrid, PagesAreStretchesOfIdsAndTheModelIsLazy) {
     BitVector sel(big.rowCount());
     for (uint64_t r = 0; r < big.rowCount(); ++r)
         if (rng() % 3 == 0) sel.set(r);
-    kernels::beginFilter(big);
-    kernels::killSelected(big, sel, ReasonTable::kEmpty);
+    candidate_kernels::beginFilter(big);
+    candidate_kernels::killSelected(big, sel, ReasonTable::kEmpty);
     model.bind(&big, GridView::live());
     ASSERT_EQ(static_cast<uint64_t>(model.rowCount()), big.liveCount());
     std::vector<uint64_t> live;
     for (uint64_t r = 0; r < big.rowCount(); ++r)
-        if (!big.unslt().test(r)) live.push_back(r);
+        if (!big.filteredOut().test(r)) live.push_back(r);
     for (int k : {0, 1, 63, 64, 511, 512, 100000, model.rowCount() - 1}) {
         EXPECT_EQ(model.tableRow(k), live[static_cast<size_t>(k)]) << k;
         EXPECT_EQ(model.viewRowOf(live[static_cast<size_t>(k)]), k);
-        EXPECT_EQ(model.data(model.index(k, 1)).toInt(), big.fig(1)[live[static_cast<size_t>(k)]]);
+        EXPECT_EQ(model.data(model.index(k, 1)).toInt(), big.numberColumn(1)[live[static_cast<size_t>(k)]]);
     }
     for (uint64_t r = 0; r < 200; ++r) {
         if (sel.test(r)) {
@@ -94,11 +95,13 @@ TEST(ResultGrid, ViewsAndHeadingsFollowTheButtons) {
     CandidateTable t = smallTable(50);
     ResultGridModel model;
     QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
-    model.bind(&t, GridView::afterParameter(param_filter::ViewColumns::WithCanshu, QStringLiteral("偶数个数")));
+    model.bind(
+        &t, GridView::afterParameter(param_filter::ViewColumns::WithParamValue, QStringLiteral("偶数个数")));
     EXPECT_EQ(model.columnCount(), 9);
     EXPECT_EQ(model.headerData(8, Qt::Horizontal).toString(), QStringLiteral("偶数个数"));
     // Option3's query lacks the back numbers: column 8 does not exist, canshu keeps its name.
-    model.bind(&t, GridView::afterParameter(param_filter::ViewColumns::FrontCanshu, QStringLiteral("各位和个位")));
+    model.bind(&t, GridView::afterParameter(param_filter::ViewColumns::FrontWithParamValue,
+                                            QStringLiteral("各位和个位")));
     EXPECT_EQ(model.columnCount(), 7);
     EXPECT_EQ(model.headerData(6, Qt::Horizontal).toString(), QStringLiteral("canshu"));
     model.bind(&t, GridView::allRows());
@@ -130,8 +133,8 @@ TEST(ParamWindowActions, DoubleClickTogglesAndCountsAsAFilter) {
 
     // Reset of the last filter after a manual delete returns that one ticket.
     ParamWindowState s = ParamWindowState::defaults();
-    s.box(ParamId::Option4) = {QStringLiteral("3"), QStringLiteral("3"), {}, {}};
-    w.window.clickParameter(ParamId::Option4, s, prompter);
+    s.box(ParamId::EvenCount) = {QStringLiteral("3"), QStringLiteral("3"), {}, {}};
+    w.window.clickParameter(ParamId::EvenCount, s, prompter);
     EXPECT_TRUE(w.window.usedButtons().count(QStringLiteral("Option4")));
     const uint64_t afterFilter = w.workspace.shownCount();
     w.model.bind(&w.workspace.table(), w.window.view());
@@ -146,11 +149,11 @@ TEST(ParamWindowActions, DoubleClickTogglesAndCountsAsAFilter) {
     w.model.bind(&w.workspace.table(), w.window.view());
     int dead = -1;
     for (int r = 0; r < w.model.rowCount() && dead < 0; ++r)
-        if (w.workspace.table().unslt().test(w.model.tableRow(r))) dead = r;
+        if (w.workspace.table().filteredOut().test(w.model.tableRow(r))) dead = r;
     ASSERT_GE(dead, 0);
     EXPECT_TRUE(w.model.data(w.model.index(dead, 9)).toString().startsWith(QStringLiteral("偶数个数大小:")));
     w.window.doubleClick(w.model, dead);
-    EXPECT_FALSE(w.workspace.table().unslt().test(w.model.tableRow(dead)));
+    EXPECT_FALSE(w.workspace.table().filteredOut().test(w.model.tableRow(dead)));
     EXPECT_EQ(w.workspace.shownCount(), afterFilter + 1);
 
     // Paging with Text1's text.
@@ -164,12 +167,12 @@ TEST(ParamWindowActions, AddToTemplateKeepsDistinctTicketsInOrderAndRenumbers) {
     SqliteDb db;
     ASSERT_TRUE(db.open(QDir(dir.path()).filePath(QStringLiteral("filnum.db")), true));
     // Without the template table nothing happens.
-    EXPECT_FALSE(param_template::addTickets(db, {{1, 2, 3, 4, 5, 6, 7}}));
+    EXPECT_FALSE(param_window::addTickets(db, {{1, 2, 3, 4, 5, 6, 7}}));
     EXPECT_FALSE(db.tableExists(QStringLiteral("zuheMoban")));
 
-    ASSERT_TRUE(db.exec(schema::candidate(schema::CandidateKind::ZuheMoban).createStatement()));
-    ASSERT_TRUE(param_template::addTickets(db, {{9, 10, 11, 12, 13, 1, 2}, {1, 2, 3, 4, 5, 6, 7}}));
-    ASSERT_TRUE(param_template::addTickets(db, {{1, 2, 3, 4, 5, 6, 7}, {1, 2, 3, 4, 6, 1, 2}}));
+    ASSERT_TRUE(db.exec(schema::candidate(schema::CandidateKind::Template).createStatement()));
+    ASSERT_TRUE(param_window::addTickets(db, {{9, 10, 11, 12, 13, 1, 2}, {1, 2, 3, 4, 5, 6, 7}}));
+    ASSERT_TRUE(param_window::addTickets(db, {{1, 2, 3, 4, 5, 6, 7}, {1, 2, 3, 4, 6, 1, 2}}));
     const auto rows = db.rows(QStringLiteral("SELECT idx, fig1, fig5, fig6 FROM zuheMoban ORDER BY rowid"));
     ASSERT_EQ(rows.size(), 3);
     EXPECT_EQ(rows[0], (QVariantList{1, 1, 5, 6}));
@@ -180,7 +183,7 @@ TEST(ParamWindowActions, AddToTemplateKeepsDistinctTicketsInOrderAndRenumbers) {
     EXPECT_EQ(cols.value(7), QStringLiteral("idx"));
     EXPECT_FALSE(cols.contains(QStringLiteral("fliter"), Qt::CaseInsensitive));
     // Adding nothing only renumbers.
-    ASSERT_TRUE(param_template::addTickets(db, {}));
+    ASSERT_TRUE(param_window::addTickets(db, {}));
     EXPECT_EQ(db.scalar(QStringLiteral("SELECT count(*) FROM zuheMoban")).toInt(), 3);
 
     // Through the button: Cancel leaves it; OK adds the live tickets of the window.
@@ -196,7 +199,7 @@ TEST(ParamWindowActions, AddToTemplateKeepsDistinctTicketsInOrderAndRenumbers) {
     std::set<std::array<int, 7>> distinct;
     for (uint64_t r = 0; r < w.workspace.table().rowCount(); ++r) {
         std::array<int, 7> k{};
-        for (int c = 1; c <= 7; ++c) k[static_cast<size_t>(c - 1)] = w.workspace.table().fig(c)[r];
+        for (int c = 1; c <= 7; ++c) k[static_cast<size_t>(c - 1)] = w.workspace.table().numberColumn(c)[r];
         distinct.insert(k);
     }
     EXPECT_EQ(db.scalar(QStringLiteral("SELECT count(*) FROM zuheMoban")).toInt(), 3 + static_cast<int>(distinct.size()));
@@ -208,13 +211,15 @@ TEST(ParamWindowActions, ExportWritesTheSheetOrShowsTheMessage) {
     // Real tickets (ascending fronts): 21 front combinations x 3 back pairs, the first ten
     // thrown out.
     const std::vector<Ticket> tickets = ticket_reference::expand({1, 4, 9, 16, 25, 30, 33}, {2, 5, 11});
-    CandidateTable table(schema::CandidateKind::Zuhe, tickets.size());
+    CandidateTable table(schema::CandidateKind::Combinations, tickets.size());
     for (size_t r = 0; r < tickets.size(); ++r)
-        for (int k = 1; k <= 7; ++k) table.fig(k)[r] = static_cast<uint8_t>(tickets[r][static_cast<size_t>(k - 1)]);
+        for (int k = 1; k <= 7; ++k)
+            table.numberColumn(k)[r] = static_cast<uint8_t>(tickets[r][static_cast<size_t>(k - 1)]);
     Window w(std::move(table));
     killRows(w.workspace.edit().table(), 0, 10);
     ParamWindowState s = ParamWindowState::defaults();
-    s.check1[0] = s.check1[17] = s.check1[15] = s.check1[9] = true;  // 9: a position, not exported
+    s.integratedBox[0] = s.integratedBox[17] = s.integratedBox[15] = s.integratedBox[9] =
+        true;  // 9: a position, not exported
     ScriptedPrompter prompter;
     const param_export::Result r = w.window.clickExport(s, prompter);
     ASSERT_TRUE(r.written);

@@ -1,6 +1,6 @@
 // Every super filter's kernel against its statements run in SQLite on random small tables, row
 // by row: unslt, preunslt, Fliter, canshu, SKnum, JSqihao and the Numstring texts.
-#include "filter/kernel_executor.h"
+#include "engine/kernel_executor.h"
 #include "filter/super_filter.h"
 #include "filter/super_kernels.h"
 #include "random_inputs.h"
@@ -14,7 +14,7 @@
 
 namespace {
 
-using Mode = CandidateTable::NumstringMode;
+using Mode = CandidateTable::NumberTextMode;
 
 constexpr int kFront = 12;  // small zones so that tickets and draws share many numbers
 constexpr int kBack = 6;
@@ -22,27 +22,28 @@ constexpr int kBack = 6;
 // A table with random tickets, some rows dead with a reason, random scratch values and a
 // Numstring left in `mode` by an earlier filter.
 CandidateTable randomTable(std::mt19937& rng, uint64_t rows, Mode mode, bool houFilled) {
-    CandidateTable t(schema::CandidateKind::Zuhe, rows);
+    CandidateTable t(schema::CandidateKind::Combinations, rows);
     const ReasonTable::Id earlier = t.reasons().intern(QStringLiteral("各位数和大小:99 保留0~90"));
     std::uniform_int_distribution<int> coin(0, 3), small(0, 6);
     for (uint64_t r = 0; r < rows; ++r) {
         const auto front = distinctSorted(rng, 5, kFront), back = distinctSorted(rng, 2, kBack);
-        for (int k = 0; k < 5; ++k) t.fig(k + 1)[r] = static_cast<uint8_t>(front[static_cast<size_t>(k)]);
-        t.fig(6)[r] = static_cast<uint8_t>(back[0]);
-        t.fig(7)[r] = static_cast<uint8_t>(back[1]);
+        for (int k = 0; k < 5; ++k)
+            t.numberColumn(k + 1)[r] = static_cast<uint8_t>(front[static_cast<size_t>(k)]);
+        t.numberColumn(6)[r] = static_cast<uint8_t>(back[0]);
+        t.numberColumn(7)[r] = static_cast<uint8_t>(back[1]);
         if (coin(rng) == 0) {
-            t.unslt().set(r);
-            t.fliter()[r] = earlier;
+            t.filteredOut().set(r);
+            t.rowReasons()[r] = earlier;
         } else if (coin(rng) == 0) {
-            t.fliter()[r] = ReasonTable::kEmpty;
+            t.rowReasons()[r] = ReasonTable::kEmpty;
         }
-        t.preunslt().set(r, coin(rng) == 0);
-        t.canshu()[r] = static_cast<int16_t>(small(rng));
-        t.sknum()[r] = static_cast<int16_t>(small(rng));
-        t.jsqihao()[r] = 2025000 + small(rng);
+        t.previousFilteredOut().set(r, coin(rng) == 0);
+        t.paramValues()[r] = static_cast<int16_t>(small(rng));
+        t.superCount()[r] = static_cast<int16_t>(small(rng));
+        t.matchIssue()[r] = 2025000 + small(rng);
     }
-    t.setNumstring(mode);
-    t.setNumstringHou(houFilled);
+    t.setNumberTextMode(mode);
+    t.setBackNumberTextFilled(houFilled);
     return t;
 }
 
@@ -52,21 +53,26 @@ void expectSame(SqliteDb& db, const CandidateTable& t, const std::string& what) 
     int shown = 0;
     for (uint64_t r = 0; r < t.rowCount() && shown < 5; ++r) {
         const auto& e = ref[r];
-        const bool numNull = t.numstringMode() == Mode::Null;
-        const bool same = e.unslt == t.unslt().test(r) && e.preunslt == t.preunslt().test(r) &&
-                          e.fliterNull == t.reasons().isNull(t.fliter()[r]) && e.fliter == t.reasonText(r) &&
-                          e.canshu == t.canshuAt(r) && (e.sknumNull ? 0 : e.sknum) == t.sknumAt(r) &&
-                          e.jsqihao == t.jsqihaoAt(r) && e.numstringNull == numNull &&
-                          (numNull || e.numstring == t.numstring(r)) && e.numstringHouNull == !t.numstringHouFilled() &&
-                          (e.numstringHouNull || e.numstringHou == t.numstringHou(r));
+        const bool numNull = t.numberTextMode() == Mode::Null;
+        const bool same =
+            e.filteredOut == t.filteredOut().test(r) &&
+            e.previousFilteredOut == t.previousFilteredOut().test(r) &&
+            e.fliterNull == t.reasons().isNull(t.rowReasons()[r]) && e.rowReasons == t.reasonText(r) &&
+            e.paramValues == t.paramValueAt(r) && (e.sknumNull ? 0 : e.superCount) == t.superCountAt(r) &&
+            e.matchIssue == t.matchIssueAt(r) && e.numstringNull == numNull &&
+            (numNull || e.numberText == t.numberText(r)) && e.numstringHouNull == !t.backNumberTextFilled() &&
+            (e.numstringHouNull || e.backNumberText == t.backNumberText(r));
         if (same) continue;
         ++shown;
-        ADD_FAILURE() << what << " row " << r << ": statements unslt=" << e.unslt << " pre=" << e.preunslt << " fliter='"
-                      << e.fliter.toStdString() << "' canshu=" << e.canshu << " sknum=" << e.sknum << " jsq=" << e.jsqihao
-                      << " num='" << e.numstring.toStdString() << "' | kernel unslt=" << t.unslt().test(r)
-                      << " pre=" << t.preunslt().test(r) << " fliter='" << t.reasonText(r).toStdString()
-                      << "' canshu=" << t.canshuAt(r) << " sknum=" << t.sknumAt(r) << " jsq=" << t.jsqihaoAt(r)
-                      << " num='" << (numNull ? std::string("<null>") : t.numstring(r).toStdString()) << "'";
+        ADD_FAILURE() << what << " row " << r << ": statements unslt=" << e.filteredOut
+                      << " pre=" << e.previousFilteredOut << " fliter='" << e.rowReasons.toStdString()
+                      << "' canshu=" << e.paramValues << " sknum=" << e.superCount << " jsq=" << e.matchIssue
+                      << " num='" << e.numberText.toStdString()
+                      << "' | kernel unslt=" << t.filteredOut().test(r)
+                      << " pre=" << t.previousFilteredOut().test(r) << " fliter='"
+                      << t.reasonText(r).toStdString() << "' canshu=" << t.paramValueAt(r)
+                      << " sknum=" << t.superCountAt(r) << " jsq=" << t.matchIssueAt(r) << " num='"
+                      << (numNull ? std::string("<null>") : t.numberText(r).toStdString()) << "'";
     }
 }
 
@@ -107,7 +113,8 @@ TEST_F(SuperStatements, RelationFiltersMatchTheirStatements) {
 
 TEST_F(SuperStatements, HistoryFiltersMatchTheirStatementsInEveryScope) {
     const DrawHistory h = randomHistory(rng, 25, kFront, kBack);
-    const SuperButton buttons[] = {SuperButton::Option26, SuperButton::Option28, SuperButton::Option27};
+    const SuperButton buttons[] = {SuperButton::HistoryLow, SuperButton::HistoryMiddle,
+                                   SuperButton::HistoryHigh};
     const int64_t spans[] = {1, 2, 7, 25, 26, 31};
     int round = 0;
     for (ZoneScope scope : {ZoneScope::Front, ZoneScope::Back, ZoneScope::Both}) {
@@ -134,8 +141,8 @@ TEST_F(SuperStatements, HistoryFiltersMatchTheirStatementsInEveryScope) {
 TEST_F(SuperStatements, HistoryFilterOnDrawsWithRepeatedNumbers) {
     // Imported rows can repeat a number: each position of the draw counts on its own.
     DrawHistory h = randomHistory(rng, 12, kFront, kBack);
-    h.figarr[5] = {2026005, 3, 3, 7, 7, 9, 2, 2};
-    h.figarr[12] = {2026012, 1, 2, 2, 2, 4, 5, 5};
+    h.numbers[5] = {2026005, 3, 3, 7, 7, 9, 2, 2};
+    h.numbers[12] = {2026012, 1, 2, 2, 2, 4, 5, 5};
     for (ZoneScope scope : {ZoneScope::Front, ZoneScope::Back}) {
         CandidateTable t = randomTable(rng, 300, Mode::Whole, false);
         super_reference::load(db, t);
@@ -153,16 +160,17 @@ TEST_F(SuperStatements, HistoryFilterWithMoreDistinctNumbersThanAMaskHolds) {
     DrawHistory h = randomHistory(rng, 40, kFront, kBack);
     for (int i = 1; i <= 40; ++i) {
         const auto front = distinctSorted(rng, 5, 99);
-        for (int k = 0; k < 5; ++k) h.figarr[static_cast<size_t>(i)][static_cast<size_t>(k + 1)] = front[static_cast<size_t>(k)];
-        h.figarr[static_cast<size_t>(i)][6] = 50 + i;
-        h.figarr[static_cast<size_t>(i)][7] = 10 + i;
+        for (int k = 0; k < 5; ++k)
+            h.numbers[static_cast<size_t>(i)][static_cast<size_t>(k + 1)] = front[static_cast<size_t>(k)];
+        h.numbers[static_cast<size_t>(i)][6] = 50 + i;
+        h.numbers[static_cast<size_t>(i)][7] = 10 + i;
     }
-    h.figarr[40] = {2026040, 1, 2, 3, 4, 5, 6, 1};
+    h.numbers[40] = {2026040, 1, 2, 3, 4, 5, 6, 1};
     std::set<int> front, back;
     for (int i = 0; i <= 40; ++i) {
-        for (int k = 1; k <= 5; ++k) front.insert(h.figarr[static_cast<size_t>(i)][static_cast<size_t>(k)]);
-        back.insert(h.figarr[static_cast<size_t>(i)][6]);
-        back.insert(h.figarr[static_cast<size_t>(i)][7]);
+        for (int k = 1; k <= 5; ++k) front.insert(h.numbers[static_cast<size_t>(i)][static_cast<size_t>(k)]);
+        back.insert(h.numbers[static_cast<size_t>(i)][6]);
+        back.insert(h.numbers[static_cast<size_t>(i)][7]);
     }
     ASSERT_GT(front.size(), 64u);
     ASSERT_GT(back.size(), 64u);
@@ -188,17 +196,17 @@ TEST_F(SuperStatements, InclusionFiltersMatchTheirStatements) {
                 super_kernels::InclusionRun run;
                 run.scope = scope;
                 run.numbers = numbers(2 + rep, kFront);
-                run.skzu = static_cast<int16_t>(1 + rep % 3);
+                run.groupSize = static_cast<int16_t>(1 + rep % 3);
                 if (rep > 0) run.bankers = numbers(rep, kFront);
                 run.caption = kind == 0 ? QStringLiteral("相克号包含过滤") : QStringLiteral("保留号包含过滤");
                 const std::vector<int> nums(run.numbers.begin(), run.numbers.end()),
                     bankers(run.bankers.begin(), run.bankers.end());
                 if (kind == 0) {
                     super_kernels::inclusionKill(t, run);
-                    super_reference::inclusionKill(db, scope, nums, run.skzu, bankers, run.caption);
+                    super_reference::inclusionKill(db, scope, nums, run.groupSize, bankers, run.caption);
                 } else {
                     super_kernels::inclusionKeep(t, run);
-                    super_reference::inclusionKeep(db, scope, nums, run.skzu, bankers, run.caption);
+                    super_reference::inclusionKeep(db, scope, nums, run.groupSize, bankers, run.caption);
                 }
                 expectSame(db, t, "inclusion " + std::to_string(kind) + " round " + std::to_string(round));
             }
@@ -215,7 +223,7 @@ TEST_F(SuperStatements, SameAsTemplateMatchesItsStatements) {
         for (int i = 0; i < 40; ++i) {
             std::array<int, 7> k{};
             const uint64_t r = std::uniform_int_distribution<uint64_t>(0, t.rowCount() - 1)(rng);
-            for (int c = 0; c < 7; ++c) k[static_cast<size_t>(c)] = t.fig(c + 1)[r];
+            for (int c = 0; c < 7; ++c) k[static_cast<size_t>(c)] = t.numberColumn(c + 1)[r];
             if (i % 3 == 0) k[6] = 13;  // a back number no row has
             tmpl.push_back(k);
             std::array<qint64, 7> wide{};
@@ -243,9 +251,10 @@ TEST_F(SuperStatements, ATableCutIntoSlicesMatchesTheStatements) {
         // Runs of equal front numbers, as an expansion writes them.
         for (uint64_t r = 1; r < rows; ++r)
             if (r % 7 != 0)
-                for (int k = 1; k <= 5; ++k) t.fig(k)[r] = t.fig(k)[r - 1];
+                for (int k = 1; k <= 5; ++k) t.numberColumn(k)[r] = t.numberColumn(k)[r - 1];
         super_reference::load(db, t);
-        const SuperButton b = scope == ZoneScope::Front ? SuperButton::Option26 : SuperButton::Option28;
+        const SuperButton b =
+            scope == ZoneScope::Front ? SuperButton::HistoryLow : SuperButton::HistoryMiddle;
         super_kernels::HistoryRun run{scope, super_filter::threshold(b, scope),
                                       super_filter::caption(b, scope), QStringLiteral("6"), 6};
         super_kernels::history(t, run, h);
@@ -253,7 +262,7 @@ TEST_F(SuperStatements, ATableCutIntoSlicesMatchesTheStatements) {
         expectSame(db, t, "history on slices, scope " + std::to_string(static_cast<int>(scope)));
 
         const std::vector<int16_t> nums = numbers(3, kFront);
-        super_kernels::relation(t, super_kernels::Relation::Xiangsheng, nums, QStringLiteral("相生"));
+        super_kernels::relation(t, super_kernels::Relation::Supporting, nums, QStringLiteral("相生"));
         super_reference::relation(db, 1, std::vector<int>(nums.begin(), nums.end()), QStringLiteral("相生"));
         expectSame(db, t, "relation on slices");
 
@@ -261,8 +270,8 @@ TEST_F(SuperStatements, ATableCutIntoSlicesMatchesTheStatements) {
                                         QStringLiteral("保留号包含过滤")};
         super_kernels::inclusionKeep(t, inc);
         super_reference::inclusionKeep(db, scope, std::vector<int>(inc.numbers.begin(), inc.numbers.end()),
-                                       inc.skzu, std::vector<int>(inc.bankers.begin(), inc.bankers.end()),
-                                       inc.caption);
+                                       inc.groupSize,
+                                       std::vector<int>(inc.bankers.begin(), inc.bankers.end()), inc.caption);
         expectSame(db, t, "inclusion on slices");
     }
 }

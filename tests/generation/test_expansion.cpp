@@ -1,4 +1,4 @@
-#include "filter/memory_budget.h"
+#include "engine/memory_budget.h"
 #include "generation/expansion.h"
 #include "picking/number_board.h"
 
@@ -12,7 +12,7 @@ constexpr uint64_t kPlenty = uint64_t{64} << 30;  // memory the tests claim to h
 
 std::array<int, 7> row(const CandidateTable& t, uint64_t r) {
     std::array<int, 7> out{};
-    for (int k = 1; k <= t.figCount(); ++k) out[static_cast<size_t>(k - 1)] = t.fig(k)[r];
+    for (int k = 1; k <= t.numberCount(); ++k) out[static_cast<size_t>(k - 1)] = t.numberColumn(k)[r];
     return out;
 }
 
@@ -32,7 +32,7 @@ struct Picks {
     Picks& banker(Zone z, std::initializer_list<int> nums) {
         for (int n : nums) {
             board.rightClick(z, n);
-            board.mnuDan(z);
+            board.toggleBanker(z);
         }
         return *this;
     }
@@ -45,7 +45,7 @@ struct Picks {
 TEST(Expansion, SixAndTwoGiveSixRowsInCounterOrder) {
     Picks p;
     p.front({9, 3, 30, 1, 17, 22}).back({11, 4});
-    ExpansionResult r = p.run(ListCommand::MnuLst, ExpansionKind::GAgan);
+    ExpansionResult r = p.run(ListCommand::MultiExpansion, ExpansionKind::Picks);
     ASSERT_TRUE(r.table);
     ASSERT_EQ(r.table->rowCount(), 6u);
     EXPECT_EQ(r.captionCount, 6u);
@@ -54,13 +54,13 @@ TEST(Expansion, SixAndTwoGiveSixRowsInCounterOrder) {
     EXPECT_EQ(row(*r.table, 5), (std::array<int, 7>{3, 9, 17, 22, 30, 4, 11}));
     for (uint64_t i = 0; i < 6; ++i) EXPECT_EQ(r.table->idxAt(i), static_cast<int>(i + 1));
     EXPECT_EQ(r.table->liveCount(), 6u);
-    EXPECT_TRUE(r.table->reasons().isNull(r.table->fliter()[0]));
+    EXPECT_TRUE(r.table->reasons().isNull(r.table->rowReasons()[0]));
 }
 
 TEST(Expansion, BackPairVariesFastestAndRowsAreStrictlyIncreasing) {
     Picks p;
     p.front({1, 2, 3, 4, 5, 6, 7}).back({1, 2, 3, 4});
-    ExpansionResult r = p.run(ListCommand::MnuLst, ExpansionKind::GAgan);
+    ExpansionResult r = p.run(ListCommand::MultiExpansion, ExpansionKind::Picks);
     ASSERT_EQ(r.table->rowCount(), 21u * 6u);
     EXPECT_EQ(row(*r.table, 0), (std::array<int, 7>{1, 2, 3, 4, 5, 1, 2}));
     EXPECT_EQ(row(*r.table, 5), (std::array<int, 7>{1, 2, 3, 4, 5, 3, 4}));
@@ -101,8 +101,8 @@ TEST(Expansion, BankersGoIntoTheirSortedPlace) {
     Picks p;
     p.front({1, 5, 12, 20, 25, 28, 31, 35}).back({2, 6, 9}).banker(Zone::Front, {30, 3});
     p.board.openModeMenu();
-    ASSERT_TRUE(p.board.modeMenu.mnuDtlst);
-    ExpansionResult r = p.run(ListCommand::MnuDtlst, ExpansionKind::Gdanagan);
+    ASSERT_TRUE(p.board.modeMenu.bankerExpansion);
+    ExpansionResult r = p.run(ListCommand::BankerExpansion, ExpansionKind::Bankers);
     ASSERT_TRUE(r.table);
     ASSERT_EQ(r.table->rowCount(), 168u);  // C(8, 3) * C(3, 2)
     EXPECT_EQ(row(*r.table, 0), (std::array<int, 7>{1, 3, 5, 12, 30, 2, 6}));
@@ -119,7 +119,7 @@ TEST(Expansion, BankersQuirks) {
     {
         Picks p;
         p.front({1, 2}).back({1, 2}).banker(Zone::Front, {3, 4, 5, 6, 7});
-        ExpansionResult r = p.run(ListCommand::MnuDtlst, ExpansionKind::Gdanagan);
+        ExpansionResult r = p.run(ListCommand::BankerExpansion, ExpansionKind::Bankers);
         ASSERT_TRUE(r.table);
         EXPECT_EQ(r.table->rowCount(), 0u);
         EXPECT_EQ(r.captionCount, 0u);
@@ -127,7 +127,7 @@ TEST(Expansion, BankersQuirks) {
     // A banker that is also in PickList (after 全选) is not inserted: the row keeps a zero.
     {
         ExpansionInput in;
-        in.kind = ExpansionKind::Gdanagan;
+        in.kind = ExpansionKind::Bankers;
         in.front = {1, 2, 3, 4, 5};
         in.back = {1, 2};
         in.frontBankers = {3};
@@ -140,7 +140,7 @@ TEST(Expansion, BankersQuirks) {
     // A banker below an earlier banker that was put into an empty slot: the literal insert.
     {
         ExpansionInput in;
-        in.kind = ExpansionKind::Gdanagan;
+        in.kind = ExpansionKind::Bankers;
         in.front = {3, 7, 9};
         in.back = {1, 2};
         in.frontBankers = {7, 12};
@@ -151,7 +151,7 @@ TEST(Expansion, BankersQuirks) {
     // Back bankers: one counter; the pair is ordered; only the first banker counts.
     {
         ExpansionInput in;
-        in.kind = ExpansionKind::Gdanagan;
+        in.kind = ExpansionKind::Bankers;
         in.front = {1, 2, 3, 4, 5, 6};
         in.frontBankers = {10};
         in.back = {2, 9};
@@ -168,15 +168,15 @@ TEST(Expansion, BankersQuirks) {
 TEST(Expansion, SixNumberRows) {
     Picks p;
     p.front({8, 2, 4, 6, 10, 12, 14});
-    ExpansionResult r = p.run(ListCommand::Mnu8Lst, ExpansionKind::GAganf);
+    ExpansionResult r = p.run(ListCommand::SixFrontMultiExpansion, ExpansionKind::SixPicks);
     ASSERT_TRUE(r.table);
-    EXPECT_EQ(r.table->kind(), schema::CandidateKind::Zuhef);
+    EXPECT_EQ(r.table->kind(), schema::CandidateKind::SixNumbers);
     ASSERT_EQ(r.table->rowCount(), 7u);
     EXPECT_EQ(row(*r.table, 0), (std::array<int, 7>{2, 4, 6, 8, 10, 12, 0}));
     EXPECT_EQ(row(*r.table, 6), (std::array<int, 7>{4, 6, 8, 10, 12, 14, 0}));
 
     ExpansionInput in;
-    in.kind = ExpansionKind::Gdanaganf;
+    in.kind = ExpansionKind::SixBankers;
     in.front = {1, 4, 6, 8, 9};
     in.frontBankers = {5, 2};
     in.back = {1, 2};  // not read for six-number rows
@@ -193,7 +193,7 @@ TEST(Expansion, SpinPredictionAndMultiMode) {
     s.back.predictList = {3, 6};
     s.front.pickCount = 6;
     s.fromSpin = true;
-    ExpansionResult r = expand(ExpansionInput::fromBoard(s, ExpansionKind::GAgan), nullptr, kPlenty);
+    ExpansionResult r = expand(ExpansionInput::fromBoard(s, ExpansionKind::Picks), nullptr, kPlenty);
     ASSERT_EQ(r.table->rowCount(), 1u);
     EXPECT_EQ(row(*r.table, 0), (std::array<int, 7>{7, 14, 21, 28, 35, 3, 6}));
 
@@ -201,7 +201,7 @@ TEST(Expansion, SpinPredictionAndMultiMode) {
     s.multiMode = true;
     s.multiTable = {{1, 2, 3, 4, 5, 6, 7}, {8, 9, 10, 11, 12, 1, 2}, {2, 4, 6, 8, 10, 3, 4}};
     s.multiCount = 2;
-    ExpansionResult m = expand(ExpansionInput::fromBoard(s, ExpansionKind::GAgan), nullptr, kPlenty);
+    ExpansionResult m = expand(ExpansionInput::fromBoard(s, ExpansionKind::Picks), nullptr, kPlenty);
     ASSERT_EQ(m.table->rowCount(), 2u);
     EXPECT_EQ(m.captionCount, 2u);
     EXPECT_EQ(row(*m.table, 1), (std::array<int, 7>{8, 9, 10, 11, 12, 1, 2}));

@@ -28,14 +28,14 @@ protected:
     }
 
     // Opens the workspace again, as a restart of the program does.
-    void reopen(int bitnum = 35, int bitnumHou = 12) {
+    void reopen(int frontSize = 35, int backSize = 12) {
         session.reset();
         session = std::make_unique<Session>(home.root, home.settings);
         EnteredWorkspace w;
         w.index = 1;
         w.name = kUser;
-        w.bitnum = bitnum;
-        w.bitnumHou = bitnumHou;
+        w.frontSize = frontSize;
+        w.backSize = backSize;
         ASSERT_TRUE(session->open(w));
     }
 
@@ -64,10 +64,10 @@ protected:
     }
 
     int count(const QString& table) {
-        return session->lsdb().scalar(QStringLiteral("SELECT count(*) FROM [%1]").arg(table)).toInt();
+        return session->historyDb().scalar(QStringLiteral("SELECT count(*) FROM [%1]").arg(table)).toInt();
     }
     QVariant cell(const QString& table, const QString& column, int idx) {
-        return session->lsdb().scalar(
+        return session->historyDb().scalar(
             QStringLiteral("SELECT [%1] FROM [%2] WHERE [Idx]=?1").arg(column, table), {idx});
     }
     // Every row of every history table as text: equal dumps mean unchanged tables.
@@ -75,7 +75,7 @@ protected:
         QStringList out;
         for (const char* t :
              {"fig", "fighou", "figquan", "Ylqs", "YlqsHou", "YlqsQuan", "Gailv", "GailvHou", "GailvQuan"}) {
-            for (const QVariantList& row : session->lsdb().rows(
+            for (const QVariantList& row : session->historyDb().rows(
                      QStringLiteral("SELECT * FROM [%1] ORDER BY rowid").arg(QLatin1String(t)))) {
                 QStringList cells;
                 for (const QVariant& v : row) cells << v.toString();

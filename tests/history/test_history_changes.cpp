@@ -56,8 +56,8 @@ TEST_F(HistoryEntryTest, EntryMessagesStoreNothing) {
         EXPECT_EQ(prompter.asked().last().title, history_texts::kEntryTitle);
     }
     EXPECT_EQ(dump(), before);
-    EXPECT_EQ(session->drawnum(), 1);
-    EXPECT_EQ(session->fildb().scalar("SELECT count(*) FROM fig").toInt(), 0);
+    EXPECT_EQ(session->drawCount(), 1);
+    EXPECT_EQ(session->filterDb().scalar("SELECT count(*) FROM fig").toInt(), 0);
 }
 
 TEST_F(HistoryEntryTest, EntrySortsAndAppendsToEveryTable) {
@@ -68,9 +68,9 @@ TEST_F(HistoryEntryTest, EntrySortsAndAppendsToEveryTable) {
     ASSERT_TRUE(r.done());
     EXPECT_EQ(r.grid, GridAction::AppendRow);
     EXPECT_TRUE(prompter.messages().isEmpty());
-    EXPECT_EQ(session->drawnum(), 3);
-    EXPECT_EQ(session->history().figarr[3], (DrawNumbers{2007003, 3, 11, 19, 24, 33, 2, 9}));
-    EXPECT_EQ(history_actions::label12(*session), QStringLiteral("在右输入2007004 期历史号码:"));
+    EXPECT_EQ(session->drawCount(), 3);
+    EXPECT_EQ(session->history().numbers[3], (DrawNumbers{2007003, 3, 11, 19, 24, 33, 2, 9}));
+    EXPECT_EQ(history_actions::nextIssueText(*session), QStringLiteral("在右输入2007004 期历史号码:"));
     for (const char* t : {"fig", "fighou", "figquan", "Ylqs", "YlqsHou", "YlqsQuan"})
         EXPECT_EQ(count(t), 3) << t;
     EXPECT_EQ(cell("fig", "fig1", 3).toInt(), 3);
@@ -82,12 +82,12 @@ TEST_F(HistoryEntryTest, EntrySortsAndAppendsToEveryTable) {
     // Glsum = Drawnum x 5; the back view goes on with its own counter.
     EXPECT_EQ(session->stats().front.total, 15);
     EXPECT_EQ(session->stats().back.total, backBefore.total + 2);
-    EXPECT_DOUBLE_EQ(session->lsdb().scalar("SELECT gailv FROM Gailv WHERE Number=35").toDouble(),
+    EXPECT_DOUBLE_EQ(session->historyDb().scalar("SELECT gailv FROM Gailv WHERE Number=35").toDouble(),
                      2.0 / 15 * 100);
     EXPECT_EQ(session->stats().front.omission[22], 1);
     EXPECT_EQ(session->stats().front.omission[3], 0);
     // The reduced fig of filnum.db and the history text follow.
-    EXPECT_EQ(session->fildb().rows("SELECT Idx, fig0, fig1, fig5 FROM fig"),
+    EXPECT_EQ(session->filterDb().rows("SELECT Idx, fig0, fig1, fig5 FROM fig"),
               (QList<QVariantList>{{3, 2007003, 3, 33}}));
     EXPECT_EQ(readLines(history_actions::historyTextPath(*session)),
               (QStringList{"2007001 22 24 29 31 35 04 11", "2007002 15 22 31 34 35 05 12",
@@ -109,7 +109,7 @@ TEST_F(HistoryEntryTest, HistoryTextRoundTrips) {
     QFile f(text);
     ASSERT_TRUE(f.open(QIODevice::ReadOnly));
     ASSERT_TRUE(importLines(QString::fromLatin1(f.readAll()).split(QStringLiteral("\r\n"))).done());
-    EXPECT_EQ(session->history().figarr, typed.figarr);
+    EXPECT_EQ(session->history().numbers, typed.numbers);
 }
 
 TEST_F(HistoryEntryTest, CellEditRecomputesTheRow) {
@@ -119,8 +119,8 @@ TEST_F(HistoryEntryTest, CellEditRecomputesTheRow) {
     const int intYljzBefore = cell("fig", "intYljz", 2).toInt();
     EXPECT_EQ(cell("fig", "Qnum2", 2).toInt(), 3);
     CellEdit edit(*session, prompter);
-    EXPECT_TRUE(edit.isEditable(2, history_grid::kIssueColumn));
-    EXPECT_FALSE(edit.isEditable(2, history_grid::kIndexColumn));
+    EXPECT_TRUE(edit.isEditable(2, cell_edit::kIssueColumn));
+    EXPECT_FALSE(edit.isEditable(2, cell_edit::kIndexColumn));
     EXPECT_FALSE(edit.isEditable(0, 3));
     EXPECT_FALSE(edit.isEditable(4, 3));
     EXPECT_TRUE(CellEdit::acceptsKey(QLatin1Char('7')));
@@ -129,10 +129,10 @@ TEST_F(HistoryEntryTest, CellEditRecomputesTheRow) {
     // Front 15 -> 16 (column of 前2位).
     const int glsum = session->stats().front.total;
     const CellEdit::Commit c =
-        edit.commit(2, history_grid::kFirstFrontColumn + 1, QStringLiteral("16"), CellEdit::Key::Enter);
+        edit.commit(2, cell_edit::kFirstFrontColumn + 1, QStringLiteral("16"), CellEdit::Key::Enter);
     ASSERT_TRUE(c.result.done());
     EXPECT_EQ(c.nextRow, 2);
-    EXPECT_EQ(c.nextColumn, history_grid::kFirstFrontColumn + 2);
+    EXPECT_EQ(c.nextColumn, cell_edit::kFirstFrontColumn + 2);
     EXPECT_EQ(cell("fig", "fig2", 2).toInt(), 16);
     EXPECT_EQ(cell("figquan", "fig2", 2).toInt(), 16);
     EXPECT_EQ(cell("fig", "Znum", 2).toInt(), 10 + 16 + 21 + 30 + 31);
@@ -142,19 +142,19 @@ TEST_F(HistoryEntryTest, CellEditRecomputesTheRow) {
     // fighou.Znum holds the front sum plus y2; Sumgwnum the front sum's last digit.
     EXPECT_EQ(cell("fighou", "Znum", 2).toInt(), 108 + 12);
     EXPECT_EQ(cell("fighou", "Sumgwnum", 2).toInt(), 8);
-    EXPECT_EQ(session->history().back[2].Znum, 120);
+    EXPECT_EQ(session->history().back[2].sum, 120);
     // intYljz is not recomputed; Glsum stays and one count moves from 15 to 16.
     EXPECT_EQ(cell("fig", "intYljz", 2).toInt(), intYljzBefore);
     EXPECT_EQ(session->stats().front.total, glsum);
-    EXPECT_EQ(session->lsdb().scalar("SELECT Glnum FROM Gailv WHERE Number=15").toInt(), 0);
-    EXPECT_EQ(session->lsdb().scalar("SELECT Glnum FROM Gailv WHERE Number=16").toInt(), 1);
-    EXPECT_EQ(session->history().figarr[2][2], 16);
+    EXPECT_EQ(session->historyDb().scalar("SELECT Glnum FROM Gailv WHERE Number=15").toInt(), 0);
+    EXPECT_EQ(session->historyDb().scalar("SELECT Glnum FROM Gailv WHERE Number=16").toInt(), 1);
+    EXPECT_EQ(session->history().numbers[2][2], 16);
     EXPECT_EQ(readLines(history_actions::historyTextPath(*session)).value(1),
               QStringLiteral("2007002 10 16 21 30 31 05 12"));
     // ParaQuan counts Cnum between the working rows, which the append path leaves at 0.
     EXPECT_GT(cell("figquan", "Cnum", 2).toInt(), 0);
     // The row in memory and in the table agree on every written column.
-    EXPECT_EQ(session->history().front[2].Fcodp, cell("fig", "Fcodp", 2).toInt());
+    EXPECT_EQ(session->history().front[2].complexity, cell("fig", "Fcodp", 2).toInt());
     EXPECT_FLOAT_EQ(session->history().front[2].R, cell("fig", "R", 2).toFloat());
 }
 
@@ -187,13 +187,13 @@ TEST_F(HistoryEntryTest, CellEditRefusesNumbersOutOfOrder) {
     EXPECT_EQ(cell("fighou", "fig2", 2).toInt(), 11);
     EXPECT_EQ(cell("figquan", "fig7", 2).toInt(), 11);
     // A back edit moves the back count: 12 loses it, 11 gains one more.
-    EXPECT_EQ(session->lsdb().scalar("SELECT Glnum FROM GailvHou WHERE Number=12").toInt(), 0);
-    EXPECT_EQ(session->lsdb().scalar("SELECT Glnum FROM GailvHou WHERE Number=11").toInt(), 2);
+    EXPECT_EQ(session->historyDb().scalar("SELECT Glnum FROM GailvHou WHERE Number=12").toInt(), 0);
+    EXPECT_EQ(session->historyDb().scalar("SELECT Glnum FROM GailvHou WHERE Number=11").toInt(), 2);
     const CellEdit::Commit wrap = edit.commit(1, 8, QStringLiteral("11"), CellEdit::Key::Enter);
     EXPECT_EQ(wrap.nextRow, 2);
-    EXPECT_EQ(wrap.nextColumn, history_grid::kIssueColumn);
+    EXPECT_EQ(wrap.nextColumn, cell_edit::kIssueColumn);
     // The issue column is written to fig alone.
-    ASSERT_TRUE(edit.commit(1, history_grid::kIssueColumn, QStringLiteral("2006999"), CellEdit::Key::Enter)
+    ASSERT_TRUE(edit.commit(1, cell_edit::kIssueColumn, QStringLiteral("2006999"), CellEdit::Key::Enter)
                     .result.done());
     EXPECT_EQ(cell("fig", "fig0", 1).toInt(), 2006999);
     EXPECT_EQ(cell("fighou", "fig0", 1).toInt(), 2007001);
@@ -216,7 +216,7 @@ TEST_F(HistoryEntryTest, DeleteTheOnlyDraw) {
     ASSERT_TRUE(r.done());
     EXPECT_EQ(r.grid, GridAction::Rebuild);
     EXPECT_TRUE(prompter.asked().isEmpty());
-    EXPECT_EQ(session->drawnum(), 0);
+    EXPECT_EQ(session->drawCount(), 0);
     for (const char* t : {"fig", "fighou", "figquan", "Ylqs", "YlqsHou", "YlqsQuan"})
         EXPECT_EQ(count(t), 0) << t;
     // No Ylqs row is left to reload from, and the back view keeps counting the deleted draw.
@@ -225,9 +225,9 @@ TEST_F(HistoryEntryTest, DeleteTheOnlyDraw) {
     EXPECT_EQ(session->stats().front.omission, after.front.omission);
     EXPECT_EQ(session->stats().front.total, 0);
     // Without a denominator Gailv keeps its rows as they were.
-    EXPECT_EQ(session->lsdb().scalar("SELECT Glnum FROM Gailv WHERE Number=1").toInt(), 1);
+    EXPECT_EQ(session->historyDb().scalar("SELECT Glnum FROM Gailv WHERE Number=1").toInt(), 1);
     // The reduced fig of filnum.db keeps its row; the text is empty; a second delete does nothing.
-    EXPECT_EQ(session->fildb().scalar("SELECT count(*) FROM fig").toInt(), 1);
+    EXPECT_EQ(session->filterDb().scalar("SELECT count(*) FROM fig").toInt(), 1);
     EXPECT_TRUE(readLines(history_actions::historyTextPath(*session)).isEmpty());
     EXPECT_EQ(history_actions::deleteLast(*session, prompter).outcome, Outcome::Cancelled);
 }
@@ -238,14 +238,14 @@ TEST_F(HistoryEntryTest, DeleteRecountsTheFrontOnly) {
                     .done());
     const NumberStats both = session->stats().both;
     ASSERT_TRUE(history_actions::deleteLast(*session, prompter).done());
-    EXPECT_EQ(session->drawnum(), 2);
+    EXPECT_EQ(session->drawCount(), 2);
     EXPECT_EQ(session->stats().front.total, 10);
     EXPECT_EQ(session->stats().front.omission[11], 2);
     EXPECT_EQ(session->stats().front.omission[1], 0);
-    EXPECT_DOUBLE_EQ(session->lsdb().scalar("SELECT gailv FROM Gailv WHERE Number=1").toDouble(), 20.0);
-    EXPECT_EQ(session->lsdb().scalar("SELECT Glnum FROM Gailv WHERE Number=11").toInt(), 0);
+    EXPECT_DOUBLE_EQ(session->historyDb().scalar("SELECT gailv FROM Gailv WHERE Number=1").toDouble(), 20.0);
+    EXPECT_EQ(session->historyDb().scalar("SELECT Glnum FROM Gailv WHERE Number=11").toInt(), 0);
     EXPECT_TRUE(sameStats(session->stats().both, both));
-    EXPECT_EQ(session->lsdb().scalar("SELECT Glnum FROM GailvQuan WHERE Number=11").toInt(), 1);
+    EXPECT_EQ(session->historyDb().scalar("SELECT Glnum FROM GailvQuan WHERE Number=11").toInt(), 1);
     EXPECT_EQ(readLines(history_actions::historyTextPath(*session)).size(), 2);
 }
 
@@ -260,7 +260,7 @@ TEST_F(HistoryEntryTest, ClearEmptiesFigOnly) {
     EXPECT_EQ(r.grid, GridAction::Clear);
     EXPECT_EQ(prompter.asked().last().title, history_texts::kClearTitle);
     EXPECT_EQ(prompter.asked().last().text, history_texts::kClearText);
-    EXPECT_EQ(session->drawnum(), 0);
+    EXPECT_EQ(session->drawCount(), 0);
     EXPECT_EQ(count("fig"), 0);
     EXPECT_EQ(count("Ylqs"), 0);
     EXPECT_EQ(count("fighou"), 2);

@@ -90,7 +90,7 @@ using HistoryDownloadTest = HistoryFixture;
 TEST_F(HistoryDownloadTest, TextListReplacesTheGamesFile) {
     const QByteArray text = "2004001 01 05 09 12 15 03 07\r\n2004002 02 06 08 11 14 01 09\r\n";
     TinyHttpServer server({{kTextPath, text}});
-    home.settings.write(keys::DownloadHost, server.host());
+    home.settings.write(setting_keys::DownloadHost, server.host());
     const QString target = QDir(home.root.otherHistoryTextFolder()).filePath(kGame + QStringLiteral(".Txt"));
     QFile old(target);
     ASSERT_TRUE(old.open(QIODevice::WriteOnly));
@@ -99,7 +99,7 @@ TEST_F(HistoryDownloadTest, TextListReplacesTheGamesFile) {
 
     QStringList shown;
     const HistoryActionResult r = HistoryDownload(*session, prompter, kTimeoutMs).downloadText([&] {
-        shown = HistoryDownload::lstUrlGames();
+        shown = HistoryDownload::downloadableGames();
         return kGame;
     });
     ASSERT_TRUE(r.done()) << prompter.messages().join('\n').toStdString();
@@ -117,7 +117,7 @@ TEST_F(HistoryDownloadTest, TextListReplacesTheGamesFile) {
     EXPECT_EQ(shown.last(), QStringLiteral("重庆体育15选5"));
     // The file is ready for the import.
     ASSERT_TRUE(HistoryImport(*session, prompter).importFile(HistoryImport::Mode::Whole, target).done());
-    EXPECT_EQ(session->drawnum(), 2);
+    EXPECT_EQ(session->drawCount(), 2);
 }
 
 TEST_F(HistoryDownloadTest, FailuresShowOneMessageAndChangeNothing) {
@@ -149,7 +149,7 @@ TEST_F(HistoryDownloadTest, FailuresShowOneMessageAndChangeNothing) {
     EXPECT_EQ(download.downloadDatabase().outcome, Outcome::Failed);
     EXPECT_EQ(prompter.messages(), QStringList{history_texts::kDownloadFailed});
     EXPECT_EQ(dump(), before);
-    EXPECT_EQ(session->drawnum(), 1);
+    EXPECT_EQ(session->drawCount(), 1);
 }
 
 TEST_F(HistoryDownloadTest, DatabaseReplacesTheHistory) {
@@ -158,7 +158,7 @@ TEST_F(HistoryDownloadTest, DatabaseReplacesTheHistory) {
     TinyHttpServer server({{kDbPath, serviceDatabase({{1, 101, 1, 2, 3, 4, 5, 1, 2},
                                                       {2, 102, 6, 7, 8, 9, 10, 3, 4},
                                                       {3, 2007003, 11, 12, 13, 14, 15, 5, 6}})}});
-    home.settings.write(keys::DownloadHost, server.host());
+    home.settings.write(setting_keys::DownloadHost, server.host());
     const HistoryActionResult r = HistoryDownload(*session, prompter, kTimeoutMs).downloadDatabase();
     ASSERT_TRUE(r.done()) << prompter.messages().join('\n').toStdString();
     EXPECT_EQ(r.grid, GridAction::Rebuild);
@@ -169,18 +169,18 @@ TEST_F(HistoryDownloadTest, DatabaseReplacesTheHistory) {
     EXPECT_TRUE(
         prompter.asked()[1].text.endsWith(QStringLiteral(" 101 至 2007003期，是否确认为当前历史号码？")));
 
-    EXPECT_EQ(session->drawnum(), 3);
-    EXPECT_EQ(session->history().figarr[3], (DrawNumbers{2007003, 11, 12, 13, 14, 15, 5, 6}));
+    EXPECT_EQ(session->drawCount(), 3);
+    EXPECT_EQ(session->history().numbers[3], (DrawNumbers{2007003, 11, 12, 13, 14, 15, 5, 6}));
     for (const char* t : {"fig", "fighou", "figquan", "Ylqs", "YlqsHou", "YlqsQuan"})
         EXPECT_EQ(count(t), 3) << t;
     EXPECT_EQ(cell("fig", "Znum", 2).toInt(), 40);
     EXPECT_EQ(cell("fighou", "fig2", 3).toInt(), 6);
     EXPECT_EQ(session->stats().front.total, 15);
     EXPECT_EQ(session->stats().front.omission[1], 2);
-    EXPECT_EQ(session->fildb().rows("SELECT idx, fig0, fig7 FROM fig"),
+    EXPECT_EQ(session->filterDb().rows("SELECT idx, fig0, fig7 FROM fig"),
               (QList<QVariantList>{{1, 101, 2}, {2, 102, 4}}));
-    EXPECT_EQ(session->fildb().columns("fig").size(), 9);
-    EXPECT_EQ(history_actions::label12(*session), QStringLiteral("在右输入2007004 期历史号码:"));
+    EXPECT_EQ(session->filterDb().columns("fig").size(), 9);
+    EXPECT_EQ(history_actions::nextIssueText(*session), QStringLiteral("在右输入2007004 期历史号码:"));
     QFile text(history_actions::historyTextPath(*session));
     ASSERT_TRUE(text.open(QIODevice::ReadOnly));
     EXPECT_EQ(text.readAll(), QByteArray("01 02 03 04 05 01 02\r\n06 07 08 09 10 03 04\r\n"
@@ -211,6 +211,6 @@ TEST_F(HistoryDownloadTest, DatabaseDeclinedOrBrokenKeepsTheHistory) {
     }
     EXPECT_EQ(server.requested().size(), 3);
     EXPECT_EQ(dump(), before);
-    EXPECT_EQ(session->drawnum(), 1);
-    EXPECT_EQ(session->fildb().columns("fig").size(), 7);
+    EXPECT_EQ(session->drawCount(), 1);
+    EXPECT_EQ(session->filterDb().columns("fig").size(), 7);
 }

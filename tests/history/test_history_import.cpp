@@ -54,7 +54,7 @@ TEST_F(HistoryImportTest, WholeImportFillsTheThreeViews) {
     ASSERT_TRUE(r.done());
     EXPECT_EQ(r.grid, GridAction::Rebuild);
     EXPECT_EQ(r.rowsAdded, 3);
-    EXPECT_EQ(session->drawnum(), 3);
+    EXPECT_EQ(session->drawCount(), 3);
     for (const char* t : {"fig", "fighou", "figquan", "Ylqs", "YlqsHou", "YlqsQuan"})
         EXPECT_EQ(count(t), 3) << t;
     EXPECT_EQ(cell("fig", "fig0", 2).toInt(), 2007002);
@@ -70,24 +70,24 @@ TEST_F(HistoryImportTest, WholeImportFillsTheThreeViews) {
     EXPECT_FLOAT_EQ(cell("fig", "R", 1).toFloat(), session->history().front[1].R);
     EXPECT_EQ(cell("figquan", "Cnum", 2).toInt(), 0);
     // The figquan working row is carried: row 3 (3 4 18 23 32 / 1 6) leaves slot 3 to row 2's value.
-    EXPECT_EQ(session->history().both[3].Znum, cell("figquan", "Znum", 3).toInt());
+    EXPECT_EQ(session->history().both[3].sum, cell("figquan", "Znum", 3).toInt());
     // Percentages over all numbers of the batch.
     EXPECT_EQ(session->stats().front.total, 15);
     EXPECT_EQ(session->stats().back.total, 6);
     EXPECT_EQ(session->stats().both.total, 21);
-    EXPECT_DOUBLE_EQ(session->lsdb().scalar("SELECT gailv FROM Gailv WHERE Number=35").toDouble(),
+    EXPECT_DOUBLE_EQ(session->historyDb().scalar("SELECT gailv FROM Gailv WHERE Number=35").toDouble(),
                      2.0 / 15 * 100);
-    EXPECT_EQ(session->lsdb().scalar("SELECT Glnum FROM GailvQuan WHERE Number=4").toInt(), 2);
-    EXPECT_FALSE(session->picbuilt);
+    EXPECT_EQ(session->historyDb().scalar("SELECT Glnum FROM GailvQuan WHERE Number=4").toInt(), 2);
+    EXPECT_FALSE(session->trendGridsBuilt);
 }
 
 TEST_F(HistoryImportTest, FileWithoutIssueNumbersCountsFromOne) {
     ASSERT_TRUE(importLines({"01 02 03 04 05 01 02", "06 07 08 09 10 03 04", "11 12 13 14 15 05 06"}).done());
     for (int idx = 1; idx <= 3; ++idx) {
         EXPECT_EQ(cell("fig", "fig0", idx).toInt(), idx);
-        EXPECT_EQ(session->lsdb().scalar("SELECT qihao FROM Ylqs WHERE rowid=?1", {idx}).toInt(), idx);
+        EXPECT_EQ(session->historyDb().scalar("SELECT qihao FROM Ylqs WHERE rowid=?1", {idx}).toInt(), idx);
     }
-    EXPECT_EQ(history_actions::label12(*session), QStringLiteral("在右输入4 期历史号码:"));
+    EXPECT_EQ(history_actions::nextIssueText(*session), QStringLiteral("在右输入4 期历史号码:"));
 }
 
 TEST_F(HistoryImportTest, OmissionAfterOneDraw) {
@@ -101,8 +101,8 @@ TEST_F(HistoryImportTest, OmissionAfterOneDraw) {
     }
     EXPECT_EQ(session->stats().back.omission[24], 1);
     EXPECT_EQ(session->stats().back.omission[9], 0);
-    EXPECT_EQ(session->lsdb().scalar("SELECT ylqs36 FROM Ylqs").toInt(), 1);
-    EXPECT_EQ(session->lsdb().scalar("SELECT ylqs9 FROM YlqsQuan").toInt(), 0);
+    EXPECT_EQ(session->historyDb().scalar("SELECT ylqs36 FROM Ylqs").toInt(), 1);
+    EXPECT_EQ(session->historyDb().scalar("SELECT ylqs9 FROM YlqsQuan").toInt(), 0);
 }
 
 TEST_F(HistoryImportTest, SixNumberLineStopsAndChangesNothing) {
@@ -117,7 +117,7 @@ TEST_F(HistoryImportTest, SixNumberLineStopsAndChangesNothing) {
     EXPECT_EQ(prompter.asked().last().title, history_texts::kSevenNumbersTitle);
     EXPECT_EQ(dump(), before);
     EXPECT_TRUE(sameViews(session->stats(), stats));
-    EXPECT_EQ(session->drawnum(), 1);
+    EXPECT_EQ(session->drawCount(), 1);
 }
 
 TEST_F(HistoryImportTest, NumbersBeyondTheArraysOrAnEighthNumberTrap) {
@@ -155,7 +155,7 @@ TEST_F(HistoryImportTest, AppendSkipsOldIssuesAndWritesFigOnly) {
     ASSERT_TRUE(r.done());
     EXPECT_EQ(r.rowsAdded, 2);
     EXPECT_EQ(r.grid, GridAction::None);
-    EXPECT_EQ(session->drawnum(), 4);
+    EXPECT_EQ(session->drawCount(), 4);
     EXPECT_EQ(count("fig"), 4);
     EXPECT_EQ(count("Ylqs"), 4);
     // fighou, figquan and their omissions stay behind until the next whole import.
@@ -168,7 +168,7 @@ TEST_F(HistoryImportTest, AppendSkipsOldIssuesAndWritesFigOnly) {
     EXPECT_EQ(cell("fig", "Cnum", 4).toInt(), 0);
     // The percentages divide the counts of all draws by the numbers of this batch only.
     EXPECT_EQ(session->stats().front.total, 10);
-    const double sum = session->lsdb().scalar("SELECT sum(gailv) FROM Gailv").toDouble();
+    const double sum = session->historyDb().scalar("SELECT sum(gailv) FROM Gailv").toDouble();
     EXPECT_NEAR(sum, 200.0, 1e-9);
     EXPECT_EQ(session->stats().back.total, 4);
 }
@@ -208,7 +208,7 @@ TEST_F(HistoryImportTest, CancelledByProgressLeavesEverything) {
     EXPECT_EQ(r.outcome, Outcome::Cancelled);
     EXPECT_EQ(reports, 3);
     EXPECT_EQ(dump(), before);
-    EXPECT_EQ(session->drawnum(), 1);
+    EXPECT_EQ(session->drawCount(), 1);
 }
 
 TEST_F(HistoryImportTest, QuestionDialogAndTheWorkspaceCopy) {
@@ -225,7 +225,7 @@ TEST_F(HistoryImportTest, QuestionDialogAndTheWorkspaceCopy) {
     EXPECT_EQ(prompter.asked()[0].text, history_texts::kImportWholeQuestion);
     EXPECT_EQ(prompter.asked()[2].kind, QStringLiteral("openFile"));
     EXPECT_EQ(prompter.asked()[2].text, home.root.historyTextFolder());
-    EXPECT_EQ(session->drawnum(), 0);
+    EXPECT_EQ(session->drawCount(), 0);
 
     prompter.clear();
     prompter.answer(true).answer(chosen);
@@ -268,32 +268,32 @@ TEST_F(HistoryImportTest, BundledHistoryImportsWhole) {
     const HistoryActionResult r = HistoryImport(*session, prompter).run(Mode::Whole);
     ASSERT_TRUE(r.done());
     EXPECT_EQ(r.rowsAdded, 2933);
-    EXPECT_EQ(session->drawnum(), 2933);
+    EXPECT_EQ(session->drawCount(), 2933);
     EXPECT_EQ(session->history().lastIssue(), 2026115);
-    EXPECT_EQ(history_actions::label12(*session), QStringLiteral("在右输入2026116 期历史号码:"));
+    EXPECT_EQ(history_actions::nextIssueText(*session), QStringLiteral("在右输入2026116 期历史号码:"));
     for (const char* t : {"fig", "fighou", "figquan", "Ylqs", "YlqsHou", "YlqsQuan"})
         EXPECT_EQ(count(t), 2933) << t;
     EXPECT_EQ(cell("fig", "fig0", 2933).toInt(), 2026115);
     EXPECT_EQ(cell("fighou", "fig1", 2933).toInt(), 6);
-    EXPECT_NEAR(session->lsdb().scalar("SELECT sum(gailv) FROM Gailv").toDouble(), 100.0, 1e-9);
-    EXPECT_NEAR(session->lsdb().scalar("SELECT sum(gailv) FROM GailvHou").toDouble(), 100.0, 1e-9);
-    EXPECT_EQ(session->lsdb().scalar("SELECT sum(Glnum) FROM GailvQuan").toInt(), 2933 * 7);
+    EXPECT_NEAR(session->historyDb().scalar("SELECT sum(gailv) FROM Gailv").toDouble(), 100.0, 1e-9);
+    EXPECT_NEAR(session->historyDb().scalar("SELECT sum(gailv) FROM GailvHou").toDouble(), 100.0, 1e-9);
+    EXPECT_EQ(session->historyDb().scalar("SELECT sum(Glnum) FROM GailvQuan").toInt(), 2933 * 7);
 
     // A restart reads the same arrays back.
     DrawHistory history = session->history();
     const StatsViews stats = session->stats();
     reopen();
-    EXPECT_EQ(session->history().figarr, history.figarr);
+    EXPECT_EQ(session->history().numbers, history.numbers);
     for (HistoryView v : kAllViews)
         for (int row = 1; row <= 2933; row += 97) {
             const DrawParams& a = paramsOf(history, v)[row];
             const DrawParams& b = paramsOf(session->history(), v)[row];
-            EXPECT_EQ(a.Znum, b.Znum);
-            EXPECT_EQ(a.Fcodp, b.Fcodp);
-            EXPECT_EQ(a.Qnum, b.Qnum);
+            EXPECT_EQ(a.sum, b.sum);
+            EXPECT_EQ(a.complexity, b.complexity);
+            EXPECT_EQ(a.decadeCounts, b.decadeCounts);
             EXPECT_EQ(a.R, b.R);
             EXPECT_EQ(a.a, b.a);
-            EXPECT_EQ(a.Lcz, b.Lcz);
+            EXPECT_EQ(a.centreOffsets, b.centreOffsets);
         }
     for (HistoryView v : kAllViews) {
         const NumberStats& a = statsOf(stats, v);

@@ -61,24 +61,24 @@ TEST_F(HistoryIssueTest, EditedIssuesThatWouldNotReadBackAreRefused) {
     for (const char* issue : {"20070011", "99999999", "2147483647", "5"}) {
         prompter.clear();
         const CellEdit::Commit c =
-            edit.commit(2, history_grid::kIssueColumn, QString::fromLatin1(issue), CellEdit::Key::Enter);
+            edit.commit(2, cell_edit::kIssueColumn, QString::fromLatin1(issue), CellEdit::Key::Enter);
         EXPECT_EQ(c.result.outcome, Outcome::Refused) << issue;
         EXPECT_EQ(c.nextRow, 2);
-        EXPECT_EQ(c.nextColumn, history_grid::kIssueColumn);
+        EXPECT_EQ(c.nextColumn, cell_edit::kIssueColumn);
         EXPECT_EQ(prompter.messages(), QStringList{history_texts::kIssueEditText}) << issue;
         EXPECT_EQ(prompter.asked().first().title, history_texts::kEntryTitle);
     }
     EXPECT_EQ(dump(), before);
     EXPECT_EQ(fileText(text), textBefore);
-    EXPECT_EQ(session->history().figarr, historyBefore.figarr);
+    EXPECT_EQ(session->history().numbers, historyBefore.numbers);
 
     // Seven digits go in, and the text gives them back.
-    ASSERT_TRUE(edit.commit(2, history_grid::kIssueColumn, QStringLiteral("9999999"), CellEdit::Key::Enter)
+    ASSERT_TRUE(edit.commit(2, cell_edit::kIssueColumn, QStringLiteral("9999999"), CellEdit::Key::Enter)
                     .result.done());
     EXPECT_EQ(cell("fig", "fig0", 2).toInt(), 9999999);
     const DrawHistory edited = session->history();
     ASSERT_TRUE(importLines(QString::fromLatin1(fileText(text)).split(QStringLiteral("\r\n"))).done());
-    EXPECT_EQ(session->history().figarr, edited.figarr);
+    EXPECT_EQ(session->history().numbers, edited.numbers);
 }
 
 TEST_F(HistoryIssueTest, AnEditMayNotChangeWhatTheNextUnwrittenIssueReadsBackAs) {
@@ -88,18 +88,18 @@ TEST_F(HistoryIssueTest, AnEditMayNotChangeWhatTheNextUnwrittenIssueReadsBackAs)
     const QStringList before = dump();
     CellEdit edit(*session, prompter);
     // 2007002 itself would read back, but issue 3 after it would read back as 2007003.
-    EXPECT_EQ(edit.commit(2, history_grid::kIssueColumn, QStringLiteral("2007002"), CellEdit::Key::Enter)
+    EXPECT_EQ(edit.commit(2, cell_edit::kIssueColumn, QStringLiteral("2007002"), CellEdit::Key::Enter)
                   .result.outcome,
               Outcome::Refused);
     EXPECT_EQ(
-        edit.commit(2, history_grid::kIssueColumn, QStringLiteral("4"), CellEdit::Key::Enter).result.outcome,
+        edit.commit(2, cell_edit::kIssueColumn, QStringLiteral("4"), CellEdit::Key::Enter).result.outcome,
         Outcome::Refused);
     EXPECT_EQ(dump(), before);
     // The last row has no row after it; typing the same issue again changes nothing.
-    EXPECT_TRUE(edit.commit(3, history_grid::kIssueColumn, QStringLiteral("2007003"), CellEdit::Key::Enter)
+    EXPECT_TRUE(edit.commit(3, cell_edit::kIssueColumn, QStringLiteral("2007003"), CellEdit::Key::Enter)
                     .result.done());
     EXPECT_TRUE(
-        edit.commit(2, history_grid::kIssueColumn, QStringLiteral("2"), CellEdit::Key::Enter).result.done());
+        edit.commit(2, cell_edit::kIssueColumn, QStringLiteral("2"), CellEdit::Key::Enter).result.done());
 }
 
 TEST_F(HistoryIssueTest, AnAppendAfterTheLargestIssuesIsRefused) {
@@ -107,24 +107,25 @@ TEST_F(HistoryIssueTest, AnAppendAfterTheLargestIssuesIsRefused) {
     const QString text = history_actions::historyTextPath(*session);
     for (const int32_t last : {kMaxIssue, 9999999}) {
         // An issue that an earlier version let in, straight in the table.
-        ASSERT_TRUE(session->lsdb().exec(QStringLiteral("UPDATE [fig] SET [fig0]=?1 WHERE [Idx]=1"), {last}));
+        ASSERT_TRUE(
+            session->historyDb().exec(QStringLiteral("UPDATE [fig] SET [fig0]=?1 WHERE [Idx]=1"), {last}));
         reopen();
         ASSERT_EQ(session->history().lastIssue(), last);
         const QStringList before = dump();
         const QByteArray textBefore = fileText(text);
-        const QVariant reducedRows = session->fildb().scalar(QStringLiteral("SELECT count(*) FROM [fig]"));
+        const QVariant reducedRows = session->filterDb().scalar(QStringLiteral("SELECT count(*) FROM [fig]"));
         prompter.clear();
         const HistoryActionResult r = DrawEntry(*session, prompter).submit(kNextDraw);
         EXPECT_EQ(r.outcome, Outcome::Refused) << last;
         EXPECT_EQ(prompter.messages(), QStringList{history_texts::kIssueAppendText});
-        EXPECT_EQ(session->drawnum(), 1);
+        EXPECT_EQ(session->drawCount(), 1);
         EXPECT_EQ(dump(), before);
         EXPECT_EQ(fileText(text), textBefore);
-        EXPECT_EQ(session->fildb().scalar(QStringLiteral("SELECT count(*) FROM [fig]")), reducedRows);
+        EXPECT_EQ(session->filterDb().scalar(QStringLiteral("SELECT count(*) FROM [fig]")), reducedRows);
     }
 
     // One below: 9999999 is the last issue the text holds.
-    ASSERT_TRUE(session->lsdb().exec(QStringLiteral("UPDATE [fig] SET [fig0]=9999998 WHERE [Idx]=1")));
+    ASSERT_TRUE(session->historyDb().exec(QStringLiteral("UPDATE [fig] SET [fig0]=9999998 WHERE [Idx]=1")));
     reopen();
     ASSERT_TRUE(DrawEntry(*session, prompter).submit(kNextDraw).done());
     EXPECT_EQ(cell("fig", "fig0", 2).toInt(), 9999999);

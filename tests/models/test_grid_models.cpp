@@ -1,13 +1,13 @@
 // The grid models of the main window, the filter window and the prize check, each built from a
 // small known state and compared as text with what the grid must show.
-#include "filter/candidate_kernels.h"
+#include "engine/candidate_kernels.h"
 #include "filter/result_grid_model.h"
+#include "history/ui/history_grid_model.h"
 #include "prize/prize_fixtures.h"
 #include "prize/prize_view.h"
 #include "prize/ui/prize_models.h"
 #include "support/model_dump.h"
 #include "support/qt_printers.h"
-#include "workspace/ui/history_grid_model.h"
 
 #include <gtest/gtest.h>
 
@@ -25,9 +25,9 @@ TEST(HistoryGridModel, ShowsEveryDrawWithTwoDigitNumbersAndFollowsARefresh) {
     HistoryGridModel m(h);
     EXPECT_EQ(modelTsv(m), tsv({"序数\t期号\t前1位\t前2位\t前3位\t前4位\t前5位\t后1位\t后2位"}));
 
-    h.figarr.push_back({2025101, 1, 9, 14, 22, 30, 3, 11});
-    h.figarr.push_back({2025102, 5, 11, 19, 26, 33, 4, 9});
-    h.figarr.push_back({2025103, 2, 8, 15, 23, 29, 1, 12});
+    h.numbers.push_back({2025101, 1, 9, 14, 22, 30, 3, 11});
+    h.numbers.push_back({2025102, 5, 11, 19, 26, 33, 4, 9});
+    h.numbers.push_back({2025103, 2, 8, 15, 23, 29, 1, 12});
     m.refresh();
     EXPECT_EQ(modelTsv(m), tsv({"序数\t期号\t前1位\t前2位\t前3位\t前4位\t前5位\t后1位\t后2位",
                                 "1\t2025101\t01\t09\t14\t22\t30\t03\t11",
@@ -35,12 +35,12 @@ TEST(HistoryGridModel, ShowsEveryDrawWithTwoDigitNumbersAndFollowsARefresh) {
                                 "3\t2025103\t02\t08\t15\t23\t29\t01\t12"}));
 
     // A draw appended, one taken off the end: the rows follow.
-    h.figarr.push_back({2025104, 10, 13, 18, 27, 35, 6, 10});
+    h.numbers.push_back({2025104, 10, 13, 18, 27, 35, 6, 10});
     m.refresh();
     EXPECT_EQ(m.rowCount(), 4);
     EXPECT_EQ(modelTsv(m).split(QLatin1Char('\n')).value(4), QStringLiteral("4\t2025104\t10\t13\t18\t27\t35\t06\t10"));
-    h.figarr.pop_back();
-    h.figarr.pop_back();
+    h.numbers.pop_back();
+    h.numbers.pop_back();
     m.refresh();
     EXPECT_EQ(modelTsv(m), tsv({"序数\t期号\t前1位\t前2位\t前3位\t前4位\t前5位\t后1位\t后2位",
                                 "1\t2025101\t01\t09\t14\t22\t30\t03\t11",
@@ -49,7 +49,7 @@ TEST(HistoryGridModel, ShowsEveryDrawWithTwoDigitNumbersAndFollowsARefresh) {
 
 // Five tickets; row 1 thrown out by a filter, canshu holding each ticket's count of evens.
 CandidateTable resultTable() {
-    CandidateTable t(schema::CandidateKind::Zuhe, 5);
+    CandidateTable t(schema::CandidateKind::Combinations, 5);
     const int rows[5][7] = {{1, 2, 3, 4, 5, 1, 2},
                             {3, 8, 15, 22, 35, 4, 11},
                             {6, 7, 9, 10, 33, 2, 12},
@@ -57,13 +57,13 @@ CandidateTable resultTable() {
                             {11, 17, 23, 29, 31, 7, 9}};
     const int16_t evens[5] = {2, 2, 2, 5, 0};
     for (uint64_t r = 0; r < 5; ++r) {
-        for (int k = 1; k <= 7; ++k) t.fig(k)[r] = static_cast<uint8_t>(rows[r][k - 1]);
-        t.canshu()[r] = evens[r];
+        for (int k = 1; k <= 7; ++k) t.numberColumn(k)[r] = static_cast<uint8_t>(rows[r][k - 1]);
+        t.paramValues()[r] = evens[r];
     }
     BitVector sel(5);
     sel.set(1);
-    kernels::beginFilter(t);
-    kernels::killSelected(t, sel, t.reasons().intern(QStringLiteral("偶数个数大小:2 排除0~2")));
+    candidate_kernels::beginFilter(t);
+    candidate_kernels::killSelected(t, sel, t.reasons().intern(QStringLiteral("偶数个数大小:2 排除0~2")));
     return t;
 }
 
@@ -78,7 +78,8 @@ TEST(ResultGridModel, EachViewShowsItsRowsAndColumns) {
                                 "4\t2\t4\t6\t8\t10\t5\t6",
                                 "5\t11\t17\t23\t29\t31\t7\t9"}));
 
-    m.bind(&t, GridView::afterParameter(param_filter::ViewColumns::WithCanshu, QStringLiteral("偶数个数")));
+    m.bind(&t,
+           GridView::afterParameter(param_filter::ViewColumns::WithParamValue, QStringLiteral("偶数个数")));
     EXPECT_EQ(modelTsv(m), tsv({"idx\tfig1\tfig2\tfig3\tfig4\tfig5\tfig6\tfig7\t偶数个数",
                                 "1\t1\t2\t3\t4\t5\t1\t2\t2",
                                 "3\t6\t7\t9\t10\t33\t2\t12\t2",
@@ -130,8 +131,8 @@ std::unique_ptr<PrizeView> prizeView() {
                     {7, 21, 28, 31, 35, 8, 11}});
     throwOut(*t, 3, QStringLiteral("手工删除"));
     throwOut(*t, 4, QStringLiteral("各位数和大小:122 保留60~120"));
-    return std::make_unique<PrizeView>(schema::CandidateKind::Zuhe, std::move(t), draw(2025105, {7, 21, 28, 31, 34, 2, 8}),
-                                       PrizeRules::defaults());
+    return std::make_unique<PrizeView>(schema::CandidateKind::Combinations, std::move(t),
+                                       draw(2025105, {7, 21, 28, 31, 34, 2, 8}), PrizeRules::defaults());
 }
 
 TEST(PrizeListModel, KeptAndThrownListsBeforeAndAfterSorting) {

@@ -14,7 +14,7 @@ struct Board {
     }
     void banker(Zone z, int n) {
         ASSERT_TRUE(board.rightClick(z, n));
-        board.mnuDan(z);
+        board.toggleBanker(z);
     }
 };
 
@@ -85,37 +85,37 @@ TEST(NumberBoardStartRule, FrontClicksNeverEnableStartBackClicksDo) {
     EXPECT_TRUE(b.back().readyFlag);
     b.pick(Zone::Front, {1, 2, 3, 4, 5, 6});
     EXPECT_TRUE(b.front().readyFlag);
-    EXPECT_FALSE(b.board.comSta);
-    EXPECT_FALSE(b.board.meuSta);
+    EXPECT_FALSE(b.board.startButton);
+    EXPECT_FALSE(b.board.startMenuItem);
     b.pick(Zone::Back, {4});
-    EXPECT_TRUE(b.board.comSta);
-    EXPECT_TRUE(b.board.meuSta);
+    EXPECT_TRUE(b.board.startButton);
+    EXPECT_TRUE(b.board.startMenuItem);
     // The program click of the front zone applies the rule.
     b.pick(Zone::Back, {4, 3});  // back down to 2: not ready
-    EXPECT_FALSE(b.board.comSta);
-    b.board.cmdClk(Zone::Back, 3);
-    EXPECT_TRUE(b.board.comSta);
-    b.board.cmdClk(Zone::Front, 7);
-    EXPECT_TRUE(b.board.comSta);
-    b.board.cmdClk(Zone::Front, 7);
-    b.board.cmdClk(Zone::Front, 6);  // front down to 5: not ready, and the program click says so
-    EXPECT_FALSE(b.board.comSta);
+    EXPECT_FALSE(b.board.startButton);
+    b.board.programClick(Zone::Back, 3);
+    EXPECT_TRUE(b.board.startButton);
+    b.board.programClick(Zone::Front, 7);
+    EXPECT_TRUE(b.board.startButton);
+    b.board.programClick(Zone::Front, 7);
+    b.board.programClick(Zone::Front, 6);  // front down to 5: not ready, and the program click says so
+    EXPECT_FALSE(b.board.startButton);
 }
 
 TEST(NumberBoardBankers, RightClickMakesABankerWithoutPressingLeftClickTurnsItIntoAPick) {
     Board b;
     EXPECT_TRUE(b.board.rightClick(Zone::Front, 12));
-    EXPECT_EQ(b.front().danCount, 0) << "the right click alone changes nothing";
-    b.board.mnuDan(Zone::Front);
-    EXPECT_TRUE(b.front().danFlag[12]);
-    EXPECT_EQ(b.front().danCount, 1);
+    EXPECT_EQ(b.front().bankerCount, 0) << "the right click alone changes nothing";
+    b.board.toggleBanker(Zone::Front);
+    EXPECT_TRUE(b.front().bankerFlag[12]);
+    EXPECT_EQ(b.front().bankerCount, 1);
     EXPECT_FALSE(b.board.zone(Zone::Front).button(12).pressed);
     EXPECT_EQ(b.board.zone(Zone::Front).button(12).colour, ButtonColour::Green);
-    EXPECT_FALSE(b.board.comSta) << "enabled at once, then the start rule of step 5 decides";
+    EXPECT_FALSE(b.board.startButton) << "enabled at once, then the start rule of step 5 decides";
 
     b.board.leftClick(Zone::Front, 12);
-    EXPECT_FALSE(b.front().danFlag[12]);
-    EXPECT_EQ(b.front().danCount, 0);
+    EXPECT_FALSE(b.front().bankerFlag[12]);
+    EXPECT_EQ(b.front().bankerCount, 0);
     EXPECT_TRUE(b.front().pickFlag[12]);
     EXPECT_EQ(b.front().pickCount, 1);
     EXPECT_TRUE(b.board.zone(Zone::Front).button(12).pressed);
@@ -133,8 +133,8 @@ TEST(NumberBoardLists, RemovalAfterASortShiftsFromThePositionRecordedBefore) {
     b.pick(Zone::Front, {5, 3, 9, 1, 7, 2});
     b.pick(Zone::Back, {1, 2});
     b.board.openModeMenu();
-    ASSERT_TRUE(b.board.modeMenu.mnuLst);
-    b.board.prepareList(ListCommand::MnuLst);
+    ASSERT_TRUE(b.board.modeMenu.multiExpansion);
+    b.board.prepareList(ListCommand::MultiExpansion);
     EXPECT_EQ(pickList(b.front()), (std::vector<int>{1, 2, 3, 5, 7, 9}));
     EXPECT_EQ(b.front().pickPos[9], 3) << "PickPos keeps its values through the sort";
     EXPECT_EQ(b.front().spinCount, 6);
@@ -151,9 +151,9 @@ TEST(NumberBoardLists, SelectAllWithBankersCountsThemTwiceAndInvertGoesNegative)
     b.banker(Zone::Front, 2);
     b.board.selectAll(Zone::Front);
     EXPECT_EQ(b.front().pickCount, 35);
-    EXPECT_EQ(b.front().danCount, 2);
+    EXPECT_EQ(b.front().bankerCount, 2);
     EXPECT_TRUE(b.front().pickFlag[1]);
-    EXPECT_TRUE(b.front().danFlag[1]);
+    EXPECT_TRUE(b.front().bankerFlag[1]);
     EXPECT_TRUE(b.front().readyFlag);
     // Zone size - PickCount - DanCount = -2: the rebuild runs no round.
     b.board.invert(Zone::Front);
@@ -161,7 +161,7 @@ TEST(NumberBoardLists, SelectAllWithBankersCountsThemTwiceAndInvertGoesNegative)
     EXPECT_FALSE(b.front().readyFlag);
     EXPECT_FALSE(b.front().pickFlag[3]);
     EXPECT_FALSE(b.front().pickFlag[1]);
-    EXPECT_TRUE(b.front().danFlag[1]);
+    EXPECT_TRUE(b.front().bankerFlag[1]);
     EXPECT_EQ(b.board.zone(Zone::Front).button(1).colour, ButtonColour::Green);
 }
 
@@ -181,30 +181,31 @@ TEST(NumberBoardLists, InvertBuildsTheComplementAscending) {
 
 TEST(NumberBoardMenus, ModeMenuEnablingAndDantuomnu) {
     Board b;
-    b.board.modeMenu.meuAgn = true;
+    b.board.modeMenu.frontMultiSpin = true;
     b.banker(Zone::Back, 1);
     b.pick(Zone::Back, {2});
     b.banker(Zone::Front, 1);
     b.pick(Zone::Front, {2, 3, 4, 5, 6, 7});
     b.board.openModeMenu();
-    EXPECT_TRUE(b.board.modeMenu.meuAgn) << "both zones have bankers: meuAgn keeps its state";
-    EXPECT_TRUE(b.board.modeMenu.mnuDtlst);
-    EXPECT_TRUE(b.board.modeMenu.mnuDt8lst);
-    EXPECT_FALSE(b.board.modeMenu.mnu8Lst) << "one back pick only";
-    EXPECT_TRUE(b.board.modeMenu.mnuDantuo && b.board.modeMenu.mnuDantuoHou);
+    EXPECT_TRUE(b.board.modeMenu.frontMultiSpin) << "both zones have bankers: meuAgn keeps its state";
+    EXPECT_TRUE(b.board.modeMenu.bankerExpansion);
+    EXPECT_TRUE(b.board.modeMenu.sixFrontBankerExpansion);
+    EXPECT_FALSE(b.board.modeMenu.sixFrontMultiExpansion) << "one back pick only";
+    EXPECT_TRUE(b.board.modeMenu.frontBankerSpin && b.board.modeMenu.backBankerSpin);
 
     // Dantuomnu after the last front click: SpinCount = 5 - 1, mnuDtuo 4..6 remain, and mnuDtuo(4)
     // is chosen as if clicked.
     const ZoneBoard& f = b.board.zone(Zone::Front);
     EXPECT_EQ(b.front().spinCount, 4);
-    for (int k = 1; k <= 15; ++k) EXPECT_EQ(f.dtuo.enabled[static_cast<size_t>(k)], k >= 4 && k <= 6) << k;
-    EXPECT_TRUE(f.dtuo.enabled[16]) << "mnuDtuo(16) keeps its design state";
-    EXPECT_TRUE(f.dtuo.checked[4]);
+    for (int k = 1; k <= 15; ++k)
+        EXPECT_EQ(f.bankerMenu.enabled[static_cast<size_t>(k)], k >= 4 && k <= 6) << k;
+    EXPECT_TRUE(f.bankerMenu.enabled[16]) << "mnuDtuo(16) keeps its design state";
+    EXPECT_TRUE(f.bankerMenu.checked[4]);
     EXPECT_EQ(b.front().chosenCount, 4);
-    EXPECT_TRUE(f.danxuan.enabled[6]);
-    EXPECT_FALSE(f.danxuan.enabled[7]);
-    EXPECT_FALSE(b.board.meuAgarr);
-    EXPECT_TRUE(b.board.comSta) << "6 picks are more than 4: the spin is to run";
+    EXPECT_TRUE(f.multiMenu.enabled[6]);
+    EXPECT_FALSE(f.multiMenu.enabled[7]);
+    EXPECT_FALSE(b.board.predictionExpansion);
+    EXPECT_TRUE(b.board.startButton) << "6 picks are more than 4: the spin is to run";
 }
 
 TEST(NumberBoardMenus, DanxuanWithFewPicksCopiesThemAsThePrediction) {
@@ -215,22 +216,22 @@ TEST(NumberBoardMenus, DanxuanWithFewPicksCopiesThemAsThePrediction) {
     BoardState state;
     NumberBoard board(state, 35, 12, &events);
     for (int n : {4, 8, 15, 16, 23}) board.leftClick(Zone::Front, n);
-    board.chooseDanxuan(Zone::Front, 6);
+    board.chooseMultiEntry(Zone::Front, 6);
     EXPECT_EQ(events.opened, 1);
     EXPECT_TRUE(state.fromSpin);
     EXPECT_EQ(state.front.spinCount, 6);
     EXPECT_EQ(state.front.predictList[0], 4);
     EXPECT_EQ(state.front.predictList[4], 23);
-    EXPECT_FALSE(board.comSta);
-    EXPECT_TRUE(board.zone(Zone::Front).danxuan.checked[6]);
-    EXPECT_FALSE(board.zone(Zone::Front).danxuan.checked[5]);
+    EXPECT_FALSE(board.startButton);
+    EXPECT_TRUE(board.zone(Zone::Front).multiMenu.checked[6]);
+    EXPECT_FALSE(board.zone(Zone::Front).multiMenu.checked[5]);
 }
 
 TEST(NumberBoardReselect, FrontResetRestoresTheSpinCountsBackOnlyClears) {
     Board b;
     b.pick(Zone::Front, {1, 2, 3, 4, 5, 6});
     b.pick(Zone::Back, {1, 2, 3});
-    b.board.chooseDanxuan(Zone::Front, 9);
+    b.board.chooseMultiEntry(Zone::Front, 9);
     b.board.reselect(Zone::Back);
     EXPECT_EQ(b.back().pickCount, 0);
     EXPECT_TRUE(b.board.statusText.isEmpty());
@@ -238,10 +239,10 @@ TEST(NumberBoardReselect, FrontResetRestoresTheSpinCountsBackOnlyClears) {
     b.board.reselect(Zone::Front);
     EXPECT_EQ(b.front().spinCount, 5);
     EXPECT_EQ(b.back().spinCount, 2);
-    EXPECT_TRUE(b.board.zone(Zone::Front).danxuan.checked[5]);
-    EXPECT_FALSE(b.board.zone(Zone::Front).danxuan.checked[9]);
-    EXPECT_FALSE(b.board.meuRt);
-    EXPECT_FALSE(b.board.comSta);
+    EXPECT_TRUE(b.board.zone(Zone::Front).multiMenu.checked[5]);
+    EXPECT_FALSE(b.board.zone(Zone::Front).multiMenu.checked[9]);
+    EXPECT_FALSE(b.board.wheelEntries);
+    EXPECT_FALSE(b.board.startButton);
 }
 
 }  // namespace

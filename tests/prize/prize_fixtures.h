@@ -1,6 +1,6 @@
 #pragma once
 
-#include "filter/candidate_table.h"
+#include "engine/candidate_table.h"
 #include "prize/prize_check.h"
 
 #include <initializer_list>
@@ -12,19 +12,19 @@ namespace prize_fixtures {
 
 using Ticket = std::array<int, 7>;
 
-inline std::unique_ptr<CandidateTable> table(const std::vector<Ticket>& rows,
-                                             schema::CandidateKind kind = schema::CandidateKind::Zuhe) {
+inline std::unique_ptr<CandidateTable> table(
+    const std::vector<Ticket>& rows, schema::CandidateKind kind = schema::CandidateKind::Combinations) {
     auto t = std::make_unique<CandidateTable>(kind, rows.size());
     for (size_t r = 0; r < rows.size(); ++r)
-        for (int k = 1; k <= t->figCount(); ++k)
-            t->fig(k)[r] = static_cast<uint8_t>(rows[r][static_cast<size_t>(k - 1)]);
+        for (int k = 1; k <= t->numberCount(); ++k)
+            t->numberColumn(k)[r] = static_cast<uint8_t>(rows[r][static_cast<size_t>(k - 1)]);
     return t;
 }
 
 // Marks `row` thrown out with `reason`, as a filter does.
 inline void throwOut(CandidateTable& t, uint64_t row, const QString& reason) {
-    t.unslt().set(row);
-    t.fliter()[row] = t.reasons().intern(reason);
+    t.filteredOut().set(row);
+    t.rowReasons()[row] = t.reasons().intern(reason);
 }
 
 inline CheckDraw draw(int32_t issue, Ticket numbers) {

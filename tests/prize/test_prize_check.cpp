@@ -1,5 +1,5 @@
 // The prize check: hits, slots, the two lists, the level summary and the money.
-#include "filter/candidate_store.h"
+#include "engine/candidate_store.h"
 #include "prize/prize_sql_form.h"
 #include "prize/prize_view.h"
 #include "prize_fixtures.h"
@@ -47,23 +47,23 @@ std::vector<uint64_t> rowsOf(const TicketList& l) {
 TEST(PrizeCheck, HitsSlotsAndNullsPerTicket) {
     auto t = sampleTable();
     const PrizeCheck c = PrizeCheck::run(*t, kDraw, PrizeRules::defaults());
-    EXPECT_EQ(c.jiben(0), 5);
-    EXPECT_EQ(c.tebie(0), 2);
-    EXPECT_EQ(c.jiang(0), QStringLiteral("1等奖"));
-    EXPECT_EQ(c.jing(0), 5000000);
+    EXPECT_EQ(c.frontHits(0), 5);
+    EXPECT_EQ(c.backHits(0), 2);
+    EXPECT_EQ(c.prizeLevel(0), QStringLiteral("1等奖"));
+    EXPECT_EQ(c.prizeAmount(0), 5000000);
     // No hits: jiang and jing are Null.
-    EXPECT_EQ(c.jiben(1), 0);
-    EXPECT_EQ(c.tebie(1), 0);
-    EXPECT_FALSE(c.jiang(1).has_value());
-    EXPECT_FALSE(c.jing(1).has_value());
+    EXPECT_EQ(c.frontHits(1), 0);
+    EXPECT_EQ(c.backHits(1), 0);
+    EXPECT_FALSE(c.prizeLevel(1).has_value());
+    EXPECT_FALSE(c.prizeAmount(1).has_value());
     // 17 is not 07, 10 and 11 not 4 or 9.
-    EXPECT_EQ(c.jiben(2), 0);
-    EXPECT_EQ(c.tebie(2), 0);
+    EXPECT_EQ(c.frontHits(2), 0);
+    EXPECT_EQ(c.backHits(2), 0);
     EXPECT_EQ(c.slot(3), 5);
-    EXPECT_EQ(c.jing(3), 500);
-    EXPECT_EQ(c.jiang(4), QStringLiteral("2等奖"));
-    EXPECT_EQ(c.jiang(5), QStringLiteral("6等奖"));
-    EXPECT_EQ(c.jiben(6), 2);
+    EXPECT_EQ(c.prizeAmount(3), 500);
+    EXPECT_EQ(c.prizeLevel(4), QStringLiteral("2等奖"));
+    EXPECT_EQ(c.prizeLevel(5), QStringLiteral("6等奖"));
+    EXPECT_EQ(c.frontHits(6), 2);
     EXPECT_EQ(c.slot(6), 0);
     EXPECT_EQ(c.keptCount(), 6u);
     EXPECT_EQ(c.thrownCount(), 1u);
@@ -71,20 +71,20 @@ TEST(PrizeCheck, HitsSlotsAndNullsPerTicket) {
 
 TEST(PrizeCheck, NeverChangesTheFlagsOrTheReasons) {
     auto t = sampleTable();
-    t->preunslt().set(2);
-    const BitVector unslt = t->unslt(), pre = t->preunslt();
-    const std::vector<ReasonTable::Id> reasons(t->fliter().begin(), t->fliter().end());
-    PrizeView v(Kind::Zuhe, std::move(t), kDraw, PrizeRules::defaults());
+    t->previousFilteredOut().set(2);
+    const BitVector filteredOut = t->filteredOut(), pre = t->previousFilteredOut();
+    const std::vector<ReasonTable::Id> reasons(t->rowReasons().begin(), t->rowReasons().end());
+    PrizeView v(Kind::Combinations, std::move(t), kDraw, PrizeRules::defaults());
     v.sortByHits();
     v.pageKept(QStringLiteral("1"));
-    EXPECT_EQ(v.table()->unslt(), unslt);
-    EXPECT_EQ(v.table()->preunslt(), pre);
-    EXPECT_TRUE(std::equal(reasons.begin(), reasons.end(), v.table()->fliter().begin()));
+    EXPECT_EQ(v.table()->filteredOut(), filteredOut);
+    EXPECT_EQ(v.table()->previousFilteredOut(), pre);
+    EXPECT_TRUE(std::equal(reasons.begin(), reasons.end(), v.table()->rowReasons().begin()));
     EXPECT_EQ(v.table()->reasonText(4), kReason);
 }
 
 TEST(PrizeView, DefaultRulesGiveEightLevelsAndAThrownWinnerUnderBeilv) {
-    PrizeView v(Kind::Zuhe, sampleTable(), kDraw, PrizeRules::defaults());
+    PrizeView v(Kind::Combinations, sampleTable(), kDraw, PrizeRules::defaults());
     EXPECT_EQ(v.summaryCell(0, 0), QStringLiteral("奖级"));
     EXPECT_EQ(v.summaryCell(0, 1), QStringLiteral("中注"));
     EXPECT_EQ(summaryColumn(v, 0, 1, 9),
@@ -98,7 +98,7 @@ TEST(PrizeView, DefaultRulesGiveEightLevelsAndAThrownWinnerUnderBeilv) {
     // The thrown winner is listed below with its level, money and reason.
     ASSERT_EQ(v.thrown().size(), 1u);
     EXPECT_EQ(v.thrown().row(0), 4u);
-    EXPECT_EQ(v.check().jiang(4), QStringLiteral("2等奖"));
+    EXPECT_EQ(v.check().prizeLevel(4), QStringLiteral("2等奖"));
     EXPECT_EQ(v.table()->reasonText(v.thrown().row(0)), kReason);
     EXPECT_EQ(v.thrownColumns().last().header, QStringLiteral("过滤缘故"));
     EXPECT_EQ(v.thrownColumns().last().widthTwips, 4800);
@@ -118,7 +118,7 @@ TEST(PrizeView, DefaultRulesGiveEightLevelsAndAThrownWinnerUnderBeilv) {
 TEST(PrizeView, AnEmptyKeptSetCostsAndEarnsNothingAndShowsRed) {
     auto t = sampleTable();
     for (uint64_t r = 0; r < t->rowCount(); ++r) throwOut(*t, r, kReason);
-    PrizeView v(Kind::Zuhe, std::move(t), kDraw, PrizeRules::defaults());
+    PrizeView v(Kind::Combinations, std::move(t), kDraw, PrizeRules::defaults());
     EXPECT_EQ(v.kept().size(), 0u);
     EXPECT_EQ(v.requiredText(), QStringLiteral("0元"));
     EXPECT_EQ(v.incomeText(), QStringLiteral("0元"));
@@ -127,7 +127,7 @@ TEST(PrizeView, AnEmptyKeptSetCostsAndEarnsNothingAndShowsRed) {
     EXPECT_EQ(v.summaryCell(15, 1), QStringLiteral("1"));
 
     // A missing table: empty lists and zero sums.
-    PrizeView missing(Kind::ZuheRote, nullptr, kDraw, PrizeRules::defaults());
+    PrizeView missing(Kind::Wheel, nullptr, kDraw, PrizeRules::defaults());
     EXPECT_EQ(missing.kept().size(), 0u);
     EXPECT_EQ(missing.thrown().size(), 0u);
     EXPECT_EQ(missing.resultText(), QStringLiteral("0元"));
@@ -142,7 +142,7 @@ TEST(PrizeView, ALevelEqualToTheSlotBeforeMergesRowsAndApartTheyRepeat) {
                     {3, 7, 12, 20, 28, 1, 2},
                     {3, 7, 12, 20, 28, 4, 9},
                     {3, 7, 30, 31, 32, 4, 1}});
-    PrizeView v(Kind::Zuhe, std::move(t), kDraw, rules);
+    PrizeView v(Kind::Combinations, std::move(t), kDraw, rules);
     EXPECT_EQ(summaryColumn(v, 0, 1, 9),
               (QStringList{"1等奖", "2等奖", "4等奖", "5等奖", "6等奖", "7等奖", "8等奖", "1等奖", ""}));
     // 5+1 and 5+0 in one row; "1等奖" counts slot 1 and slot 12 (2+1) together, twice over.
@@ -154,30 +154,31 @@ TEST(PrizeView, ALevelEqualToTheSlotBeforeMergesRowsAndApartTheyRepeat) {
 TEST(PrizeView, TwoSlotsWithTheSamePatternPayTheLowerSlot) {
     PrizeRules rules = PrizeRules::defaults();
     rules.slot(9) = {5, 2, 7, QStringLiteral("九")};
-    PrizeView v(Kind::Zuhe, table({{3, 7, 12, 20, 28, 4, 9}}), kDraw, rules);
-    EXPECT_EQ(v.check().jiang(0), QStringLiteral("1等奖"));
+    PrizeView v(Kind::Combinations, table({{3, 7, 12, 20, 28, 4, 9}}), kDraw, rules);
+    EXPECT_EQ(v.check().prizeLevel(0), QStringLiteral("1等奖"));
     rules.slot(1).back = 0;
-    PrizeView w(Kind::Zuhe, table({{3, 7, 12, 20, 28, 4, 9}}), kDraw, rules);
-    EXPECT_EQ(w.check().jiang(0), QStringLiteral("九"));
+    PrizeView w(Kind::Combinations, table({{3, 7, 12, 20, 28, 4, 9}}), kDraw, rules);
+    EXPECT_EQ(w.check().prizeLevel(0), QStringLiteral("九"));
     EXPECT_EQ(w.incomeText(), QStringLiteral("7元"));
 }
 
 TEST(PrizeView, ZeroMoneyKeepsTheLevelAndAnOverflowingSumStaysZero) {
     PrizeRules rules = PrizeRules::defaults();
     rules.slot(1).money = 0;
-    PrizeView v(Kind::Zuhe, table({{3, 7, 12, 20, 28, 4, 9}}), kDraw, rules);
-    EXPECT_EQ(v.check().jiang(0), QStringLiteral("1等奖"));
-    EXPECT_EQ(v.check().jing(0), 0);
+    PrizeView v(Kind::Combinations, table({{3, 7, 12, 20, 28, 4, 9}}), kDraw, rules);
+    EXPECT_EQ(v.check().prizeLevel(0), QStringLiteral("1等奖"));
+    EXPECT_EQ(v.check().prizeAmount(0), 0);
     EXPECT_EQ(v.resultText(), QStringLiteral("-2元"));
     rules.slot(1).money = 2'000'000'000;
-    PrizeView big(Kind::Zuhe, table({{3, 7, 12, 20, 28, 4, 9}, {3, 7, 12, 20, 28, 4, 9}}), kDraw, rules);
+    PrizeView big(Kind::Combinations, table({{3, 7, 12, 20, 28, 4, 9}, {3, 7, 12, 20, 28, 4, 9}}), kDraw,
+                  rules);
     EXPECT_EQ(big.income(), 0);
 }
 
 TEST(PrizeView, SortingPutsTheBestFirstAndRenamesTheLowerHeaders) {
     auto t = sampleTable();
     throwOut(*t, 1, kReason);
-    PrizeView v(Kind::Zuhe, std::move(t), kDraw, PrizeRules::defaults());
+    PrizeView v(Kind::Combinations, std::move(t), kDraw, PrizeRules::defaults());
     EXPECT_EQ(v.thrownColumns()[1].header, QStringLiteral("前1"));
     v.sortByHits();
     // Kept: 5+2, 4+1, 3+2, 2+0, then the two without hits in table order.
@@ -195,7 +196,7 @@ TEST(PrizeView, PagesOfTheSevenNumberViewOverlapAndThoseOfZuhefDoNot) {
     std::vector<Ticket> rows(35000, Ticket{1, 2, 5, 6, 8, 1, 2});
     auto t = table(rows);
     for (uint64_t r = 0; r < 35000; r += 2) throwOut(*t, r, kReason);
-    PrizeView v(Kind::Zuhe, std::move(t), kDraw, PrizeRules::defaults());
+    PrizeView v(Kind::Combinations, std::move(t), kDraw, PrizeRules::defaults());
     ASSERT_TRUE(v.pageKept(QStringLiteral("1")));
     EXPECT_EQ(v.kept().size(), 10000u);  // idx 1..20000, every second one kept
     EXPECT_EQ(v.table()->idxAt(v.kept().row(0)), 2);
@@ -209,7 +210,7 @@ TEST(PrizeView, PagesOfTheSevenNumberViewOverlapAndThoseOfZuhefDoNot) {
     EXPECT_EQ(&v.lastOpened(), &v.thrown());
 
     std::vector<Ticket> six(25000, Ticket{3, 7, 12, 13, 14, 15, 0});
-    PrizeView f(Kind::Zuhef, table(six, Kind::Zuhef), kDraw, PrizeRules::defaults());
+    PrizeView f(Kind::SixNumbers, table(six, Kind::SixNumbers), kDraw, PrizeRules::defaults());
     ASSERT_TRUE(f.pageKept(QStringLiteral("2")));
     EXPECT_EQ(f.kept().size(), 10000u);
     EXPECT_EQ(f.table()->idxAt(f.kept().row(0)), 10001);
@@ -217,11 +218,12 @@ TEST(PrizeView, PagesOfTheSevenNumberViewOverlapAndThoseOfZuhefDoNot) {
 }
 
 TEST(PrizeView, ZuhefCountsFrontHitsOnlyAndPricesVisitedRowsAtTwelve) {
-    auto t = table({{3, 7, 12, 20, 28, 33, 0}, {1, 3, 7, 17, 27, 35, 0}, {1, 2, 4, 5, 6, 8, 0}}, Kind::Zuhef);
+    auto t =
+        table({{3, 7, 12, 20, 28, 33, 0}, {1, 3, 7, 17, 27, 35, 0}, {1, 2, 4, 5, 6, 8, 0}}, Kind::SixNumbers);
     throwOut(*t, 2, kReason);
-    PrizeView v(Kind::Zuhef, std::move(t), kDraw, PrizeRules::defaults());
-    EXPECT_EQ(v.check().jiben(0), 5);
-    EXPECT_EQ(v.check().jiben(1), 2);
+    PrizeView v(Kind::SixNumbers, std::move(t), kDraw, PrizeRules::defaults());
+    EXPECT_EQ(v.check().frontHits(0), 5);
+    EXPECT_EQ(v.check().frontHits(1), 2);
     EXPECT_EQ(v.check().slot(0), 0);  // no levels in this view
     EXPECT_EQ(v.kept().size(), 2u);
     EXPECT_EQ(v.requiredText(), QStringLiteral("24元"));
@@ -261,7 +263,7 @@ TEST(PrizeCheck, AgreesWithItsSqlFormRowByRow) {
         SqliteDb db;
         ASSERT_TRUE(db.open(dir.filePath(QStringLiteral("filnum.db")), true));
         ASSERT_EQ(candidate_store::save(db, *t).outcome, candidate_store::Outcome::Done);
-        const prize_sql_form::Outcome o = prize_sql_form::run(db, Kind::Zuhe, d, rules);
+        const prize_sql_form::Outcome o = prize_sql_form::run(db, Kind::Combinations, d, rules);
         ASSERT_TRUE(o.ok) << o.error.toStdString();
         const QList<QVariantList> stored =
             db.rows(QStringLiteral("SELECT jiben, tebie, jiang, jing, unslt FROM zuhe ORDER BY idx"));
@@ -269,12 +271,12 @@ TEST(PrizeCheck, AgreesWithItsSqlFormRowByRow) {
         std::array<int, 13> seen{};
         for (uint64_t r = 0; r < rows.size(); ++r) {
             const QVariantList& s = stored[static_cast<qsizetype>(r)];
-            ASSERT_EQ(s[0].toInt(), c.jiben(r)) << r;
-            ASSERT_EQ(s[1].toInt(), c.tebie(r)) << r;
-            ASSERT_EQ(s[2].isNull(), !c.jiang(r).has_value()) << r;
-            ASSERT_EQ(s[2].toString(), c.jiang(r).value_or(QString())) << r;
-            ASSERT_EQ(s[3].isNull(), !c.jing(r).has_value()) << r;
-            ASSERT_EQ(s[3].toInt(), c.jing(r).value_or(0)) << r;
+            ASSERT_EQ(s[0].toInt(), c.frontHits(r)) << r;
+            ASSERT_EQ(s[1].toInt(), c.backHits(r)) << r;
+            ASSERT_EQ(s[2].isNull(), !c.prizeLevel(r).has_value()) << r;
+            ASSERT_EQ(s[2].toString(), c.prizeLevel(r).value_or(QString())) << r;
+            ASSERT_EQ(s[3].isNull(), !c.prizeAmount(r).has_value()) << r;
+            ASSERT_EQ(s[3].toInt(), c.prizeAmount(r).value_or(0)) << r;
             ++seen[static_cast<size_t>(c.slot(r))];
         }
         EXPECT_EQ(seen[9], 0);  // slot 8 has the same pattern and wins

@@ -37,7 +37,7 @@ TEST(PrizeReport, NameAndHeaderLinesOfACheck) {
     EXPECT_EQ(prize_report::fileName(QDateTime(QDate(2026, 11, 25), QTime(0, 0, 0))),
               QStringLiteral("26-11-25日0.0.0秒兑奖.txt"));
     auto t = table({{3, 7, 12, 20, 28, 4, 9}, {1, 2, 5, 6, 8, 1, 2}, {3, 7, 12, 20, 29, 4, 10}});
-    PrizeView v(Kind::ZuheRote, std::move(t), kDraw, PrizeRules::defaults());
+    PrizeView v(Kind::Wheel, std::move(t), kDraw, PrizeRules::defaults());
     const QStringList lines = prize_report::lines(v, kWhen);
     ASSERT_GE(lines.size(), 18);
     EXPECT_EQ(lines[0], QStringLiteral("兑奖日期:2026-03-05"));
@@ -64,7 +64,7 @@ TEST(PrizeReport, CountsAreReadBySlotAndSlideUnderTheDefaultRules) {
                     {3, 7, 12, 30, 31, 4, 1},
                     {3, 7, 12, 30, 31, 1, 2},
                     {3, 7, 12, 30, 32, 1, 2}});
-    PrizeView v(Kind::Zuhe, std::move(t), kDraw, PrizeRules::defaults());
+    PrizeView v(Kind::Combinations, std::move(t), kDraw, PrizeRules::defaults());
     EXPECT_EQ(v.summaryCell(6, 1), QStringLiteral("1"));
     EXPECT_EQ(v.summaryCell(7, 1), QStringLiteral("1"));
     EXPECT_EQ(v.summaryCell(8, 1), QStringLiteral("2"));
@@ -79,7 +79,7 @@ TEST(PrizeReport, CountsAreReadBySlotAndSlideUnderTheDefaultRules) {
 TEST(PrizeReport, ACheckWithNoKeptTicketsHasNoTicketLine) {
     auto t = table({{3, 7, 12, 20, 28, 4, 9}});
     throwOut(*t, 0, QStringLiteral("手工删除"));
-    PrizeView v(Kind::Zuhe, std::move(t), kDraw, PrizeRules::defaults());
+    PrizeView v(Kind::Combinations, std::move(t), kDraw, PrizeRules::defaults());
     const QStringList lines = prize_report::lines(v, kWhen);
     EXPECT_TRUE(lines.contains(QStringLiteral("购买0注")));
     EXPECT_TRUE(lines.contains(QStringLiteral("盈亏0圆")));
@@ -91,7 +91,7 @@ TEST(PrizeReport, ListsTheRecordsetOpenedLast) {
     rows[0] = {3, 7, 12, 20, 28, 4, 9};
     auto t = table(rows);
     for (uint64_t r = 1; r < 30; ++r) throwOut(*t, r, QStringLiteral("x"));
-    PrizeView v(Kind::Zuhe, std::move(t), kDraw, PrizeRules::defaults());
+    PrizeView v(Kind::Combinations, std::move(t), kDraw, PrizeRules::defaults());
     EXPECT_EQ(ticketLines(prize_report::lines(v, kWhen)).size(), 1);
     v.pageThrown(QStringLiteral("1"));
     EXPECT_EQ(ticketLines(prize_report::lines(v, kWhen)).size(), 15);  // 29 thrown tickets
@@ -102,7 +102,7 @@ TEST(PrizeReport, ListsTheRecordsetOpenedLast) {
 
 TEST(PrizeReport, WritesIntoDuijiangAndOverwritesWithinOneSecond) {
     QTemporaryDir ws;
-    PrizeView v(Kind::ZuheRead, table({{3, 7, 12, 20, 28, 4, 9}}), kDraw, PrizeRules::defaults());
+    PrizeView v(Kind::Imported, table({{3, 7, 12, 20, 28, 4, 9}}), kDraw, PrizeRules::defaults());
     const prize_report::WriteResult r = prize_report::write(ws.path(), v, kWhen);
     ASSERT_TRUE(r.ok) << r.error.toStdString();
     EXPECT_EQ(r.path, QDir(ws.path()).filePath(QStringLiteral("duijiang/26-3-5日14.7.9秒兑奖.txt")));
@@ -209,14 +209,14 @@ TEST(ReportBook, DeleteAllLooksOneFolderTooHigh) {
     Book b;
     b.report(QStringLiteral("a兑奖.txt"), QStringLiteral("A"), QStringLiteral("1"));
     writeFile(QDir(b.folder).filePath(QStringLiteral("z兑奖.txt")), "stray\n");
-    b.home.settings.write(keys::MoneyDefault, QStringLiteral("500"), QStringLiteral("甲"));
+    b.home.settings.write(setting_keys::MoneyDefault, QStringLiteral("500"), QStringLiteral("甲"));
     ReportBook book = b.open();
     b.prompter.answer(true);
     EXPECT_TRUE(book.deleteAll(b.prompter));
     EXPECT_EQ(b.prompter.asked().last().text, ReportBook::kDeleteAllQuestion);
     EXPECT_TRUE(book.items().isEmpty());
     EXPECT_TRUE(book.shownText().isEmpty());
-    EXPECT_EQ(b.home.settings.read(keys::MoneyDefault, QStringLiteral("甲")), QStringLiteral("0"));
+    EXPECT_EQ(b.home.settings.read(setting_keys::MoneyDefault, QStringLiteral("甲")), QStringLiteral("0"));
     EXPECT_FALSE(QFile::exists(QDir(b.folder).filePath(QStringLiteral("z兑奖.txt"))));
     EXPECT_TRUE(QFile::exists(QDir(b.reports).filePath(QStringLiteral("a兑奖.txt"))));
     // They come back at the next opening.

@@ -18,7 +18,7 @@ QString stored(TempHome& h, const QString& key) {
 
 QStringList amounts(const PrizeRulesForm& form) {
     QStringList out;
-    for (int tab = 0; tab < prize::kSlots; ++tab) out << form.amountText(tab);
+    for (int tab = 0; tab < prize_rules::kSlots; ++tab) out << form.amountText(tab);
     return out;
 }
 }  // namespace
@@ -40,8 +40,8 @@ TEST(PrizeRules, AWorkspaceThatNeverSavedReadsTheDefaultTable) {
         EXPECT_EQ(s.rank, QString::fromUtf8(rank[n - 1])) << n;
     }
     EXPECT_TRUE(read.rules.slot(0).rank.isEmpty());
-    EXPECT_EQ(QString::fromUtf8(prize::kDefaults[9].tabCaption), QStringLiteral("3红0蓝"));
-    EXPECT_EQ(QString::fromUtf8(prize::kDefaults[11].tabTip), QStringLiteral("十二等奖设置选项"));
+    EXPECT_EQ(QString::fromUtf8(prize_rules::kDefaults[9].tabCaption), QStringLiteral("3红0蓝"));
+    EXPECT_EQ(QString::fromUtf8(prize_rules::kDefaults[11].tabTip), QStringLiteral("十二等奖设置选项"));
 }
 
 TEST(PrizeRules, LevelRowsSkipEmptyNamesAndNamesEqualToTheSlotBefore) {

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "app/ui/main_window.h"
 #include "support/temp_home.h"
 #include "workspace/scripted_prompter.h"
 #include "workspace/session.h"
-#include "workspace/ui/main_window.h"
 #include "workspace/workspace_list.h"
 
 #include <QDir>

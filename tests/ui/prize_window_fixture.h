@@ -3,7 +3,7 @@
 // A workspace for the prize window tests: entered as the start window does, with the bundled
 // real history in its draw tables and candidate tables stored in its filnum.db.
 
-#include "filter/candidate_store.h"
+#include "engine/candidate_store.h"
 #include "history/history_import.h"
 #include "support/temp_home.h"
 #include "workspace/scripted_prompter.h"
@@ -36,7 +36,7 @@ struct PrizeWorkspace {
     int importRealHistory() {
         QFile f(QDir(home.root.historyTextFolder()).filePath(QStringLiteral("大乐透历史开奖号码.txt")));
         if (!f.open(QIODevice::ReadOnly)) return 0;
-        SqliteDb& db = session->lsdb();
+        SqliteDb& db = session->historyDb();
         SqliteTransaction tx(db);
         QTextStream in(&f);
         int idx = 0;
@@ -63,11 +63,11 @@ struct PrizeWorkspace {
         QFile::remove(copy);
         if (!QFile::copy(QDir(QStringLiteral(SHUANGQU_FIXTURES)).filePath(fixture), copy)) return 0;
         HistoryImport(*session, prompter).importFile(HistoryImport::Mode::Whole, copy);
-        return session->history().drawnum();
+        return session->history().drawCount();
     }
 
     bool store(const CandidateTable& t) {
-        return candidate_store::save(session->fildb(), t).outcome == candidate_store::Outcome::Done;
+        return candidate_store::save(session->filterDb(), t).outcome == candidate_store::Outcome::Done;
     }
 };
 

@@ -1,9 +1,9 @@
 // Typing a draw into the entry row MaskEdBox1(1..7) key by key, as a player does: the keys go
 // to whichever box has the focus, so the focus must move on after each full box, and the
 // checks must wait for box 7 to be finished.
+#include "app/ui/main_window.h"
 #include "history/history_texts.h"
 #include "support/main_window_fixture.h"
-#include "workspace/ui/main_window.h"
 
 #include <QApplication>
 #include <QLineEdit>
@@ -70,7 +70,7 @@ void DrawEntryTest::paddedDrawsAreTypedStraightThrough() {
         const int other = k % 9 + 1;
         Fixture::typeKeys(QString(front).remove(QLatin1Char(' ')) + pad(k) + pad(other));
         QCOMPARE(f.messages(), 0);
-        QCOMPARE(f.session->drawnum(), k);
+        QCOMPARE(f.session->drawCount(), k);
         QCOMPARE(f.lastRow().join(' '),
                  front + ' ' + pad(std::min(k, other)) + ' ' + pad(std::max(k, other)));
         // The row is empty again and typing starts over in box 1.
@@ -90,12 +90,12 @@ void DrawEntryTest::unpaddedFrontNumberGivesTheFirstMessage() {
     Fixture::typeKeys(QStringLiteral("091422270607"));
     QCOMPARE(f.prompter.messages(), QStringList{history_texts::kEntryMaskText});
     QCOMPARE(f.prompter.asked().last().title, QStringLiteral("输入错误!!!"));
-    QCOMPARE(f.session->drawnum(), 0);
+    QCOMPARE(f.session->drawCount(), 0);
     // The typed numbers stay for 放弃输入 to clear.
     QCOMPARE(f.entryTexts(), QStringList({"4_", "09", "14", "22", "27", "06", "07"}));
     f.window->findChild<QPushButton*>(QStringLiteral("discardEntry"))->click();
     QCOMPARE(f.entryTexts(), QStringList(7, QStringLiteral("__")));
-    QCOMPARE(f.session->drawnum(), 0);
+    QCOMPARE(f.session->drawCount(), 0);
 }
 
 void DrawEntryTest::incompleteLastBoxIsCheckedWhenThePlayerMovesOn() {
@@ -129,7 +129,7 @@ void DrawEntryTest::incompleteLastBoxIsCheckedWhenThePlayerMovesOn() {
     QTest::keyClick(f.box(7), Qt::Key_Tab);
     QTRY_COMPARE(f.messages(), 2);
     QCOMPARE(f.prompter.messages().last(), history_texts::kEntryMaskText);
-    QCOMPARE(f.session->drawnum(), 0);
+    QCOMPARE(f.session->drawCount(), 0);
 
     // A click in the box puts the cursor on the free digit; the second digit completes the
     // box and the draw goes in.
@@ -137,7 +137,7 @@ void DrawEntryTest::incompleteLastBoxIsCheckedWhenThePlayerMovesOn() {
     QCOMPARE(f.box(7)->cursorPosition(), 1);
     Fixture::typeKeys(QStringLiteral("1"));
     QCOMPARE(f.messages(), 2);
-    QCOMPARE(f.session->drawnum(), 1);
+    QCOMPARE(f.session->drawCount(), 1);
     QCOMPARE(f.lastRow().join(' '), QStringLiteral("03 09 14 22 27 06 11"));
 }
 

@@ -1,12 +1,12 @@
 // The filter window opened from the board: caption, first view, the four actions, the right
 // button's popup, the zone tabs, and reopening the stored table with mnuCallfd.
+#include "app/ui/main_menu.h"
+#include "app/ui/main_window.h"
 #include "filter/ui/filter_window.h"
 #include "support/main_window_fixture.h"
 #include "support/window_shot.h"
 #include "workspace/scripted_prompter.h"
 #include "workspace/session.h"
-#include "workspace/ui/main_menu.h"
-#include "workspace/ui/main_window.h"
 #include "workspace/workspace_list.h"
 
 #include <QAction>
@@ -109,7 +109,7 @@ void FilterWindowTest::zoneTabsAdaptTheWindow() {
     auto* tabs = w->findChild<QTabBar*>(QStringLiteral("TabStrip1"));
     QVERIFY(tabs);
     tabs->setCurrentIndex(1);
-    QCOMPARE(w->workspace().intQianHou, int16_t{2});
+    QCOMPARE(w->workspace().zoneScope, int16_t{2});
     QCOMPARE(find(w, "Option28")->text(), QStringLiteral("历史同2号滤"));
     QCOMPARE(find(w, "Option26")->text(), QStringLiteral("历史同1号滤"));
     QVERIFY(w->findChild<QCheckBox*>(QStringLiteral("ChkBt(2)"))->isEnabled());
@@ -135,9 +135,9 @@ void FilterWindowTest::rightButtonOfInvertOpensThePopup() {
     f.pick(QStringLiteral("Command2"), {1, 2});
     FilterWindow* w = f.openGAgan();
     QVERIFY(w);
-    QPushButton* command3 = find(w, "Command3");
-    emit command3->customContextMenuRequested(QPoint(2, 2));
-    QCOMPARE(w->workspace().intCmdnb(), int16_t{1});
+    QPushButton* invertLastButton = find(w, "Command3");
+    emit invertLastButton->customContextMenuRequested(QPoint(2, 2));
+    QCOMPARE(w->workspace().stepCode(), int16_t{1});
     auto* popup = w->findChild<QMenu*>(QStringLiteral("mnuAdm"));
     QVERIFY(popup);
     QTRY_VERIFY(popup->isVisible());
@@ -145,7 +145,7 @@ void FilterWindowTest::rightButtonOfInvertOpensThePopup() {
     // The right button ran no statement.
     QCOMPARE(w->windowTitle(), kHead + QStringLiteral("6注"));
     emit find(w, "Command2")->customContextMenuRequested(QPoint(2, 2));
-    QCOMPARE(w->workspace().intCmdnb(), int16_t{2});
+    QCOMPARE(w->workspace().stepCode(), int16_t{2});
     if (QWidget* p = QApplication::activePopupWidget()) p->close();
     w->close();
 }

@@ -1,5 +1,7 @@
 // The parameter side of the filter window on a real history: buttons with their boxes, the
 // integrated filter, paging, the all-rows view, a manual delete, and the template button.
+#include "app/ui/main_menu.h"
+#include "app/ui/main_window.h"
 #include "filter/result_grid_model.h"
 #include "filter/ui/filter_window.h"
 #include "history/history_import.h"
@@ -9,8 +11,6 @@
 #include "workspace/schema.h"
 #include "workspace/scripted_prompter.h"
 #include "workspace/session.h"
-#include "workspace/ui/main_menu.h"
-#include "workspace/ui/main_window.h"
 #include "workspace/workspace_list.h"
 
 #include <QAbstractItemModelTester>
@@ -181,15 +181,15 @@ void FilterWindowParamsTest::pagingAllRowsAndManualDelete() {
     f.prompter.answer(true);
     f.button("cmdAdmb")->click();
     QCOMPARE(f.prompter.asked().last().title, QStringLiteral("添加组号模板"));
-    QVERIFY(!f.session->fildb().tableExists(QStringLiteral("zuheMoban")));
-    QVERIFY(f.session->fildb().exec(schema::candidate(schema::CandidateKind::ZuheMoban).createStatement()));
+    QVERIFY(!f.session->filterDb().tableExists(QStringLiteral("zuheMoban")));
+    QVERIFY(f.session->filterDb().exec(schema::candidate(schema::CandidateKind::Template).createStatement()));
     f.prompter.answer(true);
     f.button("cmdAdmb")->click();
-    QCOMPARE(f.session->fildb().scalar(QStringLiteral("SELECT count(*) FROM zuheMoban")).toInt(), 4752);
+    QCOMPARE(f.session->filterDb().scalar(QStringLiteral("SELECT count(*) FROM zuheMoban")).toInt(), 4752);
     // Adding the same tickets again leaves no duplicate.
     f.prompter.answer(true);
     f.button("cmdAdmb")->click();
-    QCOMPARE(f.session->fildb().scalar(QStringLiteral("SELECT count(*) FROM zuheMoban")).toInt(), 4752);
+    QCOMPARE(f.session->filterDb().scalar(QStringLiteral("SELECT count(*) FROM zuheMoban")).toInt(), 4752);
     f.filter->close();
 }
 
@@ -199,12 +199,12 @@ void FilterWindowParamsTest::rangeBoxesComeFromTheHistory() {
     const DrawHistory& h = f.session->history();
     // At load the boxes hold average -/+ half the spread of the whole history (偶数个数: Onum).
     double sum = 0, lo = 99, hi = 0;
-    for (int i = 1; i <= h.drawnum(); ++i) {
-        sum += h.front[i].Onum;
-        lo = std::min<double>(lo, h.front[i].Onum);
-        hi = std::max<double>(hi, h.front[i].Onum);
+    for (int i = 1; i <= h.drawCount(); ++i) {
+        sum += h.front[i].evenCount;
+        lo = std::min<double>(lo, h.front[i].evenCount);
+        hi = std::max<double>(hi, h.front[i].evenCount);
     }
-    const double avg = sum / h.drawnum();
+    const double avg = sum / h.drawCount();
     const float margin = static_cast<float>((hi - lo) / 200.0 * 100);
     QCOMPARE(f.box(QStringLiteral("Text5(0)"))->text().toInt(), static_cast<int>(std::floor(avg - margin)));
     QCOMPARE(f.box(QStringLiteral("Text5(1)"))->text().toInt(), static_cast<int>(std::floor(avg + margin)));
@@ -216,9 +216,9 @@ void FilterWindowParamsTest::rangeBoxesComeFromTheHistory() {
     combo->setCurrentIndex(1);
     emit combo->activated(1);
     int zlo = 999, zhi = 0;
-    for (int i = h.drawnum() - 9; i <= h.drawnum(); ++i) {
-        zlo = std::min<int>(zlo, h.front[i].Znum);
-        zhi = std::max<int>(zhi, h.front[i].Znum);
+    for (int i = h.drawCount() - 9; i <= h.drawCount(); ++i) {
+        zlo = std::min<int>(zlo, h.front[i].sum);
+        zhi = std::max<int>(zhi, h.front[i].sum);
     }
     QCOMPARE(f.box(QStringLiteral("Text2(0)"))->text(), QStringLiteral("%1").arg(zlo, 3, 10, QLatin1Char('0')));
     QCOMPARE(f.box(QStringLiteral("Text2(1)"))->text(), QStringLiteral("%1").arg(zhi, 3, 10, QLatin1Char('0')));

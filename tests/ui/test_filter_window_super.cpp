@@ -1,10 +1,10 @@
 // The super filters and the filter templates through the filter window: a relation filter
 // with its prompts, recording it by the right button and mnuAdf, replaying it, browsing it,
 // and a saved setting through frmFind.
+#include "app/ui/main_menu.h"
 #include "filter/ui/filter_window.h"
-#include "filter/ui/frm_find.h"
+#include "filter/ui/saved_settings_dialog.h"
 #include "support/main_window_fixture.h"
-#include "workspace/ui/main_menu.h"
 
 #include <QAction>
 #include <QApplication>
@@ -59,13 +59,13 @@ void FilterWindowSuperTest::relationFilterRecordedAndReplayed() {
     // The right button asks the same, runs nothing, and the popup's item records the step.
     f.answerPair();
     emit f.button(QStringLiteral("Option25(0)"))->customContextMenuRequested(QPoint(1, 1));
-    QCOMPARE(f.filter->workspace().intCmdnb(), int16_t{10});
+    QCOMPARE(f.filter->workspace().stepCode(), int16_t{10});
     auto* popup = f.filter->findChild<QMenu*>(QStringLiteral("mnuAdm"));
     QTRY_VERIFY(popup->isVisible());
     f.filter->findChild<QAction*>(QStringLiteral("mnuAdf"))->trigger();
     popup->close();
     auto* scroll = f.filter->findChild<QScrollBar*>(QStringLiteral("HScroll1"));
-    QTRY_COMPARE(f.session->fildb().scalar(QStringLiteral("SELECT count(*) FROM moban")).toInt(), 1);
+    QTRY_COMPARE(f.session->filterDb().scalar(QStringLiteral("SELECT count(*) FROM moban")).toInt(), 1);
     QCOMPARE(scroll->maximum(), 1);
     QCOMPARE(f.filter->windowTitle(), f.count(33));
 
@@ -82,7 +82,7 @@ void FilterWindowSuperTest::relationFilterRecordedAndReplayed() {
 
     // Command5 deletes the last step.
     f.button(QStringLiteral("Command5"))->click();
-    QCOMPARE(f.session->fildb().scalar(QStringLiteral("SELECT count(*) FROM moban")).toInt(), 0);
+    QCOMPARE(f.session->filterDb().scalar(QStringLiteral("SELECT count(*) FROM moban")).toInt(), 0);
     f.filter->close();
 }
 
@@ -97,11 +97,13 @@ void FilterWindowSuperTest::savedSettingRoundTrip() {
 
     // Command6 opens frmFind; a double click on the name loads it.
     QTimer::singleShot(0, [] {
-        auto* finder = qobject_cast<FrmFind*>(QApplication::activeModalWidget());
+        auto* finder = qobject_cast<SavedSettingsDialog*>(QApplication::activeModalWidget());
         if (!finder) return;
         QListWidget* list = finder->list();
-        if (list->count() > 0) emit list->itemDoubleClicked(list->item(0));
-        else finder->reject();
+        if (list->count() > 0)
+            emit list->itemDoubleClicked(list->item(0));
+        else
+            finder->reject();
     });
     f.button(QStringLiteral("Command6"))->click();
     QCOMPARE(high->text(), QStringLiteral("123"));

@@ -1,6 +1,8 @@
 // Every grid's columns show their header and the texts of the rows in view uncut: the history
 // grid, the filter window's result grid through its views and scrolling, the prize check's
 // grids; and a grid over millions of rows is fitted by reading only the rows it paints.
+#include "app/ui/main_menu.h"
+#include "app/ui/main_window.h"
 #include "filter/param_filter.h"
 #include "filter/ui/filter_window.h"
 #include "generation/expansion.h"
@@ -9,8 +11,6 @@
 #include "prize_window_fixture.h"
 #include "support/main_window_fixture.h"
 #include "workspace/ui/column_widths.h"
-#include "workspace/ui/main_menu.h"
-#include "workspace/ui/main_window.h"
 
 #include <QAbstractTableModel>
 #include <QAction>
@@ -166,12 +166,12 @@ void GridColumnWidthsTest::prizeCheckGrids() {
     QVERIFY(table);
     // 各位数和 kept to 20..30 throws most tickets out with a reason.
     ParamWindowState state = ParamWindowState::defaults();
-    state.box(ParamId::Option23)[0] = QStringLiteral("20");
-    state.box(ParamId::Option23)[1] = QStringLiteral("30");
-    QVERIFY(param_filter::runSingle(*table, ParamId::Option23, state, ParamContext::fromSession(*w.session))
+    state.box(ParamId::NumberSum)[0] = QStringLiteral("20");
+    state.box(ParamId::NumberSum)[1] = QStringLiteral("30");
+    QVERIFY(param_filter::runSingle(*table, ParamId::NumberSum, state, ParamContext::fromSession(*w.session))
                 .killed > 0);
     QVERIFY(w.store(*table));
-    prize_session::Opened opened = prize_session::open(*w.session, schema::CandidateKind::Zuhe);
+    prize_session::Opened opened = prize_session::open(*w.session, schema::CandidateKind::Combinations);
     PrizeCheckWindow win(std::move(opened.view), prize_session::workspaceFolder(*w.session), w.prompter);
     win.resize(1280, 760);
     win.show();

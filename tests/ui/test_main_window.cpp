@@ -1,11 +1,11 @@
 // The main window shell: start-up from the session, the menu map, the rule and stability
 // menus, the print setting, and exit.
+#include "app/ui/main_window.h"
 #include "picking/ui/zone_board_widget.h"
 #include "support/main_window_fixture.h"
 #include "support/window_shot.h"
 #include "workspace/scripted_prompter.h"
 #include "workspace/session.h"
-#include "workspace/ui/main_window.h"
 #include "workspace/workspace_list.h"
 
 #include <QAction>
@@ -48,8 +48,8 @@ void MainWindowTest::emptyWorkspaceOpensWithDefaults() {
     MainWindow* w = f.open();
     QVERIFY(w);
     QCOMPARE(w->windowTitle(), QStringLiteral("鹤鸣轩.明算双区大乐透彩票助理"));
-    QCOMPARE(f.session->bitnum(), 35);
-    QCOMPARE(f.session->bitnumHou(), 12);
+    QCOMPARE(f.session->frontSize(), 35);
+    QCOMPARE(f.session->backSize(), 12);
     QCOMPARE(checkedStabilityItems(*w), QStringList{QStringLiteral("meuSpd8")});
     QVERIFY(w->action(QStringLiteral("meuS(35)"))->isChecked());
     QVERIFY(w->action(QStringLiteral("meuSHou(12)"))->isChecked());
@@ -69,10 +69,10 @@ void MainWindowTest::emptyWorkspaceOpensWithDefaults() {
     QVERIFY(!w->findChild<QPushButton*>(QStringLiteral("Command1(36)"))->isVisibleTo(w));
     QVERIFY(w->findChild<QPushButton*>(QStringLiteral("Command2(12)"))->isVisibleTo(w));
     QVERIFY(!w->findChild<QPushButton*>(QStringLiteral("Command2(13)"))->isVisibleTo(w));
-    QCOMPARE(f.session->fitbase()[1], 3.5);
-    QCOMPARE(f.session->fitbase()[5], 31.5);
-    QCOMPARE(f.session->fitbase()[6], 3.0);
-    QCOMPARE(f.session->fitbase()[7], 9.0);
+    QCOMPARE(f.session->positionCentres()[1], 3.5);
+    QCOMPARE(f.session->positionCentres()[5], 31.5);
+    QCOMPARE(f.session->positionCentres()[6], 3.0);
+    QCOMPARE(f.session->positionCentres()[7], 9.0);
 }
 
 void MainWindowTest::infiniteStabilityChecksNothingAfterRestart() {
@@ -80,7 +80,7 @@ void MainWindowTest::infiniteStabilityChecksNothingAfterRestart() {
     {
         MainWindow* w = f.open();
         w->action(QStringLiteral("meuSpd8"))->trigger();
-        QCOMPARE(f.home.settings.readInt(keys::WdAtLoad, QStringLiteral("测试")), 8000);
+        QCOMPARE(f.home.settings.readInt(setting_keys::StabilityAtLoad, QStringLiteral("测试")), 8000);
         QCOMPARE(checkedStabilityItems(*w), QStringList{QStringLiteral("meuSpd8")});
     }
     MainWindow* w = f.open();
@@ -130,15 +130,15 @@ void MainWindowTest::frontSizeChangeShowsButtonsAndIsSaved() {
     w->action(QStringLiteral("meuS(36)"))->trigger();
     QVERIFY(w->action(QStringLiteral("meuS(36)"))->isChecked());
     QVERIFY(!w->action(QStringLiteral("meuS(35)"))->isChecked());
-    QCOMPARE(f.home.settings.readInt(keys::Bitnum, QStringLiteral("测试")), 36);
-    QCOMPARE(f.session->fitbase()[1], 3.6);
+    QCOMPARE(f.home.settings.readInt(setting_keys::FrontSize, QStringLiteral("测试")), 36);
+    QCOMPARE(f.session->positionCentres()[1], 3.6);
     for (int n = 1; n <= 36; ++n)
         QVERIFY(w->findChild<QPushButton*>(QStringLiteral("Command1(%1)").arg(n))->isVisibleTo(w));
     w->action(QStringLiteral("meuSHou(24)"))->trigger();
-    QCOMPARE(f.session->fitbase()[7], 18.0);
+    QCOMPARE(f.session->positionCentres()[7], 18.0);
     // A restart reads the sizes back: all 36 buttons show.
     w = f.open();
-    QCOMPARE(f.session->bitnum(), 36);
+    QCOMPARE(f.session->frontSize(), 36);
     QVERIFY(w->findChild<QPushButton*>(QStringLiteral("Command1(36)"))->isVisibleTo(w));
     QVERIFY(w->findChild<QPushButton*>(QStringLiteral("Command2(24)"))->isVisibleTo(w));
 }
@@ -146,7 +146,7 @@ void MainWindowTest::frontSizeChangeShowsButtonsAndIsSaved() {
 void MainWindowTest::historyFillsTheGridWithTheNewestInView() {
     Fixture f;
     QVERIFY(f.open());
-    SqliteDb& db = f.session->lsdb();
+    SqliteDb& db = f.session->historyDb();
     for (int i = 1; i <= 60; ++i) {
         QVERIFY(db.exec(QStringLiteral("INSERT INTO fig(Idx,fig0,fig1,fig2,fig3,fig4,fig5) VALUES (?1,?2,1,2,3,4,5)"),
                         {i, 2026000 + i}));
@@ -175,10 +175,10 @@ void MainWindowTest::printSettingKeepsOnlyCounts() {
     w->action(QStringLiteral("mnuPtset"))->trigger();
     QCOMPARE(f.prompter.asked().last().title, QStringLiteral("打印设置"));
     QCOMPARE(f.prompter.asked().last().text, QStringLiteral("请输入打印的时候每一行的注数"));
-    QCOMPARE(f.home.settings.readInt(keys::Dayin, QStringLiteral("测试")), 6);
+    QCOMPARE(f.home.settings.readInt(setting_keys::TicketsPerLine, QStringLiteral("测试")), 6);
     f.prompter.answer(QStringLiteral("abc"));
     w->action(QStringLiteral("mnuPtset"))->trigger();
-    QCOMPARE(f.session->printrow(), 6);
+    QCOMPARE(f.session->ticketsPerLine(), 6);
 }
 
 void MainWindowTest::closingSavesTheSpinValues() {
@@ -187,8 +187,8 @@ void MainWindowTest::closingSavesTheSpinValues() {
     f.session->spinValues = {1, 2, 3, 4, 5, 6.5};
     w->show();
     w->close();
-    QCOMPARE(f.home.settings.read(keys::SpinValue, QStringLiteral("测试"), 6), QStringLiteral("6.5"));
-    QCOMPARE(f.home.settings.read(keys::SpinValue, QStringLiteral("测试"), 1), QStringLiteral("1"));
+    QCOMPARE(f.home.settings.read(setting_keys::SpinValue, QStringLiteral("测试"), 6), QStringLiteral("6.5"));
+    QCOMPARE(f.home.settings.read(setting_keys::SpinValue, QStringLiteral("测试"), 1), QStringLiteral("1"));
 }
 
 void MainWindowTest::boardClicksReachTheLogicAndTheStatusBar() {
@@ -216,12 +216,12 @@ void MainWindowTest::boardClicksReachTheLogicAndTheStatusBar() {
     if (QWidget* popup = QApplication::activePopupWidget()) popup->close();
     dan->trigger();
     QCOMPARE(w->findChild<QLabel*>(QStringLiteral("Label19"))->text(), QStringLiteral("1"));
-    QVERIFY(f.session->board().front.danFlag[7]);
+    QVERIFY(f.session->board().front.bankerFlag[7]);
 
     // 重选 of the front zone clears it.
     click(QStringLiteral("Command45"));
     QCOMPARE(f.session->board().front.pickCount, 0);
-    QCOMPARE(f.session->board().front.danCount, 0);
+    QCOMPARE(f.session->board().front.bankerCount, 0);
     QVERIFY(!w->findChild<QPushButton*>(QStringLiteral("Command1(4)"))->isChecked());
     QCOMPARE(f.session->board().back.pickCount, 2);
 }

@@ -1,9 +1,9 @@
 // The main window keeps its layout on a 1366 x 768 screen whatever the board does: the spin
 // rows show up to 16 front and 9 back cells within the width the number board gives them.
+#include "app/ui/main_menu.h"
+#include "app/ui/main_window.h"
 #include "filter/ui/filter_window.h"
 #include "support/main_window_fixture.h"
-#include "workspace/ui/main_menu.h"
-#include "workspace/ui/main_window.h"
 
 #include <QAction>
 #include <QLabel>

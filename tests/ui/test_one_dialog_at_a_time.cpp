@@ -1,10 +1,10 @@
 // One dialog at a time, with the real dialogs: every question of an action is the active
 // modal widget while it is open, and no progress dialog shows above it, however long the
 // player takes to answer; a progress dialog that is showing steps aside for a late message.
+#include "app/ui/main_menu.h"
 #include "filter/ui/filter_window.h"
-#include "support/modal_answerer.h"
 #include "support/main_window_fixture.h"
-#include "workspace/ui/main_menu.h"
+#include "support/modal_answerer.h"
 #include "workspace/ui/qt_prompter.h"
 #include "workspace/ui/work_progress.h"
 
@@ -66,7 +66,7 @@ void OneDialogAtATimeTest::wholeImportAsksThenWorks() {
     d.find<QPushButton>(QStringLiteral("cmdRead"))->click();
     QVERIFY2(answerer.allAnswered(), qPrintable(report(answerer)));
     QVERIFY2(answerer.failures().isEmpty(), qPrintable(report(answerer)));
-    QCOMPARE(d.session->drawnum(), 2933);
+    QCOMPARE(d.session->drawCount(), 2933);
     QVERIFY(!ModalAnswerer::progressVisible());
 
     // The append asks the same way; the file holds nothing new, so nothing is added.
@@ -75,7 +75,7 @@ void OneDialogAtATimeTest::wholeImportAsksThenWorks() {
         .expect(QStringLiteral("读入历史"), ModalAnswerer::press(QMessageBox::Cancel));
     d.window->action(QStringLiteral("mnuRead"))->trigger();
     QVERIFY2(answerer.failures().isEmpty(), qPrintable(report(answerer)));
-    QCOMPARE(d.session->drawnum(), 2933);
+    QCOMPARE(d.session->drawCount(), 2933);
 }
 
 void OneDialogAtATimeTest::superFilterPromptChains() {
@@ -141,7 +141,7 @@ void OneDialogAtATimeTest::typedDrawWithTheRealDialogs() {
     typeKeys(QStringLiteral("03091422270607"));
     QTest::qWait(ModalAnswerer::kHoldMs + 200);
     QVERIFY2(answerer.failures().isEmpty(), qPrintable(report(answerer)));
-    QCOMPARE(d.session->drawnum(), 1);
+    QCOMPARE(d.session->drawCount(), 1);
 
     // An unpadded number gives the message, alone in front, and nothing is stored.
     answerer.expect(QStringLiteral("若需输入个位数"), ModalAnswerer::press(QMessageBox::Ok));
@@ -151,7 +151,7 @@ void OneDialogAtATimeTest::typedDrawWithTheRealDialogs() {
     typeKeys(QStringLiteral("091422270607"));
     QTRY_VERIFY_WITH_TIMEOUT(answerer.allAnswered(), 10000);
     QVERIFY2(answerer.failures().isEmpty(), qPrintable(report(answerer)));
-    QCOMPARE(d.session->drawnum(), 1);
+    QCOMPARE(d.session->drawCount(), 1);
 }
 
 QTEST_MAIN(OneDialogAtATimeTest)

@@ -36,12 +36,12 @@ const std::vector<int> kDrawBack{2, 8};
 // Picks around the newest draw and a few more, expanded: 56 front combinations, and six back
 // pairs of which 10 11 hits nothing.
 std::unique_ptr<CandidateTable> expandAround(const DrawNumbers& d,
-                                             ExpansionKind kind = ExpansionKind::GAgan) {
+                                             ExpansionKind kind = ExpansionKind::Picks) {
     ExpansionInput in;
     in.kind = kind;
     for (int i = 1; i <= 5; ++i) in.front.push_back(static_cast<int16_t>(d[static_cast<size_t>(i)]));
     for (int n : {3, 9, 17}) in.front.push_back(static_cast<int16_t>(n));
-    if (kind == ExpansionKind::GAgan)
+    if (kind == ExpansionKind::Picks)
         for (int n : {d[6], d[7], 10, 11}) in.back.push_back(static_cast<int16_t>(n));
     std::sort(in.front.begin(), in.front.end());
     std::sort(in.back.begin(), in.back.end());
@@ -89,17 +89,17 @@ private slots:
 void PrizeCheckTest::realFilterRunAgainstTheNewestRealDraw() {
     PrizeWorkspace w;
     QCOMPARE(w.importHistory(kHistory), 5);
-    const DrawNumbers newest = w.session->history().figarr.back();
+    const DrawNumbers newest = w.session->history().numbers.back();
     QCOMPARE(newest[0], kNewestIssue);
     auto table = expandAround(newest);
     QVERIFY(table);
     QCOMPARE(table->rowCount(), uint64_t{56 * 6});
     // 各位数和, keep 60 to 120: the winning ticket sums to 121 and is thrown out.
     ParamWindowState state = ParamWindowState::defaults();
-    state.box(ParamId::Option23)[0] = QStringLiteral("60");
-    state.box(ParamId::Option23)[1] = QStringLiteral("120");
+    state.box(ParamId::NumberSum)[0] = QStringLiteral("60");
+    state.box(ParamId::NumberSum)[1] = QStringLiteral("120");
     const param_filter::SingleResult run =
-        param_filter::runSingle(*table, ParamId::Option23, state, ParamContext::fromSession(*w.session));
+        param_filter::runSingle(*table, ParamId::NumberSum, state, ParamContext::fromSession(*w.session));
     QVERIFY(run.ran);
 
     // What the check must find, computed here: each ticket's level, kept or thrown by its sum.
@@ -123,10 +123,10 @@ void PrizeCheckTest::realFilterRunAgainstTheNewestRealDraw() {
     for (size_t l = 0; l < 9; ++l) QCOMPARE(keptByLevel[l] + thrownByLevel[l], allLevels[l]);
     QCOMPARE(thrownByLevel[1], 1);
     QVERIFY(w.store(*table));
-    QVERIFY(prizeCheckEnabled(*w.session, Kind::Zuhe));
-    QVERIFY(!prizeCheckEnabled(*w.session, Kind::ZuheRote));
+    QVERIFY(prizeCheckEnabled(*w.session, Kind::Combinations));
+    QVERIFY(!prizeCheckEnabled(*w.session, Kind::Wheel));
 
-    auto win = openWindow(w, Kind::Zuhe);
+    auto win = openWindow(w, Kind::Combinations);
     win->resize(1280, 760);
     win->show();
     QVERIFY(QTest::qWaitForWindowExposed(win.get()));
@@ -175,7 +175,7 @@ void PrizeCheckTest::realFilterRunAgainstTheNewestRealDraw() {
     QCOMPARE(textColour(child<QLabel>(win.get(), "LabelResult")),
              income > keptCount * 2 ? QColor(0, 255, 0) : QColor(255, 0, 0));
     // The check left the flags and reasons of the stored table alone.
-    auto reread = candidate_store::load(w.session->fildb(), Kind::Zuhe).table;
+    auto reread = candidate_store::load(w.session->filterDb(), Kind::Combinations).table;
     QCOMPARE(reread->deadCount(), thrownCount);
     saveShot(win.get(), QStringLiteral("prize_check"));
 }
@@ -183,10 +183,10 @@ void PrizeCheckTest::realFilterRunAgainstTheNewestRealDraw() {
 void PrizeCheckTest::sortingAndPagingThroughTheControls() {
     PrizeWorkspace w;
     QCOMPARE(w.importHistory(kHistory), 5);
-    auto table = expandAround(w.session->history().figarr.back());
-    for (uint64_t r = 0; r < table->rowCount(); r += 4) table->unslt().set(r);
+    auto table = expandAround(w.session->history().numbers.back());
+    for (uint64_t r = 0; r < table->rowCount(); r += 4) table->filteredOut().set(r);
     QVERIFY(w.store(*table));
-    auto win = openWindow(w, Kind::Zuhe);
+    auto win = openWindow(w, Kind::Combinations);
     win->show();
     auto* kept = child<QTableView>(win.get(), "MSFlexGrid1");
     auto* thrown = child<QTableView>(win.get(), "MSFlexGrid3");
@@ -219,7 +219,7 @@ void PrizeCheckTest::sortingAndPagingThroughTheControls() {
 void PrizeCheckTest::addToReportWritesAndClosesBackToTheMainWindow() {
     PrizeWorkspace w;
     QCOMPARE(w.importHistory(kHistory), 5);
-    QVERIFY(w.store(*expandAround(w.session->history().figarr.back())));
+    QVERIFY(w.store(*expandAround(w.session->history().numbers.back())));
     bool backToMain = false;
     QString written;
     // The check is modal: the button is pressed once it shows.
@@ -236,7 +236,7 @@ void PrizeCheckTest::addToReportWritesAndClosesBackToTheMainWindow() {
         written = win->writtenReport();
     });
     poll.start();
-    openPrizeCheck(*w.session, w.prompter, Kind::Zuhe, nullptr, [&] { backToMain = true; });
+    openPrizeCheck(*w.session, w.prompter, Kind::Combinations, nullptr, [&] { backToMain = true; });
     QVERIFY(backToMain);
     QCOMPARE(
         written,
@@ -255,10 +255,10 @@ void PrizeCheckTest::addToReportWritesAndClosesBackToTheMainWindow() {
 void PrizeCheckTest::anEmptyKeptSetShowsARedZero() {
     PrizeWorkspace w;
     QCOMPARE(w.importHistory(kHistory), 5);
-    auto table = expandAround(w.session->history().figarr.back());
-    table->unslt().fill(true);
+    auto table = expandAround(w.session->history().numbers.back());
+    table->filteredOut().fill(true);
     QVERIFY(w.store(*table));
-    auto win = openWindow(w, Kind::Zuhe);
+    auto win = openWindow(w, Kind::Combinations);
     win->show();
     for (const char* name : {"LabelRequired", "LabelIncome", "LabelResult"})
         QCOMPARE(child<QLabel>(win.get(), name)->text(), QStringLiteral("0元"));
@@ -266,7 +266,7 @@ void PrizeCheckTest::anEmptyKeptSetShowsARedZero() {
     QCOMPARE(child<QTableView>(win.get(), "MSFlexGrid1")->model()->rowCount(), 0);
 
     // A table that was never made opens empty as well.
-    auto none = openWindow(w, Kind::ZuheMoban);
+    auto none = openWindow(w, Kind::Template);
     QCOMPARE(child<QLabel>(none.get(), "LabelResult")->text(), QStringLiteral("0元"));
     QCOMPARE(child<QLabel>(none.get(), "Label2")->text(), QStringLiteral("投注组合情况排列总表(合计：0注)"));
 }
@@ -276,16 +276,16 @@ void PrizeCheckTest::zuhefChecksTheFrontZoneOnly() {
     QCOMPARE(w.importHistory(kHistory), 5);
     // Seventeen front picks, the draw's five among them: 12,376 six-number rows.
     ExpansionInput in;
-    in.kind = ExpansionKind::GAganf;
+    in.kind = ExpansionKind::SixPicks;
     for (int n : {1, 2, 3, 5, 7, 9, 12, 14, 17, 20, 21, 25, 27, 28, 31, 34, 35})
         in.front.push_back(static_cast<int16_t>(n));
     auto table = expand(in, nullptr, uint64_t{1} << 30).table;
     QVERIFY(table);
-    QCOMPARE(table->kind(), Kind::Zuhef);
+    QCOMPARE(table->kind(), Kind::SixNumbers);
     QCOMPARE(table->rowCount(), uint64_t{12376});
     QVERIFY(w.store(*table));
-    QVERIFY(prizeCheckEnabled(*w.session, Kind::Zuhef));
-    auto win = openWindow(w, Kind::Zuhef);
+    QVERIFY(prizeCheckEnabled(*w.session, Kind::SixNumbers));
+    auto win = openWindow(w, Kind::SixNumbers);
     QCOMPARE(win->objectName(), QStringLiteral("GAganfDj"));
     QVERIFY(win->windowTitle().contains(QStringLiteral("胆拖复6结果")));
     QVERIFY(!child<QTableView>(win.get(), "MSFlexGrid3"));

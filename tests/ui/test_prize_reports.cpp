@@ -1,6 +1,6 @@
 // frmYk driven through List1, its buttons and the print path (PDF, never a printer).
 #include "prize/prize_session.h"
-#include "prize/ui/frm_yk.h"
+#include "prize/ui/profit_loss_report_window.h"
 #include "prize_window_fixture.h"
 #include "support/pdf_text.h"
 #include "support/window_shot.h"
@@ -22,9 +22,10 @@ struct Reports : PrizeWorkspace {
         f.open(QIODevice::WriteOnly);
         f.write(text.toUtf8());
     }
-    std::unique_ptr<FrmYk> open() {
-        auto w = std::make_unique<FrmYk>(
-            ReportBook(prize_session::workspaceFolder(*session), session->settings(), session->curuser()),
+    std::unique_ptr<ProfitLossReportWindow> open() {
+        auto w = std::make_unique<ProfitLossReportWindow>(
+            ReportBook(prize_session::workspaceFolder(*session), session->settings(),
+                       session->workspaceName()),
             prompter);
         w->show();
         return w;
@@ -39,7 +40,8 @@ void click(QWidget* w, const char* name) { QTest::mouseClick(named<QPushButton>(
 QString shown(QWidget* w) { return named<QTextEdit>(w, "RichTextBox1")->toPlainText(); }
 
 // Prints through a chooser that picks a PDF file, as the print dialog would.
-FrmYk::PrinterChooser pdfTo(const QString& path, bool* offeredSelection, bool accept = true) {
+ProfitLossReportWindow::PrinterChooser pdfTo(const QString& path, bool* offeredSelection,
+                                             bool accept = true) {
     return [=](QPrinter& printer, bool hasSelection, QWidget*) {
         *offeredSelection = hasSelection;
         printer.setOutputFormat(QPrinter::PdfFormat);
@@ -120,7 +122,8 @@ void PrizeReportsTest::deletingTickedAndDeletingAll() {
     click(w.get(), "Command5");
     QCOMPARE(list->count(), 0);
     QVERIFY(shown(w.get()).isEmpty());
-    QCOMPARE(r.home.settings.read(keys::MoneyDefault, r.session->curuser()), QStringLiteral("0"));
+    QCOMPARE(r.home.settings.read(setting_keys::MoneyDefault, r.session->workspaceName()),
+             QStringLiteral("0"));
     // The report itself is still there and is listed again at the next opening.
     QVERIFY(QFile::exists(QDir(r.folder()).filePath(QStringLiteral("b兑奖.txt"))));
     QCOMPARE(named<QListWidget>(r.open().get(), "List1")->count(), 1);

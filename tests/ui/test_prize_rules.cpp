@@ -1,6 +1,6 @@
 // frmPrize driven through its tabs, options, level lists, amount fields and cmdOK.
 #include "prize/prize_session.h"
-#include "prize/ui/frm_prize.h"
+#include "prize/ui/prize_rules_dialog.h"
 #include "prize/ui/prize_windows.h"
 #include "prize_window_fixture.h"
 #include "support/window_shot.h"
@@ -28,7 +28,7 @@ AmountField* amount(QWidget* w, int tab) {
 QWidget* panel(QWidget* w, int tab) { return named<QWidget>(w, QStringLiteral("Picture1(%1)").arg(tab)); }
 
 // Clicks a field and types into it, as the player enters it.
-void typeInto(FrmPrize& dialog, int tab, const QString& text) {
+void typeInto(PrizeRulesDialog& dialog, int tab, const QString& text) {
     dialog.selectTab(tab);
     AmountField* f = amount(&dialog, tab);
     QTest::mouseClick(f, Qt::LeftButton);
@@ -50,7 +50,7 @@ private slots:
 
 void PrizeRulesTest::opensOnTheDefaultsWithNothingChosen() {
     PrizeWorkspace w;
-    FrmPrize dialog(prize_session::settingsOf(*w.session), w.prompter);
+    PrizeRulesDialog dialog(prize_session::settingsOf(*w.session), w.prompter);
     dialog.show();
     QVERIFY(QTest::qWaitForWindowExposed(&dialog));
     QCOMPARE(dialog.windowTitle(), QStringLiteral("中奖规则管理"));
@@ -79,17 +79,17 @@ void PrizeRulesTest::opensOnTheDefaultsWithNothingChosen() {
 
 void PrizeRulesTest::tabsMoveOnePanelIntoViewAndCtrlTabWraps() {
     PrizeWorkspace w;
-    FrmPrize dialog(prize_session::settingsOf(*w.session), w.prompter);
+    PrizeRulesDialog dialog(prize_session::settingsOf(*w.session), w.prompter);
     dialog.show();
     QVERIFY(QTest::qWaitForWindowExposed(&dialog));
-    QCOMPARE(panel(&dialog, 0)->x(), FrmPrize::kInViewX);
+    QCOMPARE(panel(&dialog, 0)->x(), PrizeRulesDialog::kInViewX);
     QVERIFY(panel(&dialog, 0)->isEnabled());
-    QCOMPARE(panel(&dialog, 1)->x(), FrmPrize::kOutOfViewX);
+    QCOMPARE(panel(&dialog, 1)->x(), PrizeRulesDialog::kOutOfViewX);
     QVERIFY(!panel(&dialog, 1)->isEnabled());
     auto* tabs = named<QTabBar>(&dialog, QStringLiteral("tbsOptions"));
     QTest::mouseClick(tabs, Qt::LeftButton, {}, tabs->tabRect(11).center());
     QCOMPARE(tabs->currentIndex(), 11);
-    QCOMPARE(panel(&dialog, 11)->x(), FrmPrize::kInViewX);
+    QCOMPARE(panel(&dialog, 11)->x(), PrizeRulesDialog::kInViewX);
     QVERIFY(!panel(&dialog, 0)->isEnabled());
     QTest::keyClick(&dialog, Qt::Key_Tab, Qt::ControlModifier);
     QCOMPARE(tabs->currentIndex(), 0);
@@ -101,7 +101,7 @@ void PrizeRulesTest::tabsMoveOnePanelIntoViewAndCtrlTabWraps() {
 void PrizeRulesTest::optionsAndLevelsAreWrittenWhenClicked() {
     PrizeWorkspace w;
     {
-        FrmPrize dialog(prize_session::settingsOf(*w.session), w.prompter);
+        PrizeRulesDialog dialog(prize_session::settingsOf(*w.session), w.prompter);
         dialog.show();
         QVERIFY(QTest::qWaitForWindowExposed(&dialog));
         dialog.selectTab(3);
@@ -122,19 +122,19 @@ void PrizeRulesTest::optionsAndLevelsAreWrittenWhenClicked() {
     QCOMPARE(r.slot(5).rank, QStringLiteral("特等"));
     QCOMPARE(r.slot(1).money, 5000000);
     // The check reads the same rules when it opens.
-    QCOMPARE(prize_session::open(*w.session, schema::CandidateKind::Zuhe).view->rules().slot(5).rank,
+    QCOMPARE(prize_session::open(*w.session, schema::CandidateKind::Combinations).view->rules().slot(5).rank,
              QStringLiteral("特等"));
 }
 
 void PrizeRulesTest::cmdOkStoresTheEnteredAmounts() {
     PrizeWorkspace w;
     openPrizeRules(*w.session, w.prompter, nullptr);
-    auto* dialog = qobject_cast<FrmPrize*>(QApplication::topLevelWidgets().value(0));
+    auto* dialog = qobject_cast<PrizeRulesDialog*>(QApplication::topLevelWidgets().value(0));
     for (QWidget* top : QApplication::topLevelWidgets())
-        if (auto* d = qobject_cast<FrmPrize*>(top)) dialog = d;
+        if (auto* d = qobject_cast<PrizeRulesDialog*>(top)) dialog = d;
     QVERIFY(dialog);
     QVERIFY(QTest::qWaitForWindowActive(dialog));
-    QPointer<FrmPrize> guard(dialog);
+    QPointer<PrizeRulesDialog> guard(dialog);
     typeInto(*dialog, 0, QStringLiteral("1234567"));
     typeInto(*dialog, 1, QStringLiteral("0001234"));
     QCOMPARE(amount(dialog, 1)->displayText(), QStringLiteral("0001234"));
@@ -149,7 +149,7 @@ void PrizeRulesTest::cmdOkStoresTheEnteredAmounts() {
 
 void PrizeRulesTest::anIncompleteAmountStopsAtItsSlotWithTheMessage() {
     PrizeWorkspace w;
-    FrmPrize dialog(prize_session::settingsOf(*w.session), w.prompter);
+    PrizeRulesDialog dialog(prize_session::settingsOf(*w.session), w.prompter);
     dialog.show();
     QVERIFY(QTest::qWaitForWindowActive(&dialog));
     typeInto(dialog, 0, QStringLiteral("0000100"));

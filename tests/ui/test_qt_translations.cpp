@@ -1,6 +1,6 @@
 // Qt's own dialogs speak Chinese once the program has loaded Qt's translations, whatever the
 // locale the tests run in.
-#include "workspace/ui/qt_translations.h"
+#include "app/ui/qt_translations.h"
 
 #include <QApplication>
 #include <QDialogButtonBox>

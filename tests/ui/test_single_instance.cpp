@@ -1,5 +1,5 @@
 // A second start finds the first through its local socket and asks it to come forward.
-#include "workspace/ui/single_instance.h"
+#include "app/ui/single_instance.h"
 
 #include <QSignalSpy>
 #include <QTemporaryDir>

@@ -1,9 +1,9 @@
 // The start window and the password box, driven through their named controls.
+#include "app/ui/start_window.h"
 #include "support/temp_home.h"
 #include "support/window_shot.h"
 #include "workspace/scripted_prompter.h"
-#include "workspace/ui/frm_login.h"
-#include "workspace/ui/frmpre.h"
+#include "workspace/ui/login_dialog.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -21,7 +21,7 @@ private slots:
     void loginBoxKeepsAskingUntilCancelled();
 };
 
-static void clickLabel(Frmpre& w, const char* name) {
+static void clickLabel(StartWindow& w, const char* name) {
     auto* label = w.findChild<QLabel*>(QString::fromLatin1(name));
     QVERIFY(label);
     QTest::mouseClick(label, Qt::LeftButton);
@@ -33,9 +33,9 @@ void StartWindowTest::listsWorkspacesAndPreselectsTheLastEntered() {
     list.load();
     list.create(QStringLiteral("甲"), {});
     list.create(QStringLiteral("乙"), {});
-    home.settings.write(keys::Ftopt, 9);  // above Usernum: clamped to the last
+    home.settings.write(setting_keys::LastWorkspace, 9);  // above Usernum: clamped to the last
     ScriptedPrompter p;
-    Frmpre w(list, p);
+    StartWindow w(list, p);
     QCOMPARE(w.windowTitle(), QStringLiteral("欢迎进入鹤鸣轩.明略乐透彩票助理"));
     auto* lst = w.findChild<QListWidget*>(QStringLiteral("LstName"));
     QVERIFY(lst);
@@ -50,9 +50,9 @@ void StartWindowTest::labelsCreateEnterAndDelete() {
     TempHome home;
     WorkspaceList list(home.settings, home.root);
     ScriptedPrompter p;
-    Frmpre w(list, p);
+    StartWindow w(list, p);
     auto* lst = w.findChild<QListWidget*>(QStringLiteral("LstName"));
-    QSignalSpy entered(&w, &Frmpre::entered);
+    QSignalSpy entered(&w, &StartWindow::entered);
 
     p.answer(QStringLiteral("王先生")).answer(QStringLiteral("k")).answer(QStringLiteral("k"));
     clickLabel(w, "Label2");
@@ -69,15 +69,15 @@ void StartWindowTest::labelsCreateEnterAndDelete() {
     p.answer(true).answer(QStringLiteral("k"));
     clickLabel(w, "Label4");
     QCOMPARE(lst->count(), 0);
-    QCOMPARE(home.settings.readInt(keys::Usernum), 0);
+    QCOMPARE(home.settings.readInt(setting_keys::WorkspaceCount), 0);
 }
 
 void StartWindowTest::enteringWithoutSelectionIsRefused() {
     TempHome home;
     WorkspaceList list(home.settings, home.root);
     ScriptedPrompter p;
-    Frmpre w(list, p);
-    QSignalSpy entered(&w, &Frmpre::entered);
+    StartWindow w(list, p);
+    QSignalSpy entered(&w, &StartWindow::entered);
     clickLabel(w, "Label3");
     QCOMPARE(entered.count(), 0);
     QCOMPARE(p.messages(), QStringList{QStringLiteral("请建立或选择一个用户名然后再进入。")});
@@ -85,7 +85,7 @@ void StartWindowTest::enteringWithoutSelectionIsRefused() {
 
 void StartWindowTest::loginBoxKeepsAskingUntilCancelled() {
     ScriptedPrompter p;
-    FrmLogin box(QStringLiteral("secret"), p);
+    LoginDialog box(QStringLiteral("secret"), p);
     QCOMPARE(box.windowTitle(), QStringLiteral("登录"));
     auto* field = box.findChild<QLineEdit*>(QStringLiteral("txtPassword"));
     auto* ok = box.findChild<QPushButton*>(QStringLiteral("cmdOK"));
@@ -103,7 +103,7 @@ void StartWindowTest::loginBoxKeepsAskingUntilCancelled() {
     QVERIFY(box.loginSucceeded());
     QVERIFY(!box.isVisible());
 
-    FrmLogin other(QStringLiteral("x"), p);
+    LoginDialog other(QStringLiteral("x"), p);
     other.show();
     cancel = other.findChild<QPushButton*>(QStringLiteral("cmdCancel"));
     cancel->click();

@@ -1,7 +1,7 @@
 // The start window's 新建用户 refuses names that would leave the data root, with the scripted
 // prompter and with the real dialogs.
+#include "app/ui/start_window.h"
 #include "workspace/scripted_prompter.h"
-#include "workspace/ui/frmpre.h"
 #include "workspace/ui/qt_prompter.h"
 
 #include <QAbstractButton>
@@ -26,7 +26,7 @@ private slots:
 
 namespace {
 
-void clickLabel(Frmpre& w, const char* name) {
+void clickLabel(StartWindow& w, const char* name) {
     auto* label = w.findChild<QLabel*>(QString::fromLatin1(name));
     QVERIFY(label);
     QTest::mouseClick(label, Qt::LeftButton);
@@ -90,7 +90,7 @@ void WorkspaceNamesWindowTest::newWorkspaceRefusesBadNamesAndAsksAgain() {
     const QStringList outsideBefore = entries(home.outer.path());
     WorkspaceList list(home.settings, home.root);
     ScriptedPrompter p;
-    Frmpre w(list, p);
+    StartWindow w(list, p);
     auto* lst = w.findChild<QListWidget*>(QStringLiteral("LstName"));
     QVERIFY(lst);
 
@@ -103,7 +103,7 @@ void WorkspaceNamesWindowTest::newWorkspaceRefusesBadNamesAndAsksAgain() {
                                         WorkspaceList::kNameTooLong}));
     QCOMPARE(lst->count(), 1);
     QCOMPARE(lst->currentItem()->text(), QStringLiteral("王先生"));
-    QCOMPARE(home.settings.readInt(keys::Usernum), 1);
+    QCOMPARE(home.settings.readInt(setting_keys::WorkspaceCount), 1);
     QCOMPARE(entries(home.outer.path()), outsideBefore);
     QVERIFY(!QFileInfo::exists(home.root.path(QStringLiteral("a"))));
 }
@@ -113,7 +113,7 @@ void WorkspaceNamesWindowTest::realDialogsShowTheRefusalAndAskAgain() {
     const QStringList outsideBefore = entries(home.outer.path());
     WorkspaceList list(home.settings, home.root);
     QtPrompter prompter;
-    Frmpre w(list, prompter);
+    StartWindow w(list, prompter);
     prompter.setParent(&w);
     w.show();
     QVERIFY(QTest::qWaitForWindowExposed(&w));

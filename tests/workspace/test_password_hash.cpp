@@ -18,9 +18,9 @@ QByteArray rawText(const QString& file) {
 
 // A workspace entry as an earlier version wrote it: the password in plain text.
 void plantPlainEntry(Settings& settings, const QString& name, const QString& password) {
-    settings.write(keys::UserName, name, {}, 1);
-    settings.write(keys::UserPassword, password, {}, 1);
-    settings.write(keys::Usernum, 1);
+    settings.write(setting_keys::UserName, name, {}, 1);
+    settings.write(setting_keys::UserPassword, password, {}, 1);
+    settings.write(setting_keys::WorkspaceCount, 1);
 }
 
 }  // namespace
@@ -82,7 +82,7 @@ TEST(WorkspacePasswords, SettingsHoldNoPasswordText) {
         .answer(QStringLiteral("s3cret-口令"));
     ASSERT_EQ(list.askNew(p), 0);
     ASSERT_EQ(list.create(QStringLiteral("乙"), QStringLiteral("other-pw")), 1);
-    const QByteArray ini = rawText(home.settings.fileFor(keys::UserPassword));
+    const QByteArray ini = rawText(home.settings.fileFor(setting_keys::UserPassword));
     ASSERT_FALSE(ini.isEmpty());
     EXPECT_FALSE(ini.contains("s3cret")) << ini.constData();
     EXPECT_FALSE(ini.contains(QStringLiteral("口令").toUtf8()));
@@ -104,14 +104,14 @@ TEST(WorkspacePasswords, SettingsHoldNoPasswordText) {
         .answer(QStringLiteral("renamed-pw"))
         .answer(QStringLiteral("renamed-pw"));
     ASSERT_TRUE(list.askRename(2, QStringLiteral("乙"), rename));
-    EXPECT_FALSE(rawText(home.settings.fileFor(keys::UserPassword)).contains("renamed-pw"));
+    EXPECT_FALSE(rawText(home.settings.fileFor(setting_keys::UserPassword)).contains("renamed-pw"));
     EXPECT_TRUE(list.checkPassword(1, QStringLiteral("renamed-pw")));
 }
 
 TEST(WorkspacePasswords, APlainEntryOpensOnceAndIsRewrittenAsAHash) {
     TempHome home;
     plantPlainEntry(home.settings, QStringLiteral("老用户"), QStringLiteral("plain-123"));
-    const QString file = home.settings.fileFor(keys::UserPassword);
+    const QString file = home.settings.fileFor(setting_keys::UserPassword);
     ASSERT_TRUE(rawText(file).contains("plain-123"));
     WorkspaceList list(home.settings, home.root);
     list.load();
@@ -127,7 +127,7 @@ TEST(WorkspacePasswords, APlainEntryOpensOnceAndIsRewrittenAsAHash) {
     right.answer(QStringLiteral("plain-123"));
     ASSERT_TRUE(list.enter(0, right));
     EXPECT_FALSE(rawText(file).contains("plain-123"));
-    EXPECT_TRUE(password_hash::isHash(home.settings.read(keys::UserPassword, {}, 1)));
+    EXPECT_TRUE(password_hash::isHash(home.settings.read(setting_keys::UserPassword, {}, 1)));
 
     // After a restart the same password still opens it, now through the hash.
     WorkspaceList reloaded(home.settings, home.root);
@@ -152,5 +152,5 @@ TEST(WorkspacePasswords, DeletingWithAPlainPasswordChecksItThroughTheSameFunctio
     right.answer(true).answer(QStringLiteral("del-pw"));
     EXPECT_TRUE(list.remove(0, right));
     EXPECT_EQ(list.count(), 0);
-    EXPECT_FALSE(rawText(home.settings.fileFor(keys::UserPassword)).contains("del-pw"));
+    EXPECT_FALSE(rawText(home.settings.fileFor(setting_keys::UserPassword)).contains("del-pw"));
 }

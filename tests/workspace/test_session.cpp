@@ -34,8 +34,8 @@ TEST(Schema, NewWorkspaceHoldsEveryTableAndColumn) {
     makeWorkspace(home, QStringLiteral("ws"));
     const WorkspacePaths ws(home.root, QStringLiteral("ws"));
     expectSchema(ws.historyDb(), TemplateKind::History);
-    expectSchema(ws.filnumDb(), TemplateKind::Filnum);
-    expectSchema(ws.numsaveDb(), TemplateKind::Numsave);
+    expectSchema(ws.filterDb(), TemplateKind::FilterDb);
+    expectSchema(ws.savedPicksDb(), TemplateKind::SavedPicks);
 
     SqliteDb db;
     ASSERT_TRUE(db.open(ws.historyDb()));
@@ -52,8 +52,9 @@ TEST(Schema, NewWorkspaceHoldsEveryTableAndColumn) {
     EXPECT_FALSE(db.scalar(QStringLiteral("SELECT Qnum3 FROM fig")).isNull());
 
     // The data root holds the templates, the text folders and the real history.
-    for (const QString& f : {home.root.historyTemplate(), home.root.filnumTemplate(), home.root.filnumRTemplate(),
-                             home.root.numsaveTemplate(), home.root.gailvTemplate()})
+    for (const QString& f :
+         {home.root.historyTemplate(), home.root.filterTemplate(), home.root.filnumRTemplate(),
+          home.root.savedPicksTemplate(), home.root.gailvTemplate()})
         EXPECT_TRUE(QFile::exists(f)) << f.toStdString();
     EXPECT_TRUE(QDir(home.root.otherHistoryTextFolder()).exists());
     QFile bundled(QDir(home.root.historyTextFolder()).filePath(QStringLiteral("大乐透历史开奖号码.txt")));
@@ -62,13 +63,13 @@ TEST(Schema, NewWorkspaceHoldsEveryTableAndColumn) {
 }
 
 TEST(Schema, CandidateTablesFollowTheirCreateStatements) {
-    const TableDef zuhe = schema::candidate(schema::CandidateKind::Zuhe);
+    const TableDef zuhe = schema::candidate(schema::CandidateKind::Combinations);
     EXPECT_EQ(zuhe.columnNames().join(','),
               QStringLiteral("idx,fig1,fig2,fig3,fig4,fig5,fig6,fig7,canshu,Numstring,NumstringHou,SKnum,JSqihao,"
                              "fliter,unslt,preunslt,tmpunslt,Gpslt,Errnum"));
-    const TableDef read = schema::candidate(schema::CandidateKind::ZuheRead);
+    const TableDef read = schema::candidate(schema::CandidateKind::Imported);
     EXPECT_EQ(read.columnNames().indexOf(QStringLiteral("fliter")), 9);
-    const TableDef six = schema::candidate(schema::CandidateKind::Zuhef);
+    const TableDef six = schema::candidate(schema::CandidateKind::SixNumbers);
     EXPECT_EQ(six.columnNames().join(','), QStringLiteral("idx,fig1,fig2,fig3,fig4,fig5,fig6,canshu,Numstring,"
                                                           "fliter,unslt,preunslt,tmpunslt,Gpslt"));
 }
@@ -80,17 +81,18 @@ TEST(Session, WorkspaceWhoseFilesWereDeletedReopensEmpty) {
     {
         Session s(home.root, home.settings);
         ASSERT_TRUE(s.open(w));
-        ASSERT_TRUE(s.lsdb().exec(QStringLiteral("INSERT INTO fig(Idx,fig0,fig1,fig2,fig3,fig4,fig5) VALUES (1,7,1,2,3,4,5)")));
+        ASSERT_TRUE(s.historyDb().exec(
+            QStringLiteral("INSERT INTO fig(Idx,fig0,fig1,fig2,fig3,fig4,fig5) VALUES (1,7,1,2,3,4,5)")));
     }
     // The whole folder goes.
     ASSERT_TRUE(QDir(ws.folder()).removeRecursively());
     Session s(home.root, home.settings);
     QString error;
     ASSERT_TRUE(s.open(w, &error)) << error.toStdString();
-    EXPECT_EQ(s.drawnum(), 0);
+    EXPECT_EQ(s.drawCount(), 0);
     EXPECT_TRUE(QFile::exists(ws.historyDb()));
-    EXPECT_TRUE(QFile::exists(ws.numsaveDb()));
-    EXPECT_TRUE(QFile::exists(ws.filnumDb()));
+    EXPECT_TRUE(QFile::exists(ws.savedPicksDb()));
+    EXPECT_TRUE(QFile::exists(ws.filterDb()));
     expectSchema(ws.historyDb(), TemplateKind::History);
 }
 
@@ -101,18 +103,19 @@ TEST(Session, RepairKeepsWhatIsStillThere) {
     {
         Session s(home.root, home.settings);
         ASSERT_TRUE(s.open(w));
-        ASSERT_TRUE(s.lsdb().exec(QStringLiteral("INSERT INTO fig(Idx,fig0,fig1,fig2,fig3,fig4,fig5) VALUES (1,7,1,2,3,4,5)")));
-        ASSERT_TRUE(s.lsdb().exec(QStringLiteral("DROP TABLE GailvHou")));
+        ASSERT_TRUE(s.historyDb().exec(
+            QStringLiteral("INSERT INTO fig(Idx,fig0,fig1,fig2,fig3,fig4,fig5) VALUES (1,7,1,2,3,4,5)")));
+        ASSERT_TRUE(s.historyDb().exec(QStringLiteral("DROP TABLE GailvHou")));
     }
     // numsave.db gone and a table missing: the history stays, the rest is rebuilt.
-    ASSERT_TRUE(QFile::remove(ws.numsaveDb()));
+    ASSERT_TRUE(QFile::remove(ws.savedPicksDb()));
     Session s(home.root, home.settings);
     ASSERT_TRUE(s.open(w));
-    EXPECT_EQ(s.drawnum(), 1);
-    EXPECT_EQ(s.history().figarr[1][0], 7);
-    EXPECT_TRUE(s.lsdb().tableExists(QStringLiteral("GailvHou")));
-    EXPECT_EQ(s.lsdb().scalar(QStringLiteral("SELECT count(*) FROM GailvHou")).toInt(), 24);
-    expectSchema(ws.numsaveDb(), TemplateKind::Numsave);
+    EXPECT_EQ(s.drawCount(), 1);
+    EXPECT_EQ(s.history().numbers[1][0], 7);
+    EXPECT_TRUE(s.historyDb().tableExists(QStringLiteral("GailvHou")));
+    EXPECT_EQ(s.historyDb().scalar(QStringLiteral("SELECT count(*) FROM GailvHou")).toInt(), 24);
+    expectSchema(ws.savedPicksDb(), TemplateKind::SavedPicks);
 }
 
 TEST(Session, UnreadableHistoryFileIsSetAsideNotDeleted) {
@@ -125,7 +128,7 @@ TEST(Session, UnreadableHistoryFileIsSetAsideNotDeleted) {
     f.close();
     Session s(home.root, home.settings);
     ASSERT_TRUE(s.open(w));
-    EXPECT_EQ(s.drawnum(), 0);
+    EXPECT_EQ(s.drawCount(), 0);
     const QStringList aside = QDir(ws.folder()).entryList({QStringLiteral("*.unreadable-*")});
     EXPECT_EQ(aside.size(), 1);
 }
@@ -148,31 +151,31 @@ TEST(Session, RepairThatCannotWriteIsFatal) {
 TEST(Settings, DefaultsAtEveryRead) {
     TempHome home;
     const QString ws = QStringLiteral("任意");
-    EXPECT_EQ(home.settings.readInt(keys::Usernum), 0);
-    EXPECT_EQ(home.settings.readInt(keys::Bitnum, ws), 35);
-    EXPECT_EQ(home.settings.readInt(keys::BitnumHou, ws), 12);
-    EXPECT_EQ(home.settings.readInt(keys::WdAtLoad, ws), 30000);
-    EXPECT_EQ(home.settings.readInt(keys::WdForPlayModes, ws), 8000);
-    EXPECT_EQ(home.settings.readInt(keys::Dayin, ws), 4);
-    EXPECT_EQ(home.settings.read(keys::FortuneBirth), QStringLiteral("1970-01-01"));
-    EXPECT_EQ(home.settings.readInt(keys::FortuneOption), 4);
+    EXPECT_EQ(home.settings.readInt(setting_keys::WorkspaceCount), 0);
+    EXPECT_EQ(home.settings.readInt(setting_keys::FrontSize, ws), 35);
+    EXPECT_EQ(home.settings.readInt(setting_keys::BackSize, ws), 12);
+    EXPECT_EQ(home.settings.readInt(setting_keys::StabilityAtLoad, ws), 30000);
+    EXPECT_EQ(home.settings.readInt(setting_keys::StabilityForPlayModes, ws), 8000);
+    EXPECT_EQ(home.settings.readInt(setting_keys::TicketsPerLine, ws), 4);
+    EXPECT_EQ(home.settings.read(setting_keys::FortuneBirth), QStringLiteral("1970-01-01"));
+    EXPECT_EQ(home.settings.readInt(setting_keys::FortuneOption), 4);
     // One INI file per application name.
-    home.settings.write(keys::Bitnum, 30, ws);
-    home.settings.write(keys::FortuneOption, 2);
+    home.settings.write(setting_keys::FrontSize, 30, ws);
+    home.settings.write(setting_keys::FortuneOption, 2);
     EXPECT_TRUE(QFile::exists(home.settings.fileFor(QStringLiteral("任意QY"))));
     EXPECT_TRUE(QFile::exists(home.settings.fileFor(QStringLiteral("SLSS"))));
-    EXPECT_EQ(Settings(home.root.settingsDir()).readInt(keys::Bitnum, ws), 30);
+    EXPECT_EQ(Settings(home.root.settingsDir()).readInt(setting_keys::FrontSize, ws), 30);
     // A value that is no number falls back to the default.
-    home.settings.write(keys::Dayin, QStringLiteral("abc"), ws);
-    EXPECT_EQ(home.settings.readInt(keys::Dayin, ws), 4);
+    home.settings.write(setting_keys::TicketsPerLine, QStringLiteral("abc"), ws);
+    EXPECT_EQ(home.settings.readInt(setting_keys::TicketsPerLine, ws), 4);
 }
 
 TEST(GameRules, StabilityItemsAndFitbase) {
-    EXPECT_EQ(rules::stabilityItemCheckedAtLoad(30000), 8);
-    EXPECT_EQ(rules::stabilityItemCheckedAtLoad(8000), 0);
-    EXPECT_EQ(rules::stabilityItemCheckedAtLoad(100), 2);
-    EXPECT_EQ(rules::stabilityItemCheckedAtLoad(1500), 9);
-    const rules::Fitbase f = rules::fitbase(35, 12);
+    EXPECT_EQ(game_rules::stabilityItemCheckedAtLoad(30000), 8);
+    EXPECT_EQ(game_rules::stabilityItemCheckedAtLoad(8000), 0);
+    EXPECT_EQ(game_rules::stabilityItemCheckedAtLoad(100), 2);
+    EXPECT_EQ(game_rules::stabilityItemCheckedAtLoad(1500), 9);
+    const game_rules::PositionCentres f = game_rules::positionCentres(35, 12);
     const double expected[] = {0, 3.5, 10.5, 17.5, 24.5, 31.5, 3, 9};
     for (int i = 1; i <= 7; ++i) EXPECT_DOUBLE_EQ(f[i], expected[i]) << i;
 }

@@ -12,14 +12,14 @@
 
 TEST(SettingsFailure, AWriteThatIsNotSavedReturnsFalseAndReadsKeepTheOldValue) {
     TempHome home;
-    ASSERT_TRUE(home.settings.write(keys::Dayin, 6, QStringLiteral("甲")));
+    ASSERT_TRUE(home.settings.write(setting_keys::TicketsPerLine, 6, QStringLiteral("甲")));
     UnwritableSettings blocked(home.settings, Settings::appName(SettingApp::Workspace, QStringLiteral("甲")));
     ASSERT_TRUE(blocked.ok());
-    EXPECT_FALSE(home.settings.write(keys::Dayin, 9, QStringLiteral("甲")));
+    EXPECT_FALSE(home.settings.write(setting_keys::TicketsPerLine, 9, QStringLiteral("甲")));
     EXPECT_FALSE(home.settings.writeRaw(QStringLiteral("甲QY"), QStringLiteral("setup"), QStringLiteral("x"),
                                         QStringLiteral("1")));
     // The same process reads what the file holds, not the value that was refused.
-    EXPECT_NE(home.settings.readInt(keys::Dayin, QStringLiteral("甲")), 9);
+    EXPECT_NE(home.settings.readInt(setting_keys::TicketsPerLine, QStringLiteral("甲")), 9);
     EXPECT_EQ(home.settings.readRaw(QStringLiteral("甲QY"), QStringLiteral("setup"), QStringLiteral("x"), {}),
               QString());
     EXPECT_TRUE(Settings::saveFailedText(blocked.file()).endsWith(QDir::toNativeSeparators(blocked.file())));
@@ -32,7 +32,7 @@ TEST(SettingsFailure, CreatingAWorkspaceReportsItAndStoresNothing) {
     ASSERT_EQ(list.create(QStringLiteral("甲"), {}), 0);
     UnwritableSettings blocked(home.settings, Settings::appName(SettingApp::Registry, {}));
     ASSERT_TRUE(blocked.ok());
-    const QString message = Settings::saveFailedText(home.settings.fileFor(keys::Usernum));
+    const QString message = Settings::saveFailedText(home.settings.fileFor(setting_keys::WorkspaceCount));
 
     QString error;
     EXPECT_EQ(list.create(QStringLiteral("乙"), {}, &error), -1);
@@ -68,23 +68,23 @@ TEST(SettingsFailure, ZoneSizesThatCannotBeSavedChangeNothing) {
     const auto entered = list.enter(0, p);
     ASSERT_TRUE(entered);
     ASSERT_TRUE(session.open(*entered));
-    ASSERT_TRUE(session.setBitnum(36));
+    ASSERT_TRUE(session.setFrontSize(36));
 
     UnwritableSettings blocked(home.settings, Settings::appName(SettingApp::Workspace, QStringLiteral("甲")));
     ASSERT_TRUE(blocked.ok());
     const QString message =
-        Settings::saveFailedText(home.settings.fileFor(keys::Bitnum, QStringLiteral("甲")));
+        Settings::saveFailedText(home.settings.fileFor(setting_keys::FrontSize, QStringLiteral("甲")));
     QString error;
-    EXPECT_FALSE(session.setBitnum(30, &error));
+    EXPECT_FALSE(session.setFrontSize(30, &error));
     EXPECT_EQ(error, message);
-    EXPECT_EQ(session.bitnum(), 36);
+    EXPECT_EQ(session.frontSize(), 36);
     error.clear();
-    EXPECT_FALSE(session.setBitnumHou(20, &error));
+    EXPECT_FALSE(session.setBackSize(20, &error));
     EXPECT_EQ(error, message);
-    EXPECT_EQ(session.bitnumHou(), 12);
-    EXPECT_EQ(session.fitbase(), rules::fitbase(36, 12));
-    EXPECT_FALSE(session.setPrintrow(7));
-    EXPECT_EQ(session.printrow(), 4);
+    EXPECT_EQ(session.backSize(), 12);
+    EXPECT_EQ(session.positionCentres(), game_rules::positionCentres(36, 12));
+    EXPECT_FALSE(session.setTicketsPerLine(7));
+    EXPECT_EQ(session.ticketsPerLine(), 4);
     // Out of range is refused without a write.
-    EXPECT_FALSE(session.setBitnum(40));
+    EXPECT_FALSE(session.setFrontSize(40));
 }

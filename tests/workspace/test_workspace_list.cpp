@@ -25,11 +25,12 @@ TEST(WorkspaceList, CreateMakesFilesAndSettings) {
     WorkspaceList list(home.settings, home.root);
     list.load();
     EXPECT_EQ(createByPrompts(list, QStringLiteral("张先生[大乐透]"), QStringLiteral("pw")), 0);
-    EXPECT_EQ(home.settings.readInt(keys::Usernum), 1);
-    EXPECT_EQ(home.settings.read(keys::UserName, {}, 1), QStringLiteral("张先生[大乐透]"));
-    EXPECT_TRUE(password_hash::verify(home.settings.read(keys::UserPassword, {}, 1), QStringLiteral("pw")));
+    EXPECT_EQ(home.settings.readInt(setting_keys::WorkspaceCount), 1);
+    EXPECT_EQ(home.settings.read(setting_keys::UserName, {}, 1), QStringLiteral("张先生[大乐透]"));
+    EXPECT_TRUE(
+        password_hash::verify(home.settings.read(setting_keys::UserPassword, {}, 1), QStringLiteral("pw")));
     const WorkspacePaths ws(home.root, QStringLiteral("张先生[大乐透]"));
-    for (const QString& f : {ws.historyDb(), ws.filnumDb(), ws.filnumRDb(), ws.numsaveDb(), ws.gailvDb()})
+    for (const QString& f : {ws.historyDb(), ws.filterDb(), ws.filnumRDb(), ws.savedPicksDb(), ws.gailvDb()})
         EXPECT_TRUE(QFile::exists(f)) << f.toStdString();
 }
 
@@ -89,9 +90,9 @@ TEST(WorkspaceList, EnterWithAndWithoutPassword) {
     w = list.enter(0, p);
     ASSERT_TRUE(w);
     EXPECT_EQ(w->name, QStringLiteral("open"));
-    EXPECT_EQ(w->bitnum, 35);
-    EXPECT_EQ(w->bitnumHou, 12);
-    EXPECT_EQ(home.settings.readInt(keys::Ftopt), 1);
+    EXPECT_EQ(w->frontSize, 35);
+    EXPECT_EQ(w->backSize, 12);
+    EXPECT_EQ(home.settings.readInt(setting_keys::LastWorkspace), 1);
     EXPECT_TRUE(p.asked().isEmpty());
 
     // A wrong password keeps the box open with its message; cancel leaves the start window.
@@ -99,14 +100,14 @@ TEST(WorkspaceList, EnterWithAndWithoutPassword) {
     wrong.answer(QStringLiteral("guess")).cancel();
     EXPECT_FALSE(list.enter(1, wrong));
     EXPECT_EQ(wrong.messages(), QStringList{QStringLiteral("无效的密码，请重试!")});
-    EXPECT_EQ(home.settings.readInt(keys::Ftopt), 1);
+    EXPECT_EQ(home.settings.readInt(setting_keys::LastWorkspace), 1);
 
     ScriptedPrompter right;
     right.answer(QStringLiteral("guess")).answer(QStringLiteral("secret"));
     w = list.enter(1, right);
     ASSERT_TRUE(w);
     EXPECT_EQ(w->index, 2);
-    EXPECT_EQ(home.settings.readInt(keys::Ftopt), 2);
+    EXPECT_EQ(home.settings.readInt(setting_keys::LastWorkspace), 2);
 }
 
 TEST(WorkspaceList, DeleteKeepsOrderAndPasswordsOfTheOthers) {
@@ -117,7 +118,7 @@ TEST(WorkspaceList, DeleteKeepsOrderAndPasswordsOfTheOthers) {
     createByPrompts(list, QStringLiteral("b"));
     createByPrompts(list, QStringLiteral("c"), QStringLiteral("3"));
     createByPrompts(list, QStringLiteral("d"), QStringLiteral("4"));
-    home.settings.write(keys::Ftopt, 4);
+    home.settings.write(setting_keys::LastWorkspace, 4);
 
     ScriptedPrompter p;  // OK to the question; b has no password
     EXPECT_TRUE(list.remove(1, p));
@@ -132,7 +133,7 @@ TEST(WorkspaceList, DeleteKeepsOrderAndPasswordsOfTheOthers) {
     EXPECT_TRUE(reloaded.checkPassword(2, QStringLiteral("4")));
     EXPECT_FALSE(reloaded.checkPassword(1, QStringLiteral("4")));
     // Ftopt (4) is above Usernum (3): the last workspace is preselected.
-    EXPECT_EQ(reloaded.ftopt(), 3);
+    EXPECT_EQ(reloaded.lastWorkspace(), 3);
     EXPECT_EQ(reloaded.preselectedRow(), 2);
     // The files are gone, the folder stays.
     const WorkspacePaths b(home.root, QStringLiteral("b"));

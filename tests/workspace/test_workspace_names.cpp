@@ -72,8 +72,8 @@ protected:
     }
 
     void plantEntry(int index, const QString& name) {
-        settings.write(keys::UserName, name, {}, index);
-        settings.write(keys::Usernum, index);
+        settings.write(setting_keys::UserName, name, {}, index);
+        settings.write(setting_keys::WorkspaceCount, index);
     }
 
     QTemporaryDir outer;
@@ -127,8 +127,8 @@ TEST_F(WorkspaceNames, RenamePromptsAndFunctionsWithoutPromptsRefuseThem) {
         EXPECT_EQ(p.messages(), QStringList{bad.refusal});
     }
     EXPECT_EQ(list.names(), QStringList{QStringLiteral("old")});
-    EXPECT_EQ(settings.readInt(keys::Usernum), 1);
-    EXPECT_EQ(settings.read(keys::UserName, {}, 1), QStringLiteral("old"));
+    EXPECT_EQ(settings.readInt(setting_keys::WorkspaceCount), 1);
+    EXPECT_EQ(settings.read(setting_keys::UserName, {}, 1), QStringLiteral("old"));
     EXPECT_EQ(outsideListing(), before);
     EXPECT_EQ(QFile::exists(QStringLiteral("/tmp/x")), tmpXExisted);
 
@@ -157,8 +157,8 @@ TEST_F(WorkspaceNames, LengthCountsTheBytesOfTheLongestFileName) {
         const WorkspacePaths ws(root, name);
         EXPECT_TRUE(QFile::exists(ws.historyDb()));
         // The workspace's own settings file takes the name too.
-        EXPECT_TRUE(settings.write(keys::Bitnum, 36, name));
-        EXPECT_EQ(settings.readInt(keys::Bitnum, name), 36);
+        EXPECT_TRUE(settings.write(setting_keys::FrontSize, 36, name));
+        EXPECT_EQ(settings.readInt(setting_keys::FrontSize, name), 36);
     }
     EXPECT_EQ(list.nameError(longest + QLatin1Char('a')), WorkspaceList::kNameTooLong);
 }
@@ -174,7 +174,7 @@ TEST_F(WorkspaceNames, DeletingAStoredDotDotEntryTouchesNothingOnDisk) {
     EXPECT_TRUE(list.remove(0, p));
     EXPECT_TRUE(list.removeAt(0));
     EXPECT_EQ(list.count(), 0);
-    EXPECT_EQ(settings.readInt(keys::Usernum), 0);
+    EXPECT_EQ(settings.readInt(setting_keys::WorkspaceCount), 0);
 
     EXPECT_EQ(outsideListing(), before);
     QFile canary(outer.filePath(QStringLiteral("canary.txt")));
@@ -182,7 +182,7 @@ TEST_F(WorkspaceNames, DeletingAStoredDotDotEntryTouchesNothingOnDisk) {
     EXPECT_EQ(canary.readAll(), QByteArray("keep me"));
     // The data root keeps its templates and settings.
     EXPECT_TRUE(QFile::exists(root.historyTemplate()));
-    EXPECT_TRUE(QFile::exists(settings.fileFor(keys::Usernum)));
+    EXPECT_TRUE(QFile::exists(settings.fileFor(setting_keys::WorkspaceCount)));
 }
 
 TEST_F(WorkspaceNames, DeletingRemovesTheFilesOfItsOwnFolderOnly) {
@@ -199,7 +199,7 @@ TEST_F(WorkspaceNames, DeletingRemovesTheFilesOfItsOwnFolderOnly) {
     EXPECT_TRUE(list.removeAt(0));
     // "filnum" lost its own files; the template filnum.db beside its folder stays.
     EXPECT_TRUE(QDir(WorkspacePaths(root, QStringLiteral("filnum")).folder()).isEmpty());
-    EXPECT_TRUE(QFile::exists(root.filnumTemplate()));
+    EXPECT_TRUE(QFile::exists(root.filterTemplate()));
     EXPECT_EQ(outsideListing(), before);
 }
 
@@ -210,7 +210,7 @@ TEST_F(WorkspaceNames, StoredBadNamesAreNotEnteredOrOpened) {
     ScriptedPrompter p;
     EXPECT_FALSE(list.enter(0, p));
     EXPECT_EQ(p.messages(), QStringList{WorkspaceList::kUnsafeStoredName});
-    EXPECT_EQ(settings.readInt(keys::Ftopt), 0);
+    EXPECT_EQ(settings.readInt(setting_keys::LastWorkspace), 0);
 
     // The session refuses such a name too, before it makes any folder or file.
     Session session(root, settings);

@@ -2,9 +2,9 @@
 
 #include "app/cli/cli_context.h"
 #include "app/cli/cli_tables.h"
+#include "app/filter_opening.h"
+#include "engine/candidate_store.h"
 #include "filter/candidate_actions.h"
-#include "filter/candidate_store.h"
-#include "generation/expansion.h"
 #include "picking/number_board.h"
 
 namespace {
@@ -23,7 +23,7 @@ bool mark(NumberBoard& board, Zone z, const QList<int>& nums, bool banker) {
             continue;
         }
         board.rightClick(z, n);
-        board.mnuDan(z);
+        board.toggleBanker(z);
     }
     return true;
 }
@@ -37,25 +37,26 @@ struct ListEntry {
 
 ListEntry listEntry(const NumberBoard& board, bool six, bool bankers) {
     if (six)
-        return bankers ? ListEntry{ListCommand::MnuDt8lst, board.modeMenu.mnuDt8lst,
-                                   QStringLiteral("mnuDt8lst 前区胆拖6复式排列")}
-                       : ListEntry{ListCommand::Mnu8Lst, board.modeMenu.mnu8Lst,
-                                   QStringLiteral("mnu8Lst 前区复选6复式排列")};
-    return bankers
-               ? ListEntry{ListCommand::MnuDtlst, board.modeMenu.mnuDtlst,
-                           QStringLiteral("mnuDtlst 胆拖组合排列")}
-               : ListEntry{ListCommand::MnuLst, board.modeMenu.mnuLst, QStringLiteral("mnuLst 复选组合排列")};
+        return bankers
+                   ? ListEntry{ListCommand::SixFrontBankerExpansion, board.modeMenu.sixFrontBankerExpansion,
+                               QStringLiteral("mnuDt8lst 前区胆拖6复式排列")}
+                   : ListEntry{ListCommand::SixFrontMultiExpansion, board.modeMenu.sixFrontMultiExpansion,
+                               QStringLiteral("mnu8Lst 前区复选6复式排列")};
+    return bankers ? ListEntry{ListCommand::BankerExpansion, board.modeMenu.bankerExpansion,
+                               QStringLiteral("mnuDtlst 胆拖组合排列")}
+                   : ListEntry{ListCommand::MultiExpansion, board.modeMenu.multiExpansion,
+                               QStringLiteral("mnuLst 复选组合排列")};
 }
 
 int saveTable(CliContext& ctx, Session& s, CandidateTable& table, uint64_t count) {
-    const candidate_store::SaveResult saved = candidate_store::save(s.fildb(), table);
+    const candidate_store::SaveResult saved = candidate_store::save(s.filterDb(), table);
     if (saved.outcome != candidate_store::Outcome::Done) return ctx.fail(saved.error);
     ctx.out << count << '\n';
     return Command::kDone;
 }
 
 std::unique_ptr<CandidateTable> loadTable(CliContext& ctx, Session& s, Kind kind) {
-    candidate_store::LoadResult r = candidate_store::load(s.fildb(), kind);
+    candidate_store::LoadResult r = candidate_store::load(s.filterDb(), kind);
     if (!r.table)
         ctx.fail(r.error.isEmpty() ? QStringLiteral("cannot read %1").arg(schema::candidateTableName(kind))
                                    : r.error);
@@ -87,13 +88,13 @@ int ExpandCommand::run(CliContext& ctx, Session& s, const Args& args) const {
     const bool six = args.has(QStringLiteral("six"));
 
     BoardState& state = s.board();
-    NumberBoard board(state, static_cast<int16_t>(s.bitnum()), static_cast<int16_t>(s.bitnumHou()));
+    NumberBoard board(state, static_cast<int16_t>(s.frontSize()), static_cast<int16_t>(s.backSize()));
     if (!mark(board, Zone::Front, args.numbers(QStringLiteral("front")), false) ||
         !mark(board, Zone::Back, args.numbers(QStringLiteral("back")), false) ||
         !mark(board, Zone::Front, frontBankers, true) || !mark(board, Zone::Back, backBankers, true))
         return ctx.fail(QStringLiteral("a number lies outside the zone (front 1..%1, back 1..%2)")
-                            .arg(s.bitnum())
-                            .arg(s.bitnumHou()));
+                            .arg(s.frontSize())
+                            .arg(s.backSize()));
 
     // The menu 组号方式 opens and the entry is chosen, if it is enabled.
     board.openModeMenu();
@@ -104,12 +105,13 @@ int ExpandCommand::run(CliContext& ctx, Session& s, const Args& args) const {
 
     if (six) {
         ExpansionResult r = expand(
-            ExpansionInput::fromBoard(state, bankers ? ExpansionKind::Gdanaganf : ExpansionKind::GAganf));
+            ExpansionInput::fromBoard(state, bankers ? ExpansionKind::SixBankers : ExpansionKind::SixPicks));
         if (r.refused) return ctx.fail(r.message);
         return saveTable(ctx, s, *r.table, r.captionCount);
     }
-    FilterWorkspace window(bankers ? FilterInstance::Gdanagan : FilterInstance::GAgan, s.paths().filnumDb());
-    if (!openExpansionWindow(window, state, bankers ? ExpansionKind::Gdanagan : ExpansionKind::GAgan,
+    FilterWorkspace window(bankers ? FilterSource::BankerExpansion : FilterSource::Expansion,
+                           s.paths().filterDb());
+    if (!openExpansionWindow(window, state, bankers ? ExpansionKind::Bankers : ExpansionKind::Picks,
                              ctx.prompter))
         return kRefused;
     const candidate_store::SaveResult saved = window.waitForWrite();
@@ -161,16 +163,16 @@ int CandidatesShowCommand::run(CliContext& ctx, Session& s, const Args& args) co
     for (const ColumnDef& c : schema::candidate(kind).columns)
         if (c.name.compare(QLatin1String("fliter"), Qt::CaseInsensitive) == 0) reasonColumn = c.name;
     ctx.out << "idx";
-    for (int k = 1; k <= table->figCount(); ++k) ctx.out << "\tfig" << k;
+    for (int k = 1; k <= table->numberCount(); ++k) ctx.out << "\tfig" << k;
     ctx.out << "\tcanshu\tunslt\t" << reasonColumn << '\n';
     uint64_t seen = 0;
     int printed = 0;
     for (uint64_t r = 0; r < table->rowCount() && printed < kPageRows; ++r) {
-        if (!all && table->unslt().test(r)) continue;
+        if (!all && table->filteredOut().test(r)) continue;
         if (seen++ < skip) continue;
         ctx.out << table->idxAt(r);
-        for (int k = 1; k <= table->figCount(); ++k) ctx.out << '\t' << table->fig(k)[r];
-        ctx.out << '\t' << table->canshuAt(r) << '\t' << (table->unslt().test(r) ? 1 : 0) << '\t'
+        for (int k = 1; k <= table->numberCount(); ++k) ctx.out << '\t' << table->numberColumn(k)[r];
+        ctx.out << '\t' << table->paramValueAt(r) << '\t' << (table->filteredOut().test(r) ? 1 : 0) << '\t'
                 << table->reasonText(r) << '\n';
         ++printed;
     }
@@ -187,9 +189,10 @@ int CandidateActionCommand::run(CliContext& ctx, Session& s, const Args& args) c
     const Kind kind = cli_tables::storedTable(args);
     if (const auto instance = cli_tables::reopeningInstance(kind)) {
         // As the window reopened on the stored table would do it.
-        FilterWorkspace window(*instance, s.paths().filnumDb());
+        FilterWorkspace window(*instance, s.paths().filterDb());
         QString error;
-        if (!window.openStored(s.fildb(), nullptr, &error) || !candidate_store::tableExists(s.fildb(), kind))
+        if (!window.openStored(s.filterDb(), nullptr, &error) ||
+            !candidate_store::tableExists(s.filterDb(), kind))
             return ctx.fail(error.isEmpty() ? QStringLiteral("cannot read the table") : error);
         window.release(m_button, FilterWorkspace::Mouse::Left);
         const candidate_store::SaveResult saved = window.waitForWrite();
@@ -206,18 +209,18 @@ int CandidateActionCommand::run(CliContext& ctx, Session& s, const Args& args) c
 FilterResetAllCommand::FilterResetAllCommand()
     : CandidateActionCommand(QStringLiteral("filter reset-all"),
                              QStringLiteral("Brings every ticket back to life."), candidate_actions::resetAll,
-                             FilterWorkspace::Button::Command1) {}
+                             FilterWorkspace::Button::ResetAll) {}
 
 FilterResetLastCommand::FilterResetLastCommand()
     : CandidateActionCommand(QStringLiteral("filter reset-last"), QStringLiteral("Undoes the last filter."),
-                             candidate_actions::resetLast, FilterWorkspace::Button::CmdRetn) {}
+                             candidate_actions::resetLast, FilterWorkspace::Button::ResetLast) {}
 
 FilterInvertAllCommand::FilterInvertAllCommand()
     : CandidateActionCommand(QStringLiteral("filter invert-all"),
                              QStringLiteral("Inverts every ticket: the live die and the dead live."),
-                             candidate_actions::invertAll, FilterWorkspace::Button::Command2) {}
+                             candidate_actions::invertAll, FilterWorkspace::Button::InvertAll) {}
 
 FilterInvertLastCommand::FilterInvertLastCommand()
     : CandidateActionCommand(QStringLiteral("filter invert-last"),
                              QStringLiteral("Inverts what the last filter did."),
-                             candidate_actions::invertLast, FilterWorkspace::Button::Command3) {}
+                             candidate_actions::invertLast, FilterWorkspace::Button::InvertLast) {}

@@ -15,7 +15,7 @@ QString CliContext::workspaceName() {
     if (!m_workspace.isEmpty()) return m_workspace;
     WorkspaceList list(settings, root);
     list.load();
-    const int k = list.ftopt();
+    const int k = list.lastWorkspace();
     return k >= 1 ? list.name(k - 1) : QString();
 }
 
@@ -32,8 +32,8 @@ Session* CliContext::session() {
     EnteredWorkspace w;
     w.index = row + 1;
     w.name = name;
-    w.bitnum = settings.readInt(keys::Bitnum, name);
-    w.bitnumHou = settings.readInt(keys::BitnumHou, name);
+    w.frontSize = settings.readInt(setting_keys::FrontSize, name);
+    w.backSize = settings.readInt(setting_keys::BackSize, name);
     auto s = std::make_unique<Session>(root, settings);
     QString error;
     if (!s->open(w, &error)) {

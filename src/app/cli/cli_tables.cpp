@@ -2,7 +2,7 @@
 
 #include "app/cli/cli_context.h"
 #include "app/cli/command.h"
-#include "filter/candidate_store.h"
+#include "engine/candidate_store.h"
 
 #include <array>
 
@@ -10,8 +10,9 @@ namespace cli_tables {
 
 namespace {
 
-constexpr std::array kStoredKinds{Kind::Zuhe, Kind::ZuheRote, Kind::ZuheMoban, Kind::ZuheRead, Kind::Zuhef};
-constexpr std::array kWindowKinds{Kind::Zuhe, Kind::ZuheRote, Kind::ZuheRead, Kind::ZuheMoban};
+constexpr std::array kStoredKinds{Kind::Combinations, Kind::Wheel, Kind::Template, Kind::Imported,
+                                  Kind::SixNumbers};
+constexpr std::array kWindowKinds{Kind::Combinations, Kind::Wheel, Kind::Imported, Kind::Template};
 
 template <size_t N>
 QStringList tableNames(const std::array<Kind, N>& kinds) {
@@ -41,24 +42,24 @@ OptionDeclaration windowTableOption() {
                               ValueKind::oneOf(tableNames(kWindowKinds)));
 }
 
-FilterInstance windowInstance(const Args& args) {
+FilterSource windowInstance(const Args& args) {
     const auto instance =
         reopeningInstance(kWindowKinds[static_cast<size_t>(args.choice(QStringLiteral("table")))]);
     Q_ASSERT(instance);  // every kind of the list has its window
     return *instance;
 }
 
-std::optional<FilterInstance> reopeningInstance(Kind kind) {
+std::optional<FilterSource> reopeningInstance(Kind kind) {
     switch (kind) {
-        case Kind::Zuhe:
-            return FilterInstance::GAganMb;
-        case Kind::ZuheRote:
-            return FilterInstance::GAganRoteMb;
-        case Kind::ZuheRead:
-            return FilterInstance::GAganRead;
-        case Kind::ZuheMoban:
-            return FilterInstance::GAganZhMb;
-        case Kind::Zuhef:
+        case Kind::Combinations:
+            return FilterSource::StoredExpansion;
+        case Kind::Wheel:
+            return FilterSource::StoredWheel;
+        case Kind::Imported:
+            return FilterSource::Imported;
+        case Kind::Template:
+            return FilterSource::CombinationTemplate;
+        case Kind::SixNumbers:
             return std::nullopt;
     }
     return std::nullopt;
@@ -67,11 +68,11 @@ std::optional<FilterInstance> reopeningInstance(Kind kind) {
 bool OpenTable::open(CliContext& ctx, const Args& args, bool withTable) {
     session = ctx.session();
     if (!session) return false;
-    workspace = std::make_unique<FilterWorkspace>(windowInstance(args), session->paths().filnumDb());
+    workspace = std::make_unique<FilterWorkspace>(windowInstance(args), session->paths().filterDb());
     if (!withTable) return true;
     QString error;
-    if (!workspace->openStored(session->fildb(), nullptr, &error) ||
-        !candidate_store::tableExists(session->fildb(), workspace->traits().table)) {
+    if (!workspace->openStored(session->filterDb(), nullptr, &error) ||
+        !candidate_store::tableExists(session->filterDb(), workspace->traits().table)) {
         ctx.fail(error.isEmpty() ? QStringLiteral("no candidate table: run `expand` first") : error);
         return false;
     }

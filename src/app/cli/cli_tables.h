@@ -25,10 +25,10 @@ Kind storedTable(const Args& args);
 // --table over the tables a filter window reopens: zuhe (the default), zuheRote, zuheRead and
 // zuheMoban.
 OptionDeclaration windowTableOption();
-FilterInstance windowInstance(const Args& args);
+FilterSource windowInstance(const Args& args);
 
 // The window that reopens a stored table of this kind; zuhef has none among the seven.
-std::optional<FilterInstance> reopeningInstance(Kind kind);
+std::optional<FilterSource> reopeningInstance(Kind kind);
 
 // The filter window's logic reopened on the stored table, as a window opening it would.
 struct OpenTable {

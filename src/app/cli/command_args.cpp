@@ -2,7 +2,7 @@
 
 #include <QRegularExpression>
 
-namespace cli_values {
+namespace command_args {
 
 std::optional<QList<int>> numbers(const QString& list) {
     static const QRegularExpression separators(QStringLiteral("[,\\s]+"));
@@ -27,7 +27,7 @@ int choiceIndex(const QStringList& choices, const QString& value) {
     return -1;
 }
 
-}  // namespace cli_values
+}  // namespace command_args
 
 namespace {
 
@@ -38,7 +38,7 @@ QString currentName(ParamId id) {
 }
 
 QString paramProblem(const QString& name, QStringList* notes) {
-    const auto id = cli_values::param(name);
+    const auto id = command_args::param(name);
     if (!id)
         return QStringLiteral("unknown parameter %1: a draw column such as Znum, Onum, fig1, or Zdqj")
             .arg(name);
@@ -62,7 +62,7 @@ QString ValueKind::problem(const QString& value, QStringList* notes) const {
             value.toDouble(&ok);
             return ok ? QString() : QStringLiteral("\"%1\" is not a number").arg(value);
         case Type::Numbers:
-            return cli_values::numbers(value)
+            return command_args::numbers(value)
                        ? QString()
                        : QStringLiteral("\"%1\" is not a list of whole numbers (1,2,3)").arg(value);
         case Type::Values:
@@ -71,7 +71,7 @@ QString ValueKind::problem(const QString& value, QStringList* notes) const {
                     return QStringLiteral("\"%1\" is not a list of numbers (\"1 5 9\")").arg(value);
             return {};
         case Type::Choice:
-            return cli_values::choiceIndex(choices, value) >= 0
+            return command_args::choiceIndex(choices, value) >= 0
                        ? QString()
                        : QStringLiteral("\"%1\" is not one of %2")
                              .arg(value, choices.join(QStringLiteral(", ")));
@@ -129,13 +129,13 @@ int Args::integer(const QString& option, int fallback) const {
 }
 
 QList<int> Args::numbers(const QString& option) const {
-    return cli_values::numbers(text(option)).value_or(QList<int>());
+    return command_args::numbers(text(option)).value_or(QList<int>());
 }
 
 int Args::choice(const QString& option, int fallback) const {
     const auto it = m_choices.find(option);
     if (!has(option) || it == m_choices.end()) return fallback;
-    return cli_values::choiceIndex(it->second, text(option));
+    return command_args::choiceIndex(it->second, text(option));
 }
 
 const QList<QStringList>& Args::occurrences(const QString& option) const {
@@ -147,7 +147,7 @@ const QList<QStringList>& Args::occurrences(const QString& option) const {
 int Args::positionalChoice(int i) const {
     if (m_positionalDeclarations.empty()) return -1;
     const size_t declaration = std::min(static_cast<size_t>(i), m_positionalDeclarations.size() - 1);
-    return cli_values::choiceIndex(m_positionalDeclarations[declaration].kind.choices, positional(i));
+    return command_args::choiceIndex(m_positionalDeclarations[declaration].kind.choices, positional(i));
 }
 
 void Args::add(const OptionDeclaration& declaration, QStringList values) {

@@ -105,11 +105,11 @@ private:
     std::vector<PositionalDeclaration> m_positionalDeclarations;
 };
 
-namespace cli_values {
+namespace command_args {
 // Whole numbers from "1,2,3" or "1 2 3"; nullopt when one is not a number.
 std::optional<QList<int>> numbers(const QString& list);
 // A parameter by its draw column, or by its button name (an old spelling).
 std::optional<ParamId> param(const QString& name);
 // The index of `value` among `choices`, any case; -1 when it is none of them.
 int choiceIndex(const QStringList& choices, const QString& value);
-}  // namespace cli_values
+}  // namespace command_args

@@ -21,7 +21,7 @@ const QString kHostHelp = QStringLiteral("The service host to download from.");
 // refusal otherwise.
 int finish(CliContext& ctx, const HistoryActionResult& r, Session& s, const QString& whenNothing) {
     if (r.done()) {
-        ctx.out << s.drawnum() << '\n';
+        ctx.out << s.drawCount() << '\n';
         return Command::kDone;
     }
     if (ctx.prompter.messages().isEmpty()) ctx.err << whenNothing << Qt::endl;
@@ -42,8 +42,8 @@ int gridColumn(const QString& name) {
         const int slot = l.mid(3).toInt(&ok);
         if (ok && slot >= 0 && slot <= 7) return slot + 1;
     }
-    const int header = static_cast<int>(history_grid::headers().indexOf(name));
-    return header >= history_grid::kIssueColumn ? header : -1;
+    const int header = static_cast<int>(cell_edit::headers().indexOf(name));
+    return header >= cell_edit::kIssueColumn ? header : -1;
 }
 
 QString cellText(const QVariant& v) {
@@ -127,7 +127,7 @@ HistoryDeleteLastCommand::HistoryDeleteLastCommand()
                      QStringLiteral("Deletes the newest draw; prints the count of draws.")) {}
 
 int HistoryDeleteLastCommand::run(CliContext& ctx, Session& s, const Args&) const {
-    if (s.drawnum() == 0) return ctx.fail(QStringLiteral("the history holds no draw"));
+    if (s.drawCount() == 0) return ctx.fail(QStringLiteral("the history holds no draw"));
     return finish(ctx, history_actions::deleteLast(s, ctx.prompter), s, QStringLiteral("nothing deleted"));
 }
 
@@ -150,9 +150,9 @@ HistoryShowCommand::HistoryShowCommand()
 int HistoryShowCommand::run(CliContext& ctx, Session& s, const Args& args) const {
     const HistoryView view = kAllViews[static_cast<size_t>(args.choice(QStringLiteral("table")))];
     const QString name = viewInfo(view).drawTable;
-    ctx.out << s.lsdb().columns(name).join(QLatin1Char('\t')) << '\n';
-    SqliteStatement st(s.lsdb(), QStringLiteral("SELECT * FROM [%1] ORDER BY [Idx]").arg(name));
-    if (!st.ok()) return ctx.fail(s.lsdb().lastError());
+    ctx.out << s.historyDb().columns(name).join(QLatin1Char('\t')) << '\n';
+    SqliteStatement st(s.historyDb(), QStringLiteral("SELECT * FROM [%1] ORDER BY [Idx]").arg(name));
+    if (!st.ok()) return ctx.fail(s.historyDb().lastError());
     while (st.next()) {
         QStringList cells;
         for (int c = 0; c < st.columnCount(); ++c) cells << cellText(st.value(c));
@@ -202,7 +202,7 @@ StatsShowCommand::StatsShowCommand()
 int StatsShowCommand::run(CliContext& ctx, Session& s, const Args& args) const {
     const HistoryView view = kAllViews[static_cast<size_t>(args.choice(QStringLiteral("view")))];
     const NumberStats& st = statsOf(s.stats(), view);
-    const int last = view == HistoryView::Back ? s.bitnumHou() : s.bitnum();
+    const int last = view == HistoryView::Back ? s.backSize() : s.frontSize();
     ctx.out << "Number\tYlqs\tGlnum\tgailv\n";
     for (int n = 1; n <= last; ++n)
         ctx.out << n << '\t' << st.omission[n] << '\t' << st.frequency[n] << '\t'

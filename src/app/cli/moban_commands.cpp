@@ -5,8 +5,8 @@
 #include "app/cli/super_forms.h"
 #include "app/cli/super_window.h"
 #include "app/cli/window_boxes.h"
-#include "filter/moban_snapshot.h"
-#include "filter/moban_store.h"
+#include "filter/filter_snapshot.h"
+#include "filter/template_store.h"
 
 namespace {
 
@@ -18,7 +18,7 @@ std::vector<OptionDeclaration> windowOptions() {
 const QString kWindowSynopsis = QStringLiteral("[--scope ZONE] [--table T]");
 
 int printCount(CliContext& ctx, SuperWindow& w) {
-    ctx.out << MobanStore(w.session->fildb()).count() << '\n';
+    ctx.out << TemplateStore(w.session->filterDb()).count() << '\n';
     return Command::kDone;
 }
 
@@ -51,11 +51,11 @@ int MobanListCommand::execute(CliContext& ctx, const Args& args) const {
     ctx.out << "Idx\tintCmdnb\tintQianHou\tsknum\tskzu";
     for (int i = 0; i < 10; ++i) ctx.out << "\tsk" << i;
     ctx.out << "\tLabel3\n";
-    for (const QVariantMap& row : MobanStore(w.session->fildb()).rows()) {
-        const auto col = [&](const QString& n) { return moban_snapshot::column(row, n).toString(); };
+    for (const QVariantMap& row : TemplateStore(w.session->filterDb()).rows()) {
+        const auto col = [&](const QString& n) { return filter_snapshot::column(row, n).toString(); };
         SuperInputs shown;
         const int code = col(QStringLiteral("intCmdnb")).toInt();
-        if (code != 0 && code != 1 && code != 2) moban_snapshot::applySuper(row, code, shown);
+        if (code != 0 && code != 1 && code != 2) filter_snapshot::applySuper(row, code, shown);
         bool known = false;
         const QString label = w.recorder->stepText(row, shown, w.tab, known);
         ctx.out << col(QStringLiteral("Idx")) << '\t' << col(QStringLiteral("intCmdnb")) << '\t'
@@ -85,7 +85,7 @@ int MobanAddCommand::execute(CliContext& ctx, const Args& args) const {
     const bool dismiss = args.has(QStringLiteral("dismiss"));
     const std::optional<RecordSource> source = prepare(ctx, args, w);
     if (!source) return kRefused;
-    const MobanRecorder::RecordOutcome r = w.recorder->popupClosed(!dismiss, *source, w.state, w.in);
+    const TemplateRecorder::RecordOutcome r = w.recorder->popupClosed(!dismiss, *source, w.state, w.in);
     printCount(ctx, w);
     return r.added || dismiss ? kDone : ctx.fail(QStringLiteral("the step could not be recorded"));
 }
@@ -105,9 +105,9 @@ std::optional<RecordSource> MobanAddSuperCommand::prepare(CliContext& ctx, const
     ArgsPrompter prompter(call->answers);
     if (call->direct) {
         w.in = *call->direct;
-        w.workspace->setIntCmdnb(static_cast<int16_t>(super_filter::stepCode(call->button)));
+        w.workspace->setStepCode(static_cast<int16_t>(super_filter::stepCode(call->button)));
     } else if (!w.super->click(call->button, FilterWorkspace::Mouse::Right, w.in, w.tab, prompter)
-                    .popupMnuAdm) {
+                    .popupRecordMenu) {
         prompter.fail(ctx, QStringLiteral("the action ended"));
         return std::nullopt;
     }
@@ -124,7 +124,7 @@ MobanAddInvertCommand::MobanAddInvertCommand(const QString& form, const QString&
     : MobanAddCommand(form, {}, description, {}, {}), m_code(code) {}
 
 std::optional<RecordSource> MobanAddInvertCommand::prepare(CliContext&, const Args&, SuperWindow& w) const {
-    w.workspace->setIntCmdnb(static_cast<int16_t>(m_code));
+    w.workspace->setStepCode(static_cast<int16_t>(m_code));
     return RecordSource::invert();
 }
 
@@ -153,10 +153,10 @@ std::optional<RecordSource> MobanAddIntegratedCommand::prepare(CliContext&, cons
                                                                SuperWindow& w) const {
     // Option29 records the code the window holds: 0 in a fresh window, or --code.
     if (args.has(QStringLiteral("code")))
-        w.workspace->setIntCmdnb(static_cast<int16_t>(args.integer(QStringLiteral("code"))));
+        w.workspace->setStepCode(static_cast<int16_t>(args.integer(QStringLiteral("code"))));
     window_boxes::readRun(args, w.state, window_boxes::Tick::OwnBox);
     window_boxes::readSense(args, w.state);
-    return RecordSource::option29();
+    return RecordSource::integrated();
 }
 
 MobanReplayCommand::MobanReplayCommand()
@@ -188,10 +188,10 @@ MobanDeleteLastCommand::MobanDeleteLastCommand()
     : MobanEditCommand(
           QStringLiteral("moban delete-last"),
           QStringLiteral("Deletes the last step of the filter template; prints the count of steps."),
-          &MobanRecorder::deleteLast) {}
+          &TemplateRecorder::deleteLast) {}
 
 MobanClearCommand::MobanClearCommand()
     : MobanEditCommand(
           QStringLiteral("moban clear"),
           QStringLiteral("Deletes every step of the filter template; prints the count of steps."),
-          &MobanRecorder::clear) {}
+          &TemplateRecorder::clear) {}

@@ -4,7 +4,7 @@
 // window. `moban add FORM` records a step as the right button and the popup mnuAdm do.
 
 #include "app/cli/command.h"
-#include "filter/moban_recorder.h"
+#include "filter/template_recorder.h"
 
 #include <optional>
 
@@ -103,7 +103,7 @@ public:
 // A change of the template's steps alone.
 class MobanEditCommand : public Command {
 public:
-    using Edit = int (MobanRecorder::*)();
+    using Edit = int (TemplateRecorder::*)();
     MobanEditCommand(const QString& name, const QString& description, Edit edit);
     int execute(CliContext& ctx, const Args& args) const override;
 

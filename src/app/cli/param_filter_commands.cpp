@@ -45,13 +45,14 @@ FilterParamCommand::FilterParamCommand()
 QString FilterParamCommand::check(const Args& args) const {
     if (!args.has(QStringLiteral("range")) && !args.has(QStringLiteral("list")))
         return QStringLiteral("give --range LO HI or --list \"V V V\"");
-    if (args.has(QStringLiteral("interval")) && cli_values::param(args.positional(0)) != ParamId::Option66)
+    if (args.has(QStringLiteral("interval")) &&
+        command_args::param(args.positional(0)) != ParamId::CustomRange)
         return QStringLiteral("--interval belongs to Zdqj (自定区间)");
     return window_boxes::checkSense(args, true);
 }
 
 int FilterParamCommand::execute(CliContext& ctx, const Args& args) const {
-    const ParamId id = *cli_values::param(args.positional(0));
+    const ParamId id = *command_args::param(args.positional(0));
     ParamWindowState s = ParamWindowState::defaults();
     if (!window_boxes::readCommon(ctx, args, s)) return kRefused;
     auto& box = s.box(id);
@@ -60,7 +61,7 @@ int FilterParamCommand::execute(CliContext& ctx, const Args& args) const {
         box[1] = args.values(QStringLiteral("range"))[1];
     }
     if (args.has(QStringLiteral("list"))) {
-        (id == ParamId::Option66 ? s.txtZdqj : box[3]) = args.text(QStringLiteral("list"));
+        (id == ParamId::CustomRange ? s.txtZdqj : box[3]) = args.text(QStringLiteral("list"));
         s.listMode = true;
     }
     window_boxes::readInterval(args, s);
@@ -143,13 +144,16 @@ int CandidatesExportCommand::execute(CliContext& ctx, const Args& args) const {
     if (args.has(QStringLiteral("params")))
         window_boxes::readRun(args, s, window_boxes::Tick::RunBox);
     else
-        s.check1.fill(true);
+        s.integratedBox.fill(true);
     OpenWindow w;
     if (!w.open(ctx, args)) return kRefused;
-    const param_export::Result r = param_export::exportLive(
-        w.workspace->tableForChange(), s, w.window->context(), args.positional(0), ctx.prompter);
-    w.workspace->changed();
-    w.workspace->waitForWrite();
+    param_export::Result r;
+    {
+        const FilterWorkspace::Edit edit = w.workspace->edit();
+        r = param_export::exportLive(edit.table(), s, w.window->context(), args.positional(0), ctx.prompter);
+    }
+    const candidate_store::SaveResult saved = w.workspace->waitForWrite();
+    if (saved.outcome != candidate_store::Outcome::Done) return ctx.fail(saved.error);
     if (!r.written) return kRefused;
     ctx.out << r.rows << '\n';
     return kDone;
@@ -165,13 +169,13 @@ TemplateAddCommand::TemplateAddCommand()
 int TemplateAddCommand::execute(CliContext& ctx, const Args& args) const {
     OpenWindow w;
     if (!w.open(ctx, args)) return kRefused;
-    if (!w.window->clickAddTemplate(w.session->fildb(), ctx.prompter)) {
-        w.workspace->waitForWrite();
+    const bool added = w.window->clickAddTemplate(w.session->filterDb(), ctx.prompter);
+    const candidate_store::SaveResult saved = w.workspace->waitForWrite();
+    if (saved.outcome != candidate_store::Outcome::Done) return ctx.fail(saved.error);
+    if (!added)
         return ctx.fail(
             QStringLiteral("the template zuheMoban does not exist: open it once (调用组号模板功能)"));
-    }
-    w.workspace->waitForWrite();
-    ctx.out << w.session->fildb().scalar(QStringLiteral("SELECT count(*) FROM [zuheMoban]")).toLongLong()
+    ctx.out << w.session->filterDb().scalar(QStringLiteral("SELECT count(*) FROM [zuheMoban]")).toLongLong()
             << '\n';
     return kDone;
 }

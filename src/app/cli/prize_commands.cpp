@@ -41,19 +41,19 @@ QString cell(const PrizeView& v, const PrizeListColumn& c, uint64_t row) {
     switch (c.what) {
         case PrizeColumn::Idx:
             return QString::number(t.idxAt(row));
-        case PrizeColumn::Fig:
-            return QString::number(t.fig(c.fig)[row]);
-        case PrizeColumn::Jiben:
-            return QString::number(v.check().jiben(row));
-        case PrizeColumn::Tebie:
-            return QString::number(v.check().tebie(row));
-        case PrizeColumn::Jiang:
-            return v.check().jiang(row).value_or(QString());
-        case PrizeColumn::Jing: {
-            const std::optional<int32_t> m = v.check().jing(row);
+        case PrizeColumn::Number:
+            return QString::number(t.numberColumn(c.numberColumn)[row]);
+        case PrizeColumn::FrontHits:
+            return QString::number(v.check().frontHits(row));
+        case PrizeColumn::BackHits:
+            return QString::number(v.check().backHits(row));
+        case PrizeColumn::PrizeLevel:
+            return v.check().prizeLevel(row).value_or(QString());
+        case PrizeColumn::PrizeAmount: {
+            const std::optional<int32_t> m = v.check().prizeAmount(row);
             return m ? QString::number(*m) : QString();
         }
-        case PrizeColumn::Fliter:
+        case PrizeColumn::Reason:
             return t.reasonText(row);
     }
     return {};
@@ -64,17 +64,17 @@ QString columnName(const PrizeListColumn& c) {
     switch (c.what) {
         case PrizeColumn::Idx:
             return QStringLiteral("idx");
-        case PrizeColumn::Fig:
-            return QStringLiteral("fig%1").arg(c.fig);
-        case PrizeColumn::Jiben:
+        case PrizeColumn::Number:
+            return QStringLiteral("fig%1").arg(c.numberColumn);
+        case PrizeColumn::FrontHits:
             return QStringLiteral("jiben");
-        case PrizeColumn::Tebie:
+        case PrizeColumn::BackHits:
             return QStringLiteral("tebie");
-        case PrizeColumn::Jiang:
+        case PrizeColumn::PrizeLevel:
             return QStringLiteral("jiang");
-        case PrizeColumn::Jing:
+        case PrizeColumn::PrizeAmount:
             return QStringLiteral("jing");
-        case PrizeColumn::Fliter:
+        case PrizeColumn::Reason:
             return QStringLiteral("fliter");
     }
     return {};
@@ -89,7 +89,7 @@ PrizeRulesShowCommand::PrizeRulesShowCommand()
 int PrizeRulesShowCommand::run(CliContext& ctx, Session& s, const Args&) const {
     const PrizeRules rules = prize_session::settingsOf(s).read().rules;
     ctx.out << "slot\tfront\tback\tMoney\tPrizerank\n";
-    for (int n = 1; n <= prize::kSlots; ++n) {
+    for (int n = 1; n <= prize_rules::kSlots; ++n) {
         const PrizeSlot& slot = rules.slot(n);
         ctx.out << n << '\t' << slot.front << '\t' << slot.back << '\t' << slot.money << '\t' << slot.rank
                 << '\n';
@@ -101,7 +101,7 @@ PrizeRulesSetCommand::PrizeRulesSetCommand()
     : SessionCommand(QStringLiteral("prize rules set"),
                      QStringLiteral("SLOT [--front 0..5] [--back 0..2] [--money M] [--rank TEXT]"),
                      QStringLiteral("Changes one level of the prize table.")) {
-    positional(QStringLiteral("SLOT"), QStringLiteral("The level's slot, 1 to %1.").arg(prize::kSlots),
+    positional(QStringLiteral("SLOT"), QStringLiteral("The level's slot, 1 to %1.").arg(prize_rules::kSlots),
                ValueKind::integer());
     option(QStringLiteral("front"), QStringLiteral("N"), QStringLiteral("Front hits of the level."),
            ValueKind::integer());
@@ -120,15 +120,17 @@ QString PrizeRulesSetCommand::check(const Args& args) const {
 
 int PrizeRulesSetCommand::run(CliContext& ctx, Session& s, const Args& args) const {
     const int n = args.positionalInteger(0);
-    if (n < 1 || n > prize::kSlots) return ctx.fail(QStringLiteral("SLOT: 1 to %1").arg(prize::kSlots));
+    if (n < 1 || n > prize_rules::kSlots)
+        return ctx.fail(QStringLiteral("SLOT: 1 to %1").arg(prize_rules::kSlots));
     const auto within = [&](const QString& option, int hi) {
         const int v = args.integer(option);
         return !args.has(option) || (v >= 0 && v <= hi);
     };
-    if (!within(QStringLiteral("front"), prize::kFrontMax) ||
-        !within(QStringLiteral("back"), prize::kBackMax))
-        return ctx.fail(
-            QStringLiteral("--front: 0 to %1, --back: 0 to %2").arg(prize::kFrontMax).arg(prize::kBackMax));
+    if (!within(QStringLiteral("front"), prize_rules::kFrontMax) ||
+        !within(QStringLiteral("back"), prize_rules::kBackMax))
+        return ctx.fail(QStringLiteral("--front: 0 to %1, --back: 0 to %2")
+                            .arg(prize_rules::kFrontMax)
+                            .arg(prize_rules::kBackMax));
     const bool hasRank = args.has(QStringLiteral("rank"));
     if (hasRank && args.text(QStringLiteral("rank")).isEmpty())
         return ctx.fail(QStringLiteral("a level's name is not empty"));
@@ -196,7 +198,7 @@ ReportWriteCommand::ReportWriteCommand()
 
 int ReportWriteCommand::run(CliContext& ctx, Session& s, const Args& args) const {
     const Kind kind = cli_tables::storedTable(args);
-    if (kind == Kind::Zuhef) return ctx.fail(QStringLiteral("zuhef's check writes no report"));
+    if (kind == Kind::SixNumbers) return ctx.fail(QStringLiteral("zuhef's check writes no report"));
     std::unique_ptr<PrizeView> v = openView(ctx, s, kind);
     const prize_report::WriteResult r =
         prize_report::write(prize_session::workspaceFolder(s), *v, QDateTime::currentDateTime());
@@ -210,7 +212,7 @@ ReportListCommand::ReportListCommand()
                      QStringLiteral("Prints the report files with their items.")) {}
 
 int ReportListCommand::run(CliContext& ctx, Session& s, const Args&) const {
-    ReportBook book(prize_session::workspaceFolder(s), s.settings(), s.curuser());
+    ReportBook book(prize_session::workspaceFolder(s), s.settings(), s.workspaceName());
     book.load();
     ctx.out << "file\titem\n";
     for (const ReportBook::Item& item : book.items())

@@ -16,9 +16,9 @@ void printSnapshot(CliContext& ctx, const ParamWindowState& s) {
     ctx.out << "param\tlow\thigh\tcount\tlist\tchecked\n";
     for (const ParamInfo& p : param_catalogue::all()) {
         const auto& b = s.box(p.id);
-        const QString list = p.id == ParamId::Option66 ? s.txtZdqj : b[3];
+        const QString list = p.id == ParamId::CustomRange ? s.txtZdqj : b[3];
         ctx.out << p.button << '\t' << b[0] << '\t' << b[1] << '\t' << b[2] << '\t' << list << '\t'
-                << (s.check1[static_cast<size_t>(p.check1)] ? 1 : 0) << '\n';
+                << (s.integratedBox[static_cast<size_t>(p.integratedBox)] ? 1 : 0) << '\n';
     }
     ctx.out << "opt36\t" << (s.listMode ? 1 : 0) << "\nljh\t" << (s.logicAnd ? 1 : 0) << "\nbaoliu\t"
             << (s.keep ? 1 : 0) << "\nRCcount\t" << s.txtRc0 << "\nRCperct\t" << s.txtRc1 << '\n';
@@ -26,8 +26,8 @@ void printSnapshot(CliContext& ctx, const ParamWindowState& s) {
 
 // The saved settings of the workspace, and the one named by the first argument; null after
 // printing a refusal.
-std::unique_ptr<saved_setting::Finder> findNamed(CliContext& ctx, Session& s, const QString& name) {
-    auto finder = std::make_unique<saved_setting::Finder>(s.fildb());
+std::unique_ptr<saved_setting_store::Finder> findNamed(CliContext& ctx, Session& s, const QString& name) {
+    auto finder = std::make_unique<saved_setting_store::Finder>(s.filterDb());
     if (!finder->ready()) return ctx.fail(QStringLiteral("no table Canshu in filnum.db")), nullptr;
     if (!name.isEmpty() && !finder->names().contains(name))
         return ctx.fail(QStringLiteral("no setting named %1").arg(name)), nullptr;
@@ -59,7 +59,7 @@ int SettingSaveCommand::run(CliContext& ctx, Session& s, const Args& args) const
     window_boxes::readRun(args, state, window_boxes::Tick::OwnBox);
     window_boxes::readSense(args, state);
     ArgsPrompter prompter({args.positional(0)});
-    if (!saved_setting::save(s.fildb(), state, prompter, QDateTime::currentDateTime()))
+    if (!saved_setting_store::save(s.filterDb(), state, prompter, QDateTime::currentDateTime()))
         return ctx.fail(QStringLiteral("the setting could not be saved"));
     return kDone;
 }
@@ -74,7 +74,7 @@ int SettingLoadCommand::run(CliContext& ctx, Session& s, const Args& args) const
     const QString name = args.positional(0);
     if (!findNamed(ctx, s, name)) return kRefused;
     ParamWindowState state = ParamWindowState::defaults();
-    if (!saved_setting::load(s.fildb(), name, state))
+    if (!saved_setting_store::load(s.filterDb(), name, state))
         return ctx.fail(QStringLiteral("no setting named %1").arg(name));
     printSnapshot(ctx, state);
     return kDone;
@@ -101,7 +101,7 @@ SettingDeleteCommand::SettingDeleteCommand()
 int SettingDeleteCommand::run(CliContext& ctx, Session& s, const Args& args) const {
     const auto finder = findNamed(ctx, s, args.positional(0));
     if (!finder) return kRefused;
-    return finder->remove(args.positional(0)) ? kDone : ctx.fail(s.fildb().lastError());
+    return finder->remove(args.positional(0)) ? kDone : ctx.fail(s.filterDb().lastError());
 }
 
 SettingRenameCommand::SettingRenameCommand()
@@ -117,7 +117,7 @@ int SettingRenameCommand::run(CliContext& ctx, Session& s, const Args& args) con
     ArgsPrompter prompter({args.positional(1)});
     return finder->rename(args.positional(0), prompter, QDateTime::currentDateTime())
                ? kDone
-               : ctx.fail(s.fildb().lastError());
+               : ctx.fail(s.filterDb().lastError());
 }
 
 RangeCommand::RangeCommand()
@@ -162,8 +162,8 @@ int RangeCommand::run(CliContext& ctx, Session& s, const Args& args) const {
     const range_query::Mode mode = top       ? range_query::Mode::Top
                                    : average ? range_query::Mode::Average
                                              : range_query::Mode::Plain;
-    if (range_query::onCombo1(state, row.combo, span, mode, args.text(QStringLiteral("average")), s.history(),
-                              scope)
+    if (range_query::onSpanChosen(state, row.combo, span, mode, args.text(QStringLiteral("average")),
+                                  s.history(), scope)
             .empty())
         return ctx.fail(QStringLiteral("no value: the table %1 has no column %2 or no draw")
                             .arg(range_query::tableFor(scope), args.text(QStringLiteral("column"))));

@@ -10,8 +10,8 @@ namespace {
 
 // Numbers of a direct inclusion call are checked as the prompts check them.
 bool checkDirect(CliContext& ctx, const SuperInputs& in, int maxQian) {
-    for (int i = 1; i <= super_filter::passes(in.sknum); ++i) {
-        const int n = in.sk[static_cast<size_t>(i)];
+    for (int i = 1; i <= super_filter::passes(in.superCount); ++i) {
+        const int n = in.superNumbers[static_cast<size_t>(i)];
         if (n < 1 || n > maxQian) return ctx.fail(QStringLiteral("请输入1~%1之间的数字").arg(maxQian)), false;
     }
     return true;
@@ -41,7 +41,7 @@ int SuperFilterCommand::execute(CliContext& ctx, const Args& args) const {
     SuperWindow w;
     if (!w.open(ctx, args, true)) return kRefused;
     if (call->direct) {
-        if (!checkDirect(ctx, *call->direct, w.session->bitnum())) return kRefused;
+        if (!checkDirect(ctx, *call->direct, w.session->frontSize())) return kRefused;
         w.in = *call->direct;
         w.super->runWorker(call->button, w.in, w.tab);
         return w.finish(ctx);

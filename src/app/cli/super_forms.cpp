@@ -8,7 +8,8 @@ namespace super_forms {
 namespace {
 
 // In the order of their thresholds in every tab.
-constexpr std::array kHistoryButtons{SuperButton::Option26, SuperButton::Option28, SuperButton::Option27};
+constexpr std::array kHistoryButtons{SuperButton::HistoryLow, SuperButton::HistoryMiddle,
+                                     SuperButton::HistoryHigh};
 
 QString noCheck(const Args&) { return {}; }
 
@@ -19,7 +20,8 @@ QStringList numberTexts(const QList<int>& numbers) {
 }
 
 std::optional<SuperCall> relationCall(CliContext&, const Args& args) {
-    constexpr std::array kButtons{SuperButton::Option25_0, SuperButton::Option25_1, SuperButton::Option25_2};
+    constexpr std::array kButtons{SuperButton::RelationConflicting, SuperButton::RelationSupporting,
+                                  SuperButton::RelationKeeping};
     SuperCall c;
     c.button = kButtons[static_cast<size_t>(args.positionalChoice(0))];
     const QStringList nums = args.positionals().mid(1);
@@ -80,16 +82,16 @@ std::optional<SuperInputs> directInclusion(CliContext& ctx, const QList<int>& nu
         return std::nullopt;
     }
     SuperInputs in;
-    in.sknum = QString::number(nums.size());
-    in.skzu = static_cast<int16_t>(group);
+    in.superCount = QString::number(nums.size());
+    in.groupSize = static_cast<int16_t>(group);
     for (qsizetype i = 0; i < nums.size(); ++i)
-        in.sk[static_cast<size_t>(i + 1)] = static_cast<int16_t>(nums[i]);
+        in.superNumbers[static_cast<size_t>(i + 1)] = static_cast<int16_t>(nums[i]);
     return in;
 }
 
 std::optional<SuperCall> inclusionCall(CliContext& ctx, const Args& args) {
     SuperCall c;
-    c.button = args.positionalChoice(0) == 0 ? SuperButton::Option31 : SuperButton::Option30;
+    c.button = args.positionalChoice(0) == 0 ? SuperButton::InclusionKill : SuperButton::InclusionKeep;
     const QList<int> nums = args.numbers(QStringLiteral("numbers"));
     const QList<int> bankers = args.numbers(QStringLiteral("bankers"));
     c.answers << QString::number(nums.size()) << args.text(QStringLiteral("group")) << numberTexts(nums);
@@ -103,7 +105,7 @@ std::optional<SuperCall> inclusionCall(CliContext& ctx, const Args& args) {
 }
 
 std::optional<SuperCall> sameAsTemplateCall(CliContext&, const Args&) {
-    return SuperCall{SuperButton::Option43, {}, {}};
+    return SuperCall{SuperButton::SameAsTemplate, {}, {}};
 }
 
 }  // namespace

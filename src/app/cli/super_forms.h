@@ -16,7 +16,7 @@ class CliContext;
 // bankers: its prompt refuses a banker count of 0, so the input goes to the worker as a replay
 // gives it.
 struct SuperCall {
-    SuperButton button = SuperButton::Option25_0;
+    SuperButton button = SuperButton::RelationConflicting;
     QStringList answers;
     std::optional<SuperInputs> direct;
 };

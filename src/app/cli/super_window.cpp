@@ -6,11 +6,11 @@
 bool SuperWindow::open(CliContext& ctx, const Args& args, bool withTable) {
     if (!OpenTable::open(ctx, args, withTable)) return false;
     tab = window_boxes::scope(args);
-    workspace->intQianHou = static_cast<int16_t>(tab);
+    workspace->zoneScope = static_cast<int16_t>(tab);
     state.scope = tab;
-    super =
-        std::make_unique<SuperFilter>(*workspace, session->history(), session->bitnum(), session->fildb());
-    recorder = std::make_unique<MobanRecorder>(*workspace, *super, session->fildb(),
-                                               ParamContext::fromSession(*session));
+    super = std::make_unique<SuperFilter>(*workspace, session->history(), session->frontSize(),
+                                          session->filterDb());
+    recorder = std::make_unique<TemplateRecorder>(*workspace, *super, session->filterDb(),
+                                                  ParamContext::fromSession(*session));
     return true;
 }

@@ -47,15 +47,15 @@ std::vector<OptionDeclaration> commonOptions() {
 bool readCommon(CliContext& ctx, const Args& args, ParamWindowState& s) {
     s.scope = scope(args);
     if (args.has(QStringLiteral("positions"))) {
-        s.chkBt.fill(false);
+        s.numberTicks.fill(false);
         if (!tickPositions(ctx, args.numbers(QStringLiteral("positions")), QStringLiteral("positions"), 7,
-                           [&](int p) { s.chkBt[static_cast<size_t>(p - 1)] = true; }))
+                           [&](int p) { s.numberTicks[static_cast<size_t>(p - 1)] = true; }))
             return false;
     }
     for (const auto& [option, second] :
          {std::pair{QStringLiteral("odd"), 0}, std::pair{QStringLiteral("even"), 1}}) {
         if (!tickPositions(ctx, args.numbers(option), option, 5,
-                           [&](int p) { s.check2[static_cast<size_t>(2 + 2 * p + second)] = true; }))
+                           [&](int p) { s.parityTicks[static_cast<size_t>(2 + 2 * p + second)] = true; }))
             return false;
     }
     readSense(args, s);
@@ -88,7 +88,7 @@ OptionDeclaration intervalOption() {
 void readInterval(const Args& args, ParamWindowState& s) {
     if (!args.has(QStringLiteral("interval"))) return;
     const QStringList v = args.values(QStringLiteral("interval"));
-    auto& box = s.box(ParamId::Option66);
+    auto& box = s.box(ParamId::CustomRange);
     box[3] = v[0];
     box[2] = v[1];
 }
@@ -116,19 +116,20 @@ std::vector<OptionDeclaration> runOptions() {
 void readRun(const Args& args, ParamWindowState& s, Tick tick) {
     for (const QString& name :
          args.text(QStringLiteral("params")).split(QLatin1Char(','), Qt::SkipEmptyParts)) {
-        const ParamId id = *cli_values::param(name);
-        const int box = tick == Tick::RunBox ? param_catalogue::runBox(id) : param_catalogue::info(id).check1;
-        s.check1[static_cast<size_t>(box)] = true;
+        const ParamId id = *command_args::param(name);
+        const int box =
+            tick == Tick::RunBox ? param_catalogue::runBox(id) : param_catalogue::info(id).integratedBox;
+        s.integratedBox[static_cast<size_t>(box)] = true;
     }
     for (const QStringList& r : args.occurrences(QStringLiteral("range"))) {
-        auto& box = s.box(*cli_values::param(r[0]));
+        auto& box = s.box(*command_args::param(r[0]));
         box[0] = r[1];
         box[1] = r[2];
     }
     // A list puts the whole run in list mode, as Option36 does for the window.
     for (const QStringList& l : args.occurrences(QStringLiteral("list"))) {
-        const ParamId id = *cli_values::param(l[0]);
-        if (id == ParamId::Option66)
+        const ParamId id = *command_args::param(l[0]);
+        if (id == ParamId::CustomRange)
             s.txtZdqj = l[1];
         else
             s.box(id)[3] = l[1];
@@ -137,7 +138,7 @@ void readRun(const Args& args, ParamWindowState& s, Tick tick) {
     readInterval(args, s);
     s.logicAnd = !args.has(QStringLiteral("or"));
     if (args.has(QStringLiteral("tolerance"))) {
-        s.check3 = true;
+        s.useTolerance = true;
         s.txtRc0 = args.text(QStringLiteral("tolerance"));
     }
 }

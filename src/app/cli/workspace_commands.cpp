@@ -24,7 +24,7 @@ WorkspaceListCommand::WorkspaceListCommand()
 int WorkspaceListCommand::execute(CliContext& ctx, const Args&) const {
     const WorkspaceList list = loadedList(ctx);
     ctx.out << "index\tName\tpassword\tcurrent\n";
-    const int current = list.ftopt();
+    const int current = list.lastWorkspace();
     for (int row = 0; row < list.count(); ++row)
         ctx.out << row + 1 << '\t' << list.name(row) << '\t' << (list.hasPassword(row) ? "yes" : "no")
                 << '\t' << (row + 1 == current ? "*" : "") << '\n';
@@ -48,8 +48,8 @@ int WorkspaceCreateCommand::execute(CliContext& ctx, const Args& args) const {
     const int row = list.create(name, args.text(QStringLiteral("password")), &error);
     if (row < 0) return ctx.fail(error);
     // A workspace created here is the one later commands use by default.
-    if (!ctx.settings.write(keys::Ftopt, row + 1))
-        return ctx.fail(Settings::saveFailedText(ctx.settings.fileFor(keys::Ftopt)));
+    if (!ctx.settings.write(setting_keys::LastWorkspace, row + 1))
+        return ctx.fail(Settings::saveFailedText(ctx.settings.fileFor(setting_keys::LastWorkspace)));
     ctx.out << row + 1 << '\n';
     return kDone;
 }
@@ -101,8 +101,8 @@ int RulesShowCommand::execute(CliContext& ctx, const Args&) const {
     const QString name = ctx.workspaceName();
     if (name.isEmpty()) return ctx.fail(CliContext::kNoWorkspace);
     ctx.out << "Bitnum\tBitnumHou\n"
-            << ctx.settings.readInt(keys::Bitnum, name) << '\t' << ctx.settings.readInt(keys::BitnumHou, name)
-            << '\n';
+            << ctx.settings.readInt(setting_keys::FrontSize, name) << '\t'
+            << ctx.settings.readInt(setting_keys::BackSize, name) << '\n';
     return kDone;
 }
 
@@ -126,12 +126,12 @@ int RulesSetCommand::execute(CliContext& ctx, const Args& args) const {
     if (name.isEmpty()) return ctx.fail(CliContext::kNoWorkspace);
     const bool hasFront = args.has(QStringLiteral("front")), hasBack = args.has(QStringLiteral("back"));
     const int front = args.integer(QStringLiteral("front")), back = args.integer(QStringLiteral("back"));
-    if (hasFront && !rules::validFront(front))
+    if (hasFront && !game_rules::validFront(front))
         return ctx.fail(QStringLiteral("the front zone has 28 to 36 numbers"));
-    if (hasBack && !rules::validBack(back))
+    if (hasBack && !game_rules::validBack(back))
         return ctx.fail(QStringLiteral("the back zone has 12 to 24 numbers"));
-    if ((hasFront && !ctx.settings.write(keys::Bitnum, front, name)) ||
-        (hasBack && !ctx.settings.write(keys::BitnumHou, back, name)))
-        return ctx.fail(Settings::saveFailedText(ctx.settings.fileFor(keys::Bitnum, name)));
+    if ((hasFront && !ctx.settings.write(setting_keys::FrontSize, front, name)) ||
+        (hasBack && !ctx.settings.write(setting_keys::BackSize, back, name)))
+        return ctx.fail(Settings::saveFailedText(ctx.settings.fileFor(setting_keys::FrontSize, name)));
     return kDone;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "filter/engine_progress.h"
+#include "engine/engine_progress.h"
 #include "workspace/ui/work_progress.h"
 
 // Progress of engine work in the window's work progress dialog: made when the work reports

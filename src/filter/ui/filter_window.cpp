@@ -4,7 +4,7 @@
 #include "filter/result_grid_model.h"
 #include "filter/saved_setting_store.h"
 #include "filter/ui/dialog_progress.h"
-#include "filter/ui/frm_find.h"
+#include "filter/ui/saved_settings_dialog.h"
 #include "workspace/prompter.h"
 #include "workspace/session.h"
 
@@ -34,8 +34,8 @@ const QString kTabCaptions[] = {QStringLiteral("前区"), QStringLiteral("后区
 
 }  // namespace
 
-FilterWindow::FilterWindow(FilterInstance instance, std::unique_ptr<FilterWorkspace> workspace, Session& session,
-                           Prompter& prompter, QWidget* parent)
+FilterWindow::FilterWindow(FilterSource instance, std::unique_ptr<FilterWorkspace> workspace,
+                           Session& session, Prompter& prompter, QWidget* parent)
     : QWidget(parent, Qt::Window),
       m_instance(instance),
       m_workspace(std::move(workspace)),
@@ -43,20 +43,21 @@ FilterWindow::FilterWindow(FilterInstance instance, std::unique_ptr<FilterWorksp
       m_prompter(prompter),
       m_params(std::make_unique<ParamWindow>(*m_workspace, ParamContext::fromSession(session),
                                              session.paths().folder())),
-      m_super(std::make_unique<SuperFilter>(*m_workspace, session.history(), session.bitnum(), session.fildb())),
-      m_recorder(std::make_unique<MobanRecorder>(*m_workspace, *m_super, session.fildb(),
-                                                 ParamContext::fromSession(session))) {
+      m_super(std::make_unique<SuperFilter>(*m_workspace, session.history(), session.frontSize(),
+                                            session.filterDb())),
+      m_recorder(std::make_unique<TemplateRecorder>(*m_workspace, *m_super, session.filterDb(),
+                                                    ParamContext::fromSession(session))) {
     setObjectName(QString::fromLatin1(m_workspace->traits().className));
     setAttribute(Qt::WA_DeleteOnClose, false);
 
-    m_tabStrip1 = new QTabBar(this);
-    m_tabStrip1->setObjectName(QStringLiteral("TabStrip1"));
-    for (const QString& t : kTabCaptions) m_tabStrip1->addTab(t);
-    connect(m_tabStrip1, &QTabBar::currentChanged, this, [this](int i) { setZoneTab(i + 1); });
+    m_zoneTabs = new QTabBar(this);
+    m_zoneTabs->setObjectName(QStringLiteral("TabStrip1"));
+    for (const QString& t : kTabCaptions) m_zoneTabs->addTab(t);
+    connect(m_zoneTabs, &QTabBar::currentChanged, this, [this](int i) { setZoneTab(i + 1); });
 
     auto* left = new QVBoxLayout;
     left->setSpacing(3);
-    left->addWidget(m_tabStrip1);
+    left->addWidget(m_zoneTabs);
     left->addWidget(makeParameterFrame(), 1);
 
     auto* right = new QVBoxLayout;
@@ -75,18 +76,19 @@ FilterWindow::FilterWindow(FilterInstance instance, std::unique_ptr<FilterWorksp
     layout->addLayout(right, 1);
 
     // Recording a step by the right button of a command: the popup mnuAdm.
-    m_mnuAdm = new QMenu(QStringLiteral("添加模板(&D)"), this);
-    m_mnuAdm->setObjectName(QStringLiteral("mnuAdm"));
-    QAction* mnuAdf = m_mnuAdm->addAction(QStringLiteral("添加到过滤模板(&A)"));
-    mnuAdf->setObjectName(QStringLiteral("mnuAdf"));
-    connect(mnuAdf, &QAction::triggered, this, [this] { m_mnuAdfPicked = true; });
+    m_recordMenu = new QMenu(QStringLiteral("添加模板(&D)"), this);
+    m_recordMenu->setObjectName(QStringLiteral("mnuAdm"));
+    QAction* addToTemplateItem = m_recordMenu->addAction(QStringLiteral("添加到过滤模板(&A)"));
+    addToTemplateItem->setObjectName(QStringLiteral("mnuAdf"));
+    connect(addToTemplateItem, &QAction::triggered, this, [this] { m_addToTemplatePicked = true; });
     // The step is written once the popup has gone, picked or dismissed.
-    connect(m_mnuAdm, &QMenu::aboutToHide, this,
-            [this] { QMetaObject::invokeMethod(this, &FilterWindow::finishRecording, Qt::QueuedConnection); });
-    m_hScroll1->setMaximum(m_recorder->hScrollMax());
+    connect(m_recordMenu, &QMenu::aboutToHide, this, [this] {
+        QMetaObject::invokeMethod(this, &FilterWindow::finishRecording, Qt::QueuedConnection);
+    });
+    m_templateScroll->setMaximum(m_recorder->stepScrollMax());
 
-    m_workspace->intQianHou = 1;
-    m_workspace->baoliuMode = m_keep->isChecked();
+    m_workspace->zoneScope = 1;
+    m_workspace->keepSense = m_keep->isChecked();
     adaptToZone();
     applyListMode();
     presetRanges();
@@ -130,7 +132,7 @@ void FilterWindow::runExport() {
 }
 
 void FilterWindow::showPage() {
-    m_params->showPage(m_text1->text());
+    m_params->showPage(m_pageBox->text());
     m_model->bind(&m_workspace->table(), m_params->view());
 }
 
@@ -138,8 +140,8 @@ void FilterWindow::showAllRows() {
     m_params->showAllRows();
     m_model->bind(&m_workspace->table(), m_params->view());
     // The choice goes back to 过滤剩余, which itself runs nothing.
-    m_optZzuhe0->setChecked(true);
-    m_optZzuhe0->setFocus();
+    m_showRemaining->setChecked(true);
+    m_showRemaining->setFocus();
 }
 
 void FilterWindow::waitForRecord() {
@@ -158,7 +160,7 @@ void FilterWindow::waitForRecord() {
 void FilterWindow::addToTemplate() {
     // The template lives in filnum.db beside the record being written.
     waitForRecord();
-    m_params->clickAddTemplate(m_session.fildb(), m_prompter);
+    m_params->clickAddTemplate(m_session.filterDb(), m_prompter);
 }
 
 void FilterWindow::withRecordPaused(const std::function<void()>& action) {
@@ -181,53 +183,57 @@ void FilterWindow::superClick(SuperButton b, bool rightButton) {
     SuperFilter::Outcome outcome;
     withRecordPaused([&] {
         DialogProgress progress(QStringLiteral("正在过滤..."), this);
-        outcome = m_super->click(b, rightButton ? FilterWorkspace::Mouse::Right : FilterWorkspace::Mouse::Left,
-                                 m_superInputs, static_cast<ZoneScope>(m_workspace->intQianHou), m_prompter,
-                                 &progress);
+        outcome = m_super->click(
+            b, rightButton ? FilterWorkspace::Mouse::Right : FilterWorkspace::Mouse::Left, m_superInputs,
+            static_cast<ZoneScope>(m_workspace->zoneScope), m_prompter, &progress);
     });
     if (outcome.ran) refreshView();
     markUsedButtons();
-    if (outcome.popupMnuAdm) recordFrom(RecordSource::super(b));
+    if (outcome.popupRecordMenu) recordFrom(RecordSource::super(b));
 }
 
 void FilterWindow::recordFrom(RecordSource source) {
     m_recordSource = source;
-    m_mnuAdfPicked = false;
-    m_mnuAdm->popup(QCursor::pos());
+    m_addToTemplatePicked = false;
+    m_recordMenu->popup(QCursor::pos());
 }
 
 void FilterWindow::finishRecording() {
-    MobanRecorder::RecordOutcome outcome;
+    TemplateRecorder::RecordOutcome outcome;
     withRecordPaused([&] {
         m_recorder->setContext(ParamContext::fromSession(m_session));
-        outcome = m_recorder->popupClosed(m_mnuAdfPicked, m_recordSource, readState(), m_superInputs);
+        outcome = m_recorder->popupClosed(m_addToTemplatePicked, m_recordSource, readState(), m_superInputs);
     });
-    m_mnuAdfPicked = false;
-    m_hScroll1->setMaximum(outcome.hScrollMax);
+    m_addToTemplatePicked = false;
+    m_templateScroll->setMaximum(outcome.stepScrollMax);
 }
 
-void FilterWindow::writeSnapshot(const ParamWindowState& state, const moban_snapshot::SnapshotEffects& effects) {
+void FilterWindow::writeSnapshot(const ParamWindowState& state,
+                                 const filter_snapshot::SnapshotEffects& effects) {
     std::vector<ParamId> all;
     for (const ParamRow& row : m_rows) all.push_back(row.id);
     writeBoxes(state, all);
     for (ParamRow& row : m_rows)
-        row.check1->setChecked(state.check1[static_cast<size_t>(param_catalogue::info(row.id).check1)]);
-    m_txtRc0->setText(state.txtRc0);
-    m_txtRc1->setText(state.txtRc1);
+        row.integratedBox->setChecked(
+            state.integratedBox[static_cast<size_t>(param_catalogue::info(row.id).integratedBox)]);
+    m_toleranceCount->setText(state.txtRc0);
+    m_tolerancePercent->setText(state.txtRc1);
     (state.logicAnd ? m_logicAnd : m_logicOr)->setChecked(true);
     (state.keep ? m_keep : m_exclude)->setChecked(true);
-    if (effects.listMode) m_option36->setChecked(true);
-    else if (m_option36->isChecked()) m_option21->setChecked(true);
+    if (effects.listMode)
+        m_topValuesQuery->setChecked(true);
+    else if (m_topValuesQuery->isChecked())
+        m_averageQuery->setChecked(true);
     applyListMode();
 }
 
 void FilterWindow::replayTemplate() {
     ParamWindowState state = readState();
-    MobanRecorder::ReplayOutcome outcome;
+    TemplateRecorder::ReplayOutcome outcome;
     withRecordPaused([&] {
         DialogProgress progress(QStringLiteral("正在按过滤模板过滤..."), this);
         m_recorder->setContext(ParamContext::fromSession(m_session));
-        outcome = m_recorder->replay(state, m_superInputs, static_cast<ZoneScope>(m_workspace->intQianHou),
+        outcome = m_recorder->replay(state, m_superInputs, static_cast<ZoneScope>(m_workspace->zoneScope),
                                      &progress);
     });
     if (outcome.boxesChanged) writeSnapshot(state, outcome.effects);
@@ -237,38 +243,43 @@ void FilterWindow::replayTemplate() {
 
 void FilterWindow::browseTemplate(int value) {
     ParamWindowState state = readState();
-    MobanRecorder::BrowseOutcome outcome;
+    TemplateRecorder::BrowseOutcome outcome;
     withRecordPaused([&] {
-        outcome = m_recorder->browse(value, state, m_superInputs, static_cast<ZoneScope>(m_workspace->intQianHou));
+        outcome =
+            m_recorder->browse(value, state, m_superInputs, static_cast<ZoneScope>(m_workspace->zoneScope));
     });
-    if (outcome.label3) m_label3->setText(*outcome.label3);
+    if (outcome.stepLabel) m_templateStepLabel->setText(*outcome.stepLabel);
     if (outcome.boxesChanged) writeSnapshot(state, outcome.effects);
 }
 
 void FilterWindow::deleteLastStep() {
-    withRecordPaused([this] { m_hScroll1->setMaximum(m_recorder->deleteLast()); });
+    withRecordPaused([this] { m_templateScroll->setMaximum(m_recorder->deleteLast()); });
 }
 
 void FilterWindow::clearTemplate() {
-    withRecordPaused([this] { m_hScroll1->setMaximum(m_recorder->clear()); });
+    withRecordPaused([this] { m_templateScroll->setMaximum(m_recorder->clear()); });
 }
 
 void FilterWindow::saveSetting() {
-    withRecordPaused(
-        [this] { saved_setting::save(m_session.fildb(), readState(), m_prompter, QDateTime::currentDateTime()); });
+    withRecordPaused([this] {
+        saved_setting_store::save(m_session.filterDb(), readState(), m_prompter,
+                                  QDateTime::currentDateTime());
+    });
 }
 
 void FilterWindow::loadSetting() {
     withRecordPaused([this] {
-        FrmFind finder(m_session.fildb(), m_prompter, this);
+        SavedSettingsDialog finder(m_session.filterDb(), m_prompter, this);
         if (finder.exec() != QDialog::Accepted || finder.chosen().isNull()) return;
         ParamWindowState state = readState();
-        if (const auto effects = saved_setting::load(m_session.fildb(), finder.chosen(), state))
+        if (const auto effects = saved_setting_store::load(m_session.filterDb(), finder.chosen(), state))
             writeSnapshot(state, *effects);
     });
 }
 
-void FilterWindow::check1Clicked() { m_txtRc0->setText(m_tolerance.onCheck1Click(readState())); }
+void FilterWindow::integratedCheckClicked() {
+    m_toleranceCount->setText(m_tolerance.onIntegratedBoxClick(readState()));
+}
 
 void FilterWindow::runAction(FilterWorkspace::Button which, bool rightButton) {
     QApplication::setOverrideCursor(Qt::WaitCursor);
@@ -276,25 +287,28 @@ void FilterWindow::runAction(FilterWorkspace::Button which, bool rightButton) {
         m_workspace->release(which, rightButton ? FilterWorkspace::Mouse::Right : FilterWorkspace::Mouse::Left);
     QApplication::restoreOverrideCursor();
     if (outcome.ranAction) refreshView();
-    if (outcome.popupMnuAdm) recordFrom(RecordSource::invert());
+    if (outcome.popupRecordMenu) recordFrom(RecordSource::invert());
 }
 
 ParamWindowState FilterWindow::readState() const {
     ParamWindowState s = ParamWindowState::defaults();
-    s.scope = static_cast<ZoneScope>(m_workspace->intQianHou);
-    for (int i = 0; i < 7; ++i) s.chkBt[static_cast<size_t>(i)] = m_chkBt[static_cast<size_t>(i)]->isChecked();
+    s.scope = static_cast<ZoneScope>(m_workspace->zoneScope);
+    for (int i = 0; i < 7; ++i)
+        s.numberTicks[static_cast<size_t>(i)] = m_positionChecks[static_cast<size_t>(i)]->isChecked();
     for (const ParamRow& row : m_rows) {
         for (int i = 0; i < 4; ++i) s.box(row.id)[static_cast<size_t>(i)] = row.boxes[static_cast<size_t>(i)]->text();
-        s.check1[static_cast<size_t>(param_catalogue::info(row.id).check1)] = row.check1->isChecked();
+        s.integratedBox[static_cast<size_t>(param_catalogue::info(row.id).integratedBox)] =
+            row.integratedBox->isChecked();
     }
-    for (int i = 4; i <= 13; ++i) s.check2[static_cast<size_t>(i)] = m_check2[static_cast<size_t>(i)]->isChecked();
+    for (int i = 4; i <= 13; ++i)
+        s.parityTicks[static_cast<size_t>(i)] = m_parityChecks[static_cast<size_t>(i)]->isChecked();
     s.keep = m_keep->isChecked();
-    s.listMode = m_option36->isChecked();
+    s.listMode = m_topValuesQuery->isChecked();
     s.logicAnd = m_logicAnd->isChecked();
-    s.check3 = m_check3->isChecked();
-    s.txtRc0 = m_txtRc0->text();
-    s.txtRc1 = m_txtRc1->text();
-    s.txtZdqj = m_txtZdqj->text();
+    s.useTolerance = m_toleranceCheck->isChecked();
+    s.txtRc0 = m_toleranceCount->text();
+    s.txtRc1 = m_tolerancePercent->text();
+    s.txtZdqj = m_chosenNumbers->text();
     return s;
 }
 
@@ -306,12 +320,12 @@ void FilterWindow::runParameter(ParamId id) {
     showParamView();
 }
 
-void FilterWindow::setZoneTab(int intQianHou) {
-    if (m_tabStrip1->currentIndex() != intQianHou - 1) {
-        m_tabStrip1->setCurrentIndex(intQianHou - 1);
+void FilterWindow::setZoneTab(int zoneScope) {
+    if (m_zoneTabs->currentIndex() != zoneScope - 1) {
+        m_zoneTabs->setCurrentIndex(zoneScope - 1);
         return;  // currentChanged comes back here
     }
-    m_workspace->intQianHou = static_cast<int16_t>(intQianHou);
+    m_workspace->zoneScope = static_cast<int16_t>(zoneScope);
     adaptToZone();
     presetRanges();
 }
@@ -325,25 +339,25 @@ void FilterWindow::writeBoxes(const ParamWindowState& state, const std::vector<P
 
 void FilterWindow::presetRanges() {
     ParamWindowState s = readState();
-    const auto written = range_query::presetAll(s, m_option21->isChecked(), m_combo2->currentText(),
+    const auto written = range_query::presetAll(s, m_averageQuery->isChecked(), m_averageSpan->currentText(),
                                                 m_session.history(), s.scope);
     writeBoxes(s, written);
 }
 
 void FilterWindow::comboChosen(int combo, int spanData) {
     ParamWindowState s = readState();
-    const range_query::Mode mode = m_option36->isChecked()   ? range_query::Mode::Top
-                                   : m_option21->isChecked() ? range_query::Mode::Average
-                                                             : range_query::Mode::Plain;
-    const auto written =
-        range_query::onCombo1(s, combo, spanData, mode, m_combo2->currentText(), m_session.history(), s.scope);
+    const range_query::Mode mode = m_topValuesQuery->isChecked() ? range_query::Mode::Top
+                                   : m_averageQuery->isChecked() ? range_query::Mode::Average
+                                                                 : range_query::Mode::Plain;
+    const auto written = range_query::onSpanChosen(s, combo, spanData, mode, m_averageSpan->currentText(),
+                                                   m_session.history(), s.scope);
     writeBoxes(s, written);
 }
 
 void FilterWindow::applyListMode() {
-    const bool list = m_option36->isChecked();
-    m_frame10->setVisible(list);
-    m_txtZdqj->setVisible(list);
+    const bool list = m_topValuesQuery->isChecked();
+    m_topValuesHeading->setVisible(list);
+    m_chosenNumbers->setVisible(list);
     for (ParamRow& row : m_rows) {
         row.boxes[2]->setVisible(list);
         row.boxes[3]->setVisible(list);
@@ -353,7 +367,7 @@ void FilterWindow::applyListMode() {
 }
 
 void FilterWindow::adaptToZone() {
-    const auto scope = static_cast<ZoneScope>(m_workspace->intQianHou);
+    const auto scope = static_cast<ZoneScope>(m_workspace->zoneScope);
     // The super filters' captions (the history buttons follow the tab) and their enabling.
     for (QPushButton* b : m_superButtons) {
         const auto sb = super_filter::byObjectName(b->objectName());
@@ -364,15 +378,16 @@ void FilterWindow::adaptToZone() {
     // Positions: front 1..5, back 1..2, both none; they keep their ticks.
     for (int i = 1; i <= 7; ++i) {
         const bool on = scope == ZoneScope::Front ? i <= 5 : scope == ZoneScope::Back ? i <= 2 : false;
-        m_chkBt[static_cast<size_t>(i - 1)]->setEnabled(on);
+        m_positionChecks[static_cast<size_t>(i - 1)]->setEnabled(on);
     }
     for (ParamRow& row : m_rows) {
         const bool enabled = param_catalogue::enabledIn(row.id, scope);
         row.button->setEnabled(enabled);
         for (QLineEdit* box : row.boxes) box->setEnabled(enabled);
-        row.check1->setEnabled(enabled);
-        row.button->setText(param_catalogue::caption(row.id, scope, m_option36->isChecked()));
-        row.check1->setToolTip(param_catalogue::check1Caption(param_catalogue::info(row.id).check1, scope));
+        row.integratedBox->setEnabled(enabled);
+        row.button->setText(param_catalogue::caption(row.id, scope, m_topValuesQuery->isChecked()));
+        row.integratedBox->setToolTip(
+            param_catalogue::integratedBoxCaption(param_catalogue::info(row.id).integratedBox, scope));
         // The five positions are hidden in the both-zones tab.
         if (param_catalogue::info(row.id).position > 0) {
             const bool shown = scope != ZoneScope::Both;
@@ -386,7 +401,7 @@ bool FilterWindow::eventFilter(QObject* watched, QEvent* event) {
         auto* key = static_cast<QKeyEvent*>(event);
         const QString text = key->text();
         if (text.size() == 1 && text[0].isPrint()) {
-            const bool pageBox = watched == m_text1;
+            const bool pageBox = watched == m_pageBox;
             const bool ok = pageBox ? param_catalogue::pageBoxAcceptsKey(text[0])
                                     : param_catalogue::boxAcceptsKey(text[0]);
             if (!ok) {

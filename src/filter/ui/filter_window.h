@@ -1,12 +1,12 @@
 #pragma once
 
-#include "filter/filter_instance.h"
+#include "filter/filter_source.h"
 #include "filter/filter_workspace.h"
 #include "filter/param_catalogue.h"
 #include "filter/param_filter.h"
-#include "filter/moban_recorder.h"
 #include "filter/param_window.h"
 #include "filter/super_filter.h"
+#include "filter/template_recorder.h"
 
 #include <QWidget>
 
@@ -17,6 +17,8 @@ class Prompter;
 class ResultGridModel;
 class QCheckBox;
 class QComboBox;
+class QGridLayout;
+class QHBoxLayout;
 class QGroupBox;
 class QLabel;
 class QLineEdit;
@@ -35,20 +37,20 @@ class FilterWindow : public QWidget {
     Q_OBJECT
 public:
     // `workspace` is opened already (made by an expansion, or loaded from filnum.db).
-    FilterWindow(FilterInstance instance, std::unique_ptr<FilterWorkspace> workspace, Session& session,
+    FilterWindow(FilterSource instance, std::unique_ptr<FilterWorkspace> workspace, Session& session,
                  Prompter& prompter, QWidget* parent = nullptr);
     ~FilterWindow() override;
 
     FilterWorkspace& workspace() { return *m_workspace; }
-    FilterInstance instance() const { return m_instance; }
+    FilterSource instance() const { return m_instance; }
 
     // The boxes and choices as the parameter filters read them.
     ParamWindowState readState() const;
     // intQianHou from the tab: 1 front, 2 back, 3 both.
-    void setZoneTab(int intQianHou);
+    void setZoneTab(int zoneScope);
 
     ParamWindow& params() { return *m_params; }
-    MobanRecorder& recorder() { return *m_recorder; }
+    TemplateRecorder& recorder() { return *m_recorder; }
     SuperInputs& superInputs() { return m_superInputs; }
     ResultGridModel& gridModel() { return *m_model; }
 
@@ -68,6 +70,7 @@ protected:
 
 private:
     QWidget* makeParameterFrame();
+    QHBoxLayout* makeActionRow(QWidget* panel);
     QWidget* makeOptionsPanel();
     QWidget* makeSuperFrame();
     QWidget* makeRangeFrame();
@@ -82,7 +85,7 @@ private:
     void showPage();            // Command111
     void showAllRows();         // optZzuhe(1)
     void addToTemplate();       // cmdAdmb
-    void check1Clicked();
+    void integratedCheckClicked();
     // The range query: boxes from the history at load, on a tab change and on a Combo1 choice.
     void presetRanges();
     void comboChosen(int combo, int spanData);
@@ -104,53 +107,54 @@ private:
     void saveSetting();                    // Command7
     void loadSetting();                    // Command6
     // Sets the snapshot's controls (boxes, TxtRc, Check1, Option37, Option1, Option36).
-    void writeSnapshot(const ParamWindowState& state, const moban_snapshot::SnapshotEffects& effects);
+    void writeSnapshot(const ParamWindowState& state, const filter_snapshot::SnapshotEffects& effects);
     void markUsedButtons();
 
-    FilterInstance m_instance;
+    FilterSource m_instance;
     std::unique_ptr<FilterWorkspace> m_workspace;
     Session& m_session;
     Prompter& m_prompter;
 
-    QTabBar* m_tabStrip1 = nullptr;
+    QTabBar* m_zoneTabs = nullptr;
     struct ParamRow {
         ParamId id;
         QPushButton* button = nullptr;
         std::array<QLineEdit*, 4> boxes{};
-        QCheckBox* check1 = nullptr;
-        QComboBox* combo1 = nullptr;
+        QCheckBox* integratedBox = nullptr;
+        QComboBox* spanCombo = nullptr;
         QLabel* countLabel = nullptr;  // "个" between the count and the list
     };
     std::vector<ParamRow> m_rows;
-    std::array<QCheckBox*, 7> m_chkBt{};
-    std::array<QCheckBox*, 14> m_check2{};  // Check2(4..13) at their own indices
+    ParamRow addParameterRow(const ParamInfo& p, QGridLayout* grid, int r, QWidget* paramFrame);
+    std::array<QCheckBox*, 7> m_positionChecks{};
+    std::array<QCheckBox*, 14> m_parityChecks{};  // Check2(4..13) at their own indices
     QRadioButton* m_keep = nullptr;          // Option1(0)
     QRadioButton* m_exclude = nullptr;       // Option1(1)
     QRadioButton* m_logicAnd = nullptr;      // Option37(0)
     QRadioButton* m_logicOr = nullptr;       // Option37(1)
-    QCheckBox* m_check3 = nullptr;
-    QLineEdit* m_txtRc0 = nullptr;
-    QLineEdit* m_txtRc1 = nullptr;
-    QRadioButton* m_option21 = nullptr;
-    QRadioButton* m_option36 = nullptr;
-    QRadioButton* m_option22 = nullptr;
-    QComboBox* m_combo2 = nullptr;
-    QLineEdit* m_txtZdqj = nullptr;
-    QLabel* m_frame10 = nullptr;
+    QCheckBox* m_toleranceCheck = nullptr;
+    QLineEdit* m_toleranceCount = nullptr;
+    QLineEdit* m_tolerancePercent = nullptr;
+    QRadioButton* m_averageQuery = nullptr;
+    QRadioButton* m_topValuesQuery = nullptr;
+    QRadioButton* m_rangeQuery = nullptr;
+    QComboBox* m_averageSpan = nullptr;
+    QLineEdit* m_chosenNumbers = nullptr;
+    QLabel* m_topValuesHeading = nullptr;
     QHash<QString, QPushButton*> m_superButtons;
-    QScrollBar* m_hScroll1 = nullptr;
-    QLabel* m_label3 = nullptr;
+    QScrollBar* m_templateScroll = nullptr;
+    QLabel* m_templateStepLabel = nullptr;
     QTableView* m_grid = nullptr;
-    QLineEdit* m_text1 = nullptr;
-    QRadioButton* m_optZzuhe0 = nullptr;
-    QRadioButton* m_optZzuhe1 = nullptr;
-    QMenu* m_mnuAdm = nullptr;
+    QLineEdit* m_pageBox = nullptr;
+    QRadioButton* m_showRemaining = nullptr;
+    QRadioButton* m_showAllCandidates = nullptr;
+    QMenu* m_recordMenu = nullptr;
     ResultGridModel* m_model = nullptr;
     std::unique_ptr<ParamWindow> m_params;
     param_filter::Tolerance m_tolerance;
     SuperInputs m_superInputs;
     std::unique_ptr<SuperFilter> m_super;
-    std::unique_ptr<MobanRecorder> m_recorder;
+    std::unique_ptr<TemplateRecorder> m_recorder;
     RecordSource m_recordSource;
-    bool m_mnuAdfPicked = false;
+    bool m_addToTemplatePicked = false;
 };

@@ -25,7 +25,7 @@
 namespace {
 
 // The range query's combo of a parameter row (Combo1(i)); 自定区间 has none.
-int combo1Index(ParamId id) {
+int spanComboIndex(ParamId id) {
     for (const range_query::ComboRow& row : range_query::rows())
         if (row.param == id) return row.combo;
     return -1;
@@ -44,94 +44,101 @@ QPushButton* FilterWindow::button(const QString& name, const QString& caption, Q
     return b;
 }
 
+// One row of the parameter frame: the integrated box, the button, the four boxes and, for the
+// parameters the history can be asked about, the span of draws.
+FilterWindow::ParamRow FilterWindow::addParameterRow(const ParamInfo& p, QGridLayout* grid, int r,
+                                                     QWidget* paramFrame) {
+    ParamRow row;
+    row.id = p.id;
+    row.integratedBox = new QCheckBox(paramFrame);
+    row.integratedBox->setObjectName(QStringLiteral("Check1(%1)").arg(p.integratedBox));
+    row.integratedBox->setToolTip(param_catalogue::integratedBoxCaption(p.integratedBox, ZoneScope::Front));
+    row.button = button(QString::fromLatin1(p.button), p.caption, paramFrame);
+    row.button->setMinimumWidth(92);
+    const std::array<QString, 4> defaults = param_catalogue::boxDefaults(p.id);
+    const QString boxName = QString::fromLatin1(p.boxes);
+    for (int i = 0; i < 4; ++i) {
+        auto* box = new QLineEdit(defaults[static_cast<size_t>(i)], paramFrame);
+        box->setObjectName(QStringLiteral("%1(%2)").arg(boxName).arg(i));
+        box->setFixedWidth(i == 3 ? 96 : 38);
+        box->installEventFilter(this);
+        row.boxes[static_cast<size_t>(i)] = box;
+    }
+    grid->addWidget(row.integratedBox, r, 0);
+    grid->addWidget(row.button, r, 1);
+    grid->addWidget(row.boxes[0], r, 2);
+    grid->addWidget(new QLabel(QStringLiteral("到"), paramFrame), r, 3);
+    grid->addWidget(row.boxes[1], r, 4);
+    grid->addWidget(row.boxes[2], r, 5);
+    row.countLabel = new QLabel(QStringLiteral("个"), paramFrame);
+    grid->addWidget(row.countLabel, r, 6);
+    grid->addWidget(row.boxes[3], r, 7);
+    if (const int c = spanComboIndex(p.id); c >= 0) {
+        row.spanCombo = new QComboBox(paramFrame);
+        row.spanCombo->setObjectName(QStringLiteral("Combo1(%1)").arg(c));
+        fillSpanCombo(row.spanCombo);
+        grid->addWidget(row.spanCombo, r, 8);
+        QComboBox* combo = row.spanCombo;
+        connect(combo, &QComboBox::activated, this,
+                [this, c, combo](int item) { comboChosen(c, combo->itemData(item).toInt()); });
+    }
+    const ParamId id = p.id;
+    connect(row.button, &QPushButton::clicked, this, [this, id] { runParameter(id); });
+    connect(row.integratedBox, &QCheckBox::clicked, this, &FilterWindow::integratedCheckClicked);
+    return row;
+}
+
 QWidget* FilterWindow::makeParameterFrame() {
-    auto* frame2 = new QGroupBox(QStringLiteral("参数过滤选择"), this);
-    frame2->setObjectName(QStringLiteral("Frame2"));
+    auto* paramFrame = new QGroupBox(QStringLiteral("参数过滤选择"), this);
+    paramFrame->setObjectName(QStringLiteral("Frame2"));
     auto* grid = new QGridLayout;
     grid->setHorizontalSpacing(3);
     grid->setVerticalSpacing(1);
     // Column headings: the integrated list, the range and the list of best values.
-    auto* frame5 = new QLabel(QStringLiteral("整合"), frame2);
-    frame5->setObjectName(QStringLiteral("Frame5"));
-    frame5->setToolTip(QStringLiteral("整合过滤选择"));
-    grid->addWidget(frame5, 0, 0);
-    auto* frame9 = new QLabel(QStringLiteral("范围"), frame2);
-    frame9->setObjectName(QStringLiteral("Frame9"));
-    grid->addWidget(frame9, 0, 2, 1, 3, Qt::AlignCenter);
-    m_frame10 = new QLabel(QStringLiteral("最值"), frame2);
-    m_frame10->setObjectName(QStringLiteral("Frame10"));
-    grid->addWidget(m_frame10, 0, 5, 1, 3, Qt::AlignCenter);
-    grid->addWidget(new QLabel(QStringLiteral("检索期数"), frame2), 0, 8);
+    auto* integratedHeading = new QLabel(QStringLiteral("整合"), paramFrame);
+    integratedHeading->setObjectName(QStringLiteral("Frame5"));
+    integratedHeading->setToolTip(QStringLiteral("整合过滤选择"));
+    grid->addWidget(integratedHeading, 0, 0);
+    auto* rangeHeading = new QLabel(QStringLiteral("范围"), paramFrame);
+    rangeHeading->setObjectName(QStringLiteral("Frame9"));
+    grid->addWidget(rangeHeading, 0, 2, 1, 3, Qt::AlignCenter);
+    m_topValuesHeading = new QLabel(QStringLiteral("最值"), paramFrame);
+    m_topValuesHeading->setObjectName(QStringLiteral("Frame10"));
+    grid->addWidget(m_topValuesHeading, 0, 5, 1, 3, Qt::AlignCenter);
+    grid->addWidget(new QLabel(QStringLiteral("检索期数"), paramFrame), 0, 8);
 
     int r = 1;
     for (const ParamInfo& p : param_catalogue::all()) {
-        ParamRow row;
-        row.id = p.id;
-        row.check1 = new QCheckBox(frame2);
-        row.check1->setObjectName(QStringLiteral("Check1(%1)").arg(p.check1));
-        row.check1->setToolTip(param_catalogue::check1Caption(p.check1, ZoneScope::Front));
-        row.button = button(QString::fromLatin1(p.button), p.caption, frame2);
-        row.button->setMinimumWidth(92);
-        const std::array<QString, 4> defaults = param_catalogue::boxDefaults(p.id);
-        const QString boxName = QString::fromLatin1(p.boxes);
-        for (int i = 0; i < 4; ++i) {
-            auto* box = new QLineEdit(defaults[static_cast<size_t>(i)], frame2);
-            box->setObjectName(QStringLiteral("%1(%2)").arg(boxName).arg(i));
-            box->setFixedWidth(i == 3 ? 96 : 38);
-            box->installEventFilter(this);
-            row.boxes[static_cast<size_t>(i)] = box;
-        }
-        grid->addWidget(row.check1, r, 0);
-        grid->addWidget(row.button, r, 1);
-        grid->addWidget(row.boxes[0], r, 2);
-        grid->addWidget(new QLabel(QStringLiteral("到"), frame2), r, 3);
-        grid->addWidget(row.boxes[1], r, 4);
-        grid->addWidget(row.boxes[2], r, 5);
-        row.countLabel = new QLabel(QStringLiteral("个"), frame2);
-        grid->addWidget(row.countLabel, r, 6);
-        grid->addWidget(row.boxes[3], r, 7);
-        if (const int c = combo1Index(p.id); c >= 0) {
-            row.combo1 = new QComboBox(frame2);
-            row.combo1->setObjectName(QStringLiteral("Combo1(%1)").arg(c));
-            fillSpanCombo(row.combo1);
-            grid->addWidget(row.combo1, r, 8);
-            QComboBox* combo = row.combo1;
-            connect(combo, &QComboBox::activated, this,
-                    [this, c, combo](int item) { comboChosen(c, combo->itemData(item).toInt()); });
-        }
-        const ParamId id = p.id;
-        connect(row.button, &QPushButton::clicked, this, [this, id] { runParameter(id); });
-        connect(row.check1, &QCheckBox::clicked, this, &FilterWindow::check1Clicked);
-        m_rows.push_back(row);
+        m_rows.push_back(addParameterRow(p, grid, r, paramFrame));
         ++r;
     }
     // The row that asks the history for every parameter at once.
-    auto* all = new QComboBox(frame2);
+    auto* all = new QComboBox(paramFrame);
     all->setObjectName(QStringLiteral("Combo1(20)"));
     fillSpanCombo(all);
-    grid->addWidget(new QLabel(QStringLiteral("所有参数检索"), frame2), r, 1);
+    grid->addWidget(new QLabel(QStringLiteral("所有参数检索"), paramFrame), r, 1);
     grid->addWidget(all, r, 8);
     connect(all, &QComboBox::activated, this,
             [this, all](int item) { comboChosen(range_query::kAllRows, all->itemData(item).toInt()); });
 
     // 自定区间 in list mode reads its numbers from TxtZdqj.
-    m_txtZdqj = new QLineEdit(frame2);
-    m_txtZdqj->setObjectName(QStringLiteral("TxtZdqj"));
-    m_txtZdqj->setPlaceholderText(QStringLiteral("指定号码"));
-    grid->addWidget(m_txtZdqj, r + 1, 1, 1, 7);
-    m_txtZdqj->hide();
+    m_chosenNumbers = new QLineEdit(paramFrame);
+    m_chosenNumbers->setObjectName(QStringLiteral("TxtZdqj"));
+    m_chosenNumbers->setPlaceholderText(QStringLiteral("指定号码"));
+    grid->addWidget(m_chosenNumbers, r + 1, 1, 1, 7);
+    m_chosenNumbers->hide();
 
     auto* inner = new QWidget;
     inner->setLayout(grid);
-    auto* scroll = new QScrollArea(frame2);
+    auto* scroll = new QScrollArea(paramFrame);
     scroll->setWidget(inner);
     scroll->setWidgetResizable(true);
     scroll->setFrameShape(QFrame::NoFrame);
-    auto* v = new QVBoxLayout(frame2);
+    auto* v = new QVBoxLayout(paramFrame);
     v->setContentsMargins(2, 2, 2, 2);
     v->addWidget(scroll);
-    frame2->setMinimumWidth(inner->sizeHint().width() + 24);
-    return frame2;
+    paramFrame->setMinimumWidth(inner->sizeHint().width() + 24);
+    return paramFrame;
 }
 
 QWidget* FilterWindow::makeOptionsPanel() {
@@ -150,143 +157,146 @@ QWidget* FilterWindow::makeOptionsPanel() {
         box->setChecked(true);
         // ChkBt(6) and ChkBt(7) stay hidden in every tab and keep their ticks.
         box->setVisible(i <= 5);
-        m_chkBt[static_cast<size_t>(i - 1)] = box;
+        m_positionChecks[static_cast<size_t>(i - 1)] = box;
         pg->addWidget(box, 0, i - 1);
     }
     for (int i = 4; i <= 13; ++i) {
         auto* box = new QCheckBox((i % 2 == 0) ? QStringLiteral("奇") : QStringLiteral("偶"), positions);
         box->setObjectName(QStringLiteral("Check2(%1)").arg(i));
-        m_check2[static_cast<size_t>(i)] = box;
+        m_parityChecks[static_cast<size_t>(i)] = box;
         pg->addWidget(box, 1 + (i - 4) % 2, (i - 4) / 2);
     }
     h->addWidget(positions);
 
-    auto* frame4 = new QGroupBox(QStringLiteral("参数过滤设置方式"), panel);
-    frame4->setObjectName(QStringLiteral("Frame4"));
-    auto* f4 = new QVBoxLayout(frame4);
-    m_keep = new QRadioButton(QStringLiteral("保留"), frame4);
+    auto* senseFrame = new QGroupBox(QStringLiteral("参数过滤设置方式"), panel);
+    senseFrame->setObjectName(QStringLiteral("Frame4"));
+    auto* senseLayout = new QVBoxLayout(senseFrame);
+    m_keep = new QRadioButton(QStringLiteral("保留"), senseFrame);
     m_keep->setObjectName(QStringLiteral("Option1(0)"));
-    m_exclude = new QRadioButton(QStringLiteral("排除"), frame4);
+    m_exclude = new QRadioButton(QStringLiteral("排除"), senseFrame);
     m_exclude->setObjectName(QStringLiteral("Option1(1)"));
     m_keep->setChecked(true);
-    f4->addWidget(m_keep);
-    f4->addWidget(m_exclude);
-    connect(m_keep, &QRadioButton::toggled, this, [this](bool on) { m_workspace->baoliuMode = on; });
-    h->addWidget(frame4);
+    senseLayout->addWidget(m_keep);
+    senseLayout->addWidget(m_exclude);
+    connect(m_keep, &QRadioButton::toggled, this, [this](bool on) { m_workspace->keepSense = on; });
+    h->addWidget(senseFrame);
 
-    auto* frame6 = new QGroupBox(QStringLiteral("多参数整合过滤"), panel);
-    frame6->setObjectName(QStringLiteral("Frame6"));
-    auto* f6 = new QGridLayout(frame6);
-    f6->setSpacing(2);
-    m_logicAnd = new QRadioButton(QStringLiteral("逻辑和"), frame6);
+    auto* integratedFrame = new QGroupBox(QStringLiteral("多参数整合过滤"), panel);
+    integratedFrame->setObjectName(QStringLiteral("Frame6"));
+    auto* integratedLayout = new QGridLayout(integratedFrame);
+    integratedLayout->setSpacing(2);
+    m_logicAnd = new QRadioButton(QStringLiteral("逻辑和"), integratedFrame);
     m_logicAnd->setObjectName(QStringLiteral("Option37(0)"));
-    m_logicOr = new QRadioButton(QStringLiteral("逻辑或"), frame6);
+    m_logicOr = new QRadioButton(QStringLiteral("逻辑或"), integratedFrame);
     m_logicOr->setObjectName(QStringLiteral("Option37(1)"));
     m_logicAnd->setChecked(true);
-    m_check3 = new QCheckBox(QStringLiteral("整合过滤容错比"), frame6);
-    m_check3->setObjectName(QStringLiteral("Check3"));
-    m_txtRc1 = new QLineEdit(QStringLiteral("10"), frame6);
-    m_txtRc1->setObjectName(QStringLiteral("TxtRc(1)"));
-    m_txtRc0 = new QLineEdit(QStringLiteral("1"), frame6);
-    m_txtRc0->setObjectName(QStringLiteral("TxtRc(0)"));
-    for (QLineEdit* e : {m_txtRc0, m_txtRc1}) e->setFixedWidth(36);
+    m_toleranceCheck = new QCheckBox(QStringLiteral("整合过滤容错比"), integratedFrame);
+    m_toleranceCheck->setObjectName(QStringLiteral("Check3"));
+    m_tolerancePercent = new QLineEdit(QStringLiteral("10"), integratedFrame);
+    m_tolerancePercent->setObjectName(QStringLiteral("TxtRc(1)"));
+    m_toleranceCount = new QLineEdit(QStringLiteral("1"), integratedFrame);
+    m_toleranceCount->setObjectName(QStringLiteral("TxtRc(0)"));
+    for (QLineEdit* e : {m_toleranceCount, m_tolerancePercent}) e->setFixedWidth(36);
     // The allowed count and the percent follow each other when the player edits one.
-    connect(m_txtRc0, &QLineEdit::textEdited, this,
-            [this] { m_txtRc1->setText(m_tolerance.onCountEdited(readState())); });
-    connect(m_txtRc1, &QLineEdit::textEdited, this,
-            [this] { m_txtRc0->setText(m_tolerance.onPercentEdited(readState())); });
-    f6->addWidget(m_logicAnd, 0, 0);
-    f6->addWidget(m_logicOr, 0, 1);
-    f6->addWidget(m_check3, 1, 0, 1, 2);
-    f6->addWidget(m_txtRc1, 2, 0);
-    f6->addWidget(new QLabel(QStringLiteral("%"), frame6), 2, 1);
-    f6->addWidget(m_txtRc0, 2, 2);
-    f6->addWidget(new QLabel(QStringLiteral("个"), frame6), 2, 3);
-    h->addWidget(frame6);
+    connect(m_toleranceCount, &QLineEdit::textEdited, this,
+            [this] { m_tolerancePercent->setText(m_tolerance.onCountEdited(readState())); });
+    connect(m_tolerancePercent, &QLineEdit::textEdited, this,
+            [this] { m_toleranceCount->setText(m_tolerance.onPercentEdited(readState())); });
+    integratedLayout->addWidget(m_logicAnd, 0, 0);
+    integratedLayout->addWidget(m_logicOr, 0, 1);
+    integratedLayout->addWidget(m_toleranceCheck, 1, 0, 1, 2);
+    integratedLayout->addWidget(m_tolerancePercent, 2, 0);
+    integratedLayout->addWidget(new QLabel(QStringLiteral("%"), integratedFrame), 2, 1);
+    integratedLayout->addWidget(m_toleranceCount, 2, 2);
+    integratedLayout->addWidget(new QLabel(QStringLiteral("个"), integratedFrame), 2, 3);
+    h->addWidget(integratedFrame);
     return panel;
 }
 
 QWidget* FilterWindow::makeSuperFrame() {
-    auto* frame3 = new QGroupBox(QStringLiteral("超级过滤"), this);
-    frame3->setObjectName(QStringLiteral("Frame3"));
-    auto* g = new QGridLayout(frame3);
+    auto* superFrame = new QGroupBox(QStringLiteral("超级过滤"), this);
+    superFrame->setObjectName(QStringLiteral("Frame3"));
+    auto* g = new QGridLayout(superFrame);
     g->setSpacing(2);
     const struct {
         const char* name;
         const char* caption;
-    } items[] = {{"Option25(0)", "相克号过滤"},       {"Option25(1)", "相生号过滤"},
-                 {"Option25(2)", "保留号过滤"},       {"Option27", "历史同5号滤"},
-                 {"Option28", "历史同4号滤"},         {"Option26", "历史同3号滤"},
-                 {"Option31", "相克号包含过滤"},      {"Option30", "保留号包含过滤"},
-                 {"Option43", "组合模版同号滤"},      {"Option42", "多选参数导出"},
-                 {"Option29", "多选(勾选)参数整合过滤"}};
+    } items[] = {
+        {"Option25(0)", "相克号过滤"},  {"Option25(1)", "相生号过滤"},         {"Option25(2)", "保留号过滤"},
+        {"Option27", "历史同5号滤"},    {"Option28", "历史同4号滤"},           {"Option26", "历史同3号滤"},
+        {"Option31", "相克号包含过滤"}, {"Option30", "保留号包含过滤"},        {"Option43", "组合模版同号滤"},
+        {"Option42", "多选参数导出"},   {"Option29", "多选(勾选)参数整合过滤"}};
     int i = 0;
     for (const auto& it : items) {
-        QPushButton* b = button(QString::fromLatin1(it.name), QString::fromUtf8(it.caption), frame3);
+        QPushButton* b = button(QString::fromLatin1(it.name), QString::fromUtf8(it.caption), superFrame);
         if (const auto sb = super_filter::byObjectName(b->objectName())) {
             const SuperButton which = *sb;
             connect(b, &QPushButton::clicked, this, [this, which] { superClick(which, false); });
             b->setContextMenuPolicy(Qt::CustomContextMenu);
-            connect(b, &QPushButton::customContextMenuRequested, this, [this, which] { superClick(which, true); });
+            connect(b, &QPushButton::customContextMenuRequested, this,
+                    [this, which] { superClick(which, true); });
         }
         m_superButtons.insert(b->objectName(), b);
         g->addWidget(b, i / 3, i % 3, 1, it.name == std::string_view("Option29") ? 2 : 1);
         ++i;
     }
-    connect(m_superButtons[QStringLiteral("Option29")], &QPushButton::clicked, this, &FilterWindow::runIntegrated);
+    connect(m_superButtons[QStringLiteral("Option29")], &QPushButton::clicked, this,
+            &FilterWindow::runIntegrated);
     // Option29's right button runs nothing: it records the whole window as a step.
     m_superButtons[QStringLiteral("Option29")]->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(m_superButtons[QStringLiteral("Option29")], &QPushButton::customContextMenuRequested, this,
-            [this] { recordFrom(RecordSource::option29()); });
-    connect(m_superButtons[QStringLiteral("Option42")], &QPushButton::clicked, this, &FilterWindow::runExport);
+            [this] { recordFrom(RecordSource::integrated()); });
+    connect(m_superButtons[QStringLiteral("Option42")], &QPushButton::clicked, this,
+            &FilterWindow::runExport);
     m_superButtons[QStringLiteral("Option43")]->setToolTip(QStringLiteral("与组号模板相同的组合将其过滤掉"));
     if (m_workspace->traits().filtersTemplateItself) m_superButtons[QStringLiteral("Option43")]->hide();
-    return frame3;
+    return superFrame;
 }
 
 QWidget* FilterWindow::makeRangeFrame() {
-    auto* frame1 = new QGroupBox(QStringLiteral("参数检索设置方式"), this);
-    frame1->setObjectName(QStringLiteral("Frame1"));
-    auto* v = new QGridLayout(frame1);
+    auto* rangeQueryFrame = new QGroupBox(QStringLiteral("参数检索设置方式"), this);
+    rangeQueryFrame->setObjectName(QStringLiteral("Frame1"));
+    auto* v = new QGridLayout(rangeQueryFrame);
     v->setSpacing(2);
-    m_option21 = new QRadioButton(QStringLiteral("均值差幅查询"), frame1);
-    m_option21->setObjectName(QStringLiteral("Option21"));
-    m_option36 = new QRadioButton(QStringLiteral("最值查询（出现概率最大的若干个参数）"), frame1);
-    m_option36->setObjectName(QStringLiteral("Option36"));
-    m_option22 = new QRadioButton(QStringLiteral("范围查询"), frame1);
-    m_option22->setObjectName(QStringLiteral("Option22"));
-    m_option21->setChecked(true);
-    m_combo2 = new QComboBox(frame1);
-    m_combo2->setObjectName(QStringLiteral("Combo2"));
-    m_combo2->setEditable(true);
-    m_combo2->setEditText(QStringLiteral("100"));
-    v->addWidget(m_option21, 0, 0);
-    v->addWidget(m_combo2, 0, 1);
-    v->addWidget(m_option36, 1, 0, 1, 2);
-    v->addWidget(m_option22, 2, 0);
-    connect(m_option21, &QRadioButton::toggled, m_combo2, &QComboBox::setEnabled);
-    connect(m_option36, &QRadioButton::toggled, this, &FilterWindow::applyListMode);
-    return frame1;
+    m_averageQuery = new QRadioButton(QStringLiteral("均值差幅查询"), rangeQueryFrame);
+    m_averageQuery->setObjectName(QStringLiteral("Option21"));
+    m_topValuesQuery =
+        new QRadioButton(QStringLiteral("最值查询（出现概率最大的若干个参数）"), rangeQueryFrame);
+    m_topValuesQuery->setObjectName(QStringLiteral("Option36"));
+    m_rangeQuery = new QRadioButton(QStringLiteral("范围查询"), rangeQueryFrame);
+    m_rangeQuery->setObjectName(QStringLiteral("Option22"));
+    m_averageQuery->setChecked(true);
+    m_averageSpan = new QComboBox(rangeQueryFrame);
+    m_averageSpan->setObjectName(QStringLiteral("Combo2"));
+    m_averageSpan->setEditable(true);
+    m_averageSpan->setEditText(QStringLiteral("100"));
+    v->addWidget(m_averageQuery, 0, 0);
+    v->addWidget(m_averageSpan, 0, 1);
+    v->addWidget(m_topValuesQuery, 1, 0, 1, 2);
+    v->addWidget(m_rangeQuery, 2, 0);
+    connect(m_averageQuery, &QRadioButton::toggled, m_averageSpan, &QComboBox::setEnabled);
+    connect(m_topValuesQuery, &QRadioButton::toggled, this, &FilterWindow::applyListMode);
+    return rangeQueryFrame;
 }
 
 QWidget* FilterWindow::makeTemplateFrame() {
     auto* panel = new QWidget(this);
     auto* h = new QHBoxLayout(panel);
     h->setContentsMargins(0, 0, 0, 0);
-    auto* frame7 = new QGroupBox(QStringLiteral("过滤模板"), panel);
-    frame7->setObjectName(QStringLiteral("Frame7"));
-    auto* g = new QGridLayout(frame7);
+    auto* templateFrame = new QGroupBox(QStringLiteral("过滤模板"), panel);
+    templateFrame->setObjectName(QStringLiteral("Frame7"));
+    auto* g = new QGridLayout(templateFrame);
     g->setSpacing(2);
-    m_hScroll1 = new QScrollBar(Qt::Horizontal, frame7);
-    m_hScroll1->setObjectName(QStringLiteral("HScroll1"));
-    m_hScroll1->setRange(1, 1);
-    m_label3 = new QLabel(frame7);
-    m_label3->setObjectName(QStringLiteral("Label3"));
-    m_label3->setWordWrap(true);
-    g->addWidget(m_hScroll1, 0, 0, 1, 3);
-    g->addWidget(m_label3, 1, 0, 1, 3);
-    const QString tcap = m_workspace->traits().filtersTemplateItself ? filter_texts::kClearTemplateCaption
-                                                                      : filter_texts::kAddTemplateCaption;
+    m_templateScroll = new QScrollBar(Qt::Horizontal, templateFrame);
+    m_templateScroll->setObjectName(QStringLiteral("HScroll1"));
+    m_templateScroll->setRange(1, 1);
+    m_templateStepLabel = new QLabel(templateFrame);
+    m_templateStepLabel->setObjectName(QStringLiteral("Label3"));
+    m_templateStepLabel->setWordWrap(true);
+    g->addWidget(m_templateScroll, 0, 0, 1, 3);
+    g->addWidget(m_templateStepLabel, 1, 0, 1, 3);
+    const QString tcap = m_workspace->traits().filtersTemplateItself ? filter_source::kClearTemplateCaption
+                                                                     : filter_source::kAddTemplateCaption;
     const struct {
         const char* name;
         QString caption;
@@ -298,19 +308,25 @@ QWidget* FilterWindow::makeTemplateFrame() {
                  {"Command7", QStringLiteral("保存过滤设置(&V)")}};
     int i = 0;
     for (const auto& it : items) {
-        QPushButton* b = button(QString::fromLatin1(it.name), it.caption, frame7);
+        QPushButton* b = button(QString::fromLatin1(it.name), it.caption, templateFrame);
         g->addWidget(b, 2 + i / 3, i % 3);
         m_superButtons.insert(b->objectName(), b);
         ++i;
     }
-    h->addWidget(frame7);
-    connect(m_superButtons[QStringLiteral("cmdAdmb")], &QPushButton::clicked, this, &FilterWindow::addToTemplate);
-    connect(m_superButtons[QStringLiteral("Command9")], &QPushButton::clicked, this, &FilterWindow::replayTemplate);
-    connect(m_superButtons[QStringLiteral("Command5")], &QPushButton::clicked, this, &FilterWindow::deleteLastStep);
-    connect(m_superButtons[QStringLiteral("Command4")], &QPushButton::clicked, this, &FilterWindow::clearTemplate);
-    connect(m_superButtons[QStringLiteral("Command7")], &QPushButton::clicked, this, &FilterWindow::saveSetting);
-    connect(m_superButtons[QStringLiteral("Command6")], &QPushButton::clicked, this, &FilterWindow::loadSetting);
-    connect(m_hScroll1, &QScrollBar::valueChanged, this, &FilterWindow::browseTemplate);
+    h->addWidget(templateFrame);
+    connect(m_superButtons[QStringLiteral("cmdAdmb")], &QPushButton::clicked, this,
+            &FilterWindow::addToTemplate);
+    connect(m_superButtons[QStringLiteral("Command9")], &QPushButton::clicked, this,
+            &FilterWindow::replayTemplate);
+    connect(m_superButtons[QStringLiteral("Command5")], &QPushButton::clicked, this,
+            &FilterWindow::deleteLastStep);
+    connect(m_superButtons[QStringLiteral("Command4")], &QPushButton::clicked, this,
+            &FilterWindow::clearTemplate);
+    connect(m_superButtons[QStringLiteral("Command7")], &QPushButton::clicked, this,
+            &FilterWindow::saveSetting);
+    connect(m_superButtons[QStringLiteral("Command6")], &QPushButton::clicked, this,
+            &FilterWindow::loadSetting);
+    connect(m_templateScroll, &QScrollBar::valueChanged, this, &FilterWindow::browseTemplate);
     return panel;
 }
 
@@ -338,33 +354,39 @@ QWidget* FilterWindow::makeGridPanel() {
     v->addWidget(m_grid, 1);
 
     auto* row = new QHBoxLayout;
-    m_text1 = new QLineEdit(QStringLiteral("1"), panel);
-    m_text1->setObjectName(QStringLiteral("Text1"));
-    m_text1->setFixedWidth(48);
-    m_text1->installEventFilter(this);
-    QPushButton* command111 = button(QStringLiteral("Command111"), QStringLiteral("翻页(&U)"), panel);
-    auto* frame14 = new QGroupBox(QStringLiteral("过滤缘故显示"), panel);
-    frame14->setObjectName(QStringLiteral("Frame14"));
-    auto* f14 = new QHBoxLayout(frame14);
-    f14->setContentsMargins(4, 0, 4, 0);
-    m_optZzuhe0 = new QRadioButton(QStringLiteral("过滤剩余"), frame14);
-    m_optZzuhe0->setObjectName(QStringLiteral("optZzuhe(0)"));
-    m_optZzuhe1 = new QRadioButton(QStringLiteral("所有组合(含被过滤)显示"), frame14);
-    m_optZzuhe1->setObjectName(QStringLiteral("optZzuhe(1)"));
-    m_optZzuhe0->setChecked(true);
-    f14->addWidget(m_optZzuhe0);
-    f14->addWidget(m_optZzuhe1);
-    QPushButton* cmdPrint = button(QStringLiteral("CmdPrint"), QStringLiteral("打印预览(&P)"), panel);
-    cmdPrint->setEnabled(false);  // printing comes with the output tools
-    connect(command111, &QPushButton::clicked, this, &FilterWindow::showPage);
-    connect(m_optZzuhe1, &QRadioButton::clicked, this, &FilterWindow::showAllRows);
-    row->addWidget(m_text1);
-    row->addWidget(command111);
-    row->addWidget(frame14);
+    m_pageBox = new QLineEdit(QStringLiteral("1"), panel);
+    m_pageBox->setObjectName(QStringLiteral("Text1"));
+    m_pageBox->setFixedWidth(48);
+    m_pageBox->installEventFilter(this);
+    QPushButton* pageButton = button(QStringLiteral("Command111"), QStringLiteral("翻页(&U)"), panel);
+    auto* reasonFrame = new QGroupBox(QStringLiteral("过滤缘故显示"), panel);
+    reasonFrame->setObjectName(QStringLiteral("Frame14"));
+    auto* reasonLayout = new QHBoxLayout(reasonFrame);
+    reasonLayout->setContentsMargins(4, 0, 4, 0);
+    m_showRemaining = new QRadioButton(QStringLiteral("过滤剩余"), reasonFrame);
+    m_showRemaining->setObjectName(QStringLiteral("optZzuhe(0)"));
+    m_showAllCandidates = new QRadioButton(QStringLiteral("所有组合(含被过滤)显示"), reasonFrame);
+    m_showAllCandidates->setObjectName(QStringLiteral("optZzuhe(1)"));
+    m_showRemaining->setChecked(true);
+    reasonLayout->addWidget(m_showRemaining);
+    reasonLayout->addWidget(m_showAllCandidates);
+    QPushButton* printButton = button(QStringLiteral("CmdPrint"), QStringLiteral("打印预览(&P)"), panel);
+    printButton->setEnabled(false);  // printing comes with the output tools
+    connect(pageButton, &QPushButton::clicked, this, &FilterWindow::showPage);
+    connect(m_showAllCandidates, &QRadioButton::clicked, this, &FilterWindow::showAllRows);
+    row->addWidget(m_pageBox);
+    row->addWidget(pageButton);
+    row->addWidget(reasonFrame);
     row->addStretch();
-    row->addWidget(cmdPrint);
+    row->addWidget(printButton);
     v->addLayout(row);
 
+    v->addLayout(makeActionRow(panel));
+    return panel;
+}
+
+// The four actions under the grid: reset all, reset last, invert all, invert last.
+QHBoxLayout* FilterWindow::makeActionRow(QWidget* panel) {
     auto* actions = new QHBoxLayout;
     const struct {
         const char* name;
@@ -372,10 +394,14 @@ QWidget* FilterWindow::makeGridPanel() {
         QString tip;
         FilterWorkspace::Button which;
     } items[] = {
-        {"Command1", filter_texts::kCommand1, filter_texts::kCommand1Tip, FilterWorkspace::Button::Command1},
-        {"cmdRetn", filter_texts::kCmdRetn, filter_texts::kCmdRetnTip, FilterWorkspace::Button::CmdRetn},
-        {"Command2", filter_texts::kCommand2, filter_texts::kCommand2Tip, FilterWorkspace::Button::Command2},
-        {"Command3", filter_texts::kCommand3, filter_texts::kCommand3Tip, FilterWorkspace::Button::Command3},
+        {"Command1", filter_source::kResetAll, filter_source::kResetAllTip,
+         FilterWorkspace::Button::ResetAll},
+        {"cmdRetn", filter_source::kResetLast, filter_source::kResetLastTip,
+         FilterWorkspace::Button::ResetLast},
+        {"Command2", filter_source::kInvertAll, filter_source::kInvertAllTip,
+         FilterWorkspace::Button::InvertAll},
+        {"Command3", filter_source::kInvertLast, filter_source::kInvertLastTip,
+         FilterWorkspace::Button::InvertLast},
     };
     for (const auto& it : items) {
         QPushButton* b = button(QString::fromLatin1(it.name), it.caption, panel);
@@ -383,13 +409,12 @@ QWidget* FilterWindow::makeGridPanel() {
         const auto which = it.which;
         connect(b, &QPushButton::clicked, this, [this, which] { runAction(which, false); });
         // The right button of Command2 and Command3 records instead of acting.
-        if (which == FilterWorkspace::Button::Command2 || which == FilterWorkspace::Button::Command3) {
+        if (which == FilterWorkspace::Button::InvertAll || which == FilterWorkspace::Button::InvertLast) {
             b->setContextMenuPolicy(Qt::CustomContextMenu);
-            connect(b, &QPushButton::customContextMenuRequested, this, [this, which] { runAction(which, true); });
+            connect(b, &QPushButton::customContextMenuRequested, this,
+                    [this, which] { runAction(which, true); });
         }
         actions->addWidget(b);
     }
-    v->addLayout(actions);
-    return panel;
+    return actions;
 }
-

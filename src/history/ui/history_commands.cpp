@@ -6,28 +6,30 @@
 #include "history/history_download.h"
 #include "history/history_import.h"
 #include "history/progress.h"
+#include "history/ui/download_source_dialog.h"
 #include "history/ui/entry_row.h"
-#include "history/ui/frm_lst_url.h"
 #include "workspace/session.h"
+#include "workspace/ui/shell.h"
 #include "workspace/ui/work_progress.h"
-#include "workspace/ui/main_window.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QDesktopServices>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QMainWindow>
 #include <QPushButton>
 #include <QTableView>
 #include <QUrl>
 
-HistoryCommands::HistoryCommands(MainWindow& window, Prompter& prompter, std::function<QString()> chooseGame)
-    : QObject(&window),
-      m_window(window),
+HistoryCommands::HistoryCommands(Shell& shell, Prompter& prompter, std::function<QString()> chooseGame)
+    : QObject(shell.mainWindow()),
+      m_shell(shell),
       m_prompter(prompter),
-      m_chooseGame(chooseGame ? std::move(chooseGame) : [&window] { return FrmLstUrl::choose(&window); }),
-      m_boxes(window.entryBoxes()),
-      m_grid(window.historyGrid()) {
+      m_chooseGame(chooseGame ? std::move(chooseGame)
+                              : [&shell] { return DownloadSourceDialog::choose(shell.mainWindow()); }),
+      m_boxes(shell.entryBoxes()),
+      m_grid(shell.historyGrid()) {
     const struct {
         const char* item;
         void (HistoryCommands::*run)();
@@ -36,19 +38,20 @@ HistoryCommands::HistoryCommands(MainWindow& window, Prompter& prompter, std::fu
                     {"mnuDelast", &HistoryCommands::deleteLast},   {"mnuNew", &HistoryCommands::downloadText},
                     {"mnuNewol", &HistoryCommands::downloadDatabase}, {"mnuLsApp", &HistoryCommands::focusEntry}};
     for (const auto& c : commands) {
-        QAction* a = window.action(QString::fromLatin1(c.item));
+        QAction* a = shell.action(QString::fromLatin1(c.item));
         connect(a, &QAction::triggered, this, c.run);
     }
-    auto* discard = window.findChild<QPushButton*>(QStringLiteral("discardEntry"));
+    auto* discard = shell.mainWindow()->findChild<QPushButton*>(QStringLiteral("discardEntry"));
     connect(new EntryRow(m_boxes, discard, this), &EntryRow::checkRequested, this, &HistoryCommands::submitEntry);
     if (discard) connect(discard, &QPushButton::clicked, this, &HistoryCommands::discardEntry);
 
-    m_text1 = new QLineEdit(m_grid->viewport());
-    m_text1->setObjectName(QStringLiteral("Text1"));
-    m_text1->hide();
-    m_text1->installEventFilter(this);
+    m_cellEditor = new QLineEdit(m_grid->viewport());
+    m_cellEditor->setObjectName(QStringLiteral("Text1"));
+    m_cellEditor->hide();
+    m_cellEditor->installEventFilter(this);
     m_grid->installEventFilter(this);
-    connect(m_grid, &QTableView::doubleClicked, this, [this](const QModelIndex& cell) { showText1(cell); });
+    connect(m_grid, &QTableView::doubleClicked, this,
+            [this](const QModelIndex& cell) { showCellEditor(cell); });
 }
 
 void HistoryCommands::apply(const HistoryActionResult& result) {
@@ -56,13 +59,15 @@ void HistoryCommands::apply(const HistoryActionResult& result) {
         case GridAction::None: break;
         case GridAction::AppendRow:
         case GridAction::Rebuild:
-        case GridAction::Clear: m_window.refreshHistory(); break;
+        case GridAction::Clear:
+            m_shell.refreshHistory();
+            break;
     }
 }
 
 HistoryActionResult HistoryCommands::withProgress(
     const QString& label, const std::function<HistoryActionResult(const HistoryProgress*)>& work) {
-    WorkProgress dialog(label, &m_window);
+    WorkProgress dialog(label, m_shell.mainWindow());
     HistoryProgress progress;
     progress.report = [&dialog](int done, int total) {
         dialog.report(static_cast<uint64_t>(qMax(done, 0)), static_cast<uint64_t>(qMax(total, 1)));
@@ -75,38 +80,38 @@ HistoryActionResult HistoryCommands::withProgress(
 }
 
 void HistoryCommands::wholeImport() {
-    HistoryImport import(m_window.session(), m_prompter);
+    HistoryImport import(m_shell.session(), m_prompter);
     apply(withProgress(QStringLiteral("正在读入历史号码..."), [&import](const HistoryProgress* p) {
         return import.run(HistoryImport::Mode::Whole, p);
     }));
 }
 
 void HistoryCommands::appendImport() {
-    HistoryImport import(m_window.session(), m_prompter);
+    HistoryImport import(m_shell.session(), m_prompter);
     apply(withProgress(QStringLiteral("正在追加历史号码..."), [&import](const HistoryProgress* p) {
         return import.run(HistoryImport::Mode::Append, p);
     }));
 }
 
 void HistoryCommands::editText() {
-    const HistoryActionResult r = history_actions::editText(m_window.session(), m_prompter);
+    const HistoryActionResult r = history_actions::editText(m_shell.session(), m_prompter);
     if (r.done() && !r.path.isEmpty()) QDesktopServices::openUrl(QUrl::fromLocalFile(r.path));
     apply(r);
 }
 
-void HistoryCommands::clearList() { apply(history_actions::clearList(m_window.session(), m_prompter)); }
+void HistoryCommands::clearList() { apply(history_actions::clearList(m_shell.session(), m_prompter)); }
 
-void HistoryCommands::deleteLast() { apply(history_actions::deleteLast(m_window.session(), m_prompter)); }
+void HistoryCommands::deleteLast() { apply(history_actions::deleteLast(m_shell.session(), m_prompter)); }
 
 void HistoryCommands::downloadText() {
-    HistoryDownload download(m_window.session(), m_prompter);
+    HistoryDownload download(m_shell.session(), m_prompter);
     QApplication::setOverrideCursor(Qt::WaitCursor);
     apply(download.downloadText(m_chooseGame));
     QApplication::restoreOverrideCursor();
 }
 
 void HistoryCommands::downloadDatabase() {
-    HistoryDownload download(m_window.session(), m_prompter);
+    HistoryDownload download(m_shell.session(), m_prompter);
     QApplication::setOverrideCursor(Qt::WaitCursor);
     apply(download.downloadDatabase());
     QApplication::restoreOverrideCursor();
@@ -127,29 +132,30 @@ void HistoryCommands::submitEntry() {
     if (m_resettingEntry) return;
     DrawEntry::Boxes boxes;
     for (int i = 0; i < DrawEntry::kBoxes; ++i) boxes[static_cast<size_t>(i)] = m_boxes[i]->displayText();
-    const HistoryActionResult r = DrawEntry(m_window.session(), m_prompter).submit(boxes);
+    const HistoryActionResult r = DrawEntry(m_shell.session(), m_prompter).submit(boxes);
     if (!r.done()) return;
     apply(r);
     discardEntry();
 }
 
-void HistoryCommands::showText1(const QModelIndex& cell, const QString& firstKey) {
+void HistoryCommands::showCellEditor(const QModelIndex& cell, const QString& firstKey) {
     if (!cell.isValid()) return;
     const int row = cell.row() + 1;  // grid rows count the header row
-    if (!CellEdit(m_window.session(), m_prompter).isEditable(row, cell.column())) return;
+    if (!CellEdit(m_shell.session(), m_prompter).isEditable(row, cell.column())) return;
     m_editRow = row;
     m_editColumn = cell.column();
-    m_text1->setGeometry(m_grid->visualRect(cell));
-    m_text1->setText(firstKey.isEmpty() ? cell.data().toString() : firstKey);
-    m_text1->show();
-    m_text1->setFocus();
-    if (firstKey.isEmpty()) m_text1->selectAll();
+    m_cellEditor->setGeometry(m_grid->visualRect(cell));
+    m_cellEditor->setText(firstKey.isEmpty() ? cell.data().toString() : firstKey);
+    m_cellEditor->show();
+    m_cellEditor->setFocus();
+    if (firstKey.isEmpty()) m_cellEditor->selectAll();
 }
 
-void HistoryCommands::commitText1(int key) {
+void HistoryCommands::commitCellEdit(int key) {
     const auto k = static_cast<CellEdit::Key>(key);
-    const CellEdit::Commit c = CellEdit(m_window.session(), m_prompter).commit(m_editRow, m_editColumn, m_text1->text(), k);
-    m_text1->hide();
+    const CellEdit::Commit c =
+        CellEdit(m_shell.session(), m_prompter).commit(m_editRow, m_editColumn, m_cellEditor->text(), k);
+    m_cellEditor->hide();
     m_grid->setFocus();
     apply(c.result);
     const QModelIndex next = m_grid->model()->index(c.nextRow - 1, c.nextColumn);
@@ -159,28 +165,36 @@ void HistoryCommands::commitText1(int key) {
 bool HistoryCommands::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() != QEvent::KeyPress) return QObject::eventFilter(watched, event);
     auto* key = static_cast<QKeyEvent*>(event);
-    if (watched == m_text1) {
+    if (watched == m_cellEditor) {
         switch (key->key()) {
             case Qt::Key_Escape:
-                m_text1->hide();
+                m_cellEditor->hide();
                 m_grid->setFocus();
                 return true;
             case Qt::Key_Return:
-            case Qt::Key_Enter: commitText1(static_cast<int>(CellEdit::Key::Enter)); return true;
-            case Qt::Key_Tab: commitText1(static_cast<int>(CellEdit::Key::Tab)); return true;
-            case Qt::Key_Up: commitText1(static_cast<int>(CellEdit::Key::Up)); return true;
-            case Qt::Key_Down: commitText1(static_cast<int>(CellEdit::Key::Down)); return true;
+            case Qt::Key_Enter:
+                commitCellEdit(static_cast<int>(CellEdit::Key::Enter));
+                return true;
+            case Qt::Key_Tab:
+                commitCellEdit(static_cast<int>(CellEdit::Key::Tab));
+                return true;
+            case Qt::Key_Up:
+                commitCellEdit(static_cast<int>(CellEdit::Key::Up));
+                return true;
+            case Qt::Key_Down:
+                commitCellEdit(static_cast<int>(CellEdit::Key::Down));
+                return true;
             default: return false;
         }
     }
     if (watched == m_grid) {
         const QString text = key->text();
         if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) {
-            showText1(m_grid->currentIndex());
+            showCellEditor(m_grid->currentIndex());
             return true;
         }
         if (text.size() == 1 && CellEdit::acceptsKey(text[0])) {
-            showText1(m_grid->currentIndex(), text);
+            showCellEditor(m_grid->currentIndex(), text);
             return true;
         }
     }

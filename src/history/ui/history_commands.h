@@ -6,8 +6,8 @@
 
 #include <functional>
 
-class MainWindow;
 class Prompter;
+class Shell;
 class QLineEdit;
 class QModelIndex;
 class QTableView;
@@ -20,7 +20,7 @@ class HistoryCommands : public QObject {
     Q_OBJECT
 public:
     // `chooseGame` stands for frmLstUrl (tests give their own).
-    HistoryCommands(MainWindow& window, Prompter& prompter, std::function<QString()> chooseGame = {});
+    HistoryCommands(Shell& shell, Prompter& prompter, std::function<QString()> chooseGame = {});
 
     void wholeImport();     // mnuRed, cmdRead
     void appendImport();    // mnuRead, Command4
@@ -33,8 +33,8 @@ public:
     void discardEntry();    // 放弃输入
 
     // Text1 over the grid: opens on a digit key or Enter over an editable cell.
-    QLineEdit* text1() const { return m_text1; }
-    void showText1(const QModelIndex& cell, const QString& firstKey = {});
+    QLineEdit* cellEditor() const { return m_cellEditor; }
+    void showCellEditor(const QModelIndex& cell, const QString& firstKey = {});
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -44,14 +44,14 @@ private:
     HistoryActionResult withProgress(const QString& label,
                                      const std::function<HistoryActionResult(const HistoryProgress*)>& work);
     void submitEntry();  // EntryRow: box 7 changed
-    void commitText1(int key);
+    void commitCellEdit(int key);
 
-    MainWindow& m_window;
+    Shell& m_shell;
     Prompter& m_prompter;
     std::function<QString()> m_chooseGame;
     QList<QLineEdit*> m_boxes;
     QTableView* m_grid;
-    QLineEdit* m_text1;
+    QLineEdit* m_cellEditor;
     int m_editRow = 0;
     int m_editColumn = 0;
     bool m_resettingEntry = false;

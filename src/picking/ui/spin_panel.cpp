@@ -77,29 +77,29 @@ SpinRows::SpinRows(QWidget* parent) : QWidget(parent) {
         grid->addWidget(m_predict.last(), 1, 1 + i);
     }
     for (int i = 0; i < kBackSlots; ++i) {
-        m_machineHou << spinCell(box, QStringLiteral("lblHou1(%1)").arg(i));
-        m_predictHou << spinCell(box, QStringLiteral("lblHou2(%1)").arg(i));
-        m_machineHou.last()->setStyleSheet(backStyle);
-        m_predictHou.last()->setStyleSheet(backStyle);
-        grid->addWidget(m_machineHou.last(), 2, 1 + i);
-        grid->addWidget(m_predictHou.last(), 3, 1 + i);
+        m_machineBack << spinCell(box, QStringLiteral("lblHou1(%1)").arg(i));
+        m_predictBack << spinCell(box, QStringLiteral("lblHou2(%1)").arg(i));
+        m_machineBack.last()->setStyleSheet(backStyle);
+        m_predictBack.last()->setStyleSheet(backStyle);
+        grid->addWidget(m_machineBack.last(), 2, 1 + i);
+        grid->addWidget(m_predictBack.last(), 3, 1 + i);
     }
     // The cells grow into spare room up to their full width; the rest stays right of them.
     grid->setColumnStretch(1 + kFrontSlots, 1);
     for (int i = 0; i < kFrontSlots; ++i) grid->setColumnStretch(1 + i, 1);
-    m_comSta = new QPushButton(QStringLiteral("开始(&S)"), box);
-    m_comSta->setObjectName(QStringLiteral("ComSta"));
-    m_comSpd = new QPushButton(QStringLiteral("暂停(&P)"), box);
-    m_comSpd->setObjectName(QStringLiteral("ComSpd"));
-    m_comRst = new QPushButton(QStringLiteral("重置(&T)"), box);
-    m_comRst->setObjectName(QStringLiteral("ComRst"));
+    m_startButton = new QPushButton(QStringLiteral("开始(&S)"), box);
+    m_startButton->setObjectName(QStringLiteral("ComSta"));
+    m_pauseButton = new QPushButton(QStringLiteral("暂停(&P)"), box);
+    m_pauseButton->setObjectName(QStringLiteral("ComSpd"));
+    m_resetButton = new QPushButton(QStringLiteral("重置(&T)"), box);
+    m_resetButton->setObjectName(QStringLiteral("ComRst"));
     // Start and reset wait for enough picks; the spin itself comes with the simulator.
-    for (QPushButton* b : {m_comSta, m_comSpd, m_comRst}) b->setEnabled(false);
+    for (QPushButton* b : {m_startButton, m_pauseButton, m_resetButton}) b->setEnabled(false);
     auto* buttons = new QHBoxLayout;
     buttons->addStretch();
-    buttons->addWidget(m_comSta);
-    buttons->addWidget(m_comSpd);
-    buttons->addWidget(m_comRst);
+    buttons->addWidget(m_startButton);
+    buttons->addWidget(m_pauseButton);
+    buttons->addWidget(m_resetButton);
     grid->addLayout(buttons, 4, 0, 1, 2 + kFrontSlots);
     setSpinCounts(5, 2);
 }
@@ -110,8 +110,8 @@ void SpinRows::setSpinCounts(int front, int back) {
         m_predict[i]->setVisible(i < front);
     }
     for (int i = 0; i < kBackSlots; ++i) {
-        m_machineHou[i]->setVisible(i < back);
-        m_predictHou[i]->setVisible(i < back);
+        m_machineBack[i]->setVisible(i < back);
+        m_predictBack[i]->setVisible(i < back);
     }
 }
 
@@ -153,9 +153,9 @@ QWidget* ProbabilityBars::makeBars(const QString& title, int count, int offset, 
     return box;
 }
 
-void ProbabilityBars::setZoneSizes(int bitnum, int bitnumHou) {
+void ProbabilityBars::setZoneSizes(int frontSize, int backSize) {
     for (int i = 0; i < static_cast<int>(m_frontBarRows.size()); ++i)
-        m_frontBarRows[i]->setVisible(i + 1 <= bitnum);
+        m_frontBarRows[i]->setVisible(i + 1 <= frontSize);
     for (int i = 0; i < static_cast<int>(m_backBarRows.size()); ++i)
-        m_backBarRows[i]->setVisible(i + 1 <= bitnumHou);
+        m_backBarRows[i]->setVisible(i + 1 <= backSize);
 }

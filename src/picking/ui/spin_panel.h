@@ -33,15 +33,15 @@ public:
     // Shows the spin labels 0..count-1 of each zone.
     void setSpinCounts(int front, int back);
 
-    QPushButton* comSta() const { return m_comSta; }
-    QPushButton* comSpd() const { return m_comSpd; }
-    QPushButton* comRst() const { return m_comRst; }
+    QPushButton* startButton() const { return m_startButton; }
+    QPushButton* pauseButton() const { return m_pauseButton; }
+    QPushButton* resetButton() const { return m_resetButton; }
 
 private:
-    QList<QLabel*> m_machine, m_predict, m_machineHou, m_predictHou;
-    QPushButton* m_comSta;
-    QPushButton* m_comSpd;
-    QPushButton* m_comRst;
+    QList<QLabel*> m_machine, m_predict, m_machineBack, m_predictBack;
+    QPushButton* m_startButton;
+    QPushButton* m_pauseButton;
+    QPushButton* m_resetButton;
 };
 
 // The probability bars with their percentages. Front number n has Label6(n) and Picture2(n),
@@ -55,7 +55,7 @@ public:
     explicit ProbabilityBars(QWidget* parent = nullptr);
     // Hides the bars of front numbers above the zone size, and of back numbers above the back
     // zone's size.
-    void setZoneSizes(int bitnum, int bitnumHou);
+    void setZoneSizes(int frontSize, int backSize);
 
 private:
     QWidget* makeBars(const QString& title, int count, int offset, int columns);

@@ -61,18 +61,18 @@ ZoneBoardWidget::ZoneBoardWidget(Zone zone, QWidget* parent) : QGroupBox(parent)
 
     m_popup = new QMenu(QStringLiteral("胆拖模式"), this);
     m_popup->setObjectName(QString::fromLatin1(n.popup));
-    QAction* dan = m_popup->addAction(QStringLiteral("胆-选择/取消"));
-    dan->setObjectName(QString::fromLatin1(n.popupItem));
-    connect(dan, &QAction::triggered, this, &ZoneBoardWidget::bankerToggled);
+    QAction* bankerItem = m_popup->addAction(QStringLiteral("胆-选择/取消"));
+    bankerItem->setObjectName(QString::fromLatin1(n.popupItem));
+    connect(bankerItem, &QAction::triggered, this, &ZoneBoardWidget::bankerToggled);
     connect(all, &QPushButton::clicked, this, &ZoneBoardWidget::selectAllClicked);
     connect(inv, &QPushButton::clicked, this, &ZoneBoardWidget::invertClicked);
     connect(reset, &QPushButton::clicked, this, &ZoneBoardWidget::resetClicked);
 
     m_pickCount = new QLabel(QStringLiteral("0"), this);
     m_pickCount->setObjectName(QString::fromLatin1(n.pickCount));
-    m_danCount = new QLabel(QStringLiteral("0"), this);
-    m_danCount->setObjectName(QString::fromLatin1(n.danCount));
-    for (QLabel* l : {m_pickCount, m_danCount}) {
+    m_bankerCount = new QLabel(QStringLiteral("0"), this);
+    m_bankerCount->setObjectName(QString::fromLatin1(n.bankerCount));
+    for (QLabel* l : {m_pickCount, m_bankerCount}) {
         l->setMinimumWidth(22);
         l->setStyleSheet(QStringLiteral("color: rgb(0,0,160); font-weight: bold;"));
     }
@@ -81,7 +81,7 @@ ZoneBoardWidget::ZoneBoardWidget(Zone zone, QWidget* parent) : QGroupBox(parent)
     row->addWidget(new QLabel(QStringLiteral("拖"), this));
     row->addWidget(m_pickCount);
     row->addWidget(new QLabel(QStringLiteral("胆"), this));
-    row->addWidget(m_danCount);
+    row->addWidget(m_bankerCount);
     row->addStretch();
     row->addWidget(all);
     row->addWidget(inv);
@@ -106,7 +106,7 @@ void ZoneBoardWidget::render(const ZoneBoard& board) {
                                                              : kPlain);
     }
     m_pickCount->setText(QString::number(board.pickLabel()));
-    m_danCount->setText(QString::number(board.danLabel()));
+    m_bankerCount->setText(QString::number(board.bankerLabel()));
     m_invert->setEnabled(board.invertEnabled);
 }
 

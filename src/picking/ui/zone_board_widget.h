@@ -18,7 +18,7 @@ public:
     struct Names {
         const char* numberButton;  // Command1 / Command2
         const char* pickCount;     // Label5 / Label10 ("拖")
-        const char* danCount;      // Label19 / Label11 ("胆")
+        const char* bankerCount;   // Label19 / Label11 ("胆")
         const char* selectAll;     // Command41 / Command7
         const char* invert;        // Command42 / Command6
         const char* reset;         // Command45 / Command8
@@ -53,7 +53,7 @@ private:
     Zone m_zone;
     QList<QPushButton*> m_buttons;
     QLabel* m_pickCount;
-    QLabel* m_danCount;
+    QLabel* m_bankerCount;
     QPushButton* m_invert;
     QMenu* m_popup;
 };

@@ -80,17 +80,17 @@ QWidget* PrizeCheckWindow::makeLists() {
     auto* v = new QVBoxLayout(box);
     const bool six = m_view->sixNumbers();
     v->addWidget(
-        label(QStringLiteral("Label1"), six ? prize_texts::kSixHeading : prize_texts::kKeptHeading, box));
+        label(QStringLiteral("Label1"), six ? prize_view::kSixHeading : prize_view::kKeptHeading, box));
     m_keptModel = new PrizeListModel(*m_view, PrizeListModel::Side::Kept, this);
     m_keptGrid = makeGrid(QStringLiteral("MSFlexGrid1"), m_keptModel);
     applyWidths(m_keptGrid, *m_keptModel);
     v->addWidget(m_keptGrid, 1);
     auto* pageRow = new QHBoxLayout;
-    m_text1 = pageBox(QStringLiteral("Text1"), box);
-    auto* command111 = button(QStringLiteral("Command111"), prize_texts::kPage, box);
-    connect(command111, &QPushButton::clicked, this, &PrizeCheckWindow::pageKept);
-    pageRow->addWidget(m_text1);
-    pageRow->addWidget(command111);
+    m_keptPageBox = pageBox(QStringLiteral("Text1"), box);
+    auto* keptPageButton = button(QStringLiteral("Command111"), prize_view::kPage, box);
+    connect(keptPageButton, &QPushButton::clicked, this, &PrizeCheckWindow::pageKept);
+    pageRow->addWidget(m_keptPageBox);
+    pageRow->addWidget(keptPageButton);
     pageRow->addStretch();
     v->addLayout(pageRow);
     if (six) return box;
@@ -102,11 +102,11 @@ QWidget* PrizeCheckWindow::makeLists() {
     applyWidths(m_thrownGrid, *m_thrownModel);
     v->addWidget(m_thrownGrid, 1);
     auto* pageRow2 = new QHBoxLayout;
-    m_text2 = pageBox(QStringLiteral("Text2"), box);
-    auto* command2 = button(QStringLiteral("Command2"), prize_texts::kPage, box);
-    connect(command2, &QPushButton::clicked, this, &PrizeCheckWindow::pageThrown);
-    pageRow2->addWidget(m_text2);
-    pageRow2->addWidget(command2);
+    m_thrownPageBox = pageBox(QStringLiteral("Text2"), box);
+    auto* thrownPageButton = button(QStringLiteral("Command2"), prize_view::kPage, box);
+    connect(thrownPageButton, &QPushButton::clicked, this, &PrizeCheckWindow::pageThrown);
+    pageRow2->addWidget(m_thrownPageBox);
+    pageRow2->addWidget(thrownPageButton);
     pageRow2->addStretch();
     v->addLayout(pageRow2);
     return box;
@@ -141,19 +141,19 @@ QWidget* PrizeCheckWindow::makeSide() {
         money->addWidget(value, r, 1);
         return value;
     };
-    m_required = row(0, prize_texts::kRequired, QStringLiteral("LabelRequired"));
+    m_required = row(0, prize_view::kRequired, QStringLiteral("LabelRequired"));
     if (!six) {
-        m_income = row(1, prize_texts::kIncome, QStringLiteral("LabelIncome"));
-        m_result = row(2, prize_texts::kResult, QStringLiteral("LabelResult"));
+        m_income = row(1, prize_view::kIncome, QStringLiteral("LabelIncome"));
+        m_result = row(2, prize_view::kResult, QStringLiteral("LabelResult"));
     }
     v->addLayout(money);
-    auto* command1 = button(QStringLiteral("Command1"), prize_texts::kSort, box);
-    connect(command1, &QPushButton::clicked, this, &PrizeCheckWindow::sortByHits);
-    v->addWidget(command1);
-    auto* cmdQut =
-        button(QStringLiteral("cmdQut"), six ? prize_texts::kBack : prize_texts::kAddToReport, box);
-    connect(cmdQut, &QPushButton::clicked, this, &PrizeCheckWindow::quit);
-    v->addWidget(cmdQut);
+    auto* sortButton = button(QStringLiteral("Command1"), prize_view::kSort, box);
+    connect(sortButton, &QPushButton::clicked, this, &PrizeCheckWindow::sortByHits);
+    v->addWidget(sortButton);
+    auto* quitButton =
+        button(QStringLiteral("cmdQut"), six ? prize_view::kBack : prize_view::kAddToReport, box);
+    connect(quitButton, &QPushButton::clicked, this, &PrizeCheckWindow::quit);
+    v->addWidget(quitButton);
     if (six) v->addStretch();
     return box;
 }
@@ -180,12 +180,12 @@ void PrizeCheckWindow::sortByHits() {
 }
 
 void PrizeCheckWindow::pageKept() {
-    if (!m_view->pageKept(m_text1->text())) return;
+    if (!m_view->pageKept(m_keptPageBox->text())) return;
     m_keptModel->reset();
 }
 
 void PrizeCheckWindow::pageThrown() {
-    if (!m_view->pageThrown(m_text2->text())) return;
+    if (!m_view->pageThrown(m_thrownPageBox->text())) return;
     m_thrownModel->reset();
 }
 

@@ -66,6 +66,6 @@ private:
     QLabel* m_required = nullptr;
     QLabel* m_income = nullptr;
     QLabel* m_result = nullptr;
-    QLineEdit* m_text1 = nullptr;
-    QLineEdit* m_text2 = nullptr;
+    QLineEdit* m_keptPageBox = nullptr;
+    QLineEdit* m_thrownPageBox = nullptr;
 };

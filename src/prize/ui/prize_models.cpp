@@ -61,22 +61,22 @@ QVariant PrizeListModel::data(const QModelIndex& index, int role) const {
     switch (c.what) {
         case PrizeColumn::Idx:
             return t.idxAt(row);
-        case PrizeColumn::Fig:
-            return QStringLiteral("%1").arg(t.fig(c.fig)[row], 2, 10, QLatin1Char('0'));
-        case PrizeColumn::Jiben:
-            return m_view.check().jiben(row);
-        case PrizeColumn::Tebie:
-            return m_view.check().tebie(row);
-        case PrizeColumn::Jiang: {
+        case PrizeColumn::Number:
+            return QStringLiteral("%1").arg(t.numberColumn(c.numberColumn)[row], 2, 10, QLatin1Char('0'));
+        case PrizeColumn::FrontHits:
+            return m_view.check().frontHits(row);
+        case PrizeColumn::BackHits:
+            return m_view.check().backHits(row);
+        case PrizeColumn::PrizeLevel: {
             // A Null level shows as an empty cell.
-            const std::optional<QString> j = m_view.check().jiang(row);
+            const std::optional<QString> j = m_view.check().prizeLevel(row);
             return j ? QVariant(*j) : QVariant();
         }
-        case PrizeColumn::Jing: {
-            const std::optional<int32_t> m = m_view.check().jing(row);
+        case PrizeColumn::PrizeAmount: {
+            const std::optional<int32_t> m = m_view.check().prizeAmount(row);
             return m ? QVariant(*m) : QVariant();
         }
-        case PrizeColumn::Fliter:
+        case PrizeColumn::Reason:
             return t.reasonText(row);
     }
     return {};

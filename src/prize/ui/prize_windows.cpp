@@ -1,9 +1,9 @@
 #include "prize/ui/prize_windows.h"
 
 #include "prize/prize_session.h"
-#include "prize/ui/frm_prize.h"
-#include "prize/ui/frm_yk.h"
 #include "prize/ui/prize_check_window.h"
+#include "prize/ui/prize_rules_dialog.h"
+#include "prize/ui/profit_loss_report_window.h"
 #include "workspace/prompter.h"
 #include "workspace/session.h"
 #include "workspace/ui/work_progress.h"
@@ -64,7 +64,7 @@ std::unique_ptr<PrizeView> openWithProgress(Session& session, Prompter& prompter
 }  // namespace
 
 void openPrizeRules(Session& session, Prompter& prompter, QWidget* parent) {
-    auto* dialog = new FrmPrize(prize_session::settingsOf(session), prompter, parent);
+    auto* dialog = new PrizeRulesDialog(prize_session::settingsOf(session), prompter, parent);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     if (!dialog->form().readProblems().isEmpty())
         prompter.inform(QStringLiteral("中奖规则"),
@@ -91,7 +91,8 @@ bool prizeCheckEnabled(Session& session, schema::CandidateKind kind) {
 }
 
 void openReports(Session& session, Prompter& prompter, QWidget* parent) {
-    FrmYk window(ReportBook(prize_session::workspaceFolder(session), session.settings(), session.curuser()),
-                 prompter, parent);
+    ProfitLossReportWindow window(
+        ReportBook(prize_session::workspaceFolder(session), session.settings(), session.workspaceName()),
+        prompter, parent);
     window.exec();
 }

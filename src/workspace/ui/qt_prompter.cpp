@@ -1,6 +1,6 @@
 #include "workspace/ui/qt_prompter.h"
 
-#include "workspace/ui/frm_login.h"
+#include "workspace/ui/login_dialog.h"
 #include "workspace/ui/work_progress.h"
 
 #include <QFileDialog>
@@ -79,7 +79,7 @@ std::optional<QString> QtPrompter::askTextOrCancel(const QString& title, const Q
 
 bool QtPrompter::login(const PasswordCheck& check) {
     PromptScope scope;
-    FrmLogin dlg(check, *this, m_parent);
+    LoginDialog dlg(check, *this, m_parent);
     dlg.exec();
     return dlg.loginSucceeded();
 }

@@ -3,8 +3,8 @@
 // and the expansion's columns. The table has a few hundred thousand rows, runs of equal front
 // numbers (which the history filter shares a result over) and random earlier state, so the
 // slices cut runs, words and reasons everywhere.
+#include "engine/kernel_executor.h"
 #include "filter/candidate_actions.h"
-#include "filter/kernel_executor.h"
 #include "filter/param_filter.h"
 #include "filter/result_grid_model.h"
 #include "filter/super_filter.h"
@@ -24,7 +24,7 @@ namespace {
 
 constexpr uint64_t kRows = 300'000;
 constexpr unsigned kThreads = 4;  // more slices than the cores of a small machine have
-using Mode = CandidateTable::NumstringMode;
+using Mode = CandidateTable::NumberTextMode;
 
 // Front numbers in runs of 1..70 rows, as an expansion writes them, with a few rows in any order
 // as a text file may give them.
@@ -36,10 +36,10 @@ void fillTickets(CandidateTable& t, std::mt19937& rng) {
         for (; r < end; ++r) {
             const bool odd = pct(rng) < 2;
             for (int k = 0; k < 5; ++k)
-                t.fig(k + 1)[r] = static_cast<uint8_t>(odd ? front(rng) : f[static_cast<size_t>(k)]);
+                t.numberColumn(k + 1)[r] = static_cast<uint8_t>(odd ? front(rng) : f[static_cast<size_t>(k)]);
             const std::vector<int> b = distinctSorted(rng, 2, 12);
-            t.fig(6)[r] = static_cast<uint8_t>(odd ? back(rng) : b[0]);
-            t.fig(7)[r] = static_cast<uint8_t>(odd ? back(rng) : b[1]);
+            t.numberColumn(6)[r] = static_cast<uint8_t>(odd ? back(rng) : b[0]);
+            t.numberColumn(7)[r] = static_cast<uint8_t>(odd ? back(rng) : b[1]);
         }
     }
 }
@@ -51,23 +51,23 @@ void fillEarlierState(CandidateTable& t, std::mt19937& rng) {
                                        t.reasons().intern(QStringLiteral("各位数和大小:99 保留0~90")),
                                        t.reasons().intern(QStringLiteral("手工删除"))};
     for (uint64_t r = 0; r < t.rowCount(); ++r) {
-        t.unslt().set(r, pct(rng) < 30);
-        t.preunslt().set(r, pct(rng) < 40);
-        t.tmpunslt().set(r, pct(rng) < 50);
-        t.gpslt().set(r, pct(rng) < 50);
-        t.canshu()[r] = static_cast<int16_t>(small(rng));
-        t.sknum()[r] = static_cast<int16_t>(small(rng));
-        t.errnum()[r] = static_cast<int16_t>(pct(rng) % 5);
-        t.jsqihao()[r] = 2026000 + pct(rng);
-        t.fliter()[r] = earlier[pct(rng) % 4];
+        t.filteredOut().set(r, pct(rng) < 30);
+        t.previousFilteredOut().set(r, pct(rng) < 40);
+        t.scratchFilteredOut().set(r, pct(rng) < 50);
+        t.groupMark().set(r, pct(rng) < 50);
+        t.paramValues()[r] = static_cast<int16_t>(small(rng));
+        t.superCount()[r] = static_cast<int16_t>(small(rng));
+        t.failCount()[r] = static_cast<int16_t>(pct(rng) % 5);
+        t.matchIssue()[r] = 2026000 + pct(rng);
+        t.rowReasons()[r] = earlier[pct(rng) % 4];
     }
     const Mode modes[] = {Mode::Null, Mode::Front, Mode::Whole, Mode::Back, Mode::Marked};
-    t.setNumstring(modes[pct(rng) % 5]);
-    t.setNumstringHou(pct(rng) < 50);
+    t.setNumberTextMode(modes[pct(rng) % 5]);
+    t.setBackNumberTextFilled(pct(rng) < 50);
 }
 
 CandidateTable randomTable(std::mt19937& rng) {
-    CandidateTable t(schema::CandidateKind::Zuhe, kRows);
+    CandidateTable t(schema::CandidateKind::Combinations, kRows);
     fillTickets(t, rng);
     fillEarlierState(t, rng);
     return t;
@@ -88,24 +88,26 @@ testing::AssertionResult sameReasons(const CandidateTable& a, const CandidateTab
             return testing::AssertionFailure()
                    << "reason " << id << " is '" << a.reasons().text(id).toStdString() << "' beside '"
                    << b.reasons().text(id).toStdString() << "'";
-    return sameColumn("Fliter", a.fliter(), b.fliter());
+    return sameColumn("Fliter", a.rowReasons(), b.rowReasons());
 }
 
 testing::AssertionResult sameState(const CandidateTable& a, const CandidateTable& b) {
     for (const auto& [name, x, y] :
-         {std::tuple("unslt", &a.unslt(), &b.unslt()), std::tuple("preunslt", &a.preunslt(), &b.preunslt()),
-          std::tuple("tmpunslt", &a.tmpunslt(), &b.tmpunslt()), std::tuple("Gpslt", &a.gpslt(), &b.gpslt())})
+         {std::tuple("unslt", &a.filteredOut(), &b.filteredOut()),
+          std::tuple("preunslt", &a.previousFilteredOut(), &b.previousFilteredOut()),
+          std::tuple("tmpunslt", &a.scratchFilteredOut(), &b.scratchFilteredOut()),
+          std::tuple("Gpslt", &a.groupMark(), &b.groupMark())})
         if (const auto r = sameColumn(name, x->words(), y->words()); !r) return r;
     for (const auto& [name, x, y] :
-         {std::tuple("canshu", &CandidateTable::canshuAt, &CandidateTable::canshuAt),
-          std::tuple("SKnum", &CandidateTable::sknumAt, &CandidateTable::sknumAt),
-          std::tuple("Errnum", &CandidateTable::errnumAt, &CandidateTable::errnumAt)})
+         {std::tuple("canshu", &CandidateTable::paramValueAt, &CandidateTable::paramValueAt),
+          std::tuple("SKnum", &CandidateTable::superCountAt, &CandidateTable::superCountAt),
+          std::tuple("Errnum", &CandidateTable::failCountAt, &CandidateTable::failCountAt)})
         for (uint64_t r = 0; r < a.rowCount(); ++r)
             if ((a.*x)(r) != (b.*y)(r)) return testing::AssertionFailure() << name << " differs at row " << r;
     for (uint64_t r = 0; r < a.rowCount(); ++r)
-        if (a.jsqihaoAt(r) != b.jsqihaoAt(r))
+        if (a.matchIssueAt(r) != b.matchIssueAt(r))
             return testing::AssertionFailure() << "JSqihao differs at row " << r;
-    if (a.numstringMode() != b.numstringMode() || a.numstringHouFilled() != b.numstringHouFilled())
+    if (a.numberTextMode() != b.numberTextMode() || a.backNumberTextFilled() != b.backNumberTextFilled())
         return testing::AssertionFailure() << "Numstring forms differ";
     return sameReasons(a, b);
 }
@@ -159,8 +161,8 @@ ParamWindowState randomState(std::mt19937& rng, ZoneScope scope) {
     ParamWindowState s = ParamWindowState::defaults();
     std::uniform_int_distribution<int> pct(0, 99);
     s.scope = scope;
-    for (bool& b : s.chkBt) b = pct(rng) < 80;
-    for (size_t i = 4; i < s.check2.size(); ++i) s.check2[i] = pct(rng) < 40;
+    for (bool& b : s.numberTicks) b = pct(rng) < 80;
+    for (size_t i = 4; i < s.parityTicks.size(); ++i) s.parityTicks[i] = pct(rng) < 40;
     s.keep = pct(rng) < 50;
     s.listMode = pct(rng) < 25;
     s.logicAnd = pct(rng) < 50;
@@ -171,7 +173,7 @@ ParamWindowState randomState(std::mt19937& rng, ZoneScope scope) {
         b[1] = QString::number(lo + pct(rng) % 60);
         b[3] = QStringLiteral("%1 %2 %3").arg(pct(rng) % 12).arg(pct(rng) % 35).arg(pct(rng) % 120);
     }
-    auto& z = s.box(ParamId::Option66);
+    auto& z = s.box(ParamId::CustomRange);
     z[3] = QString::number(pct(rng) % 20);
     z[2] = QString::number(20 + pct(rng) % 16);
     s.txtZdqj = QStringLiteral("3 7 12 18 25 33");
@@ -206,8 +208,8 @@ TEST_F(ParallelRuns, IntegratedFilter) {
     std::uniform_int_distribution<int> pct(0, 99);
     for (int trial = 0; trial < 6; ++trial) {
         ParamWindowState s = randomState(rng, static_cast<ZoneScope>(1 + trial % 3));
-        for (bool& b : s.check1) b = pct(rng) < 70;
-        s.check3 = trial % 2 == 0;
+        for (bool& b : s.integratedBox) b = pct(rng) < 70;
+        s.useTolerance = trial % 2 == 0;
         s.txtRc0 = QString::number(trial % 4);
         expectThreadsAgree<int>(
             start, [&](CandidateTable& t) { return param_filter::runIntegrated(t, s, ctx).steps; },
@@ -218,7 +220,8 @@ TEST_F(ParallelRuns, IntegratedFilter) {
 TEST_F(ParallelRuns, HistoryFilters) {
     const DrawHistory h = randomHistory(rng, 60, 35, 12);
     for (ZoneScope scope : {ZoneScope::Front, ZoneScope::Back, ZoneScope::Both}) {
-        for (SuperButton b : {SuperButton::Option26, SuperButton::Option28, SuperButton::Option27}) {
+        for (SuperButton b :
+             {SuperButton::HistoryLow, SuperButton::HistoryMiddle, SuperButton::HistoryHigh}) {
             super_kernels::HistoryRun run;
             run.scope = scope;
             run.threshold = super_filter::threshold(b, scope);
@@ -316,13 +319,13 @@ TEST(ParallelExpansion, ColumnsMatchTheSingleThreadRun) {
     ASSERT_TRUE(single.table && parallel.table);
     ASSERT_EQ(single.table->rowCount(), 408'408u);
     for (int k = 1; k <= 7; ++k)
-        EXPECT_TRUE(sameColumn("fig", single.table->fig(k), parallel.table->fig(k))) << k;
+        EXPECT_TRUE(sameColumn("fig", single.table->numberColumn(k), parallel.table->numberColumn(k))) << k;
     EXPECT_TRUE(sameState(*single.table, *parallel.table));
     // The last row is the last combination with the last back pair.
     const uint64_t last = single.table->rowCount() - 1;
     EXPECT_EQ(super_kernels::rowKey(*parallel.table, last), super_kernels::rowKey(*single.table, last));
-    EXPECT_EQ(parallel.table->fig(1)[last], 13);
-    EXPECT_EQ(parallel.table->fig(7)[last], 12);
+    EXPECT_EQ(parallel.table->numberColumn(1)[last], 13);
+    EXPECT_EQ(parallel.table->numberColumn(7)[last], 12);
 }
 
 }  // namespace

@@ -1,12 +1,12 @@
 // The filter window and its record in filnum.db: a save that fails shows its reason when the
 // window waits for the record (closing it), as a message of the window.
-#include "filter/candidate_store.h"
+#include "app/ui/main_menu.h"
+#include "app/ui/main_window.h"
+#include "engine/candidate_store.h"
 #include "filter/ui/filter_window.h"
 #include "support/main_window_fixture.h"
 #include "workspace/scripted_prompter.h"
 #include "workspace/session.h"
-#include "workspace/ui/main_menu.h"
-#include "workspace/ui/main_window.h"
 
 #include <QAction>
 #include <QMenu>
@@ -33,9 +33,9 @@ void FilterWindowRecordTest::aFailedSaveShowsItsReason() {
     QCOMPARE(w->workspace().waitForWrite().outcome, candidate_store::Outcome::Done);
 
     // From now on the file refuses the record's column image.
-    QVERIFY(f.session->fildb().exec(QStringLiteral("CREATE TRIGGER [refuse] BEFORE INSERT ON [%1] "
-                                                   "BEGIN SELECT RAISE(ABORT, '磁盘已满'); END")
-                                        .arg(candidate_store::kImageTable)));
+    QVERIFY(f.session->filterDb().exec(QStringLiteral("CREATE TRIGGER [refuse] BEFORE INSERT ON [%1] "
+                                                      "BEGIN SELECT RAISE(ABORT, '磁盘已满'); END")
+                                           .arg(candidate_store::kImageTable)));
     w->findChild<QPushButton*>(QStringLiteral("Command2"))->click();  // invert all: a new write
     QVERIFY(f.prompter.messages().isEmpty());
     w->close();

@@ -1,0 +1,482 @@
+#include "app/ui/main_window.h"
+
+#include "app/ui/filter_windows.h"
+#include "app/ui/main_menu.h"
+#include "filter/ui/filter_window.h"
+#include "history/history_actions.h"
+#include "history/ui/history_commands.h"
+#include "history/ui/history_grid_model.h"
+#include "picking/ui/spin_panel.h"
+#include "picking/ui/zone_board_widget.h"
+#include "prize/ui/prize_windows.h"
+#include "workspace/prompter.h"
+#include "workspace/session.h"
+#include "workspace/ui/column_widths.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QCursor>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QStatusBar>
+#include <QTableView>
+#include <QVBoxLayout>
+
+namespace {
+// The buttons beside the history grid repeat menu items.
+struct HistoryButton {
+    const char* name;
+    const char* caption;
+    const char* menuItem;
+};
+const HistoryButton kHistoryButtons[] = {
+    {"Command44", "删除最后一期历史(&D)", "mnuDelast"}, {"cmdRead", "读取所有历史文件(&A)", "mnuRed"},
+    {"Command4", "读取历史最新文件(&N)", "mnuRead"},    {"Command3", "历史号码文件下载(&L)", "mnuNew"},
+    {"Command5", "历史号码网上更新(&W)", "mnuNewol"},   {"Command48", "前后历史分析窗口(&Y)", "mnuSy"},
+    {"Command9", "前区历史分析窗口(&Y)", "mnuSyQian"},  {"Command10", "后区历史分析窗口(&Y)", "mnuSyHou"},
+};
+}  // namespace
+
+MainWindow::MainWindow(Session& session, WorkspaceList& workspaces, Prompter& prompter, QWidget* parent)
+    : QMainWindow(parent), m_session(session), m_workspaces(workspaces), m_prompter(prompter) {
+    setObjectName(QStringLiteral("Form1"));
+    setWindowTitle(kTitle);
+    m_menu = std::make_unique<MainMenu>(menuBar());
+    m_board = std::make_unique<NumberBoard>(session.board(), static_cast<int16_t>(session.frontSize()),
+                                            static_cast<int16_t>(session.backSize()),
+                                            static_cast<BoardEvents*>(this));
+
+    auto* central = new QWidget(this);
+    auto* layout = new QHBoxLayout(central);
+    layout->setContentsMargins(4, 4, 4, 4);
+    layout->setSpacing(6);
+    layout->addWidget(makeHistoryArea(), 0);
+    layout->addWidget(makeBoardArea(), 0);
+    m_bars = new ProbabilityBars(central);
+    layout->addWidget(m_bars, 1);
+    setCentralWidget(central);
+    makeStatusBar();
+    connectMenus();
+    m_history = new HistoryCommands(*this, m_prompter);
+    loadFromSession();
+}
+
+MainWindow::~MainWindow() = default;
+
+QAction* MainWindow::action(const QString& name) const { return m_menu->action(name); }
+
+QWidget* MainWindow::makeHistoryArea() {
+    auto* area = new QWidget(this);
+    auto* v = new QVBoxLayout(area);
+    v->setContentsMargins(0, 0, 0, 0);
+    v->setSpacing(4);
+
+    m_gridModel = new HistoryGridModel(m_session.history(), this);
+    m_grid = new QTableView(area);
+    m_grid->setObjectName(QStringLiteral("MSFlexGrid1"));
+    m_grid->setModel(m_gridModel);
+    connect(m_grid->verticalScrollBar(), &QScrollBar::rangeChanged, this, [this](int, int max) {
+        if (m_scrollToNewest) m_grid->verticalScrollBar()->setValue(max);
+    });
+    // Once the player scrolls himself, new layouts leave his position alone.
+    connect(m_grid->verticalScrollBar(), &QScrollBar::actionTriggered, this,
+            [this] { m_scrollToNewest = false; });
+    m_grid->verticalHeader()->hide();
+    m_grid->verticalHeader()->setDefaultSectionSize(20);
+    m_grid->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    m_grid->horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    m_grid->horizontalHeader()->setDefaultSectionSize(44);
+    m_grid->setColumnWidth(0, 46);
+    m_grid->setColumnWidth(1, 64);
+    m_grid->setSelectionMode(QAbstractItemView::SingleSelection);
+    m_grid->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_grid->setFixedWidth(46 + 64 + 7 * 44 + 22);
+    ColumnWidths::fit(m_grid);
+    v->addWidget(m_grid, 1);
+
+    // The entry row: Label12 and the seven masked fields.
+    auto* entry = new QHBoxLayout;
+    entry->setSpacing(2);
+    m_nextIssueLabel = new QLabel(area);
+    m_nextIssueLabel->setObjectName(QStringLiteral("Label12"));
+    m_nextIssueLabel->setStyleSheet(QStringLiteral("color: rgb(0,0,160);"));
+    v->addWidget(m_nextIssueLabel);
+    for (int i = 1; i <= 7; ++i) {
+        auto* box = new QLineEdit(area);
+        box->setObjectName(QStringLiteral("MaskEdBox1(%1)").arg(i));
+        box->setInputMask(QStringLiteral("99"));
+        box->setFixedWidth(28);
+        box->setAlignment(Qt::AlignCenter);
+        if (i >= 6) box->setStyleSheet(QStringLiteral("color: rgb(0,0,200);"));
+        entry->addWidget(box);
+        m_entryFields << box;
+    }
+    auto* discard = new QPushButton(QStringLiteral("放弃输入"), area);
+    discard->setObjectName(QStringLiteral("discardEntry"));
+    entry->addWidget(discard);
+    entry->addStretch();
+    v->addLayout(entry);
+
+    auto* buttons = new QGridLayout;
+    buttons->setSpacing(3);
+    int i = 0;
+    for (const HistoryButton& b : kHistoryButtons) {
+        auto* button = new QPushButton(QString::fromUtf8(b.caption), area);
+        button->setObjectName(QString::fromLatin1(b.name));
+        QAction* item = action(QString::fromLatin1(b.menuItem));
+        connect(button, &QPushButton::clicked, item, &QAction::trigger);
+        // A button is usable exactly when its menu item is.
+        connect(item, &QAction::changed, button, [button, item] { button->setEnabled(item->isEnabled()); });
+        button->setEnabled(item->isEnabled());
+        buttons->addWidget(button, i / 2, i % 2);
+        m_historyButtons.insert(button->objectName(), button);
+        ++i;
+    }
+    v->addLayout(buttons);
+    return area;
+}
+
+QWidget* MainWindow::makeBoardArea() {
+    auto* area = new QWidget(this);
+    auto* v = new QVBoxLayout(area);
+    v->setContentsMargins(0, 0, 0, 0);
+    v->setSpacing(4);
+    m_front = new ZoneBoardWidget(Zone::Front, area);
+    m_back = new ZoneBoardWidget(Zone::Back, area);
+    connectBoard(m_front);
+    connectBoard(m_back);
+    m_spin = new SpinRows(area);
+    v->addWidget(m_front);
+    v->addWidget(m_back);
+    v->addWidget(m_spin);
+    v->addStretch(1);
+    return area;
+}
+
+void MainWindow::makeStatusBar() {
+    QStatusBar* bar = statusBar();
+    bar->setObjectName(QStringLiteral("StatusBar1"));
+    for (int i = 1; i <= 3; ++i) {
+        auto* panel = new QLabel(bar);
+        panel->setObjectName(QStringLiteral("StatusBar1.Panel%1").arg(i));
+        panel->setMinimumWidth(i == 3 ? 360 : 160);
+        bar->addWidget(panel, i == 3 ? 1 : 0);
+        m_statusPanels << panel;
+    }
+}
+
+void MainWindow::connectBoard(ZoneBoardWidget* widget) {
+    const Zone z = widget->zone();
+    auto then = [this](auto&& f) {
+        return [this, f] {
+            f();
+            renderBoard();
+        };
+    };
+    connect(widget, &ZoneBoardWidget::numberClicked, this, [this, z](int n) {
+        m_board->leftClick(z, n);
+        renderBoard();
+    });
+    connect(widget, &ZoneBoardWidget::numberRightClicked, this, [this, z, widget](int n) {
+        const bool popup = m_board->rightClick(z, n);
+        renderBoard();
+        if (popup) widget->bankerPopup()->popup(QCursor::pos());
+    });
+    connect(widget, &ZoneBoardWidget::bankerToggled, this, then([this, z] { m_board->toggleBanker(z); }));
+    connect(widget, &ZoneBoardWidget::selectAllClicked, this, then([this, z] { m_board->selectAll(z); }));
+    connect(widget, &ZoneBoardWidget::invertClicked, this, then([this, z] { m_board->invert(z); }));
+    connect(widget, &ZoneBoardWidget::resetClicked, this, then([this, z] { m_board->reselect(z); }));
+}
+
+// The play modes under 组号方式: the multiple and banker entries of both zones, and the
+// enabling when the menu opens.
+void MainWindow::connectPlayModeMenus() {
+    connect(m_menu->menu(QStringLiteral("mnuSl")), &QMenu::aboutToShow, this, [this] {
+        m_board->openModeMenu();
+        renderBoard();
+    });
+    const struct {
+        const char* family;
+        Zone zone;
+        int from, to;
+        bool bankerMenu;
+    } modes[] = {{"meuDanxuan", Zone::Front, 5, 16, false},
+                 {"meuDanxuanHou", Zone::Back, 2, 8, false},
+                 {"mnuDtuo", Zone::Front, 1, 16, true},
+                 {"mnuDtuoHou", Zone::Back, 1, 8, true}};
+    for (const auto& m : modes) {
+        for (int k = m.from; k <= m.to; ++k) {
+            const Zone z = m.zone;
+            const bool bankerMenu = m.bankerMenu;
+            connect(action(QStringLiteral("%1(%2)").arg(QString::fromLatin1(m.family)).arg(k)),
+                    &QAction::triggered, this, [this, z, k, bankerMenu] {
+                        if (bankerMenu)
+                            m_board->chooseBankerEntry(z, k);
+                        else
+                            m_board->chooseMultiEntry(z, k);
+                        renderBoard();
+                    });
+        }
+    }
+}
+
+void MainWindow::connectMenus() {
+    connectPlayModeMenus();
+    connect(action(QStringLiteral("meuExt")), &QAction::triggered, this, &QWidget::close);
+    // The filter windows: expansions of the board, and the table of the last expansion.
+    const struct {
+        const char* item;
+        ListCommand list;
+        FilterSource instance;
+    } lists[] = {{"mnuLst", ListCommand::MultiExpansion, FilterSource::Expansion},
+                 {"mnuDtlst", ListCommand::BankerExpansion, FilterSource::BankerExpansion}};
+    for (const auto& l : lists) {
+        const ListCommand list = l.list;
+        const FilterSource instance = l.instance;
+        connect(action(QString::fromLatin1(l.item)), &QAction::triggered, this, [this, list, instance] {
+            m_board->prepareList(list);
+            renderBoard();
+            openFilter(instance);
+        });
+    }
+    connect(action(QStringLiteral("mnuCallfd")), &QAction::triggered, this,
+            [this] { openFilter(FilterSource::StoredExpansion); });
+
+    // Prize rules, checks and reports.
+    connect(action(QStringLiteral("meuPlc")), &QAction::triggered, this,
+            [this] { openPrizeRules(m_session, m_prompter, this); });
+    connect(action(QStringLiteral("meuRepot")), &QAction::triggered, this,
+            [this] { openReports(m_session, m_prompter, this); });
+    for (const auto& [item, kind] : prizeCheckItems()) {
+        const schema::CandidateKind k = kind;
+        connect(action(QString::fromLatin1(item)), &QAction::triggered, this, [this, k] {
+            hide();
+            openPrizeCheck(m_session, m_prompter, k, this, [this] { show(); });
+            show();
+        });
+    }
+    // A check is offered when its table exists.
+    connect(m_menu->menu(QStringLiteral("meuWid")), &QMenu::aboutToShow, this,
+            &MainWindow::updatePrizeChecks);
+    for (const game_rules::StabilityItem& it : game_rules::stabilityItems()) {
+        const int index = it.index;
+        connect(action(QStringLiteral("meuSpd%1").arg(index)), &QAction::triggered, this,
+                [this, index] { chooseStability(index); });
+    }
+    for (int n = game_rules::kFrontMin; n <= game_rules::kFrontMax; ++n)
+        connect(action(QStringLiteral("meuS(%1)").arg(n)), &QAction::triggered, this,
+                [this, n] { chooseFrontSize(n); });
+    for (int n = game_rules::kBackMin; n <= game_rules::kBackMax; ++n)
+        connect(action(QStringLiteral("meuSHou(%1)").arg(n)), &QAction::triggered, this,
+                [this, n] { chooseBackSize(n); });
+    connect(action(QStringLiteral("mnuName")), &QAction::triggered, this, &MainWindow::renameWorkspace);
+    connect(action(QStringLiteral("mnuPtset")), &QAction::triggered, this, &MainWindow::askPrintSetting);
+    connect(action(QStringLiteral("meuAbt")), &QAction::triggered, this, [this] {
+        m_prompter.inform(QStringLiteral("关于软件"),
+                          kTitle + QStringLiteral("\n双区乐透的选号、组号、缩水过滤与兑奖助理。"));
+    });
+}
+
+void MainWindow::loadFromSession() {
+    m_statusPanels[0]->setText(m_session.workspaceName());
+    m_statusPanels[1]->setText(
+        QStringLiteral("%1选5 + %2选2").arg(m_session.frontSize()).arg(m_session.backSize()));
+
+    checkStoredStability();
+    checkOnly(QStringLiteral("meuS"), game_rules::kFrontMin, game_rules::kFrontMax, m_session.frontSize());
+    checkOnly(QStringLiteral("meuSHou"), game_rules::kBackMin, game_rules::kBackMax, m_session.backSize());
+    m_session.frontLeftToSpin = game_rules::kFrontPicks;
+    m_session.backLeftToSpin = game_rules::kBackPicks;
+    applyZoneSizes();
+    m_board->predictionExpansion = false;
+    renderBoard();
+    updatePrizeChecks();
+    refreshHistory();
+}
+
+void MainWindow::checkStoredStability() {
+    // The stability item of the stored Wd; 8000 itself checks none.
+    const int wd = m_session.settings().readInt(setting_keys::StabilityAtLoad, m_session.workspaceName());
+    for (const game_rules::StabilityItem& it : game_rules::stabilityItems())
+        action(QStringLiteral("meuSpd%1").arg(it.index))->setChecked(false);
+    if (const int item = game_rules::stabilityItemCheckedAtLoad(wd))
+        action(QStringLiteral("meuSpd%1").arg(item))->setChecked(true);
+}
+
+void MainWindow::refreshHistory() {
+    m_gridModel->refresh();
+    const int drawCount = m_session.drawCount();
+    m_nextIssueLabel->setText(history_actions::nextIssueText(m_session));
+    // The newest draw in view. The view lays out the new rows later (and the first time only
+    // once it is shown), so the scroll follows the scroll bar's new range.
+    m_scrollToNewest = drawCount > 0;
+    if (m_scrollToNewest) m_grid->scrollToBottom();
+    updateHistoryCommands();
+}
+
+void MainWindow::renderIndexedMenu(const QString& family, const IndexedMenu& menu, int from, int to) {
+    for (int k = from; k <= to; ++k) {
+        QAction* a = action(QStringLiteral("%1(%2)").arg(family).arg(k));
+        a->setEnabled(menu.enabled[static_cast<size_t>(k)]);
+        a->setChecked(menu.checked[static_cast<size_t>(k)]);
+    }
+}
+
+void MainWindow::renderBoard() {
+    const NumberBoard& b = *m_board;
+    m_front->render(b.zone(Zone::Front));
+    m_back->render(b.zone(Zone::Back));
+    renderIndexedMenu(QStringLiteral("meuDanxuan"), b.zone(Zone::Front).multiMenu, 5, 16);
+    renderIndexedMenu(QStringLiteral("meuDanxuanHou"), b.zone(Zone::Back).multiMenu, 2, 8);
+    renderIndexedMenu(QStringLiteral("mnuDtuo"), b.zone(Zone::Front).bankerMenu, 1, 16);
+    renderIndexedMenu(QStringLiteral("mnuDtuoHou"), b.zone(Zone::Back).bankerMenu, 1, 8);
+    m_statusPanels[2]->setText(b.statusText);
+    m_spin->startButton()->setEnabled(b.startButton);
+    m_spin->resetButton()->setEnabled(b.resetButton);
+    m_spin->pauseButton()->setEnabled(b.pauseButton);
+    m_spin->setSpinCounts(b.zone(Zone::Front).state().spinCount, b.zone(Zone::Back).state().spinCount);
+    // Commands whose windows are not built yet stay off whatever the rules say.
+    auto enable = [this](const char* name, bool on) {
+        const QString n = QString::fromLatin1(name);
+        if (QAction* a = action(n))
+            a->setEnabled(on && MainMenu::isBuilt(n));
+        else if (QMenu* m = m_menu->menu(n))
+            m->menuAction()->setEnabled(on);
+    };
+    enable("meuSta", b.startMenuItem);
+    enable("meuRst", b.resetMenuItem);
+    enable("meuSup", b.pauseMenuItem);
+    enable("meuAgarr", b.predictionExpansion);
+    for (int k = 9; k <= 22; ++k)
+        action(QStringLiteral("meuRt(%1)").arg(k))
+            ->setEnabled(b.wheelEntries && MainMenu::isBuilt(QStringLiteral("meuRt")));
+    enable("mnuDantuo", b.modeMenu.frontBankerSpin);
+    enable("mnuDtxj", b.modeMenu.bankerWheel);
+    enable("mnuDantuoHou", b.modeMenu.backBankerSpin);
+    enable("meuAgn", b.modeMenu.frontMultiSpin);
+    enable("meuAgnHou", b.modeMenu.backMultiSpin);
+    enable("mnuLst", b.modeMenu.multiExpansion);
+    enable("mnuDtlst", b.modeMenu.bankerExpansion);
+    enable("mnu8Lst", b.modeMenu.sixFrontMultiExpansion);
+    enable("mnuDt8lst", b.modeMenu.sixFrontBankerExpansion);
+}
+
+void MainWindow::showBackSpinLabels(int k) {
+    m_spin->setSpinCounts(m_board->zone(Zone::Front).state().spinCount, k);
+}
+
+void MainWindow::updateHistoryCommands() {
+    // The delete and analysis commands need a history; the analysis windows come later.
+    const bool any = m_session.drawCount() > 0;
+    action(QStringLiteral("mnuDelast"))->setEnabled(any);
+    action(QStringLiteral("mnuSy"))->setEnabled(any && MainMenu::isBuilt(QStringLiteral("mnuSy")));
+}
+
+void MainWindow::checkOnly(const QString& family, int from, int to, int checked) {
+    for (int i = from; i <= to; ++i)
+        if (QAction* a = action(QStringLiteral("%1(%2)").arg(family).arg(i))) a->setChecked(i == checked);
+}
+
+void MainWindow::applyZoneSizes() {
+    m_bars->setZoneSizes(m_session.frontSize(), m_session.backSize());
+    m_statusPanels[1]->setText(
+        QStringLiteral("%1选5 + %2选2").arg(m_session.frontSize()).arg(m_session.backSize()));
+}
+
+bool MainWindow::settingSaved(bool saved, const QString& error) {
+    if (!saved) m_prompter.inform(Settings::kSaveFailedTitle, error, Prompter::Icon::Warning);
+    return saved;
+}
+
+void MainWindow::chooseStability(int itemIndex) {
+    for (const game_rules::StabilityItem& it : game_rules::stabilityItems()) {
+        if (it.index != itemIndex) continue;
+        const QString user = m_session.workspaceName();
+        if (!settingSaved(m_session.settings().write(setting_keys::StabilityAtLoad, it.value, user),
+                          Settings::saveFailedText(
+                              m_session.settings().fileFor(setting_keys::StabilityAtLoad, user)))) {
+            checkStoredStability();
+            return;
+        }
+    }
+    for (const game_rules::StabilityItem& it : game_rules::stabilityItems())
+        action(QStringLiteral("meuSpd%1").arg(it.index))->setChecked(it.index == itemIndex);
+}
+
+void MainWindow::chooseFrontSize(int size) {
+    QString error;
+    if (!settingSaved(m_session.setFrontSize(size, &error), error)) size = m_session.frontSize();
+    checkOnly(QStringLiteral("meuS"), game_rules::kFrontMin, game_rules::kFrontMax, size);
+    m_board->setSizes(static_cast<int16_t>(size), static_cast<int16_t>(m_session.backSize()));
+    m_board->reselect(Zone::Front);
+    applyZoneSizes();
+    renderBoard();
+}
+
+void MainWindow::chooseBackSize(int size) {
+    QString error;
+    if (!settingSaved(m_session.setBackSize(size, &error), error)) size = m_session.backSize();
+    checkOnly(QStringLiteral("meuSHou"), game_rules::kBackMin, game_rules::kBackMax, size);
+    m_board->setSizes(static_cast<int16_t>(m_session.frontSize()), static_cast<int16_t>(size));
+    m_board->reselect(Zone::Back);
+    applyZoneSizes();
+    renderBoard();
+}
+
+void MainWindow::renameWorkspace() {
+    m_workspaces.load();
+    m_workspaces.askRename(m_session.userIndex(), m_session.workspaceName(), m_prompter);
+}
+
+void MainWindow::askPrintSetting() {
+    const QString answer =
+        m_prompter.askText(QStringLiteral("打印设置"), QStringLiteral("请输入打印的时候每一行的注数"),
+                           QString::number(m_session.ticketsPerLine()));
+    bool ok = false;
+    const int n = answer.trimmed().toInt(&ok);
+    // Anything but a count is ignored.
+    QString error;
+    if (ok && n > 0 && n <= 32767) settingSaved(m_session.setTicketsPerLine(n, &error), error);
+}
+
+const std::vector<std::pair<const char*, schema::CandidateKind>>& MainWindow::prizeCheckItems() {
+    static const std::vector<std::pair<const char*, schema::CandidateKind>> items{
+        {"mnuzhInq", schema::CandidateKind::Combinations},
+        {"mnuRtInq", schema::CandidateKind::Wheel},
+        {"mnuTxInq", schema::CandidateKind::Imported},
+        {"mnuMbInq", schema::CandidateKind::Template},
+        {"mnufsInq", schema::CandidateKind::SixNumbers}};
+    return items;
+}
+
+void MainWindow::updatePrizeChecks() {
+    for (const auto& [item, kind] : prizeCheckItems())
+        action(QString::fromLatin1(item))->setEnabled(prizeCheckEnabled(m_session, kind));
+}
+
+FilterWindow* MainWindow::openFilter(FilterSource instance) {
+    FilterWindow* w = openFilterWindow(instance, m_session, m_prompter, this);
+    if (!w) return nullptr;
+    m_filterWindows.append(w);
+    connect(w, &FilterWindow::closed, this, [this, w] {
+        m_filterWindows.removeAll(w);
+        w->deleteLater();
+    });
+    return w;
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    // Each filter window brings its table's record up to date before it goes.
+    for (const QPointer<FilterWindow>& w : QList<QPointer<FilterWindow>>(m_filterWindows))
+        if (w) w->close();
+    m_session.saveSpinValues();
+    event->accept();
+}

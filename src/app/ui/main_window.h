@@ -1,0 +1,106 @@
+#pragma once
+
+#include "picking/number_board.h"
+
+#include "filter/filter_source.h"
+
+#include "workspace/ui/shell.h"
+
+#include <QMainWindow>
+#include <QPointer>
+
+#include <memory>
+
+class FilterWindow;
+class HistoryCommands;
+class HistoryGridModel;
+class MainMenu;
+class Prompter;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QTableView;
+class Session;
+class ProbabilityBars;
+class SpinRows;
+class WorkspaceList;
+class ZoneBoardWidget;
+
+// Form1, the hub: history grid, entry row, number board, spin rows and probability bars, and
+// the menus that open everything else. Its state is the Session it is handed.
+class MainWindow : public QMainWindow, public Shell, private BoardEvents {
+    Q_OBJECT
+public:
+    static inline const QString kTitle = QStringLiteral("鹤鸣轩.明算双区大乐透彩票助理");
+
+    MainWindow(Session& session, WorkspaceList& workspaces, Prompter& prompter, QWidget* parent = nullptr);
+    ~MainWindow() override;
+
+    MainMenu& menu() { return *m_menu; }
+    QMainWindow* mainWindow() override { return this; }
+    QAction* action(const QString& name) const override;
+    Session& session() override { return m_session; }
+    NumberBoard& board() { return *m_board; }
+    // Opens a filter window (an expansion of the board, or the stored table); null when refused.
+    FilterWindow* openFilter(FilterSource instance);
+    const QList<QPointer<FilterWindow>>& filterWindows() const { return m_filterWindows; }
+    // Draws the board's logic: buttons, counts, the mode menus, the spin commands, the status.
+    void renderBoard();
+
+    // The load step: texts, checks, visibility and the grid from the session.
+    void loadFromSession();
+    // Rebuilds the grid with the last row in view and Label12 asking for the next issue.
+    void refreshHistory() override;
+    QTableView* historyGrid() const override { return m_grid; }
+    HistoryCommands& historyCommands() { return *m_history; }
+    const QList<QLineEdit*>& entryBoxes() const override { return m_entryFields; }
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    QWidget* makeHistoryArea();
+    QWidget* makeBoardArea();
+    void makeStatusBar();
+    void connectMenus();
+    void connectPlayModeMenus();
+
+    // Shows the settings store's message when a setting was not saved; returns `saved`.
+    bool settingSaved(bool saved, const QString& error);
+    void checkStoredStability();
+    void chooseStability(int itemIndex);  // meuSpd1..12
+    void chooseFrontSize(int size);       // meuS
+    void chooseBackSize(int size);        // meuSHou
+    void checkOnly(const QString& family, int from, int to, int checked);
+    void applyZoneSizes();
+    void renameWorkspace();  // mnuName
+    void askPrintSetting();  // mnuPtset
+    void updateHistoryCommands();
+    // The prize check entries of 功能窗口 and their tables; enabled when the table exists.
+    static const std::vector<std::pair<const char*, schema::CandidateKind>>& prizeCheckItems();
+    void updatePrizeChecks();
+    void connectBoard(ZoneBoardWidget* widget);
+    void renderIndexedMenu(const QString& family, const IndexedMenu& menu, int from, int to);
+
+    // What the board asks of the spin and the windows.
+    void showBackSpinLabels(int k) override;
+
+    Session& m_session;
+    WorkspaceList& m_workspaces;
+    Prompter& m_prompter;
+    std::unique_ptr<MainMenu> m_menu;
+    std::unique_ptr<NumberBoard> m_board;
+    HistoryGridModel* m_gridModel = nullptr;
+    HistoryCommands* m_history = nullptr;
+    QTableView* m_grid = nullptr;
+    bool m_scrollToNewest = false;  // the history grid follows its newest row until scrolled by hand
+    QLabel* m_nextIssueLabel = nullptr;
+    QList<QLineEdit*> m_entryFields;
+    ZoneBoardWidget* m_front = nullptr;
+    ZoneBoardWidget* m_back = nullptr;
+    SpinRows* m_spin = nullptr;
+    ProbabilityBars* m_bars = nullptr;
+    QList<QLabel*> m_statusPanels;
+    QHash<QString, QPushButton*> m_historyButtons;
+    QList<QPointer<FilterWindow>> m_filterWindows;
+};

@@ -1,0 +1,67 @@
+#include "engine/candidate_writer.h"
+
+#include "workspace/sqlite_db.h"
+
+#include <chrono>
+
+class CandidateWriter::Progress : public EngineProgress {
+public:
+    explicit Progress(CandidateWriter& w) : m_w(w) {}
+    void progress(uint64_t done, uint64_t total) override {
+        m_w.m_done.store(done);
+        m_w.m_total.store(total);
+    }
+    bool cancelled() const override { return m_w.m_cancel.load(); }
+
+private:
+    CandidateWriter& m_w;
+};
+
+CandidateWriter::CandidateWriter(QString dbPath) : m_path(std::move(dbPath)) {}
+
+CandidateWriter::~CandidateWriter() { wait(); }
+
+void CandidateWriter::start(const CandidateTable& table) {
+    cancelAndJoin();
+    m_cancel.store(false);
+    m_done.store(0);
+    m_total.store(table.rowCount());
+    m_busy.store(true);
+    m_thread = std::thread([this, &table] { run(&table); });
+}
+
+void CandidateWriter::run(const CandidateTable* table) {
+    candidate_store::SaveResult result;
+    SqliteDb db;
+    if (!db.open(m_path)) {
+        result = {candidate_store::Outcome::Failed, db.lastError()};
+    } else {
+        Progress progress(*this);
+        result = candidate_store::save(db, *table, &progress);
+    }
+    std::lock_guard lock(m_mutex);
+    m_last = result;
+    m_busy.store(false);
+    m_finished.notify_all();
+}
+
+void CandidateWriter::join() {
+    if (m_thread.joinable()) m_thread.join();
+}
+
+void CandidateWriter::cancelAndJoin() {
+    m_cancel.store(true);
+    join();
+}
+
+candidate_store::SaveResult CandidateWriter::wait(EngineProgress* progress) {
+    using namespace std::chrono_literals;
+    std::unique_lock lock(m_mutex);
+    while (m_busy.load()) {
+        m_finished.wait_for(lock, 50ms);
+        if (progress) progress->progress(m_done.load(), m_total.load());
+    }
+    lock.unlock();
+    join();
+    return m_last;
+}

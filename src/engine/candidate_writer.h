@@ -1,0 +1,48 @@
+#pragma once
+
+#include "engine/candidate_store.h"
+
+#include <QString>
+
+#include <atomic>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
+// Brings the relational record of a candidate table up to date off the window's thread, on its
+// own connection to filnum.db. A write in progress is cancelled (and rolled back, leaving the
+// previous record) when the table is about to change again; the next write then carries both
+// changes. Closing a window waits for the last write with wait().
+class CandidateWriter {
+public:
+    explicit CandidateWriter(QString dbPath);
+    // Waits for a running write: the record must never stay behind the table.
+    ~CandidateWriter();
+    CandidateWriter(const CandidateWriter&) = delete;
+    CandidateWriter& operator=(const CandidateWriter&) = delete;
+
+    // Starts writing `table`, which must stay unchanged until cancelAndJoin() or wait() returns.
+    void start(const CandidateTable& table);
+    // Stops a running write; the record keeps its previous state. Returns at once when idle.
+    void cancelAndJoin();
+    // Waits for the running write, reporting its progress; returns the outcome of the last write.
+    candidate_store::SaveResult wait(EngineProgress* progress = nullptr);
+
+    bool busy() const { return m_busy.load(); }
+    uint64_t rowsWritten() const { return m_done.load(); }
+    uint64_t rowsTotal() const { return m_total.load(); }
+
+private:
+    class Progress;
+    void run(const CandidateTable* table);
+    void join();
+
+    QString m_path;
+    std::thread m_thread;
+    std::atomic<bool> m_cancel{false};
+    std::atomic<bool> m_busy{false};
+    std::atomic<uint64_t> m_done{0}, m_total{0};
+    std::mutex m_mutex;
+    std::condition_variable m_finished;
+    candidate_store::SaveResult m_last{candidate_store::Outcome::Done, {}};
+};
