@@ -7,7 +7,7 @@
 #include "bench_tables.h"
 #include "bench_timing.h"
 #include "filter/candidate_actions.h"
-#include "filter/param_filter.h"
+#include "filter/param/param_filter.h"
 #include "generation/expansion.h"
 #include "param_reference.h"
 #include "workspace/sqlite_db.h"

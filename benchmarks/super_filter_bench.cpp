@@ -7,8 +7,9 @@
 #include "bench_tables.h"
 #include "bench_timing.h"
 #include "filter/candidate_actions.h"
-#include "filter/super_filter.h"
-#include "filter/super_kernels.h"
+#include "filter/super/history_kernel.h"
+#include "filter/super/super_filter.h"
+#include "filter/super/super_kernels.h"
 #include "generation/expansion.h"
 #include "history/history_text.h"
 #include "super_reference.h"
@@ -87,8 +88,9 @@ int main(int argc, char** argv) {
     // A first filter allocates the scratch columns (canshu, SKnum, JSqihao): done once ahead, as
     // any earlier filter of the window has done it.
     {
-        super_kernels::HistoryRun warm{ZoneScope::Front, 5, QStringLiteral("历史同5号滤"), QStringLiteral("1"), 1};
-        super_kernels::history(t, warm, history);
+        history_kernel::HistoryRun warm{ZoneScope::Front, 5, QStringLiteral("历史同5号滤"),
+                                        QStringLiteral("1"), 1};
+        history_kernel::history(t, warm, history);
     }
     CandidateTable small = head(t, sqlRows);
     SqliteDb db;
@@ -103,7 +105,7 @@ int main(int argc, char** argv) {
                 {SuperButton::HistoryLow, ZoneScope::Both}};
     for (const auto& run : runs) {
         candidate_actions::resetAll(t);
-        super_kernels::HistoryRun h;
+        history_kernel::HistoryRun h;
         h.scope = run.scope;
         h.threshold = super_filter::threshold(run.button, run.scope);
         h.caption = super_filter::caption(run.button, run.scope);
@@ -111,7 +113,7 @@ int main(int argc, char** argv) {
         h.passes = draws;
         uint64_t killed = 0;
         const double c0 = cpuSeconds();
-        const double wall = seconds([&] { killed = super_kernels::history(t, h, history); });
+        const double wall = seconds([&] { killed = history_kernel::history(t, h, history); });
         const double cpu = cpuSeconds() - c0;
         double sql = 0;
         if (sqlRows) {

@@ -104,15 +104,6 @@ QByteArray imageMeta(const CandidateTable& t) {
     return m.join(QLatin1Char(' ')).toLatin1();
 }
 
-QByteArray reasonsBlob(const ReasonTable& r) {
-    QByteArray out;
-    for (size_t id = 0; id < r.size(); ++id) {
-        out += r.text(static_cast<ReasonTable::Id>(id)).toUtf8();
-        out += '\0';
-    }
-    return out;
-}
-
 bool writeImage(SqliteDb& db, const CandidateTable& t) {
     const QString name = t.tableName();
     if (!ensureImageTable(db)) return false;
@@ -120,7 +111,8 @@ bool writeImage(SqliteDb& db, const CandidateTable& t) {
     const QByteArray meta = imageMeta(t);
     if (!writePart(db, name, QStringLiteral("meta"), meta.constData(), static_cast<uint64_t>(meta.size())))
         return false;
-    const QByteArray reasons = reasonsBlob(t.reasons());
+    // The stored blob starts with the null and the empty text, as the first versions wrote it.
+    const QByteArray reasons = QByteArray(2, '\0') + t.reasons().image();
     if (!writePart(db, name, QStringLiteral("reasons"), reasons.constData(),
                    static_cast<uint64_t>(reasons.size())))
         return false;
@@ -371,13 +363,7 @@ std::unique_ptr<CandidateTable> loadImage(SqliteDb& db, Kind kind) {
         return nullptr;
     auto t = std::make_unique<CandidateTable>(kind, rows);
     const QByteArray reasons = readWholePart(db, name, QStringLiteral("reasons"));
-    const QList<QByteArray> texts = reasons.split('\0');
-    // The blob ends with a terminator, so split() yields one empty piece more than texts.
-    if (texts.size() < 3) return nullptr;
-    for (qsizetype id = 2; id + 1 < texts.size(); ++id) {
-        if (t->reasons().intern(QString::fromUtf8(texts[id])) != static_cast<ReasonTable::Id>(id))
-            return nullptr;
-    }
+    if (!reasons.startsWith(QByteArray(2, '\0')) || !t->reasons().appendImage(reasons.mid(2))) return nullptr;
     for (int k = 1; k <= t->numberCount(); ++k)
         if (!readVector(db, name, QStringLiteral("fig%1").arg(k), t->numberColumn(k))) return nullptr;
     const std::pair<const char*, BitVector*> flags[] = {{"unslt", &t->filteredOut()},

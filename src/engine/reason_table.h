@@ -28,6 +28,12 @@ public:
     const QString& text(Id id) const { return m_texts[id]; }
     bool isNull(Id id) const { return id == kNull; }
     size_t size() const { return m_texts.size(); }
+    // The entries from `from` on (at least 2: the null and the empty text are always there), in
+    // the form the record keeps them.
+    QByteArray image(Id from = 2) const;
+    // Appends the entries of an image(from) to a table that holds exactly `from` entries; false,
+    // with the table unchanged, when the bytes are not such an image.
+    bool appendImage(const QByteArray& bytes, Id from = 2);
     // The id of prefix + text(id), memoised per prefix by the caller's remap (see PrefixMap).
     Id prefixed(const QString& prefix, Id id) { return intern(prefix + m_texts[id]); }
 

@@ -2,7 +2,7 @@
 
 #include "engine/candidate_table.h"
 #include "filter/filter_source.h"
-#include "filter/param_filter.h"
+#include "filter/param/param_filter.h"
 
 #include <QAbstractTableModel>
 #include <QStringList>

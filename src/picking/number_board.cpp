@@ -176,8 +176,8 @@ void NumberBoard::setSizes(int16_t frontSize, int16_t backSize) {
 
 void NumberBoard::applyStartRule() {
     const bool ready = m_state.front.readyFlag && m_state.back.readyFlag;
-    startButton = ready;
-    startMenuItem = ready;
+    startEnabled = ready;
+    startItemEnabled = ready;
 }
 
 void NumberBoard::setBankerModes() {
@@ -261,8 +261,8 @@ void NumberBoard::toggleBanker(Zone z) {
     const int n = zb.state().activeNum;
     if (n < 1 || n > zb.size()) return;
     if (zb.toggleBanker(n)) {
-        startButton = true;
-        startMenuItem = true;
+        startEnabled = true;
+        startItemEnabled = true;
     }
     afterPickChange(z, true, false);
 }
@@ -286,7 +286,7 @@ void NumberBoard::reselect(Zone z) {
     ZoneBoard& zb = zone(z);
     m_events->stopSpinTimers();
     zb.reselect();
-    startButton = startMenuItem = resetButton = resetMenuItem = false;
+    startEnabled = startItemEnabled = resetEnabled = resetItemEnabled = false;
     if (zb.options().reselectResetsSpinMenus) {
         wheelEntries = false;
         m_state.front.spinCount = m_front.options().picks;
@@ -358,7 +358,7 @@ void NumberBoard::chooseMode(Zone z, int k, bool fromBankerMenu) {
     if (k < first || k > last) return;
 
     s.chosenCount = static_cast<int16_t>(k);
-    startButton = startMenuItem = resetButton = resetMenuItem = true;
+    startEnabled = startItemEnabled = resetEnabled = resetItemEnabled = true;
     predictionExpansion = false;
     m_events->clearSpinState();
     for (int i = first; i <= last; ++i) menu.checked[static_cast<size_t>(i)] = false;
@@ -368,11 +368,12 @@ void NumberBoard::chooseMode(Zone z, int k, bool fromBankerMenu) {
     m_events->stopSpinTimers();
     if (s.pickCount > k) {
         // The spin is to run.
-        startButton = startMenuItem = resetButton = resetMenuItem = true;
-        pauseButton = pauseMenuItem = false;
+        startEnabled = startItemEnabled = resetEnabled = resetItemEnabled = true;
+        pauseEnabled = pauseItemEnabled = false;
     } else {
         // The picks are no more than k: they are the prediction.
-        startButton = resetButton = pauseButton = startMenuItem = resetMenuItem = pauseMenuItem = false;
+        startEnabled = resetEnabled = pauseEnabled = startItemEnabled = resetItemEnabled = pauseItemEnabled =
+            false;
         for (int i = 0; i < k; ++i) s.predictList[static_cast<size_t>(i)] = s.pickList[static_cast<size_t>(i + 1)];
         if (!fromBankerMenu) {
             m_state.fromSpin = true;

@@ -159,9 +159,9 @@ public:
 
     // Window-facing state.
     QString statusText;  // StatusBar1 panel 3
-    bool startButton = false, startMenuItem = false;  // start
-    bool resetButton = false, resetMenuItem = false;  // reset of the spin
-    bool pauseButton = false, pauseMenuItem = false;  // speed of the spin
+    bool startEnabled = false, startItemEnabled = false;  // start
+    bool resetEnabled = false, resetItemEnabled = false;  // reset of the spin
+    bool pauseEnabled = false, pauseItemEnabled = false;  // speed of the spin
     bool predictionExpansion = true;
     bool wheelEntries = true;  // the wheel entries (all of them)
     struct ModeMenu {

@@ -2,7 +2,7 @@
 // window's boxes Text66(3) and Text66(2) hold them, so a run gives what the window's logic gives
 // with the same boxes.
 #include "engine/candidate_store.h"
-#include "filter/param_window.h"
+#include "filter/param/param_window.h"
 #include "workspace/scripted_prompter.h"
 #include "workspace/sqlite_db.h"
 

@@ -7,7 +7,7 @@
 // The four row loops are written out as loops over the rows, as the window runs them.
 
 #include "engine/candidate_table.h"
-#include "filter/param_filter.h"
+#include "filter/param/param_filter.h"
 #include "workspace/sqlite_db.h"
 
 #include <QString>

@@ -3,7 +3,7 @@
 // Random inputs of the kernels' checks: distinct numbers, a draw history and the context of
 // the parameter computations.
 
-#include "filter/param_kernels.h"
+#include "filter/param/param_kernels.h"
 #include "workspace/shared_state.h"
 
 #include <algorithm>

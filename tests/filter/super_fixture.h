@@ -5,8 +5,8 @@
 
 #include "filter/candidate_fixture.h"
 #include "filter/filter_workspace.h"
-#include "filter/super_filter.h"
-#include "filter/template_recorder.h"
+#include "filter/super/super_filter.h"
+#include "filter/templates/template_recorder.h"
 #include "workspace/schema.h"
 #include "workspace/scripted_prompter.h"
 #include "workspace/sqlite_db.h"

@@ -7,7 +7,7 @@
 // with a null read as "". Each worker runs its statements one by one, as the window does.
 
 #include "engine/candidate_table.h"
-#include "filter/param_catalogue.h"
+#include "filter/param/param_catalogue.h"
 #include "workspace/shared_state.h"
 #include "workspace/sqlite_db.h"
 

@@ -1,6 +1,6 @@
 // Saved settings in Canshu: Command7 with its default name, frmFind's names, delete and
 // rename, and Command6 setting the controls, through the file.
-#include "filter/saved_setting_store.h"
+#include "filter/templates/saved_setting_store.h"
 #include "workspace/schema.h"
 #include "workspace/scripted_prompter.h"
 #include "workspace/sqlite_db.h"

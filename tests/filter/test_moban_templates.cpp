@@ -1,7 +1,7 @@
 // Filter templates: recording through the popup (with the overwrite of a dismissed popup),
 // replay on the current flags, browsing with the Label3 texts, the deletes, and the snapshot
 // through moban and back.
-#include "filter/saved_setting_store.h"
+#include "filter/templates/saved_setting_store.h"
 #include "super_fixture.h"
 
 namespace {

@@ -1,6 +1,6 @@
 // The edge cases of the parameter filters that the statements make easy to get wrong.
 #include "filter/candidate_actions.h"
-#include "filter/param_filter.h"
+#include "filter/param/param_filter.h"
 
 #include "support/qt_printers.h"
 

@@ -5,7 +5,7 @@
 #include "random_inputs.h"
 
 #include "engine/kernel_executor.h"
-#include "filter/param_filter.h"
+#include "filter/param/param_filter.h"
 #include "support/qt_printers.h"
 
 #include <gtest/gtest.h>

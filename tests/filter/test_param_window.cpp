@@ -2,7 +2,7 @@
 // through the window's logic as the filter window drives it.
 #include "engine/candidate_kernels.h"
 #include "filter/candidate_actions.h"
-#include "filter/param_window.h"
+#include "filter/param/param_window.h"
 #include "workspace/schema.h"
 #include "workspace/scripted_prompter.h"
 #include "workspace/sqlite_db.h"

@@ -1,6 +1,6 @@
 // The range query: spans, the three modes, the box formats, the zone's table, all rows at once,
 // and the preset at load.
-#include "filter/range_query.h"
+#include "filter/param/range_query.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,9 @@
 // Every super filter's kernel against its statements run in SQLite on random small tables, row
 // by row: unslt, preunslt, Fliter, canshu, SKnum, JSqihao and the Numstring texts.
 #include "engine/kernel_executor.h"
-#include "filter/super_filter.h"
-#include "filter/super_kernels.h"
+#include "filter/super/history_kernel.h"
+#include "filter/super/super_filter.h"
+#include "filter/super/super_kernels.h"
 #include "random_inputs.h"
 #include "super_reference.h"
 
@@ -122,13 +123,13 @@ TEST_F(SuperStatements, HistoryFiltersMatchTheirStatementsInEveryScope) {
             for (int64_t n : spans) {
                 CandidateTable t = randomTable(rng, 250, anyMode(), ++round % 2 == 0);
                 super_reference::load(db, t);
-                super_kernels::HistoryRun run;
+                history_kernel::HistoryRun run;
                 run.scope = scope;
                 run.threshold = super_filter::threshold(b, scope);
                 run.caption = super_filter::caption(b, scope);
                 run.nText = QString::number(n);
                 run.passes = n;
-                super_kernels::history(t, run, h);
+                history_kernel::history(t, run, h);
                 super_reference::history(db, scope, run.threshold, run.caption, run.nText, n, h);
                 expectSame(db, t,
                            "history " + super_filter::objectName(b).toStdString() + " scope " +
@@ -146,9 +147,9 @@ TEST_F(SuperStatements, HistoryFilterOnDrawsWithRepeatedNumbers) {
     for (ZoneScope scope : {ZoneScope::Front, ZoneScope::Back}) {
         CandidateTable t = randomTable(rng, 300, Mode::Whole, false);
         super_reference::load(db, t);
-        super_kernels::HistoryRun run{scope, scope == ZoneScope::Front ? 3 : 1, QStringLiteral("历史同3号滤"),
-                                      QStringLiteral("12"), 12};
-        super_kernels::history(t, run, h);
+        history_kernel::HistoryRun run{scope, scope == ZoneScope::Front ? 3 : 1,
+                                       QStringLiteral("历史同3号滤"), QStringLiteral("12"), 12};
+        history_kernel::history(t, run, h);
         super_reference::history(db, scope, run.threshold, run.caption, run.nText, 12, h);
         expectSame(db, t, "repeated numbers");
     }
@@ -177,9 +178,9 @@ TEST_F(SuperStatements, HistoryFilterWithMoreDistinctNumbersThanAMaskHolds) {
     for (ZoneScope scope : {ZoneScope::Front, ZoneScope::Back}) {
         CandidateTable t = randomTable(rng, 200, Mode::Whole, false);
         super_reference::load(db, t);
-        super_kernels::HistoryRun run{scope, scope == ZoneScope::Front ? 2 : 1, QStringLiteral("历史同3号滤"),
-                                      QStringLiteral("45"), 45};
-        super_kernels::history(t, run, h);
+        history_kernel::HistoryRun run{scope, scope == ZoneScope::Front ? 2 : 1,
+                                       QStringLiteral("历史同3号滤"), QStringLiteral("45"), 45};
+        history_kernel::history(t, run, h);
         super_reference::history(db, scope, run.threshold, run.caption, run.nText, 45, h);
         expectSame(db, t, "many literals scope " + std::to_string(static_cast<int>(scope)));
         EXPECT_LT(t.liveCount(), t.rowCount()) << "some rows die";
@@ -255,9 +256,9 @@ TEST_F(SuperStatements, ATableCutIntoSlicesMatchesTheStatements) {
         super_reference::load(db, t);
         const SuperButton b =
             scope == ZoneScope::Front ? SuperButton::HistoryLow : SuperButton::HistoryMiddle;
-        super_kernels::HistoryRun run{scope, super_filter::threshold(b, scope),
-                                      super_filter::caption(b, scope), QStringLiteral("6"), 6};
-        super_kernels::history(t, run, h);
+        history_kernel::HistoryRun run{scope, super_filter::threshold(b, scope),
+                                       super_filter::caption(b, scope), QStringLiteral("6"), 6};
+        history_kernel::history(t, run, h);
         super_reference::history(db, scope, run.threshold, run.caption, run.nText, 6, h);
         expectSame(db, t, "history on slices, scope " + std::to_string(static_cast<int>(scope)));
 

@@ -1,7 +1,7 @@
 // The forms of Numstring that the super filters leave go into filnum.db as the statements write
 // them, and come back as the same form, by the column image and by the rows.
 #include "engine/candidate_store.h"
-#include "filter/super_kernels.h"
+#include "filter/super/super_kernels.h"
 #include "super_fixture.h"
 
 namespace {

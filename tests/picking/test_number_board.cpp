@@ -85,21 +85,21 @@ TEST(NumberBoardStartRule, FrontClicksNeverEnableStartBackClicksDo) {
     EXPECT_TRUE(b.back().readyFlag);
     b.pick(Zone::Front, {1, 2, 3, 4, 5, 6});
     EXPECT_TRUE(b.front().readyFlag);
-    EXPECT_FALSE(b.board.startButton);
-    EXPECT_FALSE(b.board.startMenuItem);
+    EXPECT_FALSE(b.board.startEnabled);
+    EXPECT_FALSE(b.board.startItemEnabled);
     b.pick(Zone::Back, {4});
-    EXPECT_TRUE(b.board.startButton);
-    EXPECT_TRUE(b.board.startMenuItem);
+    EXPECT_TRUE(b.board.startEnabled);
+    EXPECT_TRUE(b.board.startItemEnabled);
     // The program click of the front zone applies the rule.
     b.pick(Zone::Back, {4, 3});  // back down to 2: not ready
-    EXPECT_FALSE(b.board.startButton);
+    EXPECT_FALSE(b.board.startEnabled);
     b.board.programClick(Zone::Back, 3);
-    EXPECT_TRUE(b.board.startButton);
+    EXPECT_TRUE(b.board.startEnabled);
     b.board.programClick(Zone::Front, 7);
-    EXPECT_TRUE(b.board.startButton);
+    EXPECT_TRUE(b.board.startEnabled);
     b.board.programClick(Zone::Front, 7);
     b.board.programClick(Zone::Front, 6);  // front down to 5: not ready, and the program click says so
-    EXPECT_FALSE(b.board.startButton);
+    EXPECT_FALSE(b.board.startEnabled);
 }
 
 TEST(NumberBoardBankers, RightClickMakesABankerWithoutPressingLeftClickTurnsItIntoAPick) {
@@ -111,7 +111,7 @@ TEST(NumberBoardBankers, RightClickMakesABankerWithoutPressingLeftClickTurnsItIn
     EXPECT_EQ(b.front().bankerCount, 1);
     EXPECT_FALSE(b.board.zone(Zone::Front).button(12).pressed);
     EXPECT_EQ(b.board.zone(Zone::Front).button(12).colour, ButtonColour::Green);
-    EXPECT_FALSE(b.board.startButton) << "enabled at once, then the start rule of step 5 decides";
+    EXPECT_FALSE(b.board.startEnabled) << "enabled at once, then the start rule of step 5 decides";
 
     b.board.leftClick(Zone::Front, 12);
     EXPECT_FALSE(b.front().bankerFlag[12]);
@@ -205,7 +205,7 @@ TEST(NumberBoardMenus, ModeMenuEnablingAndDantuomnu) {
     EXPECT_TRUE(f.multiMenu.enabled[6]);
     EXPECT_FALSE(f.multiMenu.enabled[7]);
     EXPECT_FALSE(b.board.predictionExpansion);
-    EXPECT_TRUE(b.board.startButton) << "6 picks are more than 4: the spin is to run";
+    EXPECT_TRUE(b.board.startEnabled) << "6 picks are more than 4: the spin is to run";
 }
 
 TEST(NumberBoardMenus, DanxuanWithFewPicksCopiesThemAsThePrediction) {
@@ -222,7 +222,7 @@ TEST(NumberBoardMenus, DanxuanWithFewPicksCopiesThemAsThePrediction) {
     EXPECT_EQ(state.front.spinCount, 6);
     EXPECT_EQ(state.front.predictList[0], 4);
     EXPECT_EQ(state.front.predictList[4], 23);
-    EXPECT_FALSE(board.startButton);
+    EXPECT_FALSE(board.startEnabled);
     EXPECT_TRUE(board.zone(Zone::Front).multiMenu.checked[6]);
     EXPECT_FALSE(board.zone(Zone::Front).multiMenu.checked[5]);
 }
@@ -242,7 +242,7 @@ TEST(NumberBoardReselect, FrontResetRestoresTheSpinCountsBackOnlyClears) {
     EXPECT_TRUE(b.board.zone(Zone::Front).multiMenu.checked[5]);
     EXPECT_FALSE(b.board.zone(Zone::Front).multiMenu.checked[9]);
     EXPECT_FALSE(b.board.wheelEntries);
-    EXPECT_FALSE(b.board.startButton);
+    EXPECT_FALSE(b.board.startEnabled);
 }
 
 }  // namespace

@@ -3,7 +3,7 @@
 // grids; and a grid over millions of rows is fitted by reading only the rows it paints.
 #include "app/ui/main_menu.h"
 #include "app/ui/main_window.h"
-#include "filter/param_filter.h"
+#include "filter/param/param_filter.h"
 #include "filter/ui/filter_window.h"
 #include "generation/expansion.h"
 #include "prize/prize_session.h"

@@ -1,6 +1,6 @@
 // GAganDj and GAganfDj driven through their named controls, after a real filter run against
 // the newest draw of a small fixture history.
-#include "filter/param_filter.h"
+#include "filter/param/param_filter.h"
 #include "generation/expansion.h"
 #include "prize/prize_session.h"
 #include "prize/ui/prize_check_window.h"

@@ -3,7 +3,7 @@
 // What a command of shuangqu-cli declares it takes (positional arguments and options, each
 // value with its kind) and what it gets once the command line passed every check (Args).
 
-#include "filter/param_catalogue.h"
+#include "filter/param/param_catalogue.h"
 
 #include <QList>
 #include <QString>

@@ -2,11 +2,11 @@
 
 #include "app/cli/candidate_commands.h"
 #include "app/cli/history_commands.h"
-#include "app/cli/moban_commands.h"
 #include "app/cli/param_filter_commands.h"
 #include "app/cli/prize_commands.h"
 #include "app/cli/setting_commands.h"
 #include "app/cli/super_filter_commands.h"
+#include "app/cli/template_commands.h"
 #include "app/cli/workspace_commands.h"
 
 namespace command_table {

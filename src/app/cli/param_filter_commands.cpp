@@ -3,7 +3,7 @@
 #include "app/cli/cli_context.h"
 #include "app/cli/cli_tables.h"
 #include "app/cli/window_boxes.h"
-#include "filter/param_window.h"
+#include "filter/param/param_window.h"
 
 namespace {
 

@@ -3,8 +3,8 @@
 #include "app/cli/args_prompter.h"
 #include "app/cli/cli_context.h"
 #include "app/cli/window_boxes.h"
-#include "filter/range_query.h"
-#include "filter/saved_setting_store.h"
+#include "filter/param/range_query.h"
+#include "filter/templates/saved_setting_store.h"
 
 #include <QDateTime>
 

@@ -5,7 +5,7 @@
 // `filter FORM` and `moban add FORM` take them.
 
 #include "app/cli/command_args.h"
-#include "filter/super_filter.h"
+#include "filter/super/super_filter.h"
 
 #include <optional>
 #include <vector>

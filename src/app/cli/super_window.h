@@ -1,8 +1,8 @@
 #pragma once
 
 #include "app/cli/cli_tables.h"
-#include "filter/super_filter.h"
-#include "filter/template_recorder.h"
+#include "filter/super/super_filter.h"
+#include "filter/templates/template_recorder.h"
 
 // The filter window as its super filters and templates see it: the workspace (opened on the
 // stored table when asked), the super filters and the template recorder. The zone tab and

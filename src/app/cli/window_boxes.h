@@ -4,7 +4,7 @@
 // the parameter filters, the integrated filter, template steps and saved settings.
 
 #include "app/cli/command_args.h"
-#include "filter/param_filter.h"
+#include "filter/param/param_filter.h"
 
 class CliContext;
 

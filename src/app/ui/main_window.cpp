@@ -339,9 +339,9 @@ void MainWindow::renderBoard() {
     renderIndexedMenu(QStringLiteral("mnuDtuo"), b.zone(Zone::Front).bankerMenu, 1, 16);
     renderIndexedMenu(QStringLiteral("mnuDtuoHou"), b.zone(Zone::Back).bankerMenu, 1, 8);
     m_statusPanels[2]->setText(b.statusText);
-    m_spin->startButton()->setEnabled(b.startButton);
-    m_spin->resetButton()->setEnabled(b.resetButton);
-    m_spin->pauseButton()->setEnabled(b.pauseButton);
+    m_spin->startButton()->setEnabled(b.startEnabled);
+    m_spin->resetButton()->setEnabled(b.resetEnabled);
+    m_spin->pauseButton()->setEnabled(b.pauseEnabled);
     m_spin->setSpinCounts(b.zone(Zone::Front).state().spinCount, b.zone(Zone::Back).state().spinCount);
     // Commands whose windows are not built yet stay off whatever the rules say.
     auto enable = [this](const char* name, bool on) {
@@ -351,9 +351,9 @@ void MainWindow::renderBoard() {
         else if (QMenu* m = m_menu->menu(n))
             m->menuAction()->setEnabled(on);
     };
-    enable("meuSta", b.startMenuItem);
-    enable("meuRst", b.resetMenuItem);
-    enable("meuSup", b.pauseMenuItem);
+    enable("meuSta", b.startItemEnabled);
+    enable("meuRst", b.resetItemEnabled);
+    enable("meuSup", b.pauseItemEnabled);
     enable("meuAgarr", b.predictionExpansion);
     for (int k = 9; k <= 22; ++k)
         action(QStringLiteral("meuRt(%1)").arg(k))

@@ -1,8 +1,8 @@
 #include "filter/ui/filter_window.h"
 
-#include "filter/range_query.h"
+#include "filter/param/range_query.h"
 #include "filter/result_grid_model.h"
-#include "filter/saved_setting_store.h"
+#include "filter/templates/saved_setting_store.h"
 #include "filter/ui/dialog_progress.h"
 #include "filter/ui/saved_settings_dialog.h"
 #include "workspace/prompter.h"

@@ -2,11 +2,11 @@
 
 #include "filter/filter_source.h"
 #include "filter/filter_workspace.h"
-#include "filter/param_catalogue.h"
-#include "filter/param_filter.h"
-#include "filter/param_window.h"
-#include "filter/super_filter.h"
-#include "filter/template_recorder.h"
+#include "filter/param/param_catalogue.h"
+#include "filter/param/param_filter.h"
+#include "filter/param/param_window.h"
+#include "filter/super/super_filter.h"
+#include "filter/templates/template_recorder.h"
 
 #include <QWidget>
 

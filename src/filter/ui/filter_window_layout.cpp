@@ -1,6 +1,6 @@
 #include "filter/ui/filter_window.h"
 
-#include "filter/range_query.h"
+#include "filter/param/range_query.h"
 #include "filter/result_grid_model.h"
 #include "workspace/ui/column_widths.h"
 

@@ -1,6 +1,6 @@
 #include "filter/ui/saved_settings_dialog.h"
 
-#include "filter/saved_setting_store.h"
+#include "filter/templates/saved_setting_store.h"
 
 #include <QDateTime>
 #include <QListWidget>

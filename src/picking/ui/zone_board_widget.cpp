@@ -68,20 +68,20 @@ ZoneBoardWidget::ZoneBoardWidget(Zone zone, QWidget* parent) : QGroupBox(parent)
     connect(inv, &QPushButton::clicked, this, &ZoneBoardWidget::invertClicked);
     connect(reset, &QPushButton::clicked, this, &ZoneBoardWidget::resetClicked);
 
-    m_pickCount = new QLabel(QStringLiteral("0"), this);
-    m_pickCount->setObjectName(QString::fromLatin1(n.pickCount));
-    m_bankerCount = new QLabel(QStringLiteral("0"), this);
-    m_bankerCount->setObjectName(QString::fromLatin1(n.bankerCount));
-    for (QLabel* l : {m_pickCount, m_bankerCount}) {
+    m_pickCountLabel = new QLabel(QStringLiteral("0"), this);
+    m_pickCountLabel->setObjectName(QString::fromLatin1(n.pickCountLabel));
+    m_bankerCountLabel = new QLabel(QStringLiteral("0"), this);
+    m_bankerCountLabel->setObjectName(QString::fromLatin1(n.bankerCountLabel));
+    for (QLabel* l : {m_pickCountLabel, m_bankerCountLabel}) {
         l->setMinimumWidth(22);
         l->setStyleSheet(QStringLiteral("color: rgb(0,0,160); font-weight: bold;"));
     }
 
     auto* row = new QHBoxLayout;
     row->addWidget(new QLabel(QStringLiteral("拖"), this));
-    row->addWidget(m_pickCount);
+    row->addWidget(m_pickCountLabel);
     row->addWidget(new QLabel(QStringLiteral("胆"), this));
-    row->addWidget(m_bankerCount);
+    row->addWidget(m_bankerCountLabel);
     row->addStretch();
     row->addWidget(all);
     row->addWidget(inv);
@@ -105,8 +105,8 @@ void ZoneBoardWidget::render(const ZoneBoard& board) {
                          : state.colour == ButtonColour::Red ? kPicked
                                                              : kPlain);
     }
-    m_pickCount->setText(QString::number(board.pickLabel()));
-    m_bankerCount->setText(QString::number(board.bankerLabel()));
+    m_pickCountLabel->setText(QString::number(board.pickLabel()));
+    m_bankerCountLabel->setText(QString::number(board.bankerLabel()));
     m_invert->setEnabled(board.invertEnabled);
 }
 

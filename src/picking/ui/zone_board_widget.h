@@ -17,8 +17,8 @@ public:
     // Names and sizes of one zone's controls.
     struct Names {
         const char* numberButton;  // Command1 / Command2
-        const char* pickCount;     // Label5 / Label10 ("拖")
-        const char* bankerCount;   // Label19 / Label11 ("胆")
+        const char* pickCountLabel;    // Label5 / Label10 ("拖")
+        const char* bankerCountLabel;  // Label19 / Label11 ("胆")
         const char* selectAll;     // Command41 / Command7
         const char* invert;        // Command42 / Command6
         const char* reset;         // Command45 / Command8
@@ -52,8 +52,8 @@ protected:
 private:
     Zone m_zone;
     QList<QPushButton*> m_buttons;
-    QLabel* m_pickCount;
-    QLabel* m_bankerCount;
+    QLabel* m_pickCountLabel;
+    QLabel* m_bankerCountLabel;
     QPushButton* m_invert;
     QMenu* m_popup;
 };

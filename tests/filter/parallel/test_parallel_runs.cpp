@@ -5,10 +5,11 @@
 // slices cut runs, words and reasons everywhere.
 #include "engine/kernel_executor.h"
 #include "filter/candidate_actions.h"
-#include "filter/param_filter.h"
+#include "filter/param/param_filter.h"
 #include "filter/result_grid_model.h"
-#include "filter/super_filter.h"
-#include "filter/super_kernels.h"
+#include "filter/super/history_kernel.h"
+#include "filter/super/super_filter.h"
+#include "filter/super/super_kernels.h"
 #include "generation/expansion.h"
 #include "prize/prize_check.h"
 #include "random_inputs.h"
@@ -222,14 +223,14 @@ TEST_F(ParallelRuns, HistoryFilters) {
     for (ZoneScope scope : {ZoneScope::Front, ZoneScope::Back, ZoneScope::Both}) {
         for (SuperButton b :
              {SuperButton::HistoryLow, SuperButton::HistoryMiddle, SuperButton::HistoryHigh}) {
-            super_kernels::HistoryRun run;
+            history_kernel::HistoryRun run;
             run.scope = scope;
             run.threshold = super_filter::threshold(b, scope);
             run.caption = super_filter::caption(b, scope);
             run.passes = 40;
             run.nText = QStringLiteral("40");
             expectThreadsAgree<Killed>(
-                start, [&](CandidateTable& t) { return super_kernels::history(t, run, h); },
+                start, [&](CandidateTable& t) { return history_kernel::history(t, run, h); },
                 "history " + super_filter::objectName(b).toStdString() + " scope " +
                     std::to_string(static_cast<int>(scope)));
         }

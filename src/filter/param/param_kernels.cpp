@@ -1,0 +1,66 @@
+#include "filter/param/param_kernels.h"
+
+#include "engine/kernel_executor.h"
+#include "filter/param/param_operations.h"
+#include "workspace/session.h"
+
+ParamContext ParamContext::fromSession(Session& session) {
+    ParamContext c;
+    c.maxQian = session.frontSize();
+    c.maxHou = session.backSize();
+    const DrawNumbers& last = session.history().numbers.back();
+    for (int k = 1; k <= 5; ++k)
+        if (last[static_cast<size_t>(k)] > 0 && last[static_cast<size_t>(k)] < kNumberSlots)
+            c.lastDrawFront[static_cast<size_t>(last[static_cast<size_t>(k)])] = true;
+    c.omissionFront = session.stats().front.omission;
+    c.omissionBack = session.stats().back.omission;
+    return c;
+}
+
+namespace param_kernels {
+
+namespace {
+
+constexpr int kAcSlots = 10;  // the array of differences holds ten
+
+}  // namespace
+
+int acValue(const int* numbers, int n) {
+    std::array<int, kAcSlots> diffs{};
+    int stored = 0;
+    const int pairs = n * (n - 1) / 2;
+    for (int i = 0; i < n; ++i)
+        for (int j = i + 1; j < n; ++j)
+            if (stored < kAcSlots) diffs[static_cast<size_t>(stored++)] = numbers[j] - numbers[i];
+    int ac = pairs - n + 1;
+    for (int i = 0; i < stored; ++i)
+        for (int j = i + 1; j < stored; ++j)
+            if (diffs[static_cast<size_t>(i)] == diffs[static_cast<size_t>(j)]) {
+                --ac;
+                break;
+            }
+    return ac;
+}
+
+CompiledCompute compile(ParamId id, const ComputeInputs& in, const ParamContext& ctx, bool frontOnly) {
+    const param_operations::CompileArgs args{id, frontOnly ? ZoneScope::Front : in.scope, in, ctx};
+    return param_operations::compilerOf(id)(args);
+}
+
+CompiledCompute figureParity(int col) { return param_operations::figureParity(col); }
+
+void computeRows(const CompiledCompute& c, const CandidateTable& t, std::span<int16_t> paramValues,
+                 uint64_t begin, uint64_t end) {
+    if (!c.writesCanshu() || begin >= end) return;
+    c.kernel(c, t, paramValues.data(), begin, end);
+}
+
+void computeAll(const CompiledCompute& c, CandidateTable& t) {
+    if (!c.writesCanshu()) return;
+    std::span<int16_t> paramValues = t.paramValues();
+    const CandidateTable& ct = t;
+    KernelExecutor::shared().forEachSlice(
+        t.rowCount(), [&](uint64_t begin, uint64_t end) { computeRows(c, ct, paramValues, begin, end); });
+}
+
+}  // namespace param_kernels
