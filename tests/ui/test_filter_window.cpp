@@ -33,9 +33,9 @@ struct Fixture : MainWindowFixture {
     }
     FilterWindow* openGAgan() {
         // Opening 组号方式 brings its entries in line with the picks.
-        emit window->menu().menu(QStringLiteral("mnuSl"))->aboutToShow();
-        if (!window->action(QStringLiteral("mnuLst"))->isEnabled()) return nullptr;
-        window->action(QStringLiteral("mnuLst"))->trigger();
+        emit window->menuActions().playModesMenu->aboutToShow();
+        if (!window->findChild<QAction*>(QStringLiteral("mnuLst"))->isEnabled()) return nullptr;
+        window->findChild<QAction*>(QStringLiteral("mnuLst"))->trigger();
         return window->filterWindows().isEmpty() ? nullptr : window->filterWindows().last().data();
     }
 };
@@ -54,8 +54,8 @@ private slots:
 void FilterWindowTest::opensOnTheBoardsPicks() {
     Fixture f;
     // No table yet: the prize check of zuhe is not offered.
-    emit f.window->menu().menu(QStringLiteral("meuWid"))->aboutToShow();
-    QVERIFY(!f.window->action(QStringLiteral("mnuzhInq"))->isEnabled());
+    emit f.window->menuActions().windowsMenu->aboutToShow();
+    QVERIFY(!f.window->findChild<QAction*>(QStringLiteral("mnuzhInq"))->isEnabled());
     f.pick(QStringLiteral("Command1"), {3, 9, 14, 22, 27, 31, 35});
     f.pick(QStringLiteral("Command2"), {2, 7, 11});
     FilterWindow* w = f.openGAgan();
@@ -83,7 +83,7 @@ void FilterWindowTest::opensOnTheBoardsPicks() {
     // Closing writes the record; mnuCallfd finds the same flags again.
     w->close();
     QTRY_VERIFY(f.window->filterWindows().isEmpty());
-    f.window->action(QStringLiteral("mnuCallfd"))->trigger();
+    f.window->findChild<QAction*>(QStringLiteral("mnuCallfd"))->trigger();
     QCOMPARE(f.window->filterWindows().size(), 1);
     FilterWindow* again = f.window->filterWindows().last();
     QCOMPARE(again->objectName(), QStringLiteral("GAganMb"));
@@ -95,9 +95,9 @@ void FilterWindowTest::opensOnTheBoardsPicks() {
     find(again, "Command1")->click();
     QCOMPARE(again->windowTitle(), kHead + QStringLiteral("63注"));
     again->close();
-    emit f.window->menu().menu(QStringLiteral("meuWid"))->aboutToShow();
-    QVERIFY(f.window->action(QStringLiteral("mnuzhInq"))->isEnabled());
-    QVERIFY(!f.window->action(QStringLiteral("mnufsInq"))->isEnabled());
+    emit f.window->menuActions().windowsMenu->aboutToShow();
+    QVERIFY(f.window->findChild<QAction*>(QStringLiteral("mnuzhInq"))->isEnabled());
+    QVERIFY(!f.window->findChild<QAction*>(QStringLiteral("mnufsInq"))->isEnabled());
 }
 
 void FilterWindowTest::zoneTabsAdaptTheWindow() {

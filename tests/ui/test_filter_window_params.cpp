@@ -55,8 +55,8 @@ struct Fixture : MainWindowFixture {
         window->show();
         for (int n : kFront) window->findChild<QPushButton*>(QStringLiteral("Command1(%1)").arg(n))->click();
         for (int n : kBack) window->findChild<QPushButton*>(QStringLiteral("Command2(%1)").arg(n))->click();
-        emit window->menu().menu(QStringLiteral("mnuSl"))->aboutToShow();
-        window->action(QStringLiteral("mnuLst"))->trigger();
+        emit window->menuActions().playModesMenu->aboutToShow();
+        window->findChild<QAction*>(QStringLiteral("mnuLst"))->trigger();
         if (!window->filterWindows().isEmpty()) filter = window->filterWindows().last();
     }
     QPushButton* button(const char* name) const { return filter->findChild<QPushButton*>(QString::fromLatin1(name)); }

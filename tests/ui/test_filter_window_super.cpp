@@ -29,8 +29,8 @@ struct Fixture : MainWindowFixture {
         for (int n : {3, 9, 14, 22, 27, 31, 35})
             window->findChild<QPushButton*>(QStringLiteral("Command1(%1)").arg(n))->click();
         for (int n : {2, 7, 11}) window->findChild<QPushButton*>(QStringLiteral("Command2(%1)").arg(n))->click();
-        emit window->menu().menu(QStringLiteral("mnuSl"))->aboutToShow();
-        window->action(QStringLiteral("mnuLst"))->trigger();
+        emit window->menuActions().playModesMenu->aboutToShow();
+        window->findChild<QAction*>(QStringLiteral("mnuLst"))->trigger();
         if (!window->filterWindows().isEmpty()) filter = window->filterWindows().last();
     }
     QPushButton* button(const QString& name) const { return filter->findChild<QPushButton*>(name); }

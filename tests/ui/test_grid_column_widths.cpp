@@ -110,7 +110,7 @@ void GridColumnWidthsTest::historyGridAfterTheImport() {
     f.window->show();
     QVERIFY(QTest::qWaitForWindowExposed(f.window.get()));
     f.prompter.answer(true).answer(f.bundledHistory());
-    f.window->action(QStringLiteral("mnuRed"))->trigger();
+    f.window->findChild<QAction*>(QStringLiteral("mnuRed"))->trigger();
     auto* grid = f.window->findChild<QTableView*>(QStringLiteral("MSFlexGrid1"));
     QCOMPARE(grid->model()->rowCount(), 2933);
     QTRY_VERIFY2(cutText(grid).isEmpty(), qPrintable(cutText(grid)));
@@ -126,8 +126,8 @@ void GridColumnWidthsTest::filterGridThroughItsViewsAndScrolling() {
     for (int n = 1; n <= 13; ++n)
         f.window->findChild<QPushButton*>(QStringLiteral("Command1(%1)").arg(n))->click();
     f.window->findChild<QPushButton*>(QStringLiteral("Command7"))->click();
-    emit f.window->menu().menu(QStringLiteral("mnuSl"))->aboutToShow();
-    f.window->action(QStringLiteral("mnuLst"))->trigger();
+    emit f.window->menuActions().playModesMenu->aboutToShow();
+    f.window->findChild<QAction*>(QStringLiteral("mnuLst"))->trigger();
     QVERIFY(!f.window->filterWindows().isEmpty());
     FilterWindow* w = f.window->filterWindows().last();
     w->resize(1366, 740);

@@ -25,7 +25,8 @@ using Fixture = MainWindowFixture;
 QStringList checkedStabilityItems(MainWindow& w) {
     QStringList out;
     for (int i = 1; i <= 12; ++i)
-        if (w.action(QStringLiteral("meuSpd%1").arg(i))->isChecked()) out << QStringLiteral("meuSpd%1").arg(i);
+        if (w.findChild<QAction*>(QStringLiteral("meuSpd%1").arg(i))->isChecked())
+            out << QStringLiteral("meuSpd%1").arg(i);
     return out;
 }
 }  // namespace
@@ -51,10 +52,10 @@ void MainWindowTest::emptyWorkspaceOpensWithDefaults() {
     QCOMPARE(f.session->frontSize(), 35);
     QCOMPARE(f.session->backSize(), 12);
     QCOMPARE(checkedStabilityItems(*w), QStringList{QStringLiteral("meuSpd8")});
-    QVERIFY(w->action(QStringLiteral("meuS(35)"))->isChecked());
-    QVERIFY(w->action(QStringLiteral("meuSHou(12)"))->isChecked());
-    QVERIFY(w->action(QStringLiteral("meuDanxuan(5)"))->isChecked());
-    QVERIFY(!w->action(QStringLiteral("meuAgarr"))->isEnabled());
+    QVERIFY(w->findChild<QAction*>(QStringLiteral("meuS(35)"))->isChecked());
+    QVERIFY(w->findChild<QAction*>(QStringLiteral("meuSHou(12)"))->isChecked());
+    QVERIFY(w->findChild<QAction*>(QStringLiteral("meuDanxuan(5)"))->isChecked());
+    QVERIFY(!w->findChild<QAction*>(QStringLiteral("meuAgarr"))->isEnabled());
     // An empty history: the grid has only its header and the delete commands are off.
     auto* grid = w->findChild<QTableView*>(QStringLiteral("MSFlexGrid1"));
     QVERIFY(grid);
@@ -62,7 +63,7 @@ void MainWindowTest::emptyWorkspaceOpensWithDefaults() {
     QCOMPARE(grid->model()->headerData(0, Qt::Horizontal).toString(), QStringLiteral("序数"));
     QCOMPARE(grid->model()->headerData(8, Qt::Horizontal).toString(), QStringLiteral("后2位"));
     QVERIFY(!w->findChild<QPushButton*>(QStringLiteral("Command44"))->isEnabled());
-    QVERIFY(!w->action(QStringLiteral("mnuDelast"))->isEnabled());
+    QVERIFY(!w->findChild<QAction*>(QStringLiteral("mnuDelast"))->isEnabled());
     QCOMPARE(w->findChild<QLabel*>(QStringLiteral("Label12"))->text(), QStringLiteral("在右输入1 期历史号码:"));
     // 36 front buttons exist and those above 35 are hidden; the back shows 12 of 24.
     QVERIFY(w->findChild<QPushButton*>(QStringLiteral("Command1(35)"))->isVisibleTo(w));
@@ -79,14 +80,14 @@ void MainWindowTest::infiniteStabilityChecksNothingAfterRestart() {
     Fixture f;
     {
         MainWindow* w = f.open();
-        w->action(QStringLiteral("meuSpd8"))->trigger();
+        w->findChild<QAction*>(QStringLiteral("meuSpd8"))->trigger();
         QCOMPARE(f.home.settings.readInt(setting_keys::StabilityAtLoad, QStringLiteral("测试")), 8000);
         QCOMPARE(checkedStabilityItems(*w), QStringList{QStringLiteral("meuSpd8")});
     }
     MainWindow* w = f.open();
     QVERIFY(checkedStabilityItems(*w).isEmpty());
     // Another value checks its own item after a restart.
-    w->action(QStringLiteral("meuSpd3"))->trigger();
+    w->findChild<QAction*>(QStringLiteral("meuSpd3"))->trigger();
     w = f.open();
     QCOMPARE(checkedStabilityItems(*w), QStringList{QStringLiteral("meuSpd3")});
 }
@@ -110,7 +111,7 @@ void MainWindowTest::menuMapHasEveryItem() {
         {"mnuYsfx", "运势分析(&S)"},           {"meuAbt", "关于软件(&B)"},
         {"meuSpd12", "6000(&X)"},              {"meuSpd8", "无穷大(&I)"}};
     for (const auto& [name, caption] : items) {
-        QAction* a = w->action(QString::fromLatin1(name));
+        QAction* a = w->findChild<QAction*>(QString::fromLatin1(name));
         QVERIFY2(a, name);
         QCOMPARE(a->text(), QString::fromUtf8(caption));
     }
@@ -120,21 +121,21 @@ void MainWindowTest::menuMapHasEveryItem() {
     QCOMPARE(tops, QStringList({"选号管理(&T)", "摇奖控制(&O)", "历史管理(&H)", "功能窗口(&D)", "组号方式(&M)",
                                 "用户设置(&S)", "附赠工具(&B)", "帮助(&H)"}));
     // Windows of later work are present but disabled.
-    QVERIFY(!w->action(QStringLiteral("mnuLst"))->isEnabled());
-    QVERIFY(w->action(QStringLiteral("mnuName"))->isEnabled());
+    QVERIFY(!w->findChild<QAction*>(QStringLiteral("mnuLst"))->isEnabled());
+    QVERIFY(w->findChild<QAction*>(QStringLiteral("mnuName"))->isEnabled());
 }
 
 void MainWindowTest::frontSizeChangeShowsButtonsAndIsSaved() {
     Fixture f;
     MainWindow* w = f.open();
-    w->action(QStringLiteral("meuS(36)"))->trigger();
-    QVERIFY(w->action(QStringLiteral("meuS(36)"))->isChecked());
-    QVERIFY(!w->action(QStringLiteral("meuS(35)"))->isChecked());
+    w->findChild<QAction*>(QStringLiteral("meuS(36)"))->trigger();
+    QVERIFY(w->findChild<QAction*>(QStringLiteral("meuS(36)"))->isChecked());
+    QVERIFY(!w->findChild<QAction*>(QStringLiteral("meuS(35)"))->isChecked());
     QCOMPARE(f.home.settings.readInt(setting_keys::FrontSize, QStringLiteral("测试")), 36);
     QCOMPARE(f.session->positionCentres()[1], 3.6);
     for (int n = 1; n <= 36; ++n)
         QVERIFY(w->findChild<QPushButton*>(QStringLiteral("Command1(%1)").arg(n))->isVisibleTo(w));
-    w->action(QStringLiteral("meuSHou(24)"))->trigger();
+    w->findChild<QAction*>(QStringLiteral("meuSHou(24)"))->trigger();
     QCOMPARE(f.session->positionCentres()[7], 18.0);
     // A restart reads the sizes back: all 36 buttons show.
     w = f.open();
@@ -172,12 +173,12 @@ void MainWindowTest::printSettingKeepsOnlyCounts() {
     Fixture f;
     MainWindow* w = f.open();
     f.prompter.answer(QStringLiteral("6"));
-    w->action(QStringLiteral("mnuPtset"))->trigger();
+    w->findChild<QAction*>(QStringLiteral("mnuPtset"))->trigger();
     QCOMPARE(f.prompter.asked().last().title, QStringLiteral("打印设置"));
     QCOMPARE(f.prompter.asked().last().text, QStringLiteral("请输入打印的时候每一行的注数"));
     QCOMPARE(f.home.settings.readInt(setting_keys::TicketsPerLine, QStringLiteral("测试")), 6);
     f.prompter.answer(QStringLiteral("abc"));
-    w->action(QStringLiteral("mnuPtset"))->trigger();
+    w->findChild<QAction*>(QStringLiteral("mnuPtset"))->trigger();
     QCOMPARE(f.session->ticketsPerLine(), 6);
 }
 

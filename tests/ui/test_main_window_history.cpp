@@ -90,7 +90,7 @@ void MainWindowHistoryTest::cellEditThroughText1() {
     Fixture f;
     f.window->show();
     f.prompter.answer(true).answer(f.bundledHistory());
-    f.window->action(QStringLiteral("mnuRed"))->trigger();
+    f.window->findChild<QAction*>(QStringLiteral("mnuRed"))->trigger();
     QCOMPARE(f.session->drawCount(), 2933);
     // The first draw is 22 24 29 31 35 + 04 11: put 23 in place of 22's neighbour 24.
     QTableView* grid = f.grid();
@@ -132,7 +132,7 @@ void MainWindowHistoryTest::deletingTheOnlyDrawDisablesTheDeleteCommands() {
     QCOMPARE(f.session->drawCount(), 0);
     QCOMPARE(f.grid()->model()->rowCount(), 0);
     QVERIFY(!deleteLastButton->isEnabled());
-    QVERIFY(!f.window->action(QStringLiteral("mnuDelast"))->isEnabled());
+    QVERIFY(!f.window->findChild<QAction*>(QStringLiteral("mnuDelast"))->isEnabled());
 }
 
 QTEST_MAIN(MainWindowHistoryTest)

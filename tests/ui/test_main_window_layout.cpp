@@ -19,9 +19,9 @@ struct Fixture : MainWindowFixture {
     }
     void click(const QString& name) const { window->findChild<QPushButton*>(name)->click(); }
     void chooseMode(const QString& item) const {
-        emit window->menu().menu(QStringLiteral("mnuSl"))->aboutToShow();
-        QVERIFY(window->action(item)->isEnabled());
-        window->action(item)->trigger();
+        emit window->menuActions().playModesMenu->aboutToShow();
+        QVERIFY(window->findChild<QAction*>(item)->isEnabled());
+        window->findChild<QAction*>(item)->trigger();
     }
     QLabel* cell(const QString& name) const { return window->findChild<QLabel*>(name); }
     // The cell lies wholly inside the spin panel, wide enough for its two digits.

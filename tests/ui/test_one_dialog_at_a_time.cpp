@@ -36,8 +36,8 @@ struct RealDialogs : MainWindowFixture {
     FilterWindow* expandSevenAndThree() {
         for (int n : {3, 9, 14, 22, 27, 31, 35}) find<QPushButton>(QStringLiteral("Command1(%1)").arg(n))->click();
         for (int n : {2, 7, 11}) find<QPushButton>(QStringLiteral("Command2(%1)").arg(n))->click();
-        emit window->menu().menu(QStringLiteral("mnuSl"))->aboutToShow();
-        window->action(QStringLiteral("mnuLst"))->trigger();
+        emit window->menuActions().playModesMenu->aboutToShow();
+        window->findChild<QAction*>(QStringLiteral("mnuLst"))->trigger();
         return window->filterWindows().isEmpty() ? nullptr : window->filterWindows().last();
     }
 };
@@ -73,7 +73,7 @@ void OneDialogAtATimeTest::wholeImportAsksThenWorks() {
     answerer.expect(QStringLiteral("读入历史"), ModalAnswerer::press(QMessageBox::Ok))
         .expect(QStringLiteral("打开"), ModalAnswerer::chooseFile(d.bundledHistory()))
         .expect(QStringLiteral("读入历史"), ModalAnswerer::press(QMessageBox::Cancel));
-    d.window->action(QStringLiteral("mnuRead"))->trigger();
+    d.window->findChild<QAction*>(QStringLiteral("mnuRead"))->trigger();
     QVERIFY2(answerer.failures().isEmpty(), qPrintable(report(answerer)));
     QCOMPARE(d.session->drawCount(), 2933);
 }

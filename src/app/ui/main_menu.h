@@ -1,39 +1,63 @@
 #pragma once
 
-#include <QHash>
+#include "workspace/ui/menu_actions.h"
+
+#include <QList>
+#include <QSet>
 #include <QString>
+
+#include <functional>
+#include <initializer_list>
 
 class QAction;
 class QMenu;
 class QMenuBar;
 
-// The menu map of the main window. Every menu and item carries its given name as objectName;
-// indexed families are named "meuDanxuan(5)", "meuS(35)" and so on.
+// The menu bar of the main window, built from the menu table: every menu and item carries its
+// given name as objectName (indexed families as "meuDanxuan(5)", "meuS(35)", ...) and is
+// reached by what it does through actions().
 class MainMenu {
 public:
     explicit MainMenu(QMenuBar* bar);
 
-    QAction* action(const QString& name) const { return m_actions.value(name); }
-    QMenu* menu(const QString& name) const { return m_menus.value(name); }
-    const QHash<QString, QAction*>& actions() const { return m_actions; }
+    const MenuActions& actions() const { return m_actions; }
 
-    // Names of the items whose windows exist; every other item stays disabled.
-    static bool isBuilt(const QString& name);
+    // Whether the window an item opens exists; an item that is not built stays disabled.
+    bool isBuilt(const QAction* item) const { return m_built.contains(item); }
+    // Enables an item when `on` and it is built.
+    void enable(QAction* item, bool on) const;
+    // Enables a submenu's entry in its parent menu.
+    static void enable(QMenu* menu, bool on);
+
+    // The menu table's names as built: English name, given name, caption; one row per menu,
+    // item or family (a family's given name shows its index as "(i)" or "i").
+    struct Name {
+        QString english;
+        QString given;
+        QString caption;
+    };
+    const QList<Name>& names() const { return m_names; }
 
 private:
+    struct ItemRow;
+    struct FamilyRow;
+    QMenu* addMenu(QMenuBar* bar, QMenu* MenuActions::*member, const char* english, const char* given,
+                   const char* caption);
+    QMenu* addSubmenu(QMenu* parent, QMenu* MenuActions::*member, const char* english, const char* given,
+                      const char* caption);
     void addPickingMenu(QMenuBar* bar);
     void addSpinMenu(QMenuBar* bar);
     void addHistoryMenu(QMenuBar* bar);
     void addWindowsMenu(QMenuBar* bar);
     void addPlayModesMenu(QMenuBar* bar);
+    void addWheelMenus(QMenu* playModes);
     void addSettingsMenu(QMenuBar* bar);
     void addToolsAndHelpMenus(QMenuBar* bar);
-    QMenu* addMenu(QMenuBar* bar, const char* name, const QString& caption);
-    QMenu* addSubmenu(QMenu* parent, const char* name, const QString& caption);
-    QAction* addItem(QMenu* menu, const QString& name, const QString& caption);
-    void addFamily(QMenu* menu, const char* name, int from, int to, const QHash<int, QString>& captions,
-                   const QString& pattern);
+    void addItems(QMenu* menu, std::initializer_list<ItemRow> rows);
+    QAction* addItem(QMenu* menu, const QString& name, const QString& caption, bool built);
+    void addFamily(QMenu* menu, const FamilyRow& row);
 
-    QHash<QString, QAction*> m_actions;
-    QHash<QString, QMenu*> m_menus;
+    MenuActions m_actions;
+    QSet<const QAction*> m_built;
+    QList<Name> m_names;
 };

@@ -35,13 +35,17 @@ namespace {
 struct HistoryButton {
     const char* name;
     const char* caption;
-    const char* menuItem;
+    QAction* MenuActions::*menuItem;
 };
 const HistoryButton kHistoryButtons[] = {
-    {"Command44", "删除最后一期历史(&D)", "mnuDelast"}, {"cmdRead", "读取所有历史文件(&A)", "mnuRed"},
-    {"Command4", "读取历史最新文件(&N)", "mnuRead"},    {"Command3", "历史号码文件下载(&L)", "mnuNew"},
-    {"Command5", "历史号码网上更新(&W)", "mnuNewol"},   {"Command48", "前后历史分析窗口(&Y)", "mnuSy"},
-    {"Command9", "前区历史分析窗口(&Y)", "mnuSyQian"},  {"Command10", "后区历史分析窗口(&Y)", "mnuSyHou"},
+    {"Command44", "删除最后一期历史(&D)", &MenuActions::deleteLastDraw},
+    {"cmdRead", "读取所有历史文件(&A)", &MenuActions::importWholeHistory},
+    {"Command4", "读取历史最新文件(&N)", &MenuActions::importNewDraws},
+    {"Command3", "历史号码文件下载(&L)", &MenuActions::downloadHistoryText},
+    {"Command5", "历史号码网上更新(&W)", &MenuActions::updateHistoryOnline},
+    {"Command48", "前后历史分析窗口(&Y)", &MenuActions::analyseBothZones},
+    {"Command9", "前区历史分析窗口(&Y)", &MenuActions::analyseFrontZone},
+    {"Command10", "后区历史分析窗口(&Y)", &MenuActions::analyseBackZone},
 };
 }  // namespace
 
@@ -71,7 +75,7 @@ MainWindow::MainWindow(Session& session, WorkspaceList& workspaces, Prompter& pr
 
 MainWindow::~MainWindow() = default;
 
-QAction* MainWindow::action(const QString& name) const { return m_menu->action(name); }
+const MenuActions& MainWindow::menuActions() const { return m_menu->actions(); }
 
 QWidget* MainWindow::makeHistoryArea() {
     auto* area = new QWidget(this);
@@ -131,7 +135,7 @@ QWidget* MainWindow::makeHistoryArea() {
     for (const HistoryButton& b : kHistoryButtons) {
         auto* button = new QPushButton(QString::fromUtf8(b.caption), area);
         button->setObjectName(QString::fromLatin1(b.name));
-        QAction* item = action(QString::fromLatin1(b.menuItem));
+        QAction* item = menuActions().*b.menuItem;
         connect(button, &QPushButton::clicked, item, &QAction::trigger);
         // A button is usable exactly when its menu item is.
         connect(item, &QAction::changed, button, [button, item] { button->setEnabled(item->isEnabled()); });
@@ -199,87 +203,87 @@ void MainWindow::connectBoard(ZoneBoardWidget* widget) {
 // The play modes under 组号方式: the multiple and banker entries of both zones, and the
 // enabling when the menu opens.
 void MainWindow::connectPlayModeMenus() {
-    connect(m_menu->menu(QStringLiteral("mnuSl")), &QMenu::aboutToShow, this, [this] {
+    const MenuActions& menu = menuActions();
+    connect(menu.playModesMenu, &QMenu::aboutToShow, this, [this] {
         m_board->openModeMenu();
         renderBoard();
     });
     const struct {
-        const char* family;
+        const MenuActions::Family& family;
         Zone zone;
-        int from, to;
         bool bankerMenu;
-    } modes[] = {{"meuDanxuan", Zone::Front, 5, 16, false},
-                 {"meuDanxuanHou", Zone::Back, 2, 8, false},
-                 {"mnuDtuo", Zone::Front, 1, 16, true},
-                 {"mnuDtuoHou", Zone::Back, 1, 8, true}};
+    } modes[] = {{menu.frontMulti, Zone::Front, false},
+                 {menu.backMulti, Zone::Back, false},
+                 {menu.frontBanker, Zone::Front, true},
+                 {menu.backBanker, Zone::Back, true}};
     for (const auto& m : modes) {
-        for (int k = m.from; k <= m.to; ++k) {
+        for (const auto& [k, item] : m.family) {
             const Zone z = m.zone;
             const bool bankerMenu = m.bankerMenu;
-            connect(action(QStringLiteral("%1(%2)").arg(QString::fromLatin1(m.family)).arg(k)),
-                    &QAction::triggered, this, [this, z, k, bankerMenu] {
-                        if (bankerMenu)
-                            m_board->chooseBankerEntry(z, k);
-                        else
-                            m_board->chooseMultiEntry(z, k);
-                        renderBoard();
-                    });
+            connect(item, &QAction::triggered, this, [this, z, k, bankerMenu] {
+                if (bankerMenu)
+                    m_board->chooseBankerEntry(z, k);
+                else
+                    m_board->chooseMultiEntry(z, k);
+                renderBoard();
+            });
         }
     }
 }
 
 void MainWindow::connectMenus() {
     connectPlayModeMenus();
-    connect(action(QStringLiteral("meuExt")), &QAction::triggered, this, &QWidget::close);
+    const MenuActions& menu = menuActions();
+    connect(menu.quit, &QAction::triggered, this, &QWidget::close);
     // The filter windows: expansions of the board, and the table of the last expansion.
     const struct {
-        const char* item;
+        QAction* item;
         ListCommand list;
         FilterSource instance;
-    } lists[] = {{"mnuLst", ListCommand::MultiExpansion, FilterSource::Expansion},
-                 {"mnuDtlst", ListCommand::BankerExpansion, FilterSource::BankerExpansion}};
+    } lists[] = {{menu.multiExpansion, ListCommand::MultiExpansion, FilterSource::Expansion},
+                 {menu.bankerExpansion, ListCommand::BankerExpansion, FilterSource::BankerExpansion}};
     for (const auto& l : lists) {
         const ListCommand list = l.list;
         const FilterSource instance = l.instance;
-        connect(action(QString::fromLatin1(l.item)), &QAction::triggered, this, [this, list, instance] {
+        connect(l.item, &QAction::triggered, this, [this, list, instance] {
             m_board->prepareList(list);
             renderBoard();
             openFilter(instance);
         });
     }
-    connect(action(QStringLiteral("mnuCallfd")), &QAction::triggered, this,
+    connect(menu.recallExpansion, &QAction::triggered, this,
             [this] { openFilter(FilterSource::StoredExpansion); });
 
     // Prize rules, checks and reports.
-    connect(action(QStringLiteral("meuPlc")), &QAction::triggered, this,
+    connect(menu.prizeRules, &QAction::triggered, this,
             [this] { openPrizeRules(m_session, m_prompter, this); });
-    connect(action(QStringLiteral("meuRepot")), &QAction::triggered, this,
+    connect(menu.profitLossReport, &QAction::triggered, this,
             [this] { openReports(m_session, m_prompter, this); });
     for (const auto& [item, kind] : prizeCheckItems()) {
         const schema::CandidateKind k = kind;
-        connect(action(QString::fromLatin1(item)), &QAction::triggered, this, [this, k] {
+        connect(menu.*item, &QAction::triggered, this, [this, k] {
             hide();
             openPrizeCheck(m_session, m_prompter, k, this, [this] { show(); });
             show();
         });
     }
     // A check is offered when its table exists.
-    connect(m_menu->menu(QStringLiteral("meuWid")), &QMenu::aboutToShow, this,
-            &MainWindow::updatePrizeChecks);
-    for (const game_rules::StabilityItem& it : game_rules::stabilityItems()) {
-        const int index = it.index;
-        connect(action(QStringLiteral("meuSpd%1").arg(index)), &QAction::triggered, this,
-                [this, index] { chooseStability(index); });
+    connect(menu.windowsMenu, &QMenu::aboutToShow, this, &MainWindow::updatePrizeChecks);
+    for (const auto& [index, item] : menu.stability) {
+        const int i = index;
+        connect(item, &QAction::triggered, this, [this, i] { chooseStability(i); });
     }
-    for (int n = game_rules::kFrontMin; n <= game_rules::kFrontMax; ++n)
-        connect(action(QStringLiteral("meuS(%1)").arg(n)), &QAction::triggered, this,
-                [this, n] { chooseFrontSize(n); });
-    for (int n = game_rules::kBackMin; n <= game_rules::kBackMax; ++n)
-        connect(action(QStringLiteral("meuSHou(%1)").arg(n)), &QAction::triggered, this,
-                [this, n] { chooseBackSize(n); });
-    connect(action(QStringLiteral("mnuName")), &QAction::triggered, this, &MainWindow::renameWorkspace);
-    connect(action(QStringLiteral("mnuPtset")), &QAction::triggered, this, &MainWindow::askPrintSetting);
-    connect(action(QStringLiteral("meuAbt")), &QAction::triggered, this, [this] {
+    for (const auto& [size, item] : menu.frontRule) {
+        const int n = size;
+        connect(item, &QAction::triggered, this, [this, n] { chooseFrontSize(n); });
+    }
+    for (const auto& [size, item] : menu.backRule) {
+        const int n = size;
+        connect(item, &QAction::triggered, this, [this, n] { chooseBackSize(n); });
+    }
+    connect(menu.renameWorkspace, &QAction::triggered, this, &MainWindow::renameWorkspace);
+    connect(menu.printSetting, &QAction::triggered, this, &MainWindow::askPrintSetting);
+    connect(menu.about, &QAction::triggered, this, [this] {
         m_prompter.inform(QStringLiteral("关于软件"),
                           kTitle + QStringLiteral("\n双区乐透的选号、组号、缩水过滤与兑奖助理。"));
     });
@@ -291,8 +295,8 @@ void MainWindow::loadFromSession() {
         QStringLiteral("%1选5 + %2选2").arg(m_session.frontSize()).arg(m_session.backSize()));
 
     checkStoredStability();
-    checkOnly(QStringLiteral("meuS"), game_rules::kFrontMin, game_rules::kFrontMax, m_session.frontSize());
-    checkOnly(QStringLiteral("meuSHou"), game_rules::kBackMin, game_rules::kBackMax, m_session.backSize());
+    checkOnly(menuActions().frontRule, m_session.frontSize());
+    checkOnly(menuActions().backRule, m_session.backSize());
     m_session.frontLeftToSpin = game_rules::kFrontPicks;
     m_session.backLeftToSpin = game_rules::kBackPicks;
     applyZoneSizes();
@@ -305,10 +309,7 @@ void MainWindow::loadFromSession() {
 void MainWindow::checkStoredStability() {
     // The stability item of the stored Wd; 8000 itself checks none.
     const int wd = m_session.settings().readInt(setting_keys::StabilityAtLoad, m_session.workspaceName());
-    for (const game_rules::StabilityItem& it : game_rules::stabilityItems())
-        action(QStringLiteral("meuSpd%1").arg(it.index))->setChecked(false);
-    if (const int item = game_rules::stabilityItemCheckedAtLoad(wd))
-        action(QStringLiteral("meuSpd%1").arg(item))->setChecked(true);
+    checkOnly(menuActions().stability, game_rules::stabilityItemCheckedAtLoad(wd));
 }
 
 void MainWindow::refreshHistory() {
@@ -322,11 +323,10 @@ void MainWindow::refreshHistory() {
     updateHistoryCommands();
 }
 
-void MainWindow::renderIndexedMenu(const QString& family, const IndexedMenu& menu, int from, int to) {
-    for (int k = from; k <= to; ++k) {
-        QAction* a = action(QStringLiteral("%1(%2)").arg(family).arg(k));
-        a->setEnabled(menu.enabled[static_cast<size_t>(k)]);
-        a->setChecked(menu.checked[static_cast<size_t>(k)]);
+void MainWindow::renderIndexedMenu(const MenuActions::Family& family, const IndexedMenu& menu) {
+    for (const auto& [k, item] : family) {
+        item->setEnabled(menu.enabled[static_cast<size_t>(k)]);
+        item->setChecked(menu.checked[static_cast<size_t>(k)]);
     }
 }
 
@@ -334,39 +334,31 @@ void MainWindow::renderBoard() {
     const NumberBoard& b = *m_board;
     m_front->render(b.zone(Zone::Front));
     m_back->render(b.zone(Zone::Back));
-    renderIndexedMenu(QStringLiteral("meuDanxuan"), b.zone(Zone::Front).multiMenu, 5, 16);
-    renderIndexedMenu(QStringLiteral("meuDanxuanHou"), b.zone(Zone::Back).multiMenu, 2, 8);
-    renderIndexedMenu(QStringLiteral("mnuDtuo"), b.zone(Zone::Front).bankerMenu, 1, 16);
-    renderIndexedMenu(QStringLiteral("mnuDtuoHou"), b.zone(Zone::Back).bankerMenu, 1, 8);
+    const MenuActions& menu = menuActions();
+    renderIndexedMenu(menu.frontMulti, b.zone(Zone::Front).multiMenu);
+    renderIndexedMenu(menu.backMulti, b.zone(Zone::Back).multiMenu);
+    renderIndexedMenu(menu.frontBanker, b.zone(Zone::Front).bankerMenu);
+    renderIndexedMenu(menu.backBanker, b.zone(Zone::Back).bankerMenu);
     m_statusPanels[2]->setText(b.statusText);
     m_spin->startButton()->setEnabled(b.startEnabled);
     m_spin->resetButton()->setEnabled(b.resetEnabled);
     m_spin->pauseButton()->setEnabled(b.pauseEnabled);
     m_spin->setSpinCounts(b.zone(Zone::Front).state().spinCount, b.zone(Zone::Back).state().spinCount);
     // Commands whose windows are not built yet stay off whatever the rules say.
-    auto enable = [this](const char* name, bool on) {
-        const QString n = QString::fromLatin1(name);
-        if (QAction* a = action(n))
-            a->setEnabled(on && MainMenu::isBuilt(n));
-        else if (QMenu* m = m_menu->menu(n))
-            m->menuAction()->setEnabled(on);
-    };
-    enable("meuSta", b.startItemEnabled);
-    enable("meuRst", b.resetItemEnabled);
-    enable("meuSup", b.pauseItemEnabled);
-    enable("meuAgarr", b.predictionExpansion);
-    for (int k = 9; k <= 22; ++k)
-        action(QStringLiteral("meuRt(%1)").arg(k))
-            ->setEnabled(b.wheelEntries && MainMenu::isBuilt(QStringLiteral("meuRt")));
-    enable("mnuDantuo", b.modeMenu.frontBankerSpin);
-    enable("mnuDtxj", b.modeMenu.bankerWheel);
-    enable("mnuDantuoHou", b.modeMenu.backBankerSpin);
-    enable("meuAgn", b.modeMenu.frontMultiSpin);
-    enable("meuAgnHou", b.modeMenu.backMultiSpin);
-    enable("mnuLst", b.modeMenu.multiExpansion);
-    enable("mnuDtlst", b.modeMenu.bankerExpansion);
-    enable("mnu8Lst", b.modeMenu.sixFrontMultiExpansion);
-    enable("mnuDt8lst", b.modeMenu.sixFrontBankerExpansion);
+    m_menu->enable(menu.spinStart, b.startItemEnabled);
+    m_menu->enable(menu.spinReset, b.resetItemEnabled);
+    m_menu->enable(menu.spinPause, b.pauseItemEnabled);
+    m_menu->enable(menu.spinArrangement, b.predictionExpansion);
+    for (const auto& [k, item] : menu.basicWheel) m_menu->enable(item, b.wheelEntries);
+    MainMenu::enable(menu.frontBankerMenu, b.modeMenu.frontBankerSpin);
+    MainMenu::enable(menu.bankerWheelMenu, b.modeMenu.bankerWheel);
+    MainMenu::enable(menu.backBankerMenu, b.modeMenu.backBankerSpin);
+    MainMenu::enable(menu.frontMultiMenu, b.modeMenu.frontMultiSpin);
+    MainMenu::enable(menu.backMultiMenu, b.modeMenu.backMultiSpin);
+    m_menu->enable(menu.multiExpansion, b.modeMenu.multiExpansion);
+    m_menu->enable(menu.bankerExpansion, b.modeMenu.bankerExpansion);
+    m_menu->enable(menu.sixFrontMultiExpansion, b.modeMenu.sixFrontMultiExpansion);
+    m_menu->enable(menu.sixFrontBankerExpansion, b.modeMenu.sixFrontBankerExpansion);
 }
 
 void MainWindow::showBackSpinLabels(int k) {
@@ -376,13 +368,12 @@ void MainWindow::showBackSpinLabels(int k) {
 void MainWindow::updateHistoryCommands() {
     // The delete and analysis commands need a history; the analysis windows come later.
     const bool any = m_session.drawCount() > 0;
-    action(QStringLiteral("mnuDelast"))->setEnabled(any);
-    action(QStringLiteral("mnuSy"))->setEnabled(any && MainMenu::isBuilt(QStringLiteral("mnuSy")));
+    menuActions().deleteLastDraw->setEnabled(any);
+    m_menu->enable(menuActions().analyseBothZones, any);
 }
 
-void MainWindow::checkOnly(const QString& family, int from, int to, int checked) {
-    for (int i = from; i <= to; ++i)
-        if (QAction* a = action(QStringLiteral("%1(%2)").arg(family).arg(i))) a->setChecked(i == checked);
+void MainWindow::checkOnly(const MenuActions::Family& family, int checked) {
+    for (const auto& [i, item] : family) item->setChecked(i == checked);
 }
 
 void MainWindow::applyZoneSizes() {
@@ -407,14 +398,13 @@ void MainWindow::chooseStability(int itemIndex) {
             return;
         }
     }
-    for (const game_rules::StabilityItem& it : game_rules::stabilityItems())
-        action(QStringLiteral("meuSpd%1").arg(it.index))->setChecked(it.index == itemIndex);
+    checkOnly(menuActions().stability, itemIndex);
 }
 
 void MainWindow::chooseFrontSize(int size) {
     QString error;
     if (!settingSaved(m_session.setFrontSize(size, &error), error)) size = m_session.frontSize();
-    checkOnly(QStringLiteral("meuS"), game_rules::kFrontMin, game_rules::kFrontMax, size);
+    checkOnly(menuActions().frontRule, size);
     m_board->setSizes(static_cast<int16_t>(size), static_cast<int16_t>(m_session.backSize()));
     m_board->reselect(Zone::Front);
     applyZoneSizes();
@@ -424,7 +414,7 @@ void MainWindow::chooseFrontSize(int size) {
 void MainWindow::chooseBackSize(int size) {
     QString error;
     if (!settingSaved(m_session.setBackSize(size, &error), error)) size = m_session.backSize();
-    checkOnly(QStringLiteral("meuSHou"), game_rules::kBackMin, game_rules::kBackMax, size);
+    checkOnly(menuActions().backRule, size);
     m_board->setSizes(static_cast<int16_t>(m_session.frontSize()), static_cast<int16_t>(size));
     m_board->reselect(Zone::Back);
     applyZoneSizes();
@@ -447,19 +437,19 @@ void MainWindow::askPrintSetting() {
     if (ok && n > 0 && n <= 32767) settingSaved(m_session.setTicketsPerLine(n, &error), error);
 }
 
-const std::vector<std::pair<const char*, schema::CandidateKind>>& MainWindow::prizeCheckItems() {
-    static const std::vector<std::pair<const char*, schema::CandidateKind>> items{
-        {"mnuzhInq", schema::CandidateKind::Combinations},
-        {"mnuRtInq", schema::CandidateKind::Wheel},
-        {"mnuTxInq", schema::CandidateKind::Imported},
-        {"mnuMbInq", schema::CandidateKind::Template},
-        {"mnufsInq", schema::CandidateKind::SixNumbers}};
+const std::vector<std::pair<QAction * MenuActions::*, schema::CandidateKind>>& MainWindow::prizeCheckItems() {
+    static const std::vector<std::pair<QAction * MenuActions::*, schema::CandidateKind>> items{
+        {&MenuActions::checkCombinations, schema::CandidateKind::Combinations},
+        {&MenuActions::checkWheel, schema::CandidateKind::Wheel},
+        {&MenuActions::checkTextTickets, schema::CandidateKind::Imported},
+        {&MenuActions::checkTemplateTickets, schema::CandidateKind::Template},
+        {&MenuActions::checkSixFrontTickets, schema::CandidateKind::SixNumbers}};
     return items;
 }
 
 void MainWindow::updatePrizeChecks() {
     for (const auto& [item, kind] : prizeCheckItems())
-        action(QString::fromLatin1(item))->setEnabled(prizeCheckEnabled(m_session, kind));
+        (menuActions().*item)->setEnabled(prizeCheckEnabled(m_session, kind));
 }
 
 FilterWindow* MainWindow::openFilter(FilterSource instance) {

@@ -4,6 +4,7 @@
 
 #include "filter/filter_source.h"
 
+#include "workspace/ui/menu_actions.h"
 #include "workspace/ui/shell.h"
 
 #include <QMainWindow>
@@ -36,9 +37,9 @@ public:
     MainWindow(Session& session, WorkspaceList& workspaces, Prompter& prompter, QWidget* parent = nullptr);
     ~MainWindow() override;
 
-    MainMenu& menu() { return *m_menu; }
+    const MainMenu& menu() const { return *m_menu; }
     QMainWindow* mainWindow() override { return this; }
-    QAction* action(const QString& name) const override;
+    const MenuActions& menuActions() const override;
     Session& session() override { return m_session; }
     NumberBoard& board() { return *m_board; }
     // Opens a filter window (an expansion of the board, or the stored table); null when refused.
@@ -71,16 +72,17 @@ private:
     void chooseStability(int itemIndex);  // meuSpd1..12
     void chooseFrontSize(int size);       // meuS
     void chooseBackSize(int size);        // meuSHou
-    void checkOnly(const QString& family, int from, int to, int checked);
+    // Checks the item `checked` of a family and unchecks the others.
+    static void checkOnly(const MenuActions::Family& family, int checked);
     void applyZoneSizes();
     void renameWorkspace();  // mnuName
     void askPrintSetting();  // mnuPtset
     void updateHistoryCommands();
     // The prize check entries of 功能窗口 and their tables; enabled when the table exists.
-    static const std::vector<std::pair<const char*, schema::CandidateKind>>& prizeCheckItems();
+    static const std::vector<std::pair<QAction * MenuActions::*, schema::CandidateKind>>& prizeCheckItems();
     void updatePrizeChecks();
     void connectBoard(ZoneBoardWidget* widget);
-    void renderIndexedMenu(const QString& family, const IndexedMenu& menu, int from, int to);
+    static void renderIndexedMenu(const MenuActions::Family& family, const IndexedMenu& menu);
 
     // What the board asks of the spin and the windows.
     void showBackSpinLabels(int k) override;

@@ -9,6 +9,7 @@
 #include "history/ui/download_source_dialog.h"
 #include "history/ui/entry_row.h"
 #include "workspace/session.h"
+#include "workspace/ui/menu_actions.h"
 #include "workspace/ui/shell.h"
 #include "workspace/ui/work_progress.h"
 
@@ -30,17 +31,19 @@ HistoryCommands::HistoryCommands(Shell& shell, Prompter& prompter, std::function
                               : [&shell] { return DownloadSourceDialog::choose(shell.mainWindow()); }),
       m_boxes(shell.entryBoxes()),
       m_grid(shell.historyGrid()) {
+    const MenuActions& menu = shell.menuActions();
     const struct {
-        const char* item;
+        QAction* item;
         void (HistoryCommands::*run)();
-    } commands[] = {{"mnuRed", &HistoryCommands::wholeImport},     {"mnuRead", &HistoryCommands::appendImport},
-                    {"mnuEdit", &HistoryCommands::editText},       {"meuCln", &HistoryCommands::clearList},
-                    {"mnuDelast", &HistoryCommands::deleteLast},   {"mnuNew", &HistoryCommands::downloadText},
-                    {"mnuNewol", &HistoryCommands::downloadDatabase}, {"mnuLsApp", &HistoryCommands::focusEntry}};
-    for (const auto& c : commands) {
-        QAction* a = shell.action(QString::fromLatin1(c.item));
-        connect(a, &QAction::triggered, this, c.run);
-    }
+    } commands[] = {{menu.importWholeHistory, &HistoryCommands::wholeImport},
+                    {menu.importNewDraws, &HistoryCommands::appendImport},
+                    {menu.editHistoryText, &HistoryCommands::editText},
+                    {menu.clearHistory, &HistoryCommands::clearList},
+                    {menu.deleteLastDraw, &HistoryCommands::deleteLast},
+                    {menu.downloadHistoryText, &HistoryCommands::downloadText},
+                    {menu.updateHistoryOnline, &HistoryCommands::downloadDatabase},
+                    {menu.typeNewestDraw, &HistoryCommands::focusEntry}};
+    for (const auto& c : commands) connect(c.item, &QAction::triggered, this, c.run);
     auto* discard = shell.mainWindow()->findChild<QPushButton*>(QStringLiteral("discardEntry"));
     connect(new EntryRow(m_boxes, discard, this), &EntryRow::checkRequested, this, &HistoryCommands::submitEntry);
     if (discard) connect(discard, &QPushButton::clicked, this, &HistoryCommands::discardEntry);

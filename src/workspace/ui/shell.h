@@ -8,6 +8,7 @@ class QLineEdit;
 class QMainWindow;
 class QTableView;
 class Session;
+struct MenuActions;
 
 // What a subsystem's window code asks of the program's main window, without knowing it: the
 // main window implements this and hands itself over, so no window includes the main window.
@@ -16,8 +17,8 @@ public:
     // The main window itself: the parent of dialogs and of the objects that live as long as it.
     virtual QMainWindow* mainWindow() = 0;
     virtual Session& session() = 0;
-    // A menu item by its object name.
-    virtual QAction* action(const QString& name) const = 0;
+    // The menus and items of the main window.
+    virtual const MenuActions& menuActions() const = 0;
     // The history grid and the entry row beneath it.
     virtual QTableView* historyGrid() const = 0;
     virtual const QList<QLineEdit*>& entryBoxes() const = 0;

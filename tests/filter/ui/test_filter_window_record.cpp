@@ -26,8 +26,8 @@ void FilterWindowRecordTest::aFailedSaveShowsItsReason() {
     for (int n : {3, 9, 14, 22, 27, 31})
         f.window->findChild<QPushButton*>(QStringLiteral("Command1(%1)").arg(n))->click();
     for (int n : {2, 7}) f.window->findChild<QPushButton*>(QStringLiteral("Command2(%1)").arg(n))->click();
-    emit f.window->menu().menu(QStringLiteral("mnuSl"))->aboutToShow();
-    f.window->action(QStringLiteral("mnuLst"))->trigger();
+    emit f.window->menuActions().playModesMenu->aboutToShow();
+    f.window->findChild<QAction*>(QStringLiteral("mnuLst"))->trigger();
     QCOMPARE(f.window->filterWindows().size(), 1);
     FilterWindow* w = f.window->filterWindows().last();
     QCOMPARE(w->workspace().waitForWrite().outcome, candidate_store::Outcome::Done);
