@@ -98,8 +98,10 @@ void MainMenu::addFamily(QMenu* menu, const FamilyRow& row) {
         a->setCheckable(row.checkable);
         (m_actions.*row.member)[i] = a;
     }
-    m_names.append({QString::fromLatin1(row.english), pattern.arg(QLatin1String("i")),
-                    row.caption(row.indices.front())});
+    // The family's name with its index shown as "(i)", or "<i>" where the index is no argument.
+    const QString index =
+        pattern.contains(QLatin1String("(%1)")) ? QStringLiteral("i") : QStringLiteral("<i>");
+    m_names.append({QString::fromLatin1(row.english), pattern.arg(index), row.caption(row.indices.front())});
 }
 
 void MainMenu::enable(QAction* item, bool on) const { item->setEnabled(on && isBuilt(item)); }
