@@ -58,17 +58,16 @@ std::function<QString(int)> captions(const char* pattern, std::vector<std::pair<
 
 QMenu* MainMenu::addMenu(QMenuBar* bar, QMenu* MenuActions::*member, const char* english, const char* given,
                          const char* caption) {
-    QMenu* m = bar->addMenu(u(caption));
-    m->setObjectName(QString::fromLatin1(given));
-    m->menuAction()->setObjectName(QString::fromLatin1(given));
-    if (member) m_actions.*member = m;
-    m_names.append({QString::fromLatin1(english), m->objectName(), m->title()});
-    return m;
+    return named(bar->addMenu(u(caption)), member, english, given);
 }
 
-QMenu* MainMenu::addSubmenu(QMenu* parent, QMenu* MenuActions::*member, const char* english,
-                            const char* given, const char* caption) {
-    QMenu* m = parent->addMenu(u(caption));
+QMenu* MainMenu::addSubmenu(QMenu* parent, QMenu* MenuActions::*member, const char* english, const char* given,
+                            const char* caption) {
+    return named(parent->addMenu(u(caption)), member, english, given);
+}
+
+// Gives a new menu its name, and its entry in the parent menu the same one.
+QMenu* MainMenu::named(QMenu* m, QMenu* MenuActions::*member, const char* english, const char* given) {
     m->setObjectName(QString::fromLatin1(given));
     m->menuAction()->setObjectName(QString::fromLatin1(given));
     if (member) m_actions.*member = m;

@@ -53,6 +53,7 @@ private:
     void addWheelMenus(QMenu* playModes);
     void addSettingsMenu(QMenuBar* bar);
     void addToolsAndHelpMenus(QMenuBar* bar);
+    QMenu* named(QMenu* m, QMenu* MenuActions::*member, const char* english, const char* given);
     void addItems(QMenu* menu, std::initializer_list<ItemRow> rows);
     QAction* addItem(QMenu* menu, const QString& name, const QString& caption, bool built);
     void addFamily(QMenu* menu, const FamilyRow& row);
