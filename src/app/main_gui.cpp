@@ -10,14 +10,36 @@
 #include "workspace/workspace_list.h"
 
 #include <QApplication>
+#include <QCommandLineParser>
 #include <QFont>
 #include <QPointer>
 
 #include <memory>
 
+namespace {
+
+// --version and --help answer on the terminal and end the program, without needing a display;
+// other arguments (Qt's own, such as -platform) are left to the application.
+void answerOnTerminal(int argc, char** argv) {
+    QCoreApplication core(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("shuangqu"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(SHUANGQU_VERSION));
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral("双区大乐透彩票助理: the desktop program."));
+    const QCommandLineOption help = parser.addHelpOption();
+    const QCommandLineOption version = parser.addVersionOption();
+    parser.parse(core.arguments());
+    if (parser.isSet(version)) parser.showVersion();
+    if (parser.isSet(help)) parser.showHelp(0);
+}
+
+}  // namespace
+
 int main(int argc, char** argv) {
+    answerOnTerminal(argc, argv);
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("shuangqu"));
+    QApplication::setApplicationVersion(QStringLiteral(SHUANGQU_VERSION));
     qt_translations::install(app);
     QFont font(QStringLiteral("Noto Sans CJK SC"), 9);
     QApplication::setFont(font);

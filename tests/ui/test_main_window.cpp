@@ -40,6 +40,7 @@ private slots:
     void frontSizeChangeShowsButtonsAndIsSaved();
     void historyFillsTheGridWithTheNewestInView();
     void printSettingKeepsOnlyCounts();
+    void aboutBoxShowsTheVersion();
     void closingSavesTheSpinValues();
     void boardClicksReachTheLogicAndTheStatusBar();
 };
@@ -180,6 +181,15 @@ void MainWindowTest::printSettingKeepsOnlyCounts() {
     f.prompter.answer(QStringLiteral("abc"));
     w->findChild<QAction*>(QStringLiteral("mnuPtset"))->trigger();
     QCOMPARE(f.session->ticketsPerLine(), 6);
+}
+
+void MainWindowTest::aboutBoxShowsTheVersion() {
+    Fixture f;
+    MainWindow* w = f.open();
+    QCoreApplication::setApplicationVersion(QStringLiteral("7.3.1"));
+    w->findChild<QAction*>(QStringLiteral("meuAbt"))->trigger();
+    QCOMPARE(f.prompter.asked().last().title, QStringLiteral("关于软件"));
+    QVERIFY(f.prompter.asked().last().text.contains(QStringLiteral("版本 7.3.1")));
 }
 
 void MainWindowTest::closingSavesTheSpinValues() {

@@ -15,6 +15,7 @@
 
 #include <QAction>
 #include <QCloseEvent>
+#include <QCoreApplication>
 #include <QCursor>
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -285,7 +286,8 @@ void MainWindow::connectMenus() {
     connect(menu.printSetting, &QAction::triggered, this, &MainWindow::askPrintSetting);
     connect(menu.about, &QAction::triggered, this, [this] {
         m_prompter.inform(QStringLiteral("关于软件"),
-                          kTitle + QStringLiteral("\n双区乐透的选号、组号、缩水过滤与兑奖助理。"));
+                          kTitle + QStringLiteral("\n版本 %1\n双区乐透的选号、组号、缩水过滤与兑奖助理。")
+                                       .arg(QCoreApplication::applicationVersion()));
     });
 }
 
