@@ -12,7 +12,9 @@ trap 'rm -rf "$prefix"' EXIT
 cmake --install "$build" --prefix "$prefix" >/dev/null
 fail() { echo "check_install: $*" >&2; exit 1; }
 for f in bin/shuangqu bin/shuangqu-cli share/applications/shuangqu.desktop \
-         share/icons/hicolor/scalable/apps/shuangqu.svg share/metainfo/io.github.shuangqu.metainfo.xml; do
+         share/icons/hicolor/scalable/apps/shuangqu.svg share/metainfo/io.github.shuangqu.metainfo.xml \
+         share/man/man1/shuangqu.1.gz share/man/man1/shuangqu-cli.1.gz \
+         share/doc/shuangqu/changelog.gz share/doc/shuangqu/copyright; do
   [ -e "$prefix/$f" ] || fail "missing $f"
 done
 
