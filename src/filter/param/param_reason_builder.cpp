@@ -201,26 +201,47 @@ private:
     uint32_t m_lastLen = 0, m_lastId = 0;
 };
 
-// The reason text of every key of a map: the old text, then each catching step's text.
-std::vector<QString> keyTexts(const KeyMap& map, const ReasonTable& reasons,
-                              const std::vector<FilterStep>& steps) {
-    std::vector<QString> texts(map.size());
-    KernelExecutor::shared().forEachSlice(map.size(), [&](uint64_t from, uint64_t to) {
-        for (uint64_t id = from; id < to; ++id) {
-            const uint16_t* k = map.key(static_cast<uint32_t>(id));
-            const ReasonTable::Id old = uint32_t{k[0]} | (uint32_t{k[1]} << 16);
-            const uint32_t m = uint32_t{k[2]} | (uint32_t{k[3]} << 16);
-            QString text = reasons.text(old);
-            const uint16_t* v = k + 4;
-            for (uint32_t bits = m; bits; bits &= bits - 1) {
-                const FilterStep& s = steps[static_cast<size_t>(std::countr_zero(bits))];
-                text += s.constantText ? s.prefix : s.reason(static_cast<int16_t>(*v++));
-            }
-            texts[id] = std::move(text);
-        }
-    });
-    return texts;
-}
+// The reason of a key as entries of the reason table: the pieces of the catching steps (the
+// texts of their values) joined in a tree of fixed shape over the step positions, then joined to
+// the old reason. Keys that share the steps of a subtree and their values share its entry, so a
+// key costs a few lookups among entries made before, and no text is made.
+class KeyReasons {
+public:
+    KeyReasons(ReasonTable& reasons, const std::vector<FilterStep>& steps)
+        : m_reasons(reasons), m_steps(steps), m_pieces(steps.size()) {
+        m_width = 1;
+        while (m_width < steps.size()) m_width *= 2;
+    }
+
+    ReasonTable::Id idOf(const uint16_t* key) {
+        const ReasonTable::Id old = uint32_t{key[0]} | (uint32_t{key[1]} << 16);
+        const uint32_t m = uint32_t{key[2]} | (uint32_t{key[3]} << 16);
+        const uint16_t* v = key + 4;
+        std::array<ReasonTable::Id, kMaxSteps> node{};
+        for (size_t t = 0; t < m_width; ++t)
+            node[t] = (m >> t) & 1u ? piece(t, m_steps[t].constantText ? 0 : static_cast<int16_t>(*v++))
+                                    : ReasonTable::kNull;
+        for (size_t n = m_width; n > 1; n /= 2)
+            for (size_t i = 0; i < n / 2; ++i) node[i] = m_reasons.join(node[2 * i], node[2 * i + 1]);
+        return m_reasons.join(old, node[0]);
+    }
+
+private:
+    // The entry of step t's text for value v, interned when first met.
+    ReasonTable::Id piece(size_t t, int16_t v) {
+        std::vector<ReasonTable::Id>& ids = m_pieces[t];
+        if (ids.empty()) ids.assign(m_steps[t].constantText ? 1 : 65536, kUnset);
+        ReasonTable::Id& id = ids[m_steps[t].constantText ? 0 : static_cast<size_t>(int32_t{v} + 32768)];
+        if (id == kUnset) id = m_reasons.intern(m_steps[t].reason(v));
+        return id;
+    }
+
+    static constexpr ReasonTable::Id kUnset = UINT32_MAX;
+    ReasonTable& m_reasons;
+    const std::vector<FilterStep>& m_steps;
+    std::vector<std::vector<ReasonTable::Id>> m_pieces;
+    size_t m_width = 1;
+};
 
 }  // namespace
 
@@ -239,13 +260,14 @@ void tally(CandidateTable& table, const std::vector<FilterStep>& steps) {
         TallySlice(table, steps, changed, maps[slice]).run(begin, end);
     });
 
-    // The texts are interned slice by slice, each slice's keys in the order its rows met them:
-    // new texts take their ids in row order, however many slices there were.
+    // The reasons are made slice by slice, each slice's keys in the order its rows met them:
+    // new entries take their ids in row order, however many slices there were.
     std::vector<std::vector<ReasonTable::Id>> ids(slices.count);
+    KeyReasons reasons(table.reasons(), steps);
     for (size_t slice = 0; slice < slices.count; ++slice) {
-        const std::vector<QString> texts = keyTexts(maps[slice], table.reasons(), steps);
-        ids[slice].reserve(texts.size());
-        for (const QString& text : texts) ids[slice].push_back(table.reasons().intern(text));
+        const KeyMap& map = maps[slice];
+        ids[slice].reserve(map.size());
+        for (uint32_t key = 0; key < map.size(); ++key) ids[slice].push_back(reasons.idOf(map.key(key)));
     }
 
     auto fl = table.rowReasons();
