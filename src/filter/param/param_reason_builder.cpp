@@ -205,14 +205,9 @@ private:
         }
     }
 
-    // Neighbouring rows often differ only where no step looks (the back numbers of a front-scope
-    // run): the last key is kept and compared first.
+    // The id of a key that differs from the row before's (repeats are found by markRepeats).
     uint32_t idOf(const uint16_t* key, uint32_t len) {
-        if (len != m_lastLen || !std::equal(key, key + len, m_lastKey.begin())) {
-            m_lastId = m_map.idOf(key, len);
-            m_lastLen = len;
-            std::copy_n(key, len, m_lastKey.begin());
-        }
+        m_lastId = m_map.idOf(key, len);
         return m_lastId;
     }
 
@@ -223,8 +218,7 @@ private:
     std::vector<int16_t> m_vals;
     std::array<uint32_t, kBlock> m_mask, m_differs;
     std::array<uint8_t, kBlock> m_live, m_hit, m_all, m_repeat;
-    std::array<uint16_t, 4 + kMaxSteps> m_lastKey{};
-    uint32_t m_lastLen = 0, m_lastId = 0;
+    uint32_t m_lastId = 0;
 };
 
 // The reason of a key as entries of the reason table: the pieces of the catching steps (the
