@@ -5,12 +5,17 @@
 #include <QString>
 
 #include <cstdint>
+#include <mutex>
 #include <optional>
 #include <vector>
 
-// The interned texts of the reason column `Fliter`. A row holds an id; id 0 is the null that
-// an expansion leaves, id 1 the empty text that the resets write. A prefix in front of a null
-// reads as the prefix alone, as the concatenation of the stored statements does.
+// The interned reasons of the reason column `Fliter`. A row holds an id; id 0 is the null that
+// an expansion leaves, id 1 the empty text that the resets write. An entry is either a text or
+// the joining of two earlier entries (head, tail), whose text is text(head) + text(tail): a
+// filter that appends a piece to the reasons of many rows makes one entry per distinct pair,
+// never a text per row. Equal texts share an id, and so do equal pairs; a joined entry is made
+// into text only when text() is asked for it. A null or empty side of a joining reads as
+// nothing, as the concatenation of the stored statements does, so join(a, kNull) is a.
 class ReasonTable {
 public:
     using Id = uint32_t;
@@ -18,49 +23,92 @@ public:
     static constexpr Id kEmpty = 1;
 
     ReasonTable() { clear(); }
+    ReasonTable(const ReasonTable& other);
+    ReasonTable& operator=(const ReasonTable& other);
+    ReasonTable(ReasonTable&& other) noexcept;
+    ReasonTable& operator=(ReasonTable&& other) noexcept;
 
     void clear();
     Id intern(const QString& text);
-    // The id of a text interned before, without interning it.
+    // The id of a text interned before as a text, without interning it.
     std::optional<Id> find(const QString& text) const;
-    // The id the next new text will take.
-    Id nextId() const { return static_cast<Id>(m_texts.size()); }
-    const QString& text(Id id) const { return m_texts[id]; }
+    // The entry whose text is text(head) + text(tail).
+    Id join(Id head, Id tail);
+    // The id of join(head, tail) when the pair is an entry already.
+    std::optional<Id> findJoined(Id head, Id tail) const;
+    // The id the next new entry will take.
+    Id nextId() const { return static_cast<Id>(m_entries.size()); }
+    QString text(Id id) const;
     bool isNull(Id id) const { return id == kNull; }
-    size_t size() const { return m_texts.size(); }
+    bool isJoined(Id id) const { return m_entries[id].head != kTextMark; }
+    size_t size() const { return m_entries.size(); }
     // The entries from `from` on (at least 2: the null and the empty text are always there), in
-    // the form the record keeps them.
+    // the form the record keeps them: their count, then each text or pair.
     QByteArray image(Id from = 2) const;
     // Appends the entries of an image(from) to a table that holds exactly `from` entries; false,
     // with the table unchanged, when the bytes are not such an image.
     bool appendImage(const QByteArray& bytes, Id from = 2);
-    // The id of prefix + text(id), memoised per prefix by the caller's remap (see PrefixMap).
-    Id prefixed(const QString& prefix, Id id) { return intern(prefix + m_texts[id]); }
+    // The id of prefix + text(id).
+    Id prefixed(const QString& prefix, Id id) { return join(intern(prefix), id); }
 
 private:
+    static constexpr Id kTextMark = UINT32_MAX;
+    // A text (head kTextMark, tail the index of the text) or a joining.
+    struct Entry {
+        Id head;
+        Id tail;
+    };
+    // One slot of the index of the joinings: empty while id is kTextMark.
+    struct Slot {
+        Id head = kTextMark;
+        Id tail = 0;
+        Id id = kTextMark;
+    };
+
+    static uint64_t hashOf(Id head, Id tail);
+    bool isBlank(Id id) const { return id == kNull || id == kEmpty; }
+    size_t slotOf(Id head, Id tail) const;
+    void addJoined(Id head, Id tail, Id id);
+    void rebuildIndex();
+    void truncate(Id count);
+    bool appendEntry(const QByteArray& bytes, qsizetype& at, Id id);
+
+    std::vector<Entry> m_entries;
     std::vector<QString> m_texts;
-    QHash<QString, Id> m_ids;
+    QHash<QString, Id> m_textIds;
+    std::vector<Slot> m_slots;  // open addressing, a power of two long
+    size_t m_joined = 0;
+
+    // A few joined texts made lately: a grid repaints the same rows, a writer meets runs of
+    // equal ids. Guarded, as readers on other threads may share the table.
+    struct CachedText {
+        Id id = kNull;
+        QString text;
+    };
+    static constexpr size_t kCacheSlots = 64;
+    mutable std::mutex m_cacheMutex;
+    mutable std::vector<CachedText> m_cache;
 };
 
-// Maps reason ids to the ids of one prefix put in front of them, interning each text once.
+// Maps reason ids to the ids of one prefix put in front of them, joining each id once.
 class PrefixMap {
 public:
     static constexpr ReasonTable::Id kUnset = UINT32_MAX;
 
-    PrefixMap(ReasonTable& table, QString prefix) : m_table(table), m_prefix(std::move(prefix)) {
+    PrefixMap(ReasonTable& table, const QString& prefix) : m_table(table), m_prefix(table.intern(prefix)) {
         m_map.assign(table.size(), kUnset);
     }
     ReasonTable::Id operator()(ReasonTable::Id id) {
         ReasonTable::Id m = m_map[id];
         if (m != kUnset) return m;
-        m = m_table.prefixed(m_prefix, id);
+        m = m_table.join(m_prefix, id);
         m_map[id] = m;
-        // Interning may grow the table; ids made here are never looked up again in one pass.
+        // Joining may grow the table; ids made here are never looked up again in one pass.
         return m;
     }
 
 private:
     ReasonTable& m_table;
-    QString m_prefix;
+    ReasonTable::Id m_prefix;
     std::vector<ReasonTable::Id> m_map;
 };

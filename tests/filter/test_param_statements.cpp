@@ -5,6 +5,7 @@
 #include "random_inputs.h"
 
 #include "engine/kernel_executor.h"
+#include "filter/candidate_actions.h"
 #include "filter/param/param_filter.h"
 #include "support/qt_printers.h"
 
@@ -268,6 +269,41 @@ TEST_F(ParamStatements, ATableCutIntoSlicesMatchesTheStatements) {
         param_filter::runIntegrated(t, s, ctx);
         expectSame(t, db, QStringLiteral("integrated on %1 rows: %2").arg(rows).arg(describe(s)));
         if (HasFatalFailure()) return;
+    }
+}
+
+// Every box ticked, on a table cut into slices, with limits that nearly every row fails in the
+// both-zones scope: each row's reason joins many pieces. Inverting puts a prefix in front of those
+// joined reasons, and a second run appends to them; each reads as the statements' text.
+TEST_F(ParamStatements, EveryBoxOverJoinedReasonsMatchesTheStatements) {
+    const KernelExecutor::ScopedThreadCount threads(3);
+    const uint64_t rows = 2 * KernelExecutor::kMinSliceRows + 321;
+    std::mt19937 rng(8080);
+    CandidateTable t = randomTable(rng, rows);
+    const ParamContext ctx = randomContext(rng, 30);
+    for (ZoneScope scope : {ZoneScope::Both, ZoneScope::Front}) {
+        ParamWindowState s = randomState(rng);
+        s.scope = scope;
+        s.listMode = false;
+        s.keep = s.logicAnd = true;
+        for (bool& b : s.integratedBox) b = true;
+        // Keep 1..1: every value but 1 fails.
+        for (const ParamInfo& p : param_catalogue::all())
+            s.box(p.id)[0] = s.box(p.id)[1] = QStringLiteral("1");
+        s.useTolerance = true;
+        s.txtRc0 = QStringLiteral("3");
+        for (int run = 0; run < 2; ++run) {
+            param_reference::load(db, t);
+            param_reference::runIntegrated(db, s, ctx);
+            param_filter::runIntegrated(t, s, ctx);
+            expectSame(t, db, QStringLiteral("every box, run %1: %2").arg(run).arg(describe(s)));
+            if (HasFatalFailure()) return;
+            const std::vector<param_reference::Row> before = param_reference::rows(db);
+            candidate_actions::invertAll(t);
+            for (uint64_t r = 0; r < rows; ++r)
+                ASSERT_EQ(t.reasonText(r), candidate_actions::kInvertAllPrefix + before[r].rowReasons) << r;
+            s.keep = false;  // the second run excludes
+        }
     }
 }
 

@@ -109,6 +109,7 @@ public:
             std::fill_n(m_mask.begin(), n, 0u);
             liveBytes(b, n);
             for (size_t t = 0; t < m_steps.size(); ++t) applyStep(t, b, n);
+            markRepeats(b, n);
             keyRows(b, n);
         }
     }
@@ -152,6 +153,26 @@ private:
         }
     }
 
+    // m_repeat[i]: row i of the block has the key of the row before it (the same old reason, the
+    // same steps caught it, with the same values where their texts show them), so it takes that
+    // row's reason without a key being made. Neighbouring rows often agree, as no step looks at
+    // the numbers in which they differ (the back numbers of a front-scope run).
+    void markRepeats(uint64_t b, uint64_t n) {
+        // Per row the steps whose value differs from the row before's, then the rows whose
+        // mask and old reason agree and whose differing steps did not catch them.
+        std::fill_n(m_differs.begin(), n, 0u);
+        for (size_t t = 0; t < m_steps.size(); ++t) {
+            if (m_steps[t].constantText) continue;
+            const int16_t* v = m_vals.data() + t * kBlock;
+            for (uint64_t i = 1; i < n; ++i) m_differs[i] |= static_cast<uint32_t>(v[i] != v[i - 1]) << t;
+        }
+        const ReasonTable::Id* old = m_table.rowReasons().data() + b;
+        m_repeat[0] = 0;
+        for (uint64_t i = 1; i < n; ++i)
+            m_repeat[i] = static_cast<uint8_t>((m_mask[i] == m_mask[i - 1]) & (old[i] == old[i - 1]) &
+                                               ((m_differs[i] & m_mask[i]) == 0));
+    }
+
     // Errnum of every row of the block, and the key of each caught one: its old reason id, the
     // mask of the steps that caught it and the values that their texts show.
     void keyRows(uint64_t b, uint64_t n) {
@@ -163,6 +184,12 @@ private:
             const uint64_t r = b + i;
             failCount[r] = static_cast<int16_t>(std::popcount(m));
             if (!m) continue;
+            m_changed.set(r);
+            // The row before was caught with this key: m_lastId is its id.
+            if (m_repeat[i]) {
+                fl[r] = m_lastId;
+                continue;
+            }
             const uint32_t old = fl[r];
             uint32_t len = 0;
             key[len++] = static_cast<uint16_t>(old);
@@ -175,18 +202,12 @@ private:
                     key[len++] = static_cast<uint16_t>(m_vals[static_cast<size_t>(t) * kBlock + i]);
             }
             fl[r] = idOf(key.data(), len);
-            m_changed.set(r);
         }
     }
 
-    // Neighbouring rows often differ only where no step looks (the back numbers of a front-scope
-    // run): the last key is kept and compared first.
+    // The id of a key that differs from the row before's (repeats are found by markRepeats).
     uint32_t idOf(const uint16_t* key, uint32_t len) {
-        if (len != m_lastLen || !std::equal(key, key + len, m_lastKey.begin())) {
-            m_lastId = m_map.idOf(key, len);
-            m_lastLen = len;
-            std::copy_n(key, len, m_lastKey.begin());
-        }
+        m_lastId = m_map.idOf(key, len);
         return m_lastId;
     }
 
@@ -195,32 +216,68 @@ private:
     BitVector& m_changed;
     KeyMap& m_map;
     std::vector<int16_t> m_vals;
-    std::array<uint32_t, kBlock> m_mask;
-    std::array<uint8_t, kBlock> m_live, m_hit, m_all;
-    std::array<uint16_t, 4 + kMaxSteps> m_lastKey{};
-    uint32_t m_lastLen = 0, m_lastId = 0;
+    std::array<uint32_t, kBlock> m_mask, m_differs;
+    std::array<uint8_t, kBlock> m_live, m_hit, m_all, m_repeat;
+    uint32_t m_lastId = 0;
 };
 
-// The reason text of every key of a map: the old text, then each catching step's text.
-std::vector<QString> keyTexts(const KeyMap& map, const ReasonTable& reasons,
-                              const std::vector<FilterStep>& steps) {
-    std::vector<QString> texts(map.size());
-    KernelExecutor::shared().forEachSlice(map.size(), [&](uint64_t from, uint64_t to) {
-        for (uint64_t id = from; id < to; ++id) {
-            const uint16_t* k = map.key(static_cast<uint32_t>(id));
-            const ReasonTable::Id old = uint32_t{k[0]} | (uint32_t{k[1]} << 16);
-            const uint32_t m = uint32_t{k[2]} | (uint32_t{k[3]} << 16);
-            QString text = reasons.text(old);
-            const uint16_t* v = k + 4;
-            for (uint32_t bits = m; bits; bits &= bits - 1) {
-                const FilterStep& s = steps[static_cast<size_t>(std::countr_zero(bits))];
-                text += s.constantText ? s.prefix : s.reason(static_cast<int16_t>(*v++));
-            }
-            texts[id] = std::move(text);
-        }
-    });
-    return texts;
-}
+// The reason of a key as entries of the reason table: the pieces of the catching steps (the
+// texts of their values) joined in a tree of fixed shape over the step positions, then joined to
+// the old reason. Keys that share the steps of a subtree and their values share its entry, so a
+// key costs a few lookups among entries made before, and no text is made.
+class KeyReasons {
+public:
+    KeyReasons(ReasonTable& reasons, const std::vector<FilterStep>& steps)
+        : m_reasons(reasons), m_steps(steps), m_pieces(steps.size()) {
+        m_width = 1;
+        while (m_width < steps.size()) m_width *= 2;
+    }
+
+    ReasonTable::Id idOf(const uint16_t* key) {
+        const ReasonTable::Id old = uint32_t{key[0]} | (uint32_t{key[1]} << 16);
+        const uint32_t m = uint32_t{key[2]} | (uint32_t{key[3]} << 16);
+        const uint16_t* v = key + 4;
+        std::array<ReasonTable::Id, kMaxSteps> node{};
+        for (size_t t = 0; t < m_width; ++t)
+            node[t] = (m >> t) & 1u ? piece(t, m_steps[t].constantText ? 0 : static_cast<int16_t>(*v++))
+                                    : ReasonTable::kNull;
+        for (size_t n = m_width; n > 1; n /= 2)
+            for (size_t i = 0; i < n / 2; ++i) node[i] = join(node[2 * i], node[2 * i + 1]);
+        return join(old, node[0]);
+    }
+
+private:
+    // The joinings of the low subtrees come back key after key; a small memo of recent ones
+    // spares a lookup in the table's index, which is large and scattered.
+    ReasonTable::Id join(ReasonTable::Id head, ReasonTable::Id tail) {
+        if (head <= ReasonTable::kEmpty || tail <= ReasonTable::kEmpty) return m_reasons.join(head, tail);
+        uint64_t h = (uint64_t{head} << 32 | tail) * 0x9E3779B97F4A7C15ull;
+        Memo& m = m_memo[(h >> 40) & (kMemoSlots - 1)];
+        if (m.head == head && m.tail == tail) return m.id;
+        m = {head, tail, m_reasons.join(head, tail)};
+        return m.id;
+    }
+
+    // The entry of step t's text for value v, interned when first met.
+    ReasonTable::Id piece(size_t t, int16_t v) {
+        std::vector<ReasonTable::Id>& ids = m_pieces[t];
+        if (ids.empty()) ids.assign(m_steps[t].constantText ? 1 : 65536, kUnset);
+        ReasonTable::Id& id = ids[m_steps[t].constantText ? 0 : static_cast<size_t>(int32_t{v} + 32768)];
+        if (id == kUnset) id = m_reasons.intern(m_steps[t].reason(v));
+        return id;
+    }
+
+    struct Memo {
+        ReasonTable::Id head = 0, tail = 0, id = 0;
+    };
+    static constexpr size_t kMemoSlots = size_t{1} << 16;
+    static constexpr ReasonTable::Id kUnset = UINT32_MAX;
+    std::vector<Memo> m_memo = std::vector<Memo>(kMemoSlots);
+    ReasonTable& m_reasons;
+    const std::vector<FilterStep>& m_steps;
+    std::vector<std::vector<ReasonTable::Id>> m_pieces;
+    size_t m_width = 1;
+};
 
 }  // namespace
 
@@ -239,13 +296,14 @@ void tally(CandidateTable& table, const std::vector<FilterStep>& steps) {
         TallySlice(table, steps, changed, maps[slice]).run(begin, end);
     });
 
-    // The texts are interned slice by slice, each slice's keys in the order its rows met them:
-    // new texts take their ids in row order, however many slices there were.
+    // The reasons are made slice by slice, each slice's keys in the order its rows met them:
+    // new entries take their ids in row order, however many slices there were.
     std::vector<std::vector<ReasonTable::Id>> ids(slices.count);
+    KeyReasons reasons(table.reasons(), steps);
     for (size_t slice = 0; slice < slices.count; ++slice) {
-        const std::vector<QString> texts = keyTexts(maps[slice], table.reasons(), steps);
-        ids[slice].reserve(texts.size());
-        for (const QString& text : texts) ids[slice].push_back(table.reasons().intern(text));
+        const KeyMap& map = maps[slice];
+        ids[slice].reserve(map.size());
+        for (uint32_t key = 0; key < map.size(); ++key) ids[slice].push_back(reasons.idOf(map.key(key)));
     }
 
     auto fl = table.rowReasons();

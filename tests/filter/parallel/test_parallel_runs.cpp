@@ -218,6 +218,30 @@ TEST_F(ParallelRuns, IntegratedFilter) {
     }
 }
 
+// Every box ticked with limits that nearly every row fails (reasons joined from many pieces),
+// then inverted and run again over those joined reasons.
+TEST_F(ParallelRuns, IntegratedFilterOverJoinedReasons) {
+    const ParamContext ctx = randomContext(rng, 40);
+    for (ZoneScope scope : {ZoneScope::Both, ZoneScope::Front}) {
+        ParamWindowState s = randomState(rng, scope);
+        s.listMode = false;
+        for (bool& b : s.integratedBox) b = true;
+        for (const ParamInfo& p : param_catalogue::all())
+            s.box(p.id)[0] = s.box(p.id)[1] = QStringLiteral("1");
+        s.useTolerance = true;
+        s.txtRc0 = QStringLiteral("2");
+        expectThreadsAgree<int>(
+            start,
+            [&](CandidateTable& t) {
+                const int steps = param_filter::runIntegrated(t, s, ctx).steps;
+                candidate_actions::invertAll(t);
+                candidate_actions::invertLast(t);
+                return steps + param_filter::runIntegrated(t, s, ctx).steps;
+            },
+            "every box, scope " + std::to_string(static_cast<int>(scope)));
+    }
+}
+
 TEST_F(ParallelRuns, HistoryFilters) {
     const DrawHistory h = randomHistory(rng, 60, 35, 12);
     for (ZoneScope scope : {ZoneScope::Front, ZoneScope::Back, ZoneScope::Both}) {
