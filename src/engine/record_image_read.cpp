@@ -7,6 +7,9 @@
 #include <sqlite3.h>
 
 #include <algorithm>
+#include <atomic>
+#include <thread>
+#include <vector>
 
 namespace record_image {
 
@@ -57,21 +60,50 @@ struct Target {
     uint64_t chunkBytes;
 };
 
+// One piece to inflate: its packed bytes and where they go.
+struct Job {
+    QByteArray packed;
+    char* dest;
+    uint64_t bytes;
+    int64_t hash;
+};
+
+// Inflates the pieces on up to four threads; the index of the first piece that fails, or -1.
+int64_t inflateAll(const std::vector<Job>& jobs) {
+    std::atomic<size_t> next{0};
+    std::atomic<int64_t> failed{-1};
+    const auto work = [&] {
+        for (size_t i = next++; i < jobs.size() && failed.load() < 0; i = next++)
+            if (!record_chunks::decompressInto(jobs[i].packed, jobs[i].dest, jobs[i].bytes, jobs[i].hash))
+                failed.store(static_cast<int64_t>(i));
+    };
+    const size_t threads =
+        std::min<size_t>({jobs.size(), std::max(1u, std::thread::hardware_concurrency()), 4});
+    std::vector<std::thread> pool;
+    for (size_t i = 1; i < threads; ++i) pool.emplace_back(work);
+    work();
+    for (std::thread& th : pool) th.join();
+    return failed.load();
+}
+
 QString readPart(SqliteDb& db, const QString& table, const Target& t) {
     Pieces pieces(db, table, t.name);
     if (!pieces.ok()) return QStringLiteral("the pieces of %1 cannot be read").arg(t.name);
     const uint64_t chunks = (t.bytes + t.chunkBytes - 1) / t.chunkBytes;
-    uint64_t seq = 0;
-    for (; pieces.next(); ++seq) {
+    std::vector<Job> jobs;
+    for (uint64_t seq = 0; pieces.next(); ++seq) {
         if (seq >= chunks || pieces.seq() != static_cast<int64_t>(seq))
             return QStringLiteral("%1 has a piece out of place").arg(t.name);
         const uint64_t n = std::min(t.chunkBytes, t.bytes - seq * t.chunkBytes);
         if (pieces.raw() != static_cast<int64_t>(n))
             return QStringLiteral("piece %1 of %2 has the wrong length").arg(seq).arg(t.name);
-        if (!record_chunks::decompressInto(pieces.packed(), t.data + seq * t.chunkBytes, n, pieces.hash()))
-            return QStringLiteral("piece %1 of %2 is corrupt").arg(seq).arg(t.name);
+        QByteArray packed = pieces.packed();
+        packed.detach();  // a copy: the statement's bytes go with the next step
+        jobs.push_back({std::move(packed), t.data + seq * t.chunkBytes, n, pieces.hash()});
     }
-    if (seq != chunks) return QStringLiteral("%1 lacks pieces").arg(t.name);
+    if (jobs.size() != chunks) return QStringLiteral("%1 lacks pieces").arg(t.name);
+    const int64_t bad = inflateAll(jobs);
+    if (bad >= 0) return QStringLiteral("piece %1 of %2 is corrupt").arg(bad).arg(t.name);
     return {};
 }
 
