@@ -1,5 +1,7 @@
 #include "engine/candidate_table.h"
 
+#include <QRandomGenerator>
+
 namespace {
 
 QString twoDigits(const std::array<int, 7>& nums, int count) {
@@ -54,4 +56,9 @@ uint64_t CandidateTable::memoryBytes() const {
     bytes += (m_paramValues.size() + m_superCount.size() + m_failCount.size()) * sizeof(int16_t);
     bytes += (m_matchIssue.size() + m_idx.size()) * sizeof(int32_t);
     return bytes;
+}
+
+uint64_t CandidateTable::newRecordToken() {
+    // A stored token is an SQLite integer: 63 bits keep it positive.
+    return QRandomGenerator::global()->generate64() >> 1;
 }

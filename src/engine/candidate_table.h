@@ -30,6 +30,24 @@ public:
     // form "(1!2@3#4$5%6^7)" of the same-as-template filter.
     enum class NumberTextMode : uint8_t { Null, Front, Whole, Back, Marked };
 
+    // The columns of the record, one bit each: what changed since the record was last written.
+    // The non-const accessors mark their column; the numbers are written once (expansion,
+    // loading) and marked by the constructor only.
+    enum Column : uint32_t {
+        Numbers = 1u << 0,
+        FilteredOutColumn = 1u << 1,
+        PreviousFilteredOutColumn = 1u << 2,
+        ScratchFilteredOutColumn = 1u << 3,
+        GroupMarkColumn = 1u << 4,
+        ReasonColumn = 1u << 5,
+        ParamValueColumn = 1u << 6,
+        SuperCountColumn = 1u << 7,
+        FailCountColumn = 1u << 8,
+        MatchIssueColumn = 1u << 9,
+        IdxColumn = 1u << 10,
+        AllColumns = (1u << 11) - 1
+    };
+
     CandidateTable() = default;
     CandidateTable(Kind kind, uint64_t rows);
 
@@ -44,26 +62,32 @@ public:
     std::span<uint8_t> numberColumn(int k) { return m_numberColumns[static_cast<size_t>(k - 1)]; }
     std::span<const uint8_t> numberColumn(int k) const { return m_numberColumns[static_cast<size_t>(k - 1)]; }
 
-    BitVector& filteredOut() { return m_filteredOut; }
-    BitVector& previousFilteredOut() { return m_previousFilteredOut; }
-    BitVector& scratchFilteredOut() { return m_scratchFilteredOut; }
-    BitVector& groupMark() { return m_groupMark; }
+    BitVector& filteredOut() { return marked(FilteredOutColumn, m_filteredOut); }
+    BitVector& previousFilteredOut() { return marked(PreviousFilteredOutColumn, m_previousFilteredOut); }
+    BitVector& scratchFilteredOut() { return marked(ScratchFilteredOutColumn, m_scratchFilteredOut); }
+    BitVector& groupMark() { return marked(GroupMarkColumn, m_groupMark); }
     const BitVector& filteredOut() const { return m_filteredOut; }
     const BitVector& previousFilteredOut() const { return m_previousFilteredOut; }
     const BitVector& scratchFilteredOut() const { return m_scratchFilteredOut; }
     const BitVector& groupMark() const { return m_groupMark; }
 
-    std::span<ReasonTable::Id> rowReasons() { return m_rowReasons; }
+    std::span<ReasonTable::Id> rowReasons() { return marked(ReasonColumn, m_rowReasons); }
     std::span<const ReasonTable::Id> rowReasons() const { return m_rowReasons; }
     ReasonTable& reasons() { return m_reasons; }
     const ReasonTable& reasons() const { return m_reasons; }
     QString reasonText(uint64_t row) const { return m_reasons.text(m_rowReasons[row]); }
 
     // The scratch columns. The mutable accessors allocate (zeroed) on first use.
-    std::span<int16_t> paramValues() { return allocated(m_paramValues); }
-    std::span<int16_t> superCount() { return allocated(m_superCount); }
-    std::span<int16_t> failCount() { return allocated(m_failCount); }
-    std::span<int32_t> matchIssue() { return allocated(m_matchIssue); }
+    std::span<int16_t> paramValues() { return allocated(ParamValueColumn, m_paramValues); }
+    std::span<int16_t> superCount() { return allocated(SuperCountColumn, m_superCount); }
+    std::span<int16_t> failCount() { return allocated(FailCountColumn, m_failCount); }
+    std::span<int32_t> matchIssue() { return allocated(MatchIssueColumn, m_matchIssue); }
+    // Read-only views of the scratch columns and of an explicit idx: empty when unallocated.
+    std::span<const int16_t> paramValues() const { return m_paramValues; }
+    std::span<const int16_t> superCount() const { return m_superCount; }
+    std::span<const int16_t> failCount() const { return m_failCount; }
+    std::span<const int32_t> matchIssue() const { return m_matchIssue; }
+    std::span<const int32_t> explicitIdx() const { return m_idx; }
     bool hasParamValues() const { return !m_paramValues.empty(); }
     bool hasSuperCount() const { return !m_superCount.empty(); }
     bool hasFailCount() const { return !m_failCount.empty(); }
@@ -75,7 +99,7 @@ public:
 
     int32_t idxAt(uint64_t r) const { return m_idx.empty() ? static_cast<int32_t>(r + 1) : m_idx[r]; }
     bool hasExplicitIdx() const { return !m_idx.empty(); }
-    std::span<int32_t> explicitIdx() { return allocated(m_idx); }
+    std::span<int32_t> explicitIdx() { return allocated(IdxColumn, m_idx); }
 
     NumberTextMode numberTextMode() const { return m_numberTextMode; }
     bool backNumberTextFilled() const { return m_backNumberTextFilled; }
@@ -88,10 +112,27 @@ public:
     // Bytes the columns hold now.
     uint64_t memoryBytes() const;
 
+    // The columns changed since the record was last written. The record's writer clears what it
+    // wrote once its transaction is committed; it runs only while nothing edits the table, so
+    // the mask is shared without a lock (the writer's thread is joined before the next edit).
+    uint32_t dirtyColumns() const { return m_dirty; }
+    void markClean(uint32_t columns) const { m_dirty &= ~columns; }
+    void markDirty(uint32_t columns) { m_dirty |= columns; }
+    // Which table of the record this is: kept by loading, new for every other table, so that a
+    // record written from another table is never taken for this one's.
+    uint64_t recordToken() const { return m_recordToken; }
+    void setRecordToken(uint64_t token) { m_recordToken = token; }
+
 private:
     template <typename T>
-    std::span<T> allocated(ZeroedVector<T>& v) {
+    std::span<T> allocated(Column column, ZeroedVector<T>& v) {
+        m_dirty |= column;
         if (v.empty() && m_rows > 0) v.resize(m_rows);
+        return v;
+    }
+    template <typename T>
+    T& marked(Column column, T& v) {
+        m_dirty |= column;
         return v;
     }
 
@@ -106,4 +147,8 @@ private:
     ZeroedVector<int32_t> m_idx;
     NumberTextMode m_numberTextMode = NumberTextMode::Null;
     bool m_backNumberTextFilled = false;
+    mutable uint32_t m_dirty = AllColumns;
+    uint64_t m_recordToken = newRecordToken();
+
+    static uint64_t newRecordToken();
 };

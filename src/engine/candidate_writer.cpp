@@ -27,22 +27,29 @@ void CandidateWriter::start(const CandidateTable& table) {
     m_done.store(0);
     m_total.store(table.rowCount());
     m_busy.store(true);
+    m_imagePending.store(true);
     m_thread = std::thread([this, &table] { run(&table); });
 }
 
 void CandidateWriter::run(const CandidateTable* table) {
     candidate_store::SaveResult result;
     SqliteDb db;
+    Progress progress(*this);
     if (!db.open(m_path)) {
         result = {candidate_store::Outcome::Failed, db.lastError()};
     } else {
-        Progress progress(*this);
-        result = candidate_store::save(db, *table, &progress);
+        result = candidate_store::saveImage(db, *table, &progress);
     }
-    std::lock_guard lock(m_mutex);
-    m_last = result;
+    {
+        std::lock_guard lock(m_mutex);
+        m_last = result;
+        m_imagePending.store(false);
+        m_finished.notify_all();
+    }
+    // The derived table: its failure leaves it behind the image, which its next reader mends.
+    if (result.outcome == candidate_store::Outcome::Done && !m_cancel.load())
+        candidate_store::ensureRelational(db, table->kind(), &progress, table);
     m_busy.store(false);
-    m_finished.notify_all();
 }
 
 void CandidateWriter::join() {
@@ -52,16 +59,18 @@ void CandidateWriter::join() {
 void CandidateWriter::cancelAndJoin() {
     m_cancel.store(true);
     join();
+    m_busy.store(false);
+    m_imagePending.store(false);
 }
 
 candidate_store::SaveResult CandidateWriter::wait(EngineProgress* progress) {
     using namespace std::chrono_literals;
     std::unique_lock lock(m_mutex);
-    while (m_busy.load()) {
+    while (m_imagePending.load()) {
         m_finished.wait_for(lock, 50ms);
         if (progress) progress->progress(m_done.load(), m_total.load());
     }
     lock.unlock();
-    join();
+    cancelAndJoin();
     return m_last;
 }

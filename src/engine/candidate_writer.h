@@ -9,14 +9,16 @@
 #include <mutex>
 #include <thread>
 
-// Brings the relational record of a candidate table up to date off the window's thread, on its
-// own connection to filnum.db. A write in progress is cancelled (and rolled back, leaving the
-// previous record) when the table is about to change again; the next write then carries both
-// changes. Closing a window waits for the last write with wait().
+// Keeps the record of a candidate table up to date off the window's thread, on its own
+// connection to filnum.db: first the column image of what changed (short), then, while nothing
+// else happens, the relational table derived from it (long). A write in progress is cancelled
+// (and rolled back, leaving the previous record) when the table is about to change again; the
+// next write then carries both changes. Closing a window waits for the image only: the
+// relational table is brought up to date later by whatever reads it.
 class CandidateWriter {
 public:
     explicit CandidateWriter(QString dbPath);
-    // Waits for a running write: the record must never stay behind the table.
+    // Waits for a running image write: the record must never stay behind the table.
     ~CandidateWriter();
     CandidateWriter(const CandidateWriter&) = delete;
     CandidateWriter& operator=(const CandidateWriter&) = delete;
@@ -25,10 +27,13 @@ public:
     void start(const CandidateTable& table);
     // Stops a running write; the record keeps its previous state. Returns at once when idle.
     void cancelAndJoin();
-    // Waits for the running write, reporting its progress; returns the outcome of the last write.
+    // Waits for the image of the running write, reporting its progress, and stops what follows
+    // it; returns the outcome of the last image write.
     candidate_store::SaveResult wait(EngineProgress* progress = nullptr);
 
     bool busy() const { return m_busy.load(); }
+    // Whether the image of the last start() is still being written.
+    bool imagePending() const { return m_imagePending.load(); }
     uint64_t rowsWritten() const { return m_done.load(); }
     uint64_t rowsTotal() const { return m_total.load(); }
 
@@ -41,6 +46,7 @@ private:
     std::thread m_thread;
     std::atomic<bool> m_cancel{false};
     std::atomic<bool> m_busy{false};
+    std::atomic<bool> m_imagePending{false};
     std::atomic<uint64_t> m_done{0}, m_total{0};
     std::mutex m_mutex;
     std::condition_variable m_finished;

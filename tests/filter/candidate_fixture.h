@@ -11,8 +11,13 @@ inline CandidateTable smallTable(uint64_t rows,
                                  schema::CandidateKind kind = schema::CandidateKind::Combinations) {
     CandidateTable t(kind, rows);
     for (uint64_t r = 0; r < rows; ++r)
-        for (int k = 1; k <= t.numberCount(); ++k)
-            t.numberColumn(k)[r] = static_cast<uint8_t>((r * 7 + static_cast<uint64_t>(k) * 5) % 35 + 1);
+        for (int k = 1; k <= t.numberCount(); ++k) {
+            // Front numbers in 1..35; the back numbers of seven-number tables in 1..12.
+            const bool back = k > 5 && kind != schema::CandidateKind::SixNumbers;
+            const uint64_t step =
+                back ? r * 5 + static_cast<uint64_t>(k) : r * 7 + static_cast<uint64_t>(k) * 5;
+            t.numberColumn(k)[r] = static_cast<uint8_t>(step % (back ? 12 : 35) + 1);
+        }
     return t;
 }
 

@@ -49,14 +49,16 @@ ListEntry listEntry(const NumberBoard& board, bool six, bool bankers) {
 }
 
 int saveTable(CliContext& ctx, Session& s, CandidateTable& table, uint64_t count) {
-    const candidate_store::SaveResult saved = candidate_store::save(s.filterDb(), table);
+    // The record only: the relational table follows when something reads it with SQL.
+    const candidate_store::SaveResult saved = candidate_store::saveImage(s.filterDb(), table);
     if (saved.outcome != candidate_store::Outcome::Done) return ctx.fail(saved.error);
     ctx.out << count << '\n';
     return Command::kDone;
 }
 
 std::unique_ptr<CandidateTable> loadTable(CliContext& ctx, Session& s, Kind kind) {
-    candidate_store::LoadResult r = candidate_store::load(s.filterDb(), kind);
+    candidate_store::LoadResult r =
+        candidate_store::load(s.filterDb(), kind, nullptr, true, {s.frontSize(), s.backSize()});
     if (!r.table)
         ctx.fail(r.error.isEmpty() ? QStringLiteral("cannot read %1").arg(schema::candidateTableName(kind))
                                    : r.error);

@@ -1,6 +1,7 @@
 #include "filter/param/param_window.h"
 
 #include "engine/candidate_kernels.h"
+#include "engine/candidate_store.h"
 #include "workspace/prompter.h"
 #include "workspace/schema.h"
 #include "workspace/sqlite_db.h"
@@ -127,6 +128,8 @@ namespace param_window {
 
 bool addTickets(SqliteDb& filterDb, const std::vector<std::array<int, 7>>& tickets) {
     const QString table = QStringLiteral("zuheMoban");
+    // The rows are read with SQL: the relational table must be current first.
+    candidate_store::ensureRelational(filterDb, schema::CandidateKind::Template);
     if (!filterDb.tableExists(table)) return false;
     SqliteTransaction tx(filterDb);
     if (!tx.active()) return false;

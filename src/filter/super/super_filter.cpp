@@ -1,5 +1,6 @@
 #include "filter/super/super_filter.h"
 
+#include "engine/candidate_store.h"
 #include "filter/super/history_kernel.h"
 #include "workspace/prompter.h"
 #include "workspace/sqlite_db.h"
@@ -390,6 +391,8 @@ SuperFilter::Outcome SuperFilter::runTemplate() {
     const FilterWorkspace::Edit edit = m_ws.edit();
     std::unordered_set<uint64_t> keys;
     const QString tmpl = QStringLiteral("zuheMoban");
+    // The template is read with SQL: the relational table must be current first.
+    candidate_store::ensureRelational(m_filterDb, schema::CandidateKind::Template);
     if (m_filterDb.tableExists(tmpl)) {
         // The template takes the marked form too; its rows give the keys.
         SqliteTransaction tx(m_filterDb);
