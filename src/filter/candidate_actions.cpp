@@ -51,4 +51,55 @@ void invertLast(CandidateTable& table) {
     candidate_kernels::prefixReasons(table, kInvertLastPrefix, &swapped);
 }
 
+namespace {
+
+template <typename T>
+std::vector<T> copied(std::span<T> column) {
+    return std::vector<T>(column.begin(), column.end());
+}
+
+// Puts an allocated column back; one that was not allocated before reads 0 again.
+template <typename T>
+void putBack(const std::vector<T>& saved, std::span<T> column) {
+    if (saved.empty())
+        std::ranges::fill(column, T{0});
+    else
+        std::ranges::copy(saved, column.begin());
+}
+
+}  // namespace
+
+Snapshot snapshot(CandidateTable& table) {
+    Snapshot s;
+    s.filteredOut = table.filteredOut();
+    s.previousFilteredOut = table.previousFilteredOut();
+    s.scratchFilteredOut = table.scratchFilteredOut();
+    s.groupMark = table.groupMark();
+    s.rowReasons.assign(table.rowReasons().begin(), table.rowReasons().end());
+    s.reasons = table.reasons();
+    // The mutable accessors would allocate: only the allocated columns are read.
+    if (table.hasParamValues()) s.paramValues = copied(table.paramValues());
+    if (table.hasSuperCount()) s.superCount = copied(table.superCount());
+    if (table.hasFailCount()) s.failCount = copied(table.failCount());
+    if (table.hasMatchIssue()) s.matchIssue = copied(table.matchIssue());
+    s.numberTextMode = table.numberTextMode();
+    s.backNumberTextFilled = table.backNumberTextFilled();
+    return s;
+}
+
+void restore(CandidateTable& table, Snapshot&& s) {
+    table.filteredOut() = std::move(s.filteredOut);
+    table.previousFilteredOut() = std::move(s.previousFilteredOut);
+    table.scratchFilteredOut() = std::move(s.scratchFilteredOut);
+    table.groupMark() = std::move(s.groupMark);
+    std::ranges::copy(s.rowReasons, table.rowReasons().begin());
+    table.reasons() = std::move(s.reasons);
+    if (table.hasParamValues()) putBack(s.paramValues, table.paramValues());
+    if (table.hasSuperCount()) putBack(s.superCount, table.superCount());
+    if (table.hasFailCount()) putBack(s.failCount, table.failCount());
+    if (table.hasMatchIssue()) putBack(s.matchIssue, table.matchIssue());
+    table.setNumberTextMode(s.numberTextMode);
+    table.setBackNumberTextFilled(s.backNumberTextFilled);
+}
+
 }  // namespace candidate_actions
