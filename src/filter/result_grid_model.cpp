@@ -155,7 +155,11 @@ void ResultGridModel::bind(const CandidateTable* table, GridView view) {
     m_selected = std::move(selected);
     countSelected();
     m_fetched = static_cast<int>(std::min<uint64_t>(m_count, kFetchRows));
+    // A view asks for more rows from its reset (and insert) handler, before its rows are laid
+    // out, so that the last one seems in sight: it gets them when it scrolls there.
+    m_resetting = true;
     endResetModel();
+    m_resetting = false;
 }
 
 void ResultGridModel::countSelected() {
@@ -197,7 +201,7 @@ bool ResultGridModel::canFetchMore(const QModelIndex& parent) const {
 }
 
 void ResultGridModel::fetchMore(const QModelIndex& parent) {
-    if (parent.isValid()) return;
+    if (parent.isValid() || m_resetting) return;
     fetchTo(static_cast<uint64_t>(m_fetched) + kFetchRows);
 }
 
@@ -207,7 +211,9 @@ void ResultGridModel::fetchTo(uint64_t rows) {
     if (to <= m_fetched) return;
     beginInsertRows(QModelIndex(), m_fetched, to - 1);
     m_fetched = to;
+    m_resetting = true;  // the same early asking as after a reset
     endInsertRows();
+    m_resetting = false;
 }
 
 uint64_t ResultGridModel::tableRow(int viewRow) const {

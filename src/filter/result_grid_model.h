@@ -106,6 +106,7 @@ private:
     std::vector<uint32_t> m_rank;
     uint64_t m_count = 0;
     int m_fetched = 0;
+    bool m_resetting = false;  // telling the views of a reset or of fetched rows
     // The order of an ordered view (table rows); empty otherwise.
     std::vector<uint32_t> m_order;
     std::unordered_set<uint64_t> m_painted;
