@@ -11,9 +11,19 @@ using Word = BitVector::Word;
 void resetAll(CandidateTable& table) {
     table.filteredOut().fill(false);
     auto fl = table.rowReasons();
+    // Most reasons are empty already (a reset after a filter clears the rows it killed): a
+    // block is read first and written only when it holds another reason, which halves the
+    // memory traffic of the common case.
+    constexpr uint64_t kBlock = 64;
     KernelExecutor::shared().forEachSlice(table.rowCount(), [&](uint64_t begin, uint64_t end) {
-        std::fill(fl.begin() + static_cast<ptrdiff_t>(begin), fl.begin() + static_cast<ptrdiff_t>(end),
-                  ReasonTable::kEmpty);
+        for (uint64_t b = begin; b < end; b += kBlock) {
+            const uint64_t e = std::min(end, b + kBlock);
+            ReasonTable::Id other = 0;
+            for (uint64_t r = b; r < e; ++r) other |= fl[r] ^ ReasonTable::kEmpty;
+            if (other)
+                std::fill(fl.begin() + static_cast<ptrdiff_t>(b), fl.begin() + static_cast<ptrdiff_t>(e),
+                          ReasonTable::kEmpty);
+        }
     });
 }
 
@@ -49,6 +59,57 @@ void invertLast(CandidateTable& table) {
     const auto sw = swapped.words();
     for (size_t w = 0; w < un.size(); ++w) un[w] ^= sw[w];
     candidate_kernels::prefixReasons(table, kInvertLastPrefix, &swapped);
+}
+
+namespace {
+
+template <typename T>
+std::vector<T> copied(std::span<T> column) {
+    return std::vector<T>(column.begin(), column.end());
+}
+
+// Puts an allocated column back; one that was not allocated before reads 0 again.
+template <typename T>
+void putBack(const std::vector<T>& saved, std::span<T> column) {
+    if (saved.empty())
+        std::ranges::fill(column, T{0});
+    else
+        std::ranges::copy(saved, column.begin());
+}
+
+}  // namespace
+
+Snapshot snapshot(CandidateTable& table) {
+    Snapshot s;
+    s.filteredOut = table.filteredOut();
+    s.previousFilteredOut = table.previousFilteredOut();
+    s.scratchFilteredOut = table.scratchFilteredOut();
+    s.groupMark = table.groupMark();
+    s.rowReasons.assign(table.rowReasons().begin(), table.rowReasons().end());
+    s.reasons = table.reasons();
+    // The mutable accessors would allocate: only the allocated columns are read.
+    if (table.hasParamValues()) s.paramValues = copied(table.paramValues());
+    if (table.hasSuperCount()) s.superCount = copied(table.superCount());
+    if (table.hasFailCount()) s.failCount = copied(table.failCount());
+    if (table.hasMatchIssue()) s.matchIssue = copied(table.matchIssue());
+    s.numberTextMode = table.numberTextMode();
+    s.backNumberTextFilled = table.backNumberTextFilled();
+    return s;
+}
+
+void restore(CandidateTable& table, Snapshot&& s) {
+    table.filteredOut() = std::move(s.filteredOut);
+    table.previousFilteredOut() = std::move(s.previousFilteredOut);
+    table.scratchFilteredOut() = std::move(s.scratchFilteredOut);
+    table.groupMark() = std::move(s.groupMark);
+    std::ranges::copy(s.rowReasons, table.rowReasons().begin());
+    table.reasons() = std::move(s.reasons);
+    if (table.hasParamValues()) putBack(s.paramValues, table.paramValues());
+    if (table.hasSuperCount()) putBack(s.superCount, table.superCount());
+    if (table.hasFailCount()) putBack(s.failCount, table.failCount());
+    if (table.hasMatchIssue()) putBack(s.matchIssue, table.matchIssue());
+    table.setNumberTextMode(s.numberTextMode);
+    table.setBackNumberTextFilled(s.backNumberTextFilled);
 }
 
 }  // namespace candidate_actions

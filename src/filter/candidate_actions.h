@@ -4,6 +4,9 @@
 
 #include <QString>
 
+#include <optional>
+#include <vector>
+
 // The four actions of the filter window over its candidate table, each giving the flags and
 // reasons of the stored statements:
 //   reset all      UPDATE t SET unslt=false, Fliter=""
@@ -20,5 +23,20 @@ void resetAll(CandidateTable& table);
 void resetLast(CandidateTable& table);
 void invertAll(CandidateTable& table);
 void invertLast(CandidateTable& table);
+
+// The columns of a table that actions change (flags, reasons with their texts, the scratch
+// values), taken before a long action so that cancelling it puts the table back as it was.
+struct Snapshot {
+    BitVector filteredOut, previousFilteredOut, scratchFilteredOut, groupMark;
+    std::vector<ReasonTable::Id> rowReasons;
+    ReasonTable reasons;
+    // Empty while the column is not allocated (it reads as 0).
+    std::vector<int16_t> paramValues, superCount, failCount;
+    std::vector<int32_t> matchIssue;
+    CandidateTable::NumberTextMode numberTextMode = CandidateTable::NumberTextMode::Null;
+    bool backNumberTextFilled = false;
+};
+Snapshot snapshot(CandidateTable& table);
+void restore(CandidateTable& table, Snapshot&& snapshot);
 
 }  // namespace candidate_actions

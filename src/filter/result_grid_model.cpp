@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <climits>
 #include <numeric>
 
 namespace {
@@ -92,66 +93,127 @@ GridView GridView::allRows() {
 
 ResultGridModel::ResultGridModel(QObject* parent) : QAbstractTableModel(parent) {}
 
+void ResultGridModel::select(const CandidateTable& table, const GridView& view, BitVector& selected) {
+    using Word = BitVector::Word;
+    const uint64_t rows = table.rowCount();
+    if (selected.size() != rows) selected = BitVector(rows);
+    const auto un = table.filteredOut().words();
+    auto sel = selected.words();
+    const auto range = view.idxRange;
+    // Without an idx column the idx of row r is r + 1, so a range of ids is a range of rows.
+    uint64_t firstRow = 0, endRow = rows;
+    if (range && !table.hasExplicitIdx()) {
+        firstRow =
+            static_cast<uint64_t>(std::clamp<int64_t>(range->first - 1, 0, static_cast<int64_t>(rows)));
+        endRow = static_cast<uint64_t>(std::clamp<int64_t>(range->second, 0, static_cast<int64_t>(rows)));
+    }
+    const bool perRow = range && table.hasExplicitIdx();
+    const auto word = [&](uint64_t w) {
+        const uint64_t base = w * BitVector::kWordBits;
+        Word bits = view.liveOnly ? ~un[w] & selected.validMask(w) : selected.validMask(w);
+        if (base < firstRow)
+            bits &= firstRow - base >= BitVector::kWordBits ? 0 : ~Word{0} << (firstRow - base);
+        if (base + BitVector::kWordBits > endRow)
+            bits &= endRow <= base ? 0 : (Word{1} << (endRow - base)) - 1;
+        if (perRow)
+            for (Word b = bits; b; b &= b - 1) {
+                const int bit = std::countr_zero(b);
+                const int64_t idx = table.idxAt(base + static_cast<uint64_t>(bit));
+                if (idx < range->first || idx > range->second) bits &= ~(Word{1} << bit);
+            }
+        sel[w] = bits;
+    };
+    if (perRow) {
+        // Every selected row reads its idx: worth the threads.
+        KernelExecutor::shared().forEachSlice(rows, [&](uint64_t begin, uint64_t end) {
+            for (uint64_t w = begin / BitVector::kWordBits; w * BitVector::kWordBits < end; ++w) word(w);
+        });
+    } else {
+        // A word operation per 64 rows: less than waking the threads would cost.
+        for (uint64_t w = 0; w < sel.size(); ++w) word(w);
+    }
+}
+
 void ResultGridModel::bind(const CandidateTable* table, GridView view) {
+    BitVector selected;
+    if (table) select(*table, view, selected);
+    // The same rows of the same table: the view keeps its rows and scroll position and repaints
+    // the cells, whose values (canshu, the reasons) may have changed.
+    if (table && table == m_table && m_painted.empty() && m_order.empty() && !view.ordered &&
+        view.columns.size() == m_view.columns.size() && selected == m_selected) {
+        const bool headings = view.headings != m_view.headings;
+        m_view = std::move(view);
+        if (headings) emit headerDataChanged(Qt::Horizontal, 0, columnCount() - 1);
+        if (m_fetched > 0) emit dataChanged(index(0, 0), index(m_fetched - 1, columnCount() - 1));
+        return;
+    }
     beginResetModel();
     m_table = table;
     m_view = std::move(view);
     m_painted.clear();
     m_order.clear();
+    m_selected = std::move(selected);
+    countSelected();
+    m_fetched = static_cast<int>(std::min<uint64_t>(m_count, kFetchRows));
+    // A view asks for more rows from its reset (and insert) handler, before its rows are laid
+    // out, so that the last one seems in sight: it gets them when it scrolls there.
+    m_resetting = true;
+    endResetModel();
+    m_resetting = false;
+}
+
+void ResultGridModel::countSelected() {
     m_rank.clear();
     m_count = 0;
-    const uint64_t rows = table ? table->rowCount() : 0;
-    m_selected = BitVector(rows);
-    if (table) {
-        const auto un = table->filteredOut().words();
-        auto sel = m_selected.words();
-        const bool liveOnly = m_view.liveOnly;
-        const auto range = m_view.idxRange;
-        KernelExecutor::shared().forEachSlice(rows, [&](uint64_t begin, uint64_t end) {
-            using Word = BitVector::Word;
-            for (uint64_t w = begin / BitVector::kWordBits; w * BitVector::kWordBits < end; ++w) {
-                Word bits = liveOnly ? ~un[w] & m_selected.validMask(w) : m_selected.validMask(w);
-                if (range && bits) {
-                    const uint64_t base = w * BitVector::kWordBits;
-                    for (Word b = bits; b; b &= b - 1) {
-                        const int bit = std::countr_zero(b);
-                        const int64_t idx = table->idxAt(base + static_cast<uint64_t>(bit));
-                        if (idx < range->first || idx > range->second) bits &= ~(Word{1} << bit);
-                    }
-                }
-                sel[w] = bits;
-            }
-        });
-        m_rank.reserve(sel.size() / kRankWords + 1);
-        uint64_t before = 0;
-        for (size_t w = 0; w < sel.size(); ++w) {
-            if (w % kRankWords == 0) m_rank.push_back(static_cast<uint32_t>(before));
-            before += static_cast<uint64_t>(std::popcount(sel[w]));
-        }
-        m_count = before;
-        if (m_view.ordered) {
-            m_order.reserve(m_count);
-            for (size_t w = 0; w < sel.size(); ++w)
-                forEachSetBit(sel[w], w * BitVector::kWordBits, [&](size_t r) { m_order.push_back(static_cast<uint32_t>(r)); });
-            const auto key = [table](uint32_t r) {
-                return std::tuple(table->idxAt(r), table->numberColumn(1)[r], table->numberColumn(2)[r],
-                                  table->numberColumn(3)[r], table->numberColumn(4)[r],
-                                  table->numberColumn(5)[r]);
-            };
-            std::stable_sort(m_order.begin(), m_order.end(), [&](uint32_t a, uint32_t b) { return key(a) < key(b); });
-        }
+    if (!m_table) return;
+    const auto sel = m_selected.words();
+    m_rank.reserve(sel.size() / kRankWords + 1);
+    uint64_t before = 0;
+    for (size_t w = 0; w < sel.size(); ++w) {
+        if (w % kRankWords == 0) m_rank.push_back(static_cast<uint32_t>(before));
+        before += static_cast<uint64_t>(std::popcount(sel[w]));
     }
-    endResetModel();
+    m_count = before;
+    // A table without an idx column is in idx order already, each idx once.
+    if (!m_view.ordered || !m_table->hasExplicitIdx()) return;
+    const CandidateTable* table = m_table;
+    m_order.reserve(m_count);
+    for (size_t w = 0; w < sel.size(); ++w)
+        forEachSetBit(sel[w], w * BitVector::kWordBits,
+                      [&](size_t r) { m_order.push_back(static_cast<uint32_t>(r)); });
+    const auto key = [table](uint32_t r) {
+        return std::tuple(table->idxAt(r), table->numberColumn(1)[r], table->numberColumn(2)[r],
+                          table->numberColumn(3)[r], table->numberColumn(4)[r], table->numberColumn(5)[r]);
+    };
+    std::stable_sort(m_order.begin(), m_order.end(), [&](uint32_t a, uint32_t b) { return key(a) < key(b); });
 }
 
 void ResultGridModel::unbind() { bind(nullptr, GridView::live()); }
 
-int ResultGridModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : static_cast<int>(m_count);
-}
+int ResultGridModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : m_fetched; }
 
 int ResultGridModel::columnCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : static_cast<int>(m_view.columns.size());
+}
+
+bool ResultGridModel::canFetchMore(const QModelIndex& parent) const {
+    return !parent.isValid() && static_cast<uint64_t>(m_fetched) < m_count;
+}
+
+void ResultGridModel::fetchMore(const QModelIndex& parent) {
+    if (parent.isValid() || m_resetting) return;
+    fetchTo(static_cast<uint64_t>(m_fetched) + kFetchRows);
+}
+
+void ResultGridModel::fetchTo(uint64_t rows) {
+    // A grid row is an int.
+    const auto to = static_cast<int>(std::min<uint64_t>({rows, m_count, uint64_t{INT_MAX}}));
+    if (to <= m_fetched) return;
+    beginInsertRows(QModelIndex(), m_fetched, to - 1);
+    m_fetched = to;
+    m_resetting = true;  // the same early asking as after a reset
+    endInsertRows();
+    m_resetting = false;
 }
 
 uint64_t ResultGridModel::tableRow(int viewRow) const {
@@ -173,19 +235,23 @@ uint64_t ResultGridModel::tableRow(int viewRow) const {
     return w * BitVector::kWordBits + static_cast<uint64_t>(std::countr_zero(word));
 }
 
-int ResultGridModel::viewRowOf(uint64_t row) const {
+int ResultGridModel::viewRowOf(uint64_t row) {
     if (!m_table || row >= m_selected.size() || !m_selected.test(row)) return -1;
+    uint64_t before = 0;
     if (!m_order.empty()) {
-        const auto it = std::find(m_order.begin(), m_order.end(), static_cast<uint32_t>(row));
-        return static_cast<int>(it - m_order.begin());
+        before = static_cast<uint64_t>(std::find(m_order.begin(), m_order.end(), static_cast<uint32_t>(row)) -
+                                       m_order.begin());
+    } else {
+        const size_t w = row / BitVector::kWordBits;
+        before = m_rank[w / kRankWords];
+        const auto sel = m_selected.words();
+        for (size_t i = w - w % kRankWords; i < w; ++i)
+            before += static_cast<uint64_t>(std::popcount(sel[i]));
+        const BitVector::Word below = (BitVector::Word{1} << (row % BitVector::kWordBits)) - 1;
+        before += static_cast<uint64_t>(std::popcount(sel[w] & below));
     }
-    const size_t w = row / BitVector::kWordBits;
-    uint64_t before = m_rank[w / kRankWords];
-    const auto sel = m_selected.words();
-    for (size_t i = w - w % kRankWords; i < w; ++i) before += static_cast<uint64_t>(std::popcount(sel[i]));
-    const BitVector::Word below = (BitVector::Word{1} << (row % BitVector::kWordBits)) - 1;
-    before += static_cast<uint64_t>(std::popcount(sel[w] & below));
-    return static_cast<int>(before);
+    fetchTo(before + 1);
+    return before < static_cast<uint64_t>(m_fetched) ? static_cast<int>(before) : -1;
 }
 
 int32_t ResultGridModel::idxAt(int viewRow) const { return m_table->idxAt(tableRow(viewRow)); }
@@ -201,8 +267,11 @@ QVariant ResultGridModel::data(const QModelIndex& index, int role) const {
         case Column::ParamValue:
             return m_table->paramValueAt(r);
         case Column::Reason: {
+            // An id past the texts is a kernel's placeholder, seen when a cell is painted while
+            // a long action reports its progress.
             const ReasonTable::Id id = m_table->rowReasons()[r];
-            return m_table->reasons().isNull(id) ? QVariant() : QVariant(m_table->reasons().text(id));
+            if (m_table->reasons().isNull(id) || id >= m_table->reasons().size()) return {};
+            return m_table->reasons().text(id);
         }
         default:
             return int{m_table->numberColumn(static_cast<int>(c))[r]};

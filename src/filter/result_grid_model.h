@@ -35,6 +35,8 @@ struct GridView {
 
     static constexpr int kPageSize = 10000;
 
+    bool operator==(const GridView& other) const = default;
+
     // The first view of an instance when it opens.
     static GridView firstView(FirstView kind);
     // The refresh after an action: idx, fig1..fig7 of the live rows.
@@ -49,6 +51,10 @@ struct GridView {
 
 // The grid's model: read-only and lazy. Binding takes a snapshot of which rows the query
 // selects (a bit per row and a rank index over it); data() decodes only the rows a view paints.
+// A view is handed the first kFetchRows selected rows and more as it scrolls to the end
+// (canFetchMore/fetchMore), so that the view's own bookkeeping, which is per row, stays in
+// proportion to the rows it has been shown, not to the table. Binding the same selection again
+// keeps the rows and only tells the view that the cells changed.
 // A row deleted or restored by hand stays in the bound view, painted grey while deleted, until
 // the next binding.
 class ResultGridModel : public QAbstractTableModel {
@@ -57,6 +63,8 @@ public:
     // True for a row painted grey by a manual delete; a window paints it RGB(178, 178, 178).
     static constexpr int PaintedRole = Qt::UserRole + 1;
     static constexpr uint32_t kGreyRgb = 0xB2B2B2;
+    // Rows handed to a view at a time.
+    static constexpr int kFetchRows = 100000;
 
     explicit ResultGridModel(QObject* parent = nullptr);
 
@@ -65,27 +73,40 @@ public:
     void unbind();
     const GridView& view() const { return m_view; }
 
+    // Rows fetched so far: at most kFetchRows after a binding, then more as the view asks.
     int rowCount(const QModelIndex& parent = QModelIndex()) const override;
     int columnCount(const QModelIndex& parent = QModelIndex()) const override;
     QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
+    bool canFetchMore(const QModelIndex& parent) const override;
+    void fetchMore(const QModelIndex& parent) override;
+    // Every row the query selects, fetched or not.
+    uint64_t selectedCount() const { return m_count; }
 
     // The table row (0-based) behind a grid row, and its idx (the first cell).
     uint64_t tableRow(int viewRow) const;
     int32_t idxAt(int viewRow) const;
-    // The grid row that shows table row `row`, or -1.
-    int viewRowOf(uint64_t row) const;
+    // The grid row that shows table row `row`, or -1; a selected row past the rows fetched so
+    // far is fetched with the rows before it.
+    int viewRowOf(uint64_t row);
 
     void setPainted(int viewRow, bool grey);
     bool isPainted(int viewRow) const { return m_painted.count(tableRow(viewRow)) != 0; }
 
 private:
+    // The rows `view` selects on `table`, into `selected`.
+    static void select(const CandidateTable& table, const GridView& view, BitVector& selected);
+    void countSelected();
+    void fetchTo(uint64_t rows);
+
     const CandidateTable* m_table = nullptr;
     GridView m_view;
     // Selected rows in table order, with the count of selected rows before every block.
     BitVector m_selected;
     std::vector<uint32_t> m_rank;
     uint64_t m_count = 0;
+    int m_fetched = 0;
+    bool m_resetting = false;  // telling the views of a reset or of fetched rows
     // The order of an ordered view (table rows); empty otherwise.
     std::vector<uint32_t> m_order;
     std::unordered_set<uint64_t> m_painted;

@@ -75,6 +75,10 @@ TEST(ResultGrid, PagesAreStretchesOfIdsAndTheModelIsLazy) {
     candidate_kernels::beginFilter(big);
     candidate_kernels::killSelected(big, sel, ReasonTable::kEmpty);
     model.bind(&big, GridView::live());
+    // A view is handed a first batch; the rest comes as it asks.
+    ASSERT_EQ(model.selectedCount(), big.liveCount());
+    ASSERT_EQ(model.rowCount(), ResultGridModel::kFetchRows);
+    while (model.canFetchMore({})) model.fetchMore({});
     ASSERT_EQ(static_cast<uint64_t>(model.rowCount()), big.liveCount());
     std::vector<uint64_t> live;
     for (uint64_t r = 0; r < big.rowCount(); ++r)

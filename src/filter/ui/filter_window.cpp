@@ -1,5 +1,6 @@
 #include "filter/ui/filter_window.h"
 
+#include "filter/candidate_actions.h"
 #include "filter/param/range_query.h"
 #include "filter/result_grid_model.h"
 #include "filter/templates/saved_setting_store.h"
@@ -115,33 +116,81 @@ void FilterWindow::showParamView() {
 }
 
 void FilterWindow::runIntegrated() {
-    m_params->setContext(ParamContext::fromSession(m_session));
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    m_params->clickIntegrated(readState(), m_prompter);
-    QApplication::restoreOverrideCursor();
-    showParamView();
+    whenIdle([this, state = readState()] {
+        m_params->setContext(ParamContext::fromSession(m_session));
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+        m_params->clickIntegrated(state, m_prompter);
+        QApplication::restoreOverrideCursor();
+        showParamView();
+    });
 }
 
 void FilterWindow::runExport() {
-    m_params->setContext(ParamContext::fromSession(m_session));
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    const param_export::Result r = m_params->clickExport(readState(), m_prompter);
-    QApplication::restoreOverrideCursor();
-    showParamView();
-    if (r.written) m_prompter.inform(QStringLiteral("多选参数导出"), m_params->exportPath());
+    whenIdle([this, state = readState()] {
+        m_params->setContext(ParamContext::fromSession(m_session));
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+        const param_export::Result r = m_params->clickExport(state, m_prompter);
+        QApplication::restoreOverrideCursor();
+        showParamView();
+        if (r.written) m_prompter.inform(QStringLiteral("多选参数导出"), m_params->exportPath());
+    });
 }
 
 void FilterWindow::showPage() {
-    m_params->showPage(m_pageBox->text());
-    m_model->bind(&m_workspace->table(), m_params->view());
+    whenIdle([this, page = m_pageBox->text()] {
+        m_params->showPage(page);
+        m_model->bind(&m_workspace->table(), m_params->view());
+    });
 }
 
 void FilterWindow::showAllRows() {
-    m_params->showAllRows();
-    m_model->bind(&m_workspace->table(), m_params->view());
     // The choice goes back to 过滤剩余, which itself runs nothing.
     m_showRemaining->setChecked(true);
     m_showRemaining->setFocus();
+    whenIdle([this] {
+        m_params->showAllRows();
+        m_model->bind(&m_workspace->table(), m_params->view());
+    });
+}
+
+void FilterWindow::whenIdle(std::function<void()> action) {
+    if (m_acting) {
+        m_pending.push_back(std::move(action));
+        return;
+    }
+    m_acting = true;
+    action();
+    while (!m_pending.empty()) {
+        const std::function<void()> next = std::move(m_pending.front());
+        m_pending.pop_front();
+        next();
+    }
+    m_acting = false;
+    if (m_closeWhenIdle) {
+        m_closeWhenIdle = false;
+        close();
+    }
+}
+
+bool FilterWindow::runCancellable(const QString& label, const std::function<void(EngineProgress*)>& action) {
+    if (!m_workspace->isOpen()) {
+        DialogProgress progress(label, this);
+        action(&progress);
+        return !progress.cancelled();
+    }
+    // Between its chunks the action leaves the table half done: the grid does not paint it.
+    m_grid->setUpdatesEnabled(false);
+    bool cancelled = false;
+    {
+        const FilterWorkspace::Edit edit = m_workspace->edit();
+        candidate_actions::Snapshot before = candidate_actions::snapshot(edit.table());
+        DialogProgress progress(label, this);
+        action(&progress);
+        cancelled = progress.cancelled();
+        if (cancelled) candidate_actions::restore(edit.table(), std::move(before));
+    }
+    m_grid->setUpdatesEnabled(true);
+    return !cancelled;
 }
 
 void FilterWindow::waitForRecord() {
@@ -158,9 +207,11 @@ void FilterWindow::waitForRecord() {
 }
 
 void FilterWindow::addToTemplate() {
-    // The template lives in filnum.db beside the record being written.
-    waitForRecord();
-    m_params->clickAddTemplate(m_session.filterDb(), m_prompter);
+    whenIdle([this] {
+        // The template lives in filnum.db beside the record being written.
+        waitForRecord();
+        m_params->clickAddTemplate(m_session.filterDb(), m_prompter);
+    });
 }
 
 void FilterWindow::withRecordPaused(const std::function<void()>& action) {
@@ -173,23 +224,38 @@ void FilterWindow::markUsedButtons() {
         return m_params->usedButtons().count(name) || m_super->usedButtons().count(name) ||
                m_recorder->usedButtons().count(name);
     };
-    for (ParamRow& row : m_rows)
-        if (used(row.button->objectName())) row.button->setStyleSheet(kUsedStyle);
-    for (QPushButton* b : m_superButtons)
-        if (used(b->objectName())) b->setStyleSheet(kUsedStyle);
+    // A style sheet set again polishes the button again: only new ones take it.
+    const auto mark = [&](QPushButton* b) {
+        if (b->styleSheet() != kUsedStyle && used(b->objectName())) b->setStyleSheet(kUsedStyle);
+    };
+    for (ParamRow& row : m_rows) mark(row.button);
+    for (QPushButton* b : m_superButtons) mark(b);
 }
 
 void FilterWindow::superClick(SuperButton b, bool rightButton) {
-    SuperFilter::Outcome outcome;
-    withRecordPaused([&] {
-        DialogProgress progress(QStringLiteral("正在过滤..."), this);
-        outcome = m_super->click(
-            b, rightButton ? FilterWorkspace::Mouse::Right : FilterWorkspace::Mouse::Left, m_superInputs,
-            static_cast<ZoneScope>(m_workspace->zoneScope), m_prompter, &progress);
+    whenIdle([this, b, rightButton] {
+        SuperFilter::Outcome outcome;
+        const auto run = [&](EngineProgress* progress) {
+            outcome = m_super->click(
+                b, rightButton ? FilterWorkspace::Mouse::Right : FilterWorkspace::Mouse::Left, m_superInputs,
+                static_cast<ZoneScope>(m_workspace->zoneScope), m_prompter, progress);
+        };
+        const QString label = QStringLiteral("正在过滤...");
+        // The history filters run for seconds on a large table: they can be cancelled.
+        const bool history =
+            b == SuperButton::HistoryHigh || b == SuperButton::HistoryMiddle || b == SuperButton::HistoryLow;
+        if (history && !rightButton) {
+            runCancellable(label, run);
+        } else {
+            withRecordPaused([&] {
+                DialogProgress progress(label, this);
+                run(&progress);
+            });
+        }
+        if (outcome.ran) refreshView();
+        markUsedButtons();
+        if (outcome.popupRecordMenu) recordFrom(RecordSource::super(b));
     });
-    if (outcome.ran) refreshView();
-    markUsedButtons();
-    if (outcome.popupRecordMenu) recordFrom(RecordSource::super(b));
 }
 
 void FilterWindow::recordFrom(RecordSource source) {
@@ -199,13 +265,16 @@ void FilterWindow::recordFrom(RecordSource source) {
 }
 
 void FilterWindow::finishRecording() {
-    TemplateRecorder::RecordOutcome outcome;
-    withRecordPaused([&] {
-        m_recorder->setContext(ParamContext::fromSession(m_session));
-        outcome = m_recorder->popupClosed(m_addToTemplatePicked, m_recordSource, readState(), m_superInputs);
+    whenIdle([this] {
+        TemplateRecorder::RecordOutcome outcome;
+        withRecordPaused([&] {
+            m_recorder->setContext(ParamContext::fromSession(m_session));
+            outcome =
+                m_recorder->popupClosed(m_addToTemplatePicked, m_recordSource, readState(), m_superInputs);
+        });
+        m_addToTemplatePicked = false;
+        m_templateScroll->setMaximum(outcome.stepScrollMax);
     });
-    m_addToTemplatePicked = false;
-    m_templateScroll->setMaximum(outcome.stepScrollMax);
 }
 
 void FilterWindow::writeSnapshot(const ParamWindowState& state,
@@ -228,52 +297,71 @@ void FilterWindow::writeSnapshot(const ParamWindowState& state,
 }
 
 void FilterWindow::replayTemplate() {
-    ParamWindowState state = readState();
-    TemplateRecorder::ReplayOutcome outcome;
-    withRecordPaused([&] {
-        DialogProgress progress(QStringLiteral("正在按过滤模板过滤..."), this);
-        m_recorder->setContext(ParamContext::fromSession(m_session));
-        outcome = m_recorder->replay(state, m_superInputs, static_cast<ZoneScope>(m_workspace->zoneScope),
-                                     &progress);
+    whenIdle([this] {
+        ParamWindowState state = readState();
+        // The replay sets the window's scope, sense and step as it goes; a cancel puts them back.
+        const int16_t zoneScope = m_workspace->zoneScope;
+        const bool keepSense = m_workspace->keepSense;
+        const int16_t stepCode = m_workspace->stepCode();
+        TemplateRecorder::ReplayOutcome outcome;
+        const bool done =
+            runCancellable(QStringLiteral("正在按过滤模板过滤..."), [&](EngineProgress* progress) {
+                m_recorder->setContext(ParamContext::fromSession(m_session));
+                outcome = m_recorder->replay(state, m_superInputs,
+                                             static_cast<ZoneScope>(m_workspace->zoneScope), progress);
+            });
+        if (!done) {
+            m_workspace->zoneScope = zoneScope;
+            m_workspace->keepSense = keepSense;
+            m_workspace->setStepCode(stepCode);
+        } else if (outcome.boxesChanged) {
+            writeSnapshot(state, outcome.effects);
+        }
+        if (outcome.ran) refreshView();
+        markUsedButtons();
     });
-    if (outcome.boxesChanged) writeSnapshot(state, outcome.effects);
-    if (outcome.ran) refreshView();
-    markUsedButtons();
 }
 
 void FilterWindow::browseTemplate(int value) {
-    ParamWindowState state = readState();
-    TemplateRecorder::BrowseOutcome outcome;
-    withRecordPaused([&] {
-        outcome =
-            m_recorder->browse(value, state, m_superInputs, static_cast<ZoneScope>(m_workspace->zoneScope));
+    whenIdle([this, value] {
+        ParamWindowState state = readState();
+        TemplateRecorder::BrowseOutcome outcome;
+        withRecordPaused([&] {
+            outcome = m_recorder->browse(value, state, m_superInputs,
+                                         static_cast<ZoneScope>(m_workspace->zoneScope));
+        });
+        if (outcome.stepLabel) m_templateStepLabel->setText(*outcome.stepLabel);
+        if (outcome.boxesChanged) writeSnapshot(state, outcome.effects);
     });
-    if (outcome.stepLabel) m_templateStepLabel->setText(*outcome.stepLabel);
-    if (outcome.boxesChanged) writeSnapshot(state, outcome.effects);
 }
 
 void FilterWindow::deleteLastStep() {
-    withRecordPaused([this] { m_templateScroll->setMaximum(m_recorder->deleteLast()); });
+    whenIdle(
+        [this] { withRecordPaused([this] { m_templateScroll->setMaximum(m_recorder->deleteLast()); }); });
 }
 
 void FilterWindow::clearTemplate() {
-    withRecordPaused([this] { m_templateScroll->setMaximum(m_recorder->clear()); });
+    whenIdle([this] { withRecordPaused([this] { m_templateScroll->setMaximum(m_recorder->clear()); }); });
 }
 
 void FilterWindow::saveSetting() {
-    withRecordPaused([this] {
-        saved_setting_store::save(m_session.filterDb(), readState(), m_prompter,
-                                  QDateTime::currentDateTime());
+    whenIdle([this] {
+        withRecordPaused([this] {
+            saved_setting_store::save(m_session.filterDb(), readState(), m_prompter,
+                                      QDateTime::currentDateTime());
+        });
     });
 }
 
 void FilterWindow::loadSetting() {
-    withRecordPaused([this] {
-        SavedSettingsDialog finder(m_session.filterDb(), m_prompter, this);
-        if (finder.exec() != QDialog::Accepted || finder.chosen().isNull()) return;
-        ParamWindowState state = readState();
-        if (const auto effects = saved_setting_store::load(m_session.filterDb(), finder.chosen(), state))
-            writeSnapshot(state, *effects);
+    whenIdle([this] {
+        withRecordPaused([this] {
+            SavedSettingsDialog finder(m_session.filterDb(), m_prompter, this);
+            if (finder.exec() != QDialog::Accepted || finder.chosen().isNull()) return;
+            ParamWindowState state = readState();
+            if (const auto effects = saved_setting_store::load(m_session.filterDb(), finder.chosen(), state))
+                writeSnapshot(state, *effects);
+        });
     });
 }
 
@@ -282,12 +370,14 @@ void FilterWindow::integratedCheckClicked() {
 }
 
 void FilterWindow::runAction(FilterWorkspace::Button which, bool rightButton) {
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    const FilterWorkspace::ClickOutcome outcome =
-        m_workspace->release(which, rightButton ? FilterWorkspace::Mouse::Right : FilterWorkspace::Mouse::Left);
-    QApplication::restoreOverrideCursor();
-    if (outcome.ranAction) refreshView();
-    if (outcome.popupRecordMenu) recordFrom(RecordSource::invert());
+    whenIdle([this, which, rightButton] {
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+        const FilterWorkspace::ClickOutcome outcome = m_workspace->release(
+            which, rightButton ? FilterWorkspace::Mouse::Right : FilterWorkspace::Mouse::Left);
+        QApplication::restoreOverrideCursor();
+        if (outcome.ranAction) refreshView();
+        if (outcome.popupRecordMenu) recordFrom(RecordSource::invert());
+    });
 }
 
 ParamWindowState FilterWindow::readState() const {
@@ -313,11 +403,14 @@ ParamWindowState FilterWindow::readState() const {
 }
 
 void FilterWindow::runParameter(ParamId id) {
-    m_params->setContext(ParamContext::fromSession(m_session));
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    m_params->clickParameter(id, readState(), m_prompter);
-    QApplication::restoreOverrideCursor();
-    showParamView();
+    // The boxes as they are at the click, also when the click has to wait for another.
+    whenIdle([this, id, state = readState()] {
+        m_params->setContext(ParamContext::fromSession(m_session));
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+        m_params->clickParameter(id, state, m_prompter);
+        QApplication::restoreOverrideCursor();
+        showParamView();
+    });
 }
 
 void FilterWindow::setZoneTab(int zoneScope) {
@@ -325,9 +418,11 @@ void FilterWindow::setZoneTab(int zoneScope) {
         m_zoneTabs->setCurrentIndex(zoneScope - 1);
         return;  // currentChanged comes back here
     }
-    m_workspace->zoneScope = static_cast<int16_t>(zoneScope);
-    adaptToZone();
-    presetRanges();
+    whenIdle([this, zoneScope] {
+        m_workspace->zoneScope = static_cast<int16_t>(zoneScope);
+        adaptToZone();
+        presetRanges();
+    });
 }
 
 void FilterWindow::writeBoxes(const ParamWindowState& state, const std::vector<ParamId>& params) {
@@ -414,6 +509,12 @@ bool FilterWindow::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void FilterWindow::closeEvent(QCloseEvent* event) {
+    // A close while an action runs closes the window once it and the clicks after it are done.
+    if (m_acting) {
+        m_closeWhenIdle = true;
+        event->ignore();
+        return;
+    }
     // The record is brought up to date before the window goes.
     waitForRecord();
     emit closed();

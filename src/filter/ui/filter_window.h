@@ -10,9 +10,11 @@
 
 #include <QWidget>
 
+#include <deque>
 #include <functional>
 #include <memory>
 
+class EngineProgress;
 class Prompter;
 class ResultGridModel;
 class QCheckBox;
@@ -60,6 +62,8 @@ public:
     void refreshView();
     // Binds the grid to the view of the last action and shows the caption and used buttons.
     void showParamView();
+    // Whether an action is running (a click that comes meanwhile runs after it).
+    bool acting() const { return m_acting; }
 
 signals:
     void closed();
@@ -93,6 +97,12 @@ private:
     // Option36 shows the list boxes and TxtZdqj and turns 自定区间 into 指定号码.
     void applyListMode();
     void waitForRecord();
+    // Runs `action` now, or, when it comes while another action runs (a progress dialog lets
+    // events through), right after that one: every click runs, one at a time, in order.
+    void whenIdle(std::function<void()> action);
+    // Runs a long action of the table behind a progress dialog; cancelled, the table is put
+    // back as it was before. Returns false when cancelled.
+    bool runCancellable(const QString& label, const std::function<void(EngineProgress*)>& action);
     // Runs `action` with the record's background write stopped, so that it can use filnum.db.
     void withRecordPaused(const std::function<void()>& action);
 
@@ -157,4 +167,7 @@ private:
     std::unique_ptr<TemplateRecorder> m_recorder;
     RecordSource m_recordSource;
     bool m_addToTemplatePicked = false;
+    bool m_acting = false;
+    std::deque<std::function<void()>> m_pending;
+    bool m_closeWhenIdle = false;
 };

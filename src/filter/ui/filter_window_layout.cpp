@@ -348,8 +348,10 @@ QWidget* FilterWindow::makeGridPanel() {
     m_grid->setModel(m_model);
     ColumnWidths::fit(m_grid);
     connect(m_grid, &QTableView::doubleClicked, this, [this](const QModelIndex& index) {
-        m_params->doubleClick(*m_model, index.row());
-        setWindowTitle(m_workspace->caption());
+        whenIdle([this, row = index.row()] {
+            m_params->doubleClick(*m_model, row);
+            setWindowTitle(m_workspace->caption());
+        });
     });
     v->addWidget(m_grid, 1);
 
