@@ -117,12 +117,19 @@ bool WorkspaceList::makeWorkspaceFiles(const QString& name, bool copyFilnumR) co
     return ok;
 }
 
-std::unique_ptr<WorkspaceLock> WorkspaceList::lockAndReload(QString* error) {
-    auto lock = WorkspaceLock::forList(m_root, error);
+bool WorkspaceList::lockAndReload(std::unique_ptr<WorkspaceLock>& lock, QString* error) {
+    QString lockError;
+    lock = WorkspaceLock::forList(m_root, &lockError);
+    // A store whose folder takes no lock file takes no change either: the save says so.
+    if (!lock && lockError == WorkspaceLock::kListBusy) {
+        if (error) *error = lockError;
+        return false;
+    }
     // Another program may have changed the list since it was shown: changes start from the
-    // stored list.
-    if (lock) load();
-    return lock;
+    // stored list, when it can be read.
+    const QFileInfo stored(m_settings.fileFor(setting_keys::WorkspaceCount));
+    if (!stored.exists() || (stored.isFile() && stored.isReadable())) load();
+    return true;
 }
 
 int WorkspaceList::create(const QString& name, const QString& password, QString* error) {
@@ -130,8 +137,8 @@ int WorkspaceList::create(const QString& name, const QString& password, QString*
         if (error) *error = text;
         return -1;
     };
-    const auto lock = lockAndReload(error);
-    if (!lock) return -1;
+    std::unique_ptr<WorkspaceLock> lock;
+    if (!lockAndReload(lock, error)) return -1;
     if (count() >= kMaxWorkspaces) return fail(kListFull);
     if (!name.isEmpty() && nameTaken(name)) return fail(kNameTaken);
     if (const auto refusal = nameError(name)) return fail(*refusal);
@@ -228,8 +235,8 @@ void WorkspaceList::deleteFiles(const QString& name) const {
 bool WorkspaceList::removeAt(int row, QString* error) {
     if (row < 0 || row >= count()) return false;
     const QString name = m_names[row];
-    const auto listLock = lockAndReload(error);
-    if (!listLock) return false;
+    std::unique_ptr<WorkspaceLock> listLock;
+    if (!lockAndReload(listLock, error)) return false;
     // The entry may have moved or gone meanwhile: the one of that name is deleted, never another.
     row = static_cast<int>(m_names.indexOf(name));
     if (row < 0) {
@@ -284,8 +291,8 @@ bool WorkspaceList::renameAt(int index, const QString& newName, const QString& p
     if (index < 1 || index > count()) return false;
     if (const auto refusal = nameError(newName)) return fail(*refusal);
     const QString current = m_names[index - 1];
-    const auto lock = lockAndReload(error);
-    if (!lock) return false;
+    std::unique_ptr<WorkspaceLock> lock;
+    if (!lockAndReload(lock, error)) return false;
     index = static_cast<int>(m_names.indexOf(current)) + 1;
     if (index < 1) return fail(kListChanged);
     if (nameTaken(newName, index)) return fail(kNameTaken);

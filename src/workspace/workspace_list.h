@@ -118,9 +118,9 @@ public:
     bool makeWorkspaceFiles(const QString& name, bool copyFilnumR) const;
 
 private:
-    // Takes the list's lock and reads the stored list again; null with `error` set when another
-    // program holds the lock.
-    std::unique_ptr<WorkspaceLock> lockAndReload(QString* error);
+    // Takes the list's lock into `lock` and reads the stored list again; false with `error`
+    // set when another program holds the lock.
+    bool lockAndReload(std::unique_ptr<WorkspaceLock>& lock, QString* error);
     bool saveEntry(int index, QString* error);
     std::optional<QString> askPasswordTwice(Prompter& prompter) const;
     // Asks for a name until one passes; empty when the player cancels a rename.

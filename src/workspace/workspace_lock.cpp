@@ -2,7 +2,9 @@
 
 #include "workspace/data_root.h"
 
+#include <QDateTime>
 #include <QDir>
+#include <QFileInfo>
 #include <QLockFile>
 
 WorkspaceLock::WorkspaceLock(std::unique_ptr<QLockFile> file, QString fileName)
@@ -18,13 +20,31 @@ QString WorkspaceLock::cannotLockText(const QString& file) {
     return QStringLiteral("无法建立锁文件，请检查该文件夹是否可写：") + QDir::toNativeSeparators(file);
 }
 
+namespace {
+
+// A lock file without an owner's process id (a program killed while it wrote the file) never
+// looks stale to QLockFile. Once it is older than any write of it takes, it is removed, which
+// the file lock of a live owner still prevents.
+constexpr qint64 kGarbledAgeMs = 2000;
+
+bool takeOverGarbled(QLockFile& lock, const QString& file) {
+    qint64 pid = 0;
+    QString host, app;
+    if (lock.error() != QLockFile::LockFailedError || lock.getLockInfo(&pid, &host, &app)) return false;
+    const QDateTime written = QFileInfo(file).lastModified();
+    if (!written.isValid() || written.msecsTo(QDateTime::currentDateTime()) < kGarbledAgeMs) return false;
+    return lock.removeStaleLockFile() && lock.tryLock(0);
+}
+
+}  // namespace
+
 std::unique_ptr<WorkspaceLock> WorkspaceLock::acquire(const QString& file, const QString& busy,
                                                       QString* error, int waitMs) {
     auto lock = std::make_unique<QLockFile>(file);
     // Age never makes a lock stale: a window keeps its lock as long as the player stays. A
     // lock whose process is gone is stale at once.
     lock->setStaleLockTime(0);
-    if (lock->tryLock(waitMs))
+    if (lock->tryLock(waitMs) || takeOverGarbled(*lock, file))
         return std::unique_ptr<WorkspaceLock>(new WorkspaceLock(std::move(lock), file));
     if (error) *error = lock->error() == QLockFile::LockFailedError ? busy : cannotLockText(file);
     return nullptr;

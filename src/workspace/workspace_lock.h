@@ -11,7 +11,8 @@ class QLockFile;
 // that the window holds while a player is logged in and every changing command holds until its
 // change is committed. A second writer waits briefly and is then refused with a message naming
 // what is in use. A lock left by a process that died is taken over (the owner's process id is
-// in the file), and a lock held for hours by a live window is never taken for a stale one.
+// in the file), as is an old lock file that names no owner; a lock held for hours by a live
+// window is never taken for a stale one.
 class WorkspaceLock {
 public:
     // How long a second writer waits before it is refused.

@@ -3,6 +3,7 @@
 #include "support/cli_runner.h"
 #include "workspace/workspace_lock.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QLockFile>
 #include <QSet>
@@ -215,4 +216,14 @@ TEST_F(CliConcurrency, AHeldLockRefusesWritersOnlyAndADeadOwnersLockIsTakenOver)
     stale.close();
     const CliRun taken = cli.run(kEvenFilter);
     EXPECT_EQ(taken.exitCode, 0) << qPrintable(taken.err);
+
+    // An empty lock file, from a program killed while it made it, once it is old.
+    QFile empty(lockPath);
+    ASSERT_TRUE(empty.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    ASSERT_TRUE(
+        empty.setFileTime(QDateTime::currentDateTime().addSecs(-60), QFileDevice::FileModificationTime));
+    empty.close();
+    const CliRun afterEmpty = cli.run(kSumFilter);
+    EXPECT_EQ(afterEmpty.exitCode, 0) << qPrintable(afterEmpty.err);
+    EXPECT_FALSE(QFile::exists(lockPath));
 }
