@@ -76,7 +76,8 @@ int main(int argc, char** argv) {
     QObject::connect(start, &StartWindow::entered, [&](const EnteredWorkspace& w) {
         QString error;
         if (!session.open(w, &error)) {
-            prompter.inform(Session::kFatalTitle, Session::kFatalText, Prompter::Icon::Critical);
+            prompter.inform(Session::kFatalTitle, error.isEmpty() ? Session::kFatalText : error,
+                            Prompter::Icon::Critical);
             QApplication::exit(1);
             return;
         }

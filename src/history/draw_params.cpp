@@ -4,6 +4,7 @@
 #include <bitset>
 #include <cmath>
 #include <cstdlib>
+#include <vector>
 
 namespace draw_params {
 
@@ -22,15 +23,23 @@ int decadeOf(int n) {
     return std::clamp(q, 0, kDecades - 1);
 }
 
+// The omission of a number; one outside the arrays (a damaged row) has none.
+int omissionOf(const Omission& omission, int n) {
+    return n >= 0 && n < static_cast<int>(omission.size()) ? omission[static_cast<size_t>(n)] : 0;
+}
+
+// The last decimal digit, 0..9 for any number.
+int lastDigitOf(int n) { return std::abs(n % 10); }
+
 int16_t spread(std::span<const int> numbers, const Omission& omission, bool absDifference) {
     if (numbers.empty()) return 0;
     if (absDifference && numbers.size() == 2)
-        return i16(std::abs(omission[numbers[0]] - omission[numbers[1]]));
+        return i16(std::abs(omissionOf(omission, numbers[0]) - omissionOf(omission, numbers[1])));
     int largest = kSpreadMaxStart;
     int smallest = kSpreadMinStart;
     for (int n : numbers) {
-        largest = std::max<int>(largest, omission[n]);
-        smallest = std::min<int>(smallest, omission[n]);
+        largest = std::max(largest, omissionOf(omission, n));
+        smallest = std::min(smallest, omissionOf(omission, n));
     }
     return i16(largest - smallest);
 }
@@ -45,15 +54,14 @@ int16_t complexity(std::span<const int> v) {
     if (n < 2) return 0;
     // Differences x(a) - x(b) for a = 2..n, b = 1..a-1, in that order; each one equal to an
     // earlier one takes one off the start.
-    std::array<int, 21> diffs{};
-    int count = 0;
+    std::vector<int> diffs;
+    diffs.reserve(static_cast<size_t>(n * (n - 1) / 2));
     int result = n * (n - 1) / 2 - (n - 1);
     for (int a = 1; a < n; ++a) {
         for (int b = 0; b < a; ++b) {
             const int d = v[a] - v[b];
-            const bool seen = std::find(diffs.begin(), diffs.begin() + count, d) != diffs.begin() + count;
-            if (seen) --result;
-            diffs[count++] = d;
+            if (std::find(diffs.begin(), diffs.end(), d) != diffs.end()) --result;
+            diffs.push_back(d);
         }
     }
     return i16(result);
@@ -91,14 +99,14 @@ DrawParams core(std::span<const int> v, std::span<const int> prev, const Omissio
             p.evenSum = i16(p.evenSum + x);
             ++p.evenCount;
         }
-        const int last = x % 10;
+        const int last = lastDigitOf(x);
         p.lastDigitSum = i16(p.lastDigitSum + last);
         if (last <= kSmallLastDigit)
             ++p.smallLastDigitCount;
         else
             ++p.bigLastDigitCount;
         lastDigits.set(static_cast<size_t>(last));
-        p.omissionSum = i16(p.omissionSum + omission[x]);
+        p.omissionSum = i16(p.omissionSum + omissionOf(omission, x));
         ++p.decadeCounts[decadeOf(x)];
         for (int q : prev)
             if (q == x) ++p.repeatCount;

@@ -21,8 +21,14 @@ struct Opened {
     std::unique_ptr<PrizeView> view;
     // Settings values that were no number (their defaults were used).
     QStringList ruleProblems;
+    // Set when the stored table is there but could not be read: a message naming the file.
+    // The view's lists are empty then; it is no result to show as one.
+    QString loadError;
 };
 Opened open(Session& session, schema::CandidateKind kind, EngineProgress* progress = nullptr);
+
+// The message for a stored table that could not be read.
+QString unreadableText(const QString& file, const QString& table, const QString& detail);
 
 PrizeSettings settingsOf(Session& session);
 // The workspace folder, where duijiang/ lies.

@@ -8,9 +8,40 @@
 
 namespace {
 
+// The rows of word w in the set. Bits past the last row are never rows, whatever the
+// stored image held there.
 BitVector::Word wanted(const BitVector& filteredOut, size_t w, bool thrown) {
     const BitVector::Word word = filteredOut.words()[w];
-    return thrown ? word : (~word & filteredOut.validMask(w));
+    return (thrown ? word : ~word) & filteredOut.validMask(w);
+}
+
+// Calls f(row, code) for each row of the set in table order; a code out of range (never made
+// by a check) is skipped.
+template <typename F>
+void forEachCode(const CandidateTable& table, const PrizeCheck& check, bool thrown, F&& f) {
+    const BitVector& filteredOut = table.filteredOut();
+    constexpr uint64_t kBlockRows = KernelExecutor::kBlockRows;
+    static_assert(kBlockRows % BitVector::kWordBits == 0);
+    std::array<uint8_t, kBlockRows> codes;
+    const uint64_t rows = std::min<uint64_t>(table.rowCount(), check.rowCount());
+    for (uint64_t b = 0; b < rows; b += kBlockRows) {
+        const uint64_t n = std::min(kBlockRows, rows - b);
+        check.codes(b, n, codes.data());
+        for (uint64_t w = b / BitVector::kWordBits; w * BitVector::kWordBits < b + n; ++w) {
+            forEachSetBit(wanted(filteredOut, w, thrown), w * BitVector::kWordBits, [&](size_t r) {
+                if (r >= b + n || codes[r - b] >= PrizeCheck::kCodes) return;
+                f(r, codes[r - b]);
+            });
+        }
+    }
+}
+
+// Rows of each hit code in the set, counted from the table itself.
+std::array<uint64_t, PrizeCheck::kCodes> countCodes(const CandidateTable& table, const PrizeCheck& check,
+                                                    bool thrown) {
+    std::array<uint64_t, PrizeCheck::kCodes> counts{};
+    forEachCode(table, check, thrown, [&](size_t, uint8_t code) { ++counts[code]; });
+    return counts;
 }
 
 // The position of the k-th set bit (from 0) of a word that has more than k set bits.
@@ -66,25 +97,32 @@ TicketList TicketList::byHits(const CandidateTable& table, const PrizeCheck& che
     l.m_table = &table;
     l.m_thrown = thrown;
     l.m_listed = true;
+    // The check's counts size the buckets when they are those of this table's set; otherwise
+    // (a check of another table, a damaged image) the set is counted here.
+    std::array<uint64_t, PrizeCheck::kCodes> counts{};
+    uint64_t listed = 0;
+    for (int code = 0; code < PrizeCheck::kCodes; ++code) {
+        counts[static_cast<size_t>(code)] = check.countOfCode(thrown, code);
+        listed += counts[static_cast<size_t>(code)];
+    }
+    if (listed != whole(table, thrown).size()) counts = countCodes(table, check, thrown);
     // A counting sort on the hit code: the code grows with jiben and then with tebie, so the
     // codes downward are the order asked for, and rows of equal code stay in table order.
     std::array<uint64_t, PrizeCheck::kCodes + 1> start{};
     for (int code = PrizeCheck::kCodes - 1, at = 0; code >= 0; --code, ++at)
-        start[static_cast<size_t>(at) + 1] = start[static_cast<size_t>(at)] + check.countOfCode(thrown, code);
+        start[static_cast<size_t>(at) + 1] =
+            start[static_cast<size_t>(at)] + counts[static_cast<size_t>(code)];
+    const std::array<uint64_t, PrizeCheck::kCodes + 1> end = [&] {
+        std::array<uint64_t, PrizeCheck::kCodes + 1> e{};
+        std::copy(start.begin() + 1, start.end(), e.begin());
+        return e;
+    }();
     l.m_rows.resize(start[PrizeCheck::kCodes]);
-    const BitVector& filteredOut = table.filteredOut();
-    constexpr uint64_t kBlockRows = KernelExecutor::kBlockRows;
-    std::array<uint8_t, kBlockRows> codes;
-    for (uint64_t b = 0; b < table.rowCount(); b += kBlockRows) {
-        const uint64_t n = std::min(kBlockRows, table.rowCount() - b);
-        check.codes(b, n, codes.data());
-        for (uint64_t w = b / BitVector::kWordBits; w * BitVector::kWordBits < b + n; ++w) {
-            forEachSetBit(wanted(filteredOut, w, thrown), w * BitVector::kWordBits, [&](size_t r) {
-                const size_t at = static_cast<size_t>(PrizeCheck::kCodes - 1 - codes[r - b]);
-                l.m_rows[start[at]++] = static_cast<uint32_t>(r);
-            });
-        }
-    }
+    forEachCode(table, check, thrown, [&](size_t r, uint8_t code) {
+        const size_t at = static_cast<size_t>(PrizeCheck::kCodes - 1 - code);
+        Q_ASSERT(start[at] < end[at]);  // the counts were taken over the same rows
+        if (start[at] < end[at]) l.m_rows[start[at]++] = static_cast<uint32_t>(r);
+    });
     return l;
 }
 

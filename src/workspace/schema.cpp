@@ -2,6 +2,7 @@
 
 #include "workspace/sqlite_db.h"
 
+#include <QCoreApplication>
 #include <QFile>
 
 namespace {
@@ -232,8 +233,9 @@ bool createTemplateTables(SqliteDb& db, TemplateKind kind) {
 
 bool createTemplate(const QString& path, TemplateKind kind) {
     if (QFile::exists(path)) return false;
-    // Written under a temporary name first, so a half-made template is never taken for one.
-    const QString tmp = path + QStringLiteral(".part");
+    // Written under a temporary name of this process first, so a half-made template is never
+    // taken for one, and two programs starting at once each write their own.
+    const QString tmp = path + QStringLiteral(".part-%1").arg(QCoreApplication::applicationPid());
     QFile::remove(tmp);
     {
         SqliteDb db;
@@ -243,5 +245,8 @@ bool createTemplate(const QString& path, TemplateKind kind) {
             return false;
         }
     }
-    return QFile::rename(tmp, path);
+    if (QFile::rename(tmp, path)) return true;
+    // Another program made the template first: its copy is as good as this one.
+    QFile::remove(tmp);
+    return QFile::exists(path);
 }

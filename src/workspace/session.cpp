@@ -1,9 +1,8 @@
 #include "workspace/session.h"
 
-#include "workspace/draw_params_columns.h"
+#include "workspace/history_loader.h"
 #include "workspace/schema.h"
 
-#include <QDateTime>
 #include <QDir>
 #include <QFile>
 
@@ -22,15 +21,27 @@ bool addMissingTables(SqliteDb& db, TemplateKind kind) {
     return true;
 }
 
-// Opens a workspace database, bringing it back from its template when the file is gone or is
-// no database. A file that cannot be read is moved aside, never deleted.
-bool openOrRestore(SqliteDb& db, const QString& file, const QString& templ, TemplateKind kind) {
-    if (QFile::exists(file) && db.open(file)) return addMissingTables(db, kind);
+// Opens a workspace database, bringing it back from its template when the file is gone. A file
+// that is there but cannot be read as a database of its kind is left as it is: `error` names it.
+bool openOrRestore(SqliteDb& db, const QString& file, const QString& templ, TemplateKind kind,
+                   QString* error) {
     if (QFile::exists(file)) {
-        const QString aside = file + QStringLiteral(".unreadable-") +
-                              QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMddHHmmss"));
-        if (!QFile::rename(file, aside)) return false;
+        if (!db.open(file)) {
+            *error = Session::unreadableText(file, db.lastError());
+            return false;
+        }
+        if (kind == TemplateKind::History && !history_loader::isHistoryDatabase(db)) {
+            db.close();
+            *error = Session::notHistoryText(file);
+            return false;
+        }
+        if (!addMissingTables(db, kind)) {
+            *error = Session::unreadableText(file, db.lastError());
+            return false;
+        }
+        return true;
     }
+    *error = Session::kFatalText;
     if (!QFile::exists(templ) && !createTemplate(templ, kind)) return false;
     if (!QFile::copy(templ, file)) return false;
     QFile(file).setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
@@ -38,6 +49,15 @@ bool openOrRestore(SqliteDb& db, const QString& file, const QString& templ, Temp
 }
 
 }  // namespace
+
+QString Session::unreadableText(const QString& file, const QString& detail) {
+    return QStringLiteral("数据库文件无法读取（%1）：%2").arg(detail, QDir::toNativeSeparators(file));
+}
+
+QString Session::notHistoryText(const QString& file) {
+    return QStringLiteral("此文件不是历史号码数据库（缺少 fig、fighou 或 figquan 表）：%1")
+        .arg(QDir::toNativeSeparators(file));
+}
 
 bool Session::open(const EnteredWorkspace& workspace, QString* error) {
     m_userIndex = workspace.index;
@@ -58,14 +78,18 @@ bool Session::open(const EnteredWorkspace& workspace, QString* error) {
     if (m_workspaceName.isEmpty() || m_root.makeChildFolder(m_workspaceName).isEmpty())
         return fail(kFatalText);
     m_root.ensureFirstStart();
-    if (!openOrRestore(m_historyDb, m_paths->historyDb(), m_root.historyTemplate(), TemplateKind::History))
-        return fail(kFatalText);
-    if (!openOrRestore(m_savedPicksDb, m_paths->savedPicksDb(), m_root.savedPicksTemplate(),
-                       TemplateKind::SavedPicks))
-        return fail(kFatalText);
-    if (!openOrRestore(m_filterDb, m_paths->filterDb(), m_root.filterTemplate(), TemplateKind::FilterDb))
-        return fail(kFatalText);
+    QString openError;
+    if (!openOrRestore(m_historyDb, m_paths->historyDb(), m_root.historyTemplate(), TemplateKind::History,
+                       &openError) ||
+        !openOrRestore(m_savedPicksDb, m_paths->savedPicksDb(), m_root.savedPicksTemplate(),
+                       TemplateKind::SavedPicks, &openError) ||
+        !openOrRestore(m_filterDb, m_paths->filterDb(), m_root.filterTemplate(), TemplateKind::FilterDb,
+                       &openError))
+        return fail(openError);
+    m_lock = workspace.lock;
 
+    // The statistics and the draws from one state of the file.
+    const SqliteReadTransaction read(m_historyDb);
     loadStatistics();
     QString loadError;
     if (!loadHistory(&loadError) && error) *error = loadError;
@@ -107,60 +131,10 @@ bool Session::saveSpinValues() {
     return saved;
 }
 
-namespace {
-
-// Reads one history table into the arrays: numbers into figarr slots [first..], parameters by
-// column name. Rows are taken in Idx order.
-bool readDrawTable(SqliteDb& db, const QString& table, const QStringList& paramColumns, int numberCount,
-                   int firstSlot, std::vector<DrawNumbers>& numbers, std::vector<DrawParams>& params,
-                   bool setsDrawCount, QString* error) {
-    QStringList cols{QStringLiteral("fig0")};
-    for (int i = 1; i <= numberCount; ++i) cols << QStringLiteral("fig%1").arg(i);
-    cols += paramColumns;
-    QStringList quoted;
-    for (const QString& c : cols) quoted << QLatin1Char('[') + c + QLatin1Char(']');
-    SqliteStatement st(db, QStringLiteral("SELECT %1 FROM [%2] ORDER BY [Idx]").arg(quoted.join(','), table));
-    if (!st.ok()) {
-        if (error) *error = db.lastError();
-        return false;
-    }
-    params.assign(1, DrawParams{});
-    int row = 0;
-    while (st.next()) {
-        ++row;
-        if (setsDrawCount) {
-            numbers.push_back(DrawNumbers{});
-            numbers[row][0] = static_cast<int32_t>(st.int64(0));
-        }
-        if (row < static_cast<int>(numbers.size())) {
-            for (int i = 0; i < numberCount; ++i) numbers[row][firstSlot + i] = st.integer(1 + i);
-        }
-        DrawParams p;
-        for (int c = 0; c < paramColumns.size(); ++c)
-            draw_params_columns::setValue(p, paramColumns[c], st.real(1 + numberCount + c));
-        params.push_back(p);
-    }
-    return true;
-}
-
-}  // namespace
-
-bool Session::loadHistory(QString* error) {
-    m_history.clear();
-    bool ok = readDrawTable(m_historyDb, QStringLiteral("fig"), draw_params_columns::frontColumns(), 5, 1,
-                            m_history.numbers, m_history.front, true, error);
-    // fighou supplies the back numbers of Figarr; figquan only its parameters.
-    std::vector<DrawNumbers> scratch = m_history.numbers;
-    ok = readDrawTable(m_historyDb, QStringLiteral("fighou"), draw_params_columns::backColumns(), 2, 6,
-                       m_history.numbers, m_history.back, false, error) &&
-         ok;
-    ok = readDrawTable(m_historyDb, QStringLiteral("figquan"), draw_params_columns::bothColumns(), 7, 1,
-                       scratch, m_history.both, false, error) &&
-         ok;
-    return ok;
-}
+bool Session::loadHistory(QString* error) { return history_loader::load(m_historyDb, m_history, error); }
 
 void Session::loadStatistics() {
+    const SqliteReadTransaction read(m_historyDb);
     // Omissions: the last row of each omission table. The back table is read up to Bitnum as
     // well; its columns above BitnumHou read as 0.
     struct View {

@@ -5,6 +5,7 @@
 #include "workspace/shared_state.h"
 #include "workspace/sqlite_db.h"
 #include "workspace/workspace_list.h"
+#include "workspace/workspace_lock.h"
 
 #include <QString>
 
@@ -24,8 +25,16 @@ public:
 
     // The initialisation of the main window: opens the workspace's databases, repairing a
     // workspace whose folder or files are gone from the templates, and loads the history and
-    // the statistics. False with `error` set when even the repair fails (the fatal message).
+    // the statistics. False with `error` set when even the repair fails (the fatal message)
+    // or a file is there but is no database of its kind (a message naming the file; the file
+    // stays as it is). True with `error` set when the history could not be read: the message
+    // names the file and the history stays empty. The entered workspace's lock is kept.
     bool open(const EnteredWorkspace& workspace, QString* error = nullptr);
+
+    // A database file that cannot be read as one, or a file in the history's place that holds
+    // other tables.
+    static QString unreadableText(const QString& file, const QString& detail);
+    static QString notHistoryText(const QString& file);
 
     const DataRoot& root() const { return m_root; }
     Settings& settings() { return m_settings; }
@@ -52,8 +61,10 @@ public:
     StatsViews& stats() { return m_stats; }
     BoardState& board() { return m_board; }
 
-    // Reads fig, fighou and figquan into the arrays (start-up step 5). False with the error's
-    // text when a table cannot be read; what was read stays.
+    // Reads fig, fighou and figquan into the arrays (start-up step 5), in one read
+    // transaction. Every draw number must lie in the largest zone and the Idx of each table
+    // run 1, 2, 3, ... False with a message naming the file and the first fault when a table
+    // cannot be read or holds a fault; the history is empty then.
     bool loadHistory(QString* error = nullptr);
     // Omissions from the last rows of Ylqs*, frequencies from Gailv*.
     void loadStatistics();
@@ -78,6 +89,7 @@ private:
     bool openFilterDb();
 
     DataRoot m_root;
+    std::shared_ptr<WorkspaceLock> m_lock;
     Settings& m_settings;
     std::unique_ptr<WorkspacePaths> m_paths;
     int m_userIndex = 0;

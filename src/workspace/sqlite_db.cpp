@@ -177,3 +177,38 @@ QVariant SqliteStatement::value(int col) const {
         default: return text(col);
     }
 }
+
+bool SqliteDb::inTransaction() const { return m_db && sqlite3_get_autocommit(m_db) == 0; }
+
+namespace {
+const QString kSavepoint = QStringLiteral("sq_nested");
+}  // namespace
+
+SqliteTransaction::SqliteTransaction(SqliteDb& db)
+    : m_db(db),
+      m_nested(db.inTransaction()),
+      m_active(m_nested ? db.exec(QStringLiteral("SAVEPOINT ") + kSavepoint) : db.begin()) {}
+
+SqliteTransaction::~SqliteTransaction() {
+    if (!m_active) return;
+    if (!m_nested) {
+        m_db.rollback();
+        return;
+    }
+    m_db.exec(QStringLiteral("ROLLBACK TO ") + kSavepoint);
+    m_db.exec(QStringLiteral("RELEASE ") + kSavepoint);
+}
+
+bool SqliteTransaction::commit() {
+    if (!m_active) return false;
+    m_active = false;
+    return m_nested ? m_db.exec(QStringLiteral("RELEASE ") + kSavepoint) : m_db.commit();
+}
+
+SqliteReadTransaction::SqliteReadTransaction(SqliteDb& db)
+    : m_db(db), m_open(db.isOpen() && !db.inTransaction() && db.exec(QStringLiteral("BEGIN DEFERRED"))) {}
+
+SqliteReadTransaction::~SqliteReadTransaction() {
+    // A read changes nothing; a write made inside (a table a load added) is kept.
+    if (m_open && m_db.inTransaction() && !m_db.commit()) m_db.rollback();
+}

@@ -44,6 +44,8 @@ public:
     bool begin() { return exec(QStringLiteral("BEGIN IMMEDIATE")); }
     bool commit() { return exec(QStringLiteral("COMMIT")); }
     void rollback() { exec(QStringLiteral("ROLLBACK")); }
+    // True while a transaction is open on this connection.
+    bool inTransaction() const;
 
 private:
     friend class SqliteStatement;
@@ -84,21 +86,34 @@ private:
     sqlite3_stmt* m_stmt = nullptr;
 };
 
-// Rolls back unless committed: an interrupted action leaves the old state.
+// Rolls back unless committed: an interrupted action leaves the old state. Inside a
+// transaction already open on the connection (a load that writes what it lacks) it is a
+// savepoint of that transaction.
 class SqliteTransaction {
 public:
-    explicit SqliteTransaction(SqliteDb& db) : m_db(db), m_active(db.begin()) {}
-    ~SqliteTransaction() {
-        if (m_active) m_db.rollback();
-    }
+    explicit SqliteTransaction(SqliteDb& db);
+    ~SqliteTransaction();
+    SqliteTransaction(const SqliteTransaction&) = delete;
+    SqliteTransaction& operator=(const SqliteTransaction&) = delete;
     bool active() const { return m_active; }
-    bool commit() {
-        if (!m_active) return false;
-        m_active = false;
-        return m_db.commit();
-    }
+    bool commit();
 
 private:
     SqliteDb& m_db;
+    bool m_nested;
     bool m_active;
+};
+
+// Every read between construction and the end of the scope sees one state of the file: the
+// parts of a load never mix two writes. Inside a transaction already open it does nothing.
+class SqliteReadTransaction {
+public:
+    explicit SqliteReadTransaction(SqliteDb& db);
+    ~SqliteReadTransaction();
+    SqliteReadTransaction(const SqliteReadTransaction&) = delete;
+    SqliteReadTransaction& operator=(const SqliteReadTransaction&) = delete;
+
+private:
+    SqliteDb& m_db;
+    bool m_open;
 };

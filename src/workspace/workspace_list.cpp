@@ -2,6 +2,7 @@
 
 #include "workspace/password_hash.h"
 #include "workspace/prompter.h"
+#include "workspace/workspace_lock.h"
 
 #include <QDir>
 #include <QFile>
@@ -116,12 +117,30 @@ bool WorkspaceList::makeWorkspaceFiles(const QString& name, bool copyFilnumR) co
     return ok;
 }
 
+bool WorkspaceList::lockAndReload(std::unique_ptr<WorkspaceLock>& lock, QString* error) {
+    QString lockError;
+    lock = WorkspaceLock::forList(m_root, &lockError);
+    // A store whose folder takes no lock file takes no change either: the save says so.
+    if (!lock && lockError == WorkspaceLock::kListBusy) {
+        if (error) *error = lockError;
+        return false;
+    }
+    // Another program may have changed the list since it was shown: changes start from the
+    // stored list, when it can be read.
+    const QFileInfo stored(m_settings.fileFor(setting_keys::WorkspaceCount));
+    if (!stored.exists() || (stored.isFile() && stored.isReadable())) load();
+    return true;
+}
+
 int WorkspaceList::create(const QString& name, const QString& password, QString* error) {
     const auto fail = [error](const QString& text) {
         if (error) *error = text;
         return -1;
     };
+    std::unique_ptr<WorkspaceLock> lock;
+    if (!lockAndReload(lock, error)) return -1;
     if (count() >= kMaxWorkspaces) return fail(kListFull);
+    if (!name.isEmpty() && nameTaken(name)) return fail(kNameTaken);
     if (const auto refusal = nameError(name)) return fail(*refusal);
     if (const auto refusal = folderError(name)) return fail(*refusal);
     m_names << name;
@@ -208,12 +227,28 @@ void WorkspaceList::deleteFiles(const QString& name) const {
     const QString folder = name.isEmpty() ? QString() : m_root.childFolder(name);
     if (folder.isEmpty() || m_root.isProgramFolder(folder) || !QFileInfo(folder).isDir()) return;
     QDir dir(folder);
-    for (const QString& f : dir.entryList(QDir::Files | QDir::Hidden | QDir::System)) dir.remove(f);
+    // The lock file goes with the lock, when the deleting program lets it go.
+    for (const QString& f : dir.entryList(QDir::Files | QDir::Hidden | QDir::System))
+        if (f != WorkspaceLock::kLockFileName) dir.remove(f);
 }
 
 bool WorkspaceList::removeAt(int row, QString* error) {
     if (row < 0 || row >= count()) return false;
     const QString name = m_names[row];
+    std::unique_ptr<WorkspaceLock> listLock;
+    if (!lockAndReload(listLock, error)) return false;
+    // The entry may have moved or gone meanwhile: the one of that name is deleted, never another.
+    row = static_cast<int>(m_names.indexOf(name));
+    if (row < 0) {
+        if (error) *error = kListChanged;
+        return false;
+    }
+    // Nobody may be writing into the files that go.
+    std::unique_ptr<WorkspaceLock> workspaceLock;
+    if (const QString folder = m_root.childFolder(name); !folder.isEmpty() && QFileInfo(folder).isDir()) {
+        workspaceLock = WorkspaceLock::forWorkspace(m_root, name, error);
+        if (!workspaceLock) return false;
+    }
     const QString password = m_passwords[row];
     m_names.removeAt(row);
     m_passwords.removeAt(row);
@@ -255,6 +290,12 @@ bool WorkspaceList::renameAt(int index, const QString& newName, const QString& p
     };
     if (index < 1 || index > count()) return false;
     if (const auto refusal = nameError(newName)) return fail(*refusal);
+    const QString current = m_names[index - 1];
+    std::unique_ptr<WorkspaceLock> lock;
+    if (!lockAndReload(lock, error)) return false;
+    index = static_cast<int>(m_names.indexOf(current)) + 1;
+    if (index < 1) return fail(kListChanged);
+    if (nameTaken(newName, index)) return fail(kNameTaken);
     if (const auto refusal = folderError(newName)) return fail(*refusal);
     const QString oldName = m_names[index - 1];
     const QString oldPassword = m_passwords[index - 1];

@@ -6,11 +6,13 @@
 #include <QList>
 #include <QString>
 
+#include <memory>
 #include <optional>
 
 #include <QMetaType>
 
 class Prompter;
+class WorkspaceLock;
 
 // What entering a workspace hands to the main window.
 struct EnteredWorkspace {
@@ -18,6 +20,8 @@ struct EnteredWorkspace {
     QString name;   // Curuser
     int frontSize = 35;
     int backSize = 12;
+    // The workspace's writer lock, held by the window's session while the player stays.
+    std::shared_ptr<WorkspaceLock> lock = nullptr;
 };
 
 // The workspace list of the start window, Usernames/Userpass, kept in the settings under
@@ -49,6 +53,8 @@ public:
         QStringLiteral("此用户名与本程序自用的文件夹同名，请换用其他的名字");
     static inline const QString kNoFolder = QStringLiteral("无法建立此用户名的文件夹，请换用其他的名字");
     static inline const QString kListFull = QStringLiteral("用户名已满1023个，请先删除不用的用户名");
+    // A change to an entry that another program deleted or moved meanwhile.
+    static inline const QString kListChanged = QStringLiteral("用户名列表已被另一个程序修改，请重新选择。");
     // Entering a workspace whose stored name would lead outside the program folder.
     static inline const QString kNameErrorTitle = QStringLiteral("用户名错误");
     static inline const QString kUnsafeStoredName =
@@ -66,6 +72,7 @@ public:
     QString password(int row) const { return m_passwords.value(row); }
     bool hasPassword(int row) const { return !m_passwords.value(row).isEmpty(); }
     const QStringList& names() const { return m_names; }
+    const DataRoot& root() const { return m_root; }
     // Ftopt clamped down to Usernum.
     int lastWorkspace() const;
     // The row whose name is that of workspace Ftopt, or -1.
@@ -91,7 +98,10 @@ public:
     std::optional<QString> askRename(int index, const QString& current, Prompter& prompter);
 
     // The same without prompts (the command line). Each refuses what the prompt chains refuse
-    // (a taken name is the caller's to check) and puts the message into `error`.
+    // and puts the message into `error`. Each holds the list's lock and starts from the stored
+    // list, read again under it, so that two programs changing the list at once lose nothing;
+    // rows and indices are those of the list the caller saw, followed by name. removeAt also
+    // holds the deleted workspace's lock while its files go.
     // create: the new row, or -1 (list full, bad name, no folder, settings not saved).
     int create(const QString& name, const QString& password, QString* error = nullptr);
     // removeAt: deletes the files of the workspace's folder, never anything outside it, and
@@ -108,6 +118,9 @@ public:
     bool makeWorkspaceFiles(const QString& name, bool copyFilnumR) const;
 
 private:
+    // Takes the list's lock into `lock` and reads the stored list again; false with `error`
+    // set when another program holds the lock.
+    bool lockAndReload(std::unique_ptr<WorkspaceLock>& lock, QString* error);
     bool saveEntry(int index, QString* error);
     std::optional<QString> askPasswordTwice(Prompter& prompter) const;
     // Asks for a name until one passes; empty when the player cancels a rename.

@@ -214,3 +214,32 @@ TEST(QuanParams, ComplexityOverSevenSlotsStartsAt15) {
     EXPECT_EQ(complexity(std::array<int, 7>{1, 2, 4, 8, 16, 32, 64}), 15);
     EXPECT_EQ(complexity(std::array<int, 7>{1, 2, 3, 4, 5, 6, 7}), 0);
 }
+
+TEST(DamagedNumbers, NumbersOutsideTheArraysHaveNoOmissionAndNeverIndexPastThem) {
+    Omission omission{};
+    omission.fill(3);
+    // Negative, zero and numbers beyond the 36 slots, as a damaged row may hold them.
+    const std::array<int, 5> v{-13, 0, 7, 40, 1000};
+    const DrawParams p = core(v, std::array<int, 2>{40, -13}, omission, v, {17.5, false, false});
+    EXPECT_EQ(p.omissionSum, 3 + 3);  // slots 0 and 7 only
+    EXPECT_EQ(p.repeatCount, 2);
+    EXPECT_EQ(p.sum, -13 + 0 + 7 + 40 + 1000);
+    // Last digits 3, 0, 7, 0, 0: two repeated.
+    EXPECT_EQ(p.repeatedLastDigits, 2);
+    // Largest 3 (slots 0 and 7), smallest 0 (the numbers without an omission).
+    EXPECT_EQ(p.omissionSpread, 3);
+    const auto x = front({-13, 0, 7, 40, 1000}, {}, omission, 35, kFit, Path::Recompute);
+    ASSERT_TRUE(x.has_value());
+    EXPECT_EQ(x->omissionSum, 6);
+    const DrawParams b = back({-1, 99}, {}, omission, 12, kFit, Path::Append);
+    EXPECT_EQ(b.omissionSum, 0);
+    EXPECT_EQ(b.omissionSpread, 0);
+}
+
+TEST(DamagedNumbers, ComplexityOfMoreThanSevenNumbers) {
+    // Ten numbers: 45 differences, all distinct for powers of two.
+    const std::array<int, 10> v{1, 2, 4, 8, 16, 32, 64, 128, 256, 512};
+    EXPECT_EQ(complexity(v), 45 - 9);
+    const std::array<int, 10> run{1, 2, 3, 4, 5, 6, 7, 8, 9, 10};
+    EXPECT_EQ(complexity(run), 0);
+}

@@ -296,3 +296,32 @@ TEST(PrizeCheck, AgreesWithItsSqlFormRowByRow) {
         EXPECT_EQ(sum.toLongLong(), c.keptPrizeSum().value_or(0));
     }
 }
+
+TEST(TicketList, FlagBitsPastTheLastRowAreNoRows) {
+    auto t = sampleTable();
+    // A damaged image: every bit of the last word set, also the 57 past the seventh row.
+    t->filteredOut().words()[0] |= ~BitVector::Word{0} << 7;
+    const PrizeCheck c = PrizeCheck::run(*t, kDraw, PrizeRules::defaults());
+    EXPECT_EQ(rowsOf(TicketList::whole(*t, true)), (std::vector<uint64_t>{4}));
+    EXPECT_EQ(rowsOf(TicketList::byHits(*t, c, true)), (std::vector<uint64_t>{4}));
+    EXPECT_EQ(rowsOf(TicketList::byHits(*t, c, false)), (std::vector<uint64_t>{0, 3, 5, 6, 1, 2}));
+    PrizeView v(Kind::Combinations, std::move(t), kDraw, PrizeRules::defaults());
+    v.sortByHits();
+    EXPECT_EQ(v.thrown().size(), 1u);
+    EXPECT_EQ(v.kept().size(), 6u);
+}
+
+TEST(TicketList, ACheckOfAnotherTableNeverSizesTheList) {
+    auto small = sampleTable();
+    // A check made over a larger table: its counts do not fit the small one.
+    auto large = table(std::vector<Ticket>(300, Ticket{3, 7, 12, 20, 28, 4, 9}));
+    const PrizeCheck c = PrizeCheck::run(*large, kDraw, PrizeRules::defaults());
+    const std::vector<uint64_t> kept = rowsOf(TicketList::byHits(*small, c, false));
+    EXPECT_EQ(kept.size(), 6u);
+    for (uint64_t r : kept) EXPECT_LT(r, small->rowCount());
+    EXPECT_EQ(rowsOf(TicketList::byHits(*small, c, true)), (std::vector<uint64_t>{4}));
+    // And one over a smaller table lists the rows it has codes for.
+    auto tiny = table({{3, 7, 12, 20, 28, 4, 9}, {1, 2, 5, 6, 8, 1, 2}});
+    const PrizeCheck tinyCheck = PrizeCheck::run(*tiny, kDraw, PrizeRules::defaults());
+    EXPECT_EQ(rowsOf(TicketList::byHits(*small, tinyCheck, false)), (std::vector<uint64_t>{0, 1}));
+}

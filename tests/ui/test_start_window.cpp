@@ -4,6 +4,7 @@
 #include "support/window_shot.h"
 #include "workspace/scripted_prompter.h"
 #include "workspace/ui/login_dialog.h"
+#include "workspace/workspace_lock.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -19,6 +20,7 @@ private slots:
     void labelsCreateEnterAndDelete();
     void enteringWithoutSelectionIsRefused();
     void loginBoxKeepsAskingUntilCancelled();
+    void enteringAWorkspaceInUseIsRefused();
 };
 
 static void clickLabel(StartWindow& w, const char* name) {
@@ -62,9 +64,15 @@ void StartWindowTest::labelsCreateEnterAndDelete() {
     p.answer(QStringLiteral("k"));  // the password box
     clickLabel(w, "Label3");
     QCOMPARE(entered.count(), 1);
-    const auto ws = entered.at(0).at(0).value<EnteredWorkspace>();
-    QCOMPARE(ws.name, QStringLiteral("王先生"));
-    QCOMPARE(ws.index, 1);
+    {
+        const auto ws = entered.at(0).at(0).value<EnteredWorkspace>();
+        QCOMPARE(ws.name, QStringLiteral("王先生"));
+        QCOMPARE(ws.index, 1);
+        // Entering takes the workspace's lock for the window.
+        QVERIFY(ws.lock);
+    }
+    // The window that entered lets it go (here: the spy's copy) before the entry is deleted.
+    entered.clear();
 
     p.answer(true).answer(QStringLiteral("k"));
     clickLabel(w, "Label4");
@@ -108,6 +116,30 @@ void StartWindowTest::loginBoxKeepsAskingUntilCancelled() {
     cancel = other.findChild<QPushButton*>(QStringLiteral("cmdCancel"));
     cancel->click();
     QVERIFY(!other.loginSucceeded());
+}
+
+void StartWindowTest::enteringAWorkspaceInUseIsRefused() {
+    TempHome home;
+    WorkspaceList list(home.settings, home.root);
+    list.load();
+    list.create(QStringLiteral("甲"), {});
+    ScriptedPrompter p;
+    StartWindow w(list, p);
+    w.nameList()->setCurrentRow(0);
+    QSignalSpy entered(&w, &StartWindow::entered);
+    {
+        // Another program is changing the workspace.
+        QString error;
+        const auto held = WorkspaceLock::forWorkspace(home.root, QStringLiteral("甲"), &error);
+        QVERIFY(held);
+        clickLabel(w, "Label3");
+        QCOMPARE(entered.count(), 0);
+        QCOMPARE(p.messages(), QStringList{WorkspaceLock::busyText(QStringLiteral("甲"))});
+        p.clear();
+    }
+    clickLabel(w, "Label3");
+    QCOMPARE(entered.count(), 1);
+    QVERIFY(p.messages().isEmpty());
 }
 
 QTEST_MAIN(StartWindowTest)

@@ -14,7 +14,10 @@ EnteredWorkspace makeWorkspace(TempHome& home, const QString& name) {
     WorkspaceList list(home.settings, home.root);
     list.load();
     const int row = list.create(name, {});
-    return EnteredWorkspace{row + 1, name, 35, 12};
+    EnteredWorkspace w;
+    w.index = row + 1;
+    w.name = name;
+    return w;
 }
 
 // Every table and column a template must hold, checked against the file.
@@ -118,19 +121,58 @@ TEST(Session, RepairKeepsWhatIsStillThere) {
     expectSchema(ws.savedPicksDb(), TemplateKind::SavedPicks);
 }
 
-TEST(Session, UnreadableHistoryFileIsSetAsideNotDeleted) {
+TEST(Session, UnreadableFilesAreNamedAndLeftAsTheyAre) {
     TempHome home;
     const EnteredWorkspace w = makeWorkspace(home, QStringLiteral("garbled"));
     const WorkspacePaths ws(home.root, w.name);
+    for (const QString& path : {ws.historyDb(), ws.filterDb(), ws.savedPicksDb()}) {
+        SCOPED_TRACE(qPrintable(path));
+        QFile f(path);
+        ASSERT_TRUE(f.open(QIODevice::ReadWrite));
+        const QByteArray kept = f.readAll();
+        ASSERT_TRUE(f.resize(0));
+        f.write(QByteArray(4096, 'x'));
+        f.close();
+        Session s(home.root, home.settings);
+        QString error;
+        EXPECT_FALSE(s.open(w, &error));
+        EXPECT_TRUE(error.contains(path)) << qPrintable(error);
+        ASSERT_TRUE(f.open(QIODevice::ReadWrite));
+        EXPECT_EQ(f.readAll(), QByteArray(4096, 'x'));
+        ASSERT_TRUE(f.resize(0));
+        f.write(kept);
+        f.close();
+        EXPECT_TRUE(QDir(ws.folder()).entryList({QStringLiteral("*.unreadable-*")}).isEmpty());
+    }
+    // A history file with other tables is not taken for one and gets none added.
+    {
+        ASSERT_TRUE(QFile::remove(ws.historyDb()));
+        SqliteDb other;
+        ASSERT_TRUE(other.open(ws.historyDb(), true));
+        ASSERT_TRUE(other.exec(QStringLiteral("CREATE TABLE notes(id INTEGER)")));
+    }
+    Session s(home.root, home.settings);
+    QString error;
+    EXPECT_FALSE(s.open(w, &error));
+    EXPECT_EQ(error, Session::notHistoryText(ws.historyDb()));
+    SqliteDb other;
+    ASSERT_TRUE(other.open(ws.historyDb()));
+    EXPECT_FALSE(other.tableExists(QStringLiteral("fig")));
+}
+
+TEST(Session, AnEmptyHistoryFileIsFilledFromTheTemplate) {
+    TempHome home;
+    const EnteredWorkspace w = makeWorkspace(home, QStringLiteral("empty"));
+    const WorkspacePaths ws(home.root, w.name);
     QFile f(ws.historyDb());
     ASSERT_TRUE(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    f.write(QByteArray(4096, 'x'));
     f.close();
     Session s(home.root, home.settings);
-    ASSERT_TRUE(s.open(w));
+    QString error;
+    ASSERT_TRUE(s.open(w, &error));
+    EXPECT_TRUE(error.isEmpty()) << qPrintable(error);
     EXPECT_EQ(s.drawCount(), 0);
-    const QStringList aside = QDir(ws.folder()).entryList({QStringLiteral("*.unreadable-*")});
-    EXPECT_EQ(aside.size(), 1);
+    EXPECT_TRUE(s.historyDb().tableExists(QStringLiteral("fighou")));
 }
 
 TEST(Session, RepairThatCannotWriteIsFatal) {

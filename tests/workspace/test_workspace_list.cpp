@@ -2,6 +2,7 @@
 #include "workspace/password_hash.h"
 #include "workspace/scripted_prompter.h"
 #include "workspace/workspace_list.h"
+#include "workspace/workspace_lock.h"
 
 #include <QDir>
 #include <QFile>
@@ -214,4 +215,55 @@ TEST(WorkspaceList, RenameSetsUpAFreshWorkspaceAndLeavesTheOldFiles) {
     back.answer(QStringLiteral("old"));
     ASSERT_EQ(list.askRename(1, QStringLiteral("new"), back), QStringLiteral("old"));
     EXPECT_EQ(sizes(), before);
+}
+
+TEST(WorkspaceList, ChangesStartFromTheStoredListNotAnOldView) {
+    TempHome home;
+    WorkspaceList shown(home.settings, home.root);
+    WorkspaceList other(home.settings, home.root);
+    shown.load();
+    other.load();
+    // Another program creates while this one still shows the empty list.
+    ASSERT_EQ(other.create(QStringLiteral("甲"), {}), 0);
+    EXPECT_EQ(shown.create(QStringLiteral("乙"), {}), 1);
+    QString error;
+    EXPECT_EQ(shown.create(QStringLiteral("甲"), {}, &error), -1);
+    EXPECT_EQ(error, WorkspaceList::kNameTaken);
+    ASSERT_EQ(other.create(QStringLiteral("丙"), {}), 2);
+
+    // The other program deletes 甲: row 1 of the old view (乙) is still the one deleted here.
+    other.load();
+    ASSERT_TRUE(other.removeAt(0));
+    EXPECT_TRUE(shown.removeAt(1));
+    WorkspaceList stored(home.settings, home.root);
+    stored.load();
+    EXPECT_EQ(stored.names(), QStringList{QStringLiteral("丙")});
+    // A rename of an entry that is gone changes nothing.
+    EXPECT_FALSE(other.renameAt(1, QStringLiteral("丁"), {}, &error));
+    EXPECT_EQ(error, WorkspaceList::kListChanged);
+    stored.load();
+    EXPECT_EQ(stored.names(), QStringList{QStringLiteral("丙")});
+}
+
+TEST(WorkspaceList, ABusyListOrWorkspaceRefusesWithItsMessage) {
+    TempHome home;
+    WorkspaceList list(home.settings, home.root);
+    list.load();
+    ASSERT_EQ(list.create(QStringLiteral("甲"), {}), 0);
+    QString error;
+    {
+        const auto held = WorkspaceLock::forList(home.root, &error);
+        ASSERT_TRUE(held);
+        EXPECT_EQ(list.create(QStringLiteral("乙"), {}, &error), -1);
+        EXPECT_EQ(error, WorkspaceLock::kListBusy);
+    }
+    {
+        const auto held = WorkspaceLock::forWorkspace(home.root, QStringLiteral("甲"), &error);
+        ASSERT_TRUE(held);
+        EXPECT_FALSE(list.removeAt(0, &error));
+        EXPECT_EQ(error, WorkspaceLock::busyText(QStringLiteral("甲")));
+        EXPECT_TRUE(QFile::exists(WorkspacePaths(home.root, QStringLiteral("甲")).historyDb()));
+    }
+    EXPECT_TRUE(list.removeAt(0, &error)) << qPrintable(error);
+    EXPECT_EQ(list.count(), 0);
 }

@@ -6,6 +6,7 @@
 #include "engine/candidate_store.h"
 #include "filter/candidate_actions.h"
 #include "picking/number_board.h"
+#include "workspace/sqlite_db.h"
 
 namespace {
 
@@ -57,6 +58,8 @@ int saveTable(CliContext& ctx, Session& s, CandidateTable& table, uint64_t count
 }
 
 std::unique_ptr<CandidateTable> loadTable(CliContext& ctx, Session& s, Kind kind) {
+    // Every part of the table from one state of the file, whatever a writer does meanwhile.
+    const SqliteReadTransaction read(s.filterDb());
     candidate_store::LoadResult r =
         candidate_store::load(s.filterDb(), kind, nullptr, true, {s.frontSize(), s.backSize()});
     if (!r.table)
@@ -125,6 +128,7 @@ int ExpandCommand::run(CliContext& ctx, Session& s, const Args& args) const {
 CandidatesCountCommand::CandidatesCountCommand()
     : SessionCommand(QStringLiteral("candidates count"), QStringLiteral("[--table T]"),
                      QStringLiteral("Prints the count of live tickets.")) {
+    setAccess(Access::Reads);
     options({cli_tables::storedTableOption()});
 }
 
@@ -139,6 +143,7 @@ CandidatesShowCommand::CandidatesShowCommand()
     : SessionCommand(QStringLiteral("candidates show"),
                      QStringLiteral("[--table T] [--live|--all] [--page N]"),
                      QStringLiteral("Prints a page of tickets with canshu, the flag and the reason.")) {
+    setAccess(Access::Reads);
     options({cli_tables::storedTableOption()});
     flag(QStringLiteral("live"), QStringLiteral("Live tickets only (the default)."));
     flag(QStringLiteral("all"), QStringLiteral("Every ticket, filtered out or not."));
@@ -193,8 +198,7 @@ int CandidateActionCommand::run(CliContext& ctx, Session& s, const Args& args) c
         // As the window reopened on the stored table would do it.
         FilterWorkspace window(*instance, s.paths().filterDb());
         QString error;
-        if (!window.openStored(s.filterDb(), nullptr, &error) ||
-            !candidate_store::tableExists(s.filterDb(), kind))
+        if (!cli_tables::openStoredTable(s, window, kind, &error))
             return ctx.fail(error.isEmpty() ? QStringLiteral("cannot read the table") : error);
         window.release(m_button, FilterWorkspace::Mouse::Left);
         const candidate_store::SaveResult saved = window.waitForWrite();

@@ -19,6 +19,18 @@ QString CliContext::workspaceName() {
     return k >= 1 ? list.name(k - 1) : QString();
 }
 
+bool CliContext::lockWorkspace() {
+    if (m_lock) return true;
+    WorkspaceList list(settings, root);
+    list.load();
+    const QString name = workspaceName();
+    if (name.isEmpty() || !list.names().contains(name)) return true;
+    QString error;
+    m_lock = WorkspaceLock::forWorkspace(root, name, &error);
+    if (!m_lock) fail(error);
+    return m_lock != nullptr;
+}
+
 Session* CliContext::session() {
     if (m_session) return m_session.get();
     WorkspaceList list(settings, root);
@@ -36,7 +48,7 @@ Session* CliContext::session() {
     w.backSize = settings.readInt(setting_keys::BackSize, name);
     auto s = std::make_unique<Session>(root, settings);
     QString error;
-    if (!s->open(w, &error)) {
+    if (!s->open(w, &error) || !error.isEmpty()) {
         fail(error);
         return nullptr;
     }

@@ -4,6 +4,7 @@
 #include "workspace/scripted_prompter.h"
 #include "workspace/session.h"
 #include "workspace/settings.h"
+#include "workspace/workspace_lock.h"
 
 #include <QStringList>
 #include <QTextStream>
@@ -29,7 +30,12 @@ public:
 
     // The workspace named by --workspace, else the one entered last (Ftopt).
     QString workspaceName();
-    // Opens the workspace as the main window does; null after printing an error.
+    // Takes the lock of the chosen workspace before anything of it is read, and keeps it until
+    // the context ends; false after printing the refusal. A name that is no workspace takes no
+    // lock: the command reports it.
+    bool lockWorkspace();
+    // Opens the workspace as the main window does; null after printing an error, also when its
+    // history cannot be read (never an empty history in its place).
     Session* session();
     // Prints the messages the prompter was shown to standard error.
     void reportMessages();
@@ -39,5 +45,6 @@ public:
 
 private:
     QString m_workspace;
+    std::unique_ptr<WorkspaceLock> m_lock;
     std::unique_ptr<Session> m_session;
 };

@@ -3,6 +3,8 @@
 #include "app/cli/cli_context.h"
 #include "app/cli/command.h"
 #include "engine/candidate_store.h"
+#include "workspace/session.h"
+#include "workspace/sqlite_db.h"
 
 #include <array>
 
@@ -65,14 +67,19 @@ std::optional<FilterSource> reopeningInstance(Kind kind) {
     return std::nullopt;
 }
 
+bool openStoredTable(Session& session, FilterWorkspace& workspace, Kind kind, QString* error) {
+    const SqliteReadTransaction read(session.filterDb());
+    return workspace.openStored(session.filterDb(), nullptr, error) &&
+           candidate_store::tableExists(session.filterDb(), kind);
+}
+
 bool OpenTable::open(CliContext& ctx, const Args& args, bool withTable) {
     session = ctx.session();
     if (!session) return false;
     workspace = std::make_unique<FilterWorkspace>(windowInstance(args), session->paths().filterDb());
     if (!withTable) return true;
     QString error;
-    if (!workspace->openStored(session->filterDb(), nullptr, &error) ||
-        !candidate_store::tableExists(session->filterDb(), workspace->traits().table)) {
+    if (!openStoredTable(*session, *workspace, workspace->traits().table, &error)) {
         ctx.fail(error.isEmpty() ? QStringLiteral("no candidate table: run `expand` first") : error);
         return false;
     }

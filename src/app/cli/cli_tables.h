@@ -30,6 +30,10 @@ FilterSource windowInstance(const Args& args);
 // The window that reopens a stored table of this kind; zuhef has none among the seven.
 std::optional<FilterSource> reopeningInstance(Kind kind);
 
+// Loads the stored table of `kind` into the window's logic inside one read transaction; false
+// when it is missing or cannot be read (`error` says why when it can).
+bool openStoredTable(Session& session, FilterWorkspace& workspace, Kind kind, QString* error);
+
 // The filter window's logic reopened on the stored table, as a window opening it would.
 struct OpenTable {
     Session* session = nullptr;

@@ -19,6 +19,11 @@ public:
     static constexpr int kRefused = 1;
     static constexpr int kUsage = 2;
 
+    // What running the command may change. A command that changes a workspace runs under the
+    // workspace's lock, taken before anything of it is read; the workspace list's commands
+    // lock the list themselves; readers take no lock and read inside read transactions.
+    enum class Access { Reads, ChangesWorkspace, ChangesList };
+
     Command(QString name, QString synopsis, QString description);
     virtual ~Command() = default;
     Command(const Command&) = delete;
@@ -27,6 +32,7 @@ public:
     const QString& name() const { return m_name; }
     const QString& synopsis() const { return m_synopsis; }
     const QString& description() const { return m_description; }
+    Access access() const { return m_access; }
     // "usage: shuangqu-cli filter param NAME ..."
     QString usageLine() const;
     // The usage line, the description, the arguments and the options.
@@ -47,6 +53,8 @@ public:
     virtual int execute(CliContext& ctx, const Args& args) const = 0;
 
 protected:
+    // Commands change their workspace unless they say otherwise.
+    void setAccess(Access access) { m_access = access; }
     void positional(QString name, QString description, ValueKind kind = ValueKind::text());
     void optionalPositional(QString name, QString description, ValueKind kind = ValueKind::text());
     // The remaining arguments, at least one.
@@ -66,6 +74,7 @@ private:
     QString m_name;
     QString m_synopsis;
     QString m_description;
+    Access m_access = Access::ChangesWorkspace;
     std::vector<PositionalDeclaration> m_positionals;
     std::vector<OptionDeclaration> m_options;
 

@@ -142,6 +142,7 @@ int HistoryClearCommand::run(CliContext& ctx, Session& s, const Args&) const {
 HistoryShowCommand::HistoryShowCommand()
     : SessionCommand(QStringLiteral("history show"), QStringLiteral("[--table fig|fighou|figquan]"),
                      QStringLiteral("Prints a draw table with every parameter column, oldest draw first.")) {
+    setAccess(Access::Reads);
     option(QStringLiteral("table"), QStringLiteral("T"),
            QStringLiteral("fig (front zone, the default), fighou (back zone) or figquan (both)."),
            ValueKind::oneOf(viewTables()));
@@ -194,6 +195,7 @@ int HistoryDownloadDbCommand::run(CliContext& ctx, Session& s, const Args& args)
 StatsShowCommand::StatsShowCommand()
     : SessionCommand(QStringLiteral("stats show"), QStringLiteral("[--view front|back|both]"),
                      QStringLiteral("Prints each number's omission, frequency and share of the draws.")) {
+    setAccess(Access::Reads);
     option(QStringLiteral("view"), QStringLiteral("ZONE"),
            QStringLiteral("front (the default), back or both."),
            ValueKind::oneOf({QStringLiteral("front"), QStringLiteral("back"), QStringLiteral("both")}));

@@ -19,6 +19,10 @@ using cli_tables::Kind;
 std::unique_ptr<PrizeView> openView(CliContext& ctx, Session& s, Kind kind) {
     prize_session::Opened o = prize_session::open(s, kind);
     for (const QString& p : o.ruleProblems) ctx.err << "prize rule value is no number: " << p << '\n';
+    if (!o.loadError.isEmpty()) {
+        ctx.fail(o.loadError);
+        return nullptr;
+    }
     return std::move(o.view);
 }
 
@@ -84,7 +88,9 @@ QString columnName(const PrizeListColumn& c) {
 
 PrizeRulesShowCommand::PrizeRulesShowCommand()
     : SessionCommand(QStringLiteral("prize rules show"), {},
-                     QStringLiteral("Prints the prize table: hits of each level, its money and its name.")) {}
+                     QStringLiteral("Prints the prize table: hits of each level, its money and its name.")) {
+    setAccess(Access::Reads);
+}
 
 int PrizeRulesShowCommand::run(CliContext& ctx, Session& s, const Args&) const {
     const PrizeRules rules = prize_session::settingsOf(s).read().rules;
@@ -148,17 +154,20 @@ PrizeCheckCommand::PrizeCheckCommand()
           QStringLiteral("prize check"), QStringLiteral("[--table T]"),
           QStringLiteral("Checks the tickets against the newest draw; prints the hits of each level, kept "
                          "and filtered out, and the money.")) {
+    setAccess(Access::Reads);
     options({cli_tables::storedTableOption()});
 }
 
 int PrizeCheckCommand::run(CliContext& ctx, Session& s, const Args& args) const {
-    return printCheck(ctx, *openView(ctx, s, cli_tables::storedTable(args)));
+    const std::unique_ptr<PrizeView> v = openView(ctx, s, cli_tables::storedTable(args));
+    return v ? printCheck(ctx, *v) : kRefused;
 }
 
 PrizeListCommand::PrizeListCommand()
     : SessionCommand(QStringLiteral("prize list"),
                      QStringLiteral("[--table T] [--kept|--filtered] [--sorted]"),
                      QStringLiteral("Prints the checked tickets with their hits, level and money.")) {
+    setAccess(Access::Reads);
     options({cli_tables::storedTableOption()});
     flag(QStringLiteral("kept"), QStringLiteral("The live tickets (the default)."));
     flag(QStringLiteral("filtered"), QStringLiteral("The tickets filtered out, with their reason."));
@@ -173,6 +182,7 @@ QString PrizeListCommand::check(const Args& args) const {
 
 int PrizeListCommand::run(CliContext& ctx, Session& s, const Args& args) const {
     std::unique_ptr<PrizeView> v = openView(ctx, s, cli_tables::storedTable(args));
+    if (!v) return kRefused;
     const bool filtered = args.has(QStringLiteral("filtered"));
     if (filtered && v->sixNumbers())
         return ctx.fail(QStringLiteral("zuhef's check lists the kept rows only"));
@@ -200,6 +210,7 @@ int ReportWriteCommand::run(CliContext& ctx, Session& s, const Args& args) const
     const Kind kind = cli_tables::storedTable(args);
     if (kind == Kind::SixNumbers) return ctx.fail(QStringLiteral("zuhef's check writes no report"));
     std::unique_ptr<PrizeView> v = openView(ctx, s, kind);
+    if (!v) return kRefused;
     const prize_report::WriteResult r =
         prize_report::write(prize_session::workspaceFolder(s), *v, QDateTime::currentDateTime());
     if (!r.ok) return ctx.fail(r.error);
@@ -209,7 +220,9 @@ int ReportWriteCommand::run(CliContext& ctx, Session& s, const Args& args) const
 
 ReportListCommand::ReportListCommand()
     : SessionCommand(QStringLiteral("report list"), {},
-                     QStringLiteral("Prints the report files with their items.")) {}
+                     QStringLiteral("Prints the report files with their items.")) {
+    setAccess(Access::Reads);
+}
 
 int ReportListCommand::run(CliContext& ctx, Session& s, const Args&) const {
     ReportBook book(prize_session::workspaceFolder(s), s.settings(), s.workspaceName());
@@ -223,6 +236,7 @@ int ReportListCommand::run(CliContext& ctx, Session& s, const Args&) const {
 ReportShowCommand::ReportShowCommand()
     : SessionCommand(QStringLiteral("report show"), QStringLiteral("FILE"),
                      QStringLiteral("Prints a report file.")) {
+    setAccess(Access::Reads);
     positional(QStringLiteral("FILE"), QStringLiteral("A file name of `report list`, or a path."));
 }
 

@@ -82,7 +82,9 @@ int SettingLoadCommand::run(CliContext& ctx, Session& s, const Args& args) const
 
 SettingListCommand::SettingListCommand()
     : SessionCommand(QStringLiteral("setting list"), {},
-                     QStringLiteral("Prints the names of the saved settings.")) {}
+                     QStringLiteral("Prints the names of the saved settings.")) {
+    setAccess(Access::Reads);
+}
 
 int SettingListCommand::run(CliContext& ctx, Session& s, const Args&) const {
     const auto finder = findNamed(ctx, s, {});

@@ -42,6 +42,7 @@ std::vector<OptionDeclaration> integratedOptions() {
 MobanListCommand::MobanListCommand()
     : Command(QStringLiteral("moban list"), kWindowSynopsis,
               QStringLiteral("Prints the steps of the filter template with the text each shows.")) {
+    setAccess(Access::Reads);
     options(windowOptions());
 }
 

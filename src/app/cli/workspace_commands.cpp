@@ -19,7 +19,9 @@ WorkspaceList loadedList(CliContext& ctx) {
 
 WorkspaceListCommand::WorkspaceListCommand()
     : Command(QStringLiteral("workspace list"), {},
-              QStringLiteral("Lists the workspaces; * marks the one later commands use by default.")) {}
+              QStringLiteral("Lists the workspaces; * marks the one later commands use by default.")) {
+    setAccess(Access::Reads);
+}
 
 int WorkspaceListCommand::execute(CliContext& ctx, const Args&) const {
     const WorkspaceList list = loadedList(ctx);
@@ -35,6 +37,7 @@ WorkspaceCreateCommand::WorkspaceCreateCommand()
     : Command(
           QStringLiteral("workspace create"), QStringLiteral("NAME [--password P]"),
           QStringLiteral("Creates a workspace and makes it the one later commands use; prints its index.")) {
+    setAccess(Access::ChangesList);
     positional(QStringLiteral("NAME"), QStringLiteral("The new workspace's name."));
     option(QStringLiteral("password"), QStringLiteral("P"), kPasswordHelp);
 }
@@ -57,6 +60,7 @@ int WorkspaceCreateCommand::execute(CliContext& ctx, const Args& args) const {
 WorkspaceDeleteCommand::WorkspaceDeleteCommand()
     : Command(QStringLiteral("workspace delete"), QStringLiteral("NAME [--password P]"),
               QStringLiteral("Deletes a workspace from the list; its folder stays.")) {
+    setAccess(Access::ChangesList);
     positional(QStringLiteral("NAME"), QStringLiteral("The workspace to delete."));
     option(QStringLiteral("password"), QStringLiteral("P"), QStringLiteral("Its password, when it has one."));
 }
@@ -75,6 +79,7 @@ WorkspaceRenameCommand::WorkspaceRenameCommand()
     : Command(
           QStringLiteral("workspace rename"), QStringLiteral("NAME NEWNAME [--password P]"),
           QStringLiteral("Gives a workspace a fresh set of files under a new name; the old files stay.")) {
+    setAccess(Access::ChangesList);
     positional(QStringLiteral("NAME"), QStringLiteral("The workspace to rename."));
     positional(QStringLiteral("NEWNAME"), QStringLiteral("Its new name."));
     option(QStringLiteral("password"), QStringLiteral("P"),
@@ -95,7 +100,9 @@ int WorkspaceRenameCommand::execute(CliContext& ctx, const Args& args) const {
 
 RulesShowCommand::RulesShowCommand()
     : Command(QStringLiteral("rules show"), {},
-              QStringLiteral("Prints the sizes of the front and back zones of the workspace.")) {}
+              QStringLiteral("Prints the sizes of the front and back zones of the workspace.")) {
+    setAccess(Access::Reads);
+}
 
 int RulesShowCommand::execute(CliContext& ctx, const Args&) const {
     const QString name = ctx.workspaceName();

@@ -1,6 +1,7 @@
 #include "app/ui/start_window.h"
 
 #include "workspace/prompter.h"
+#include "workspace/workspace_lock.h"
 
 #include <QEvent>
 #include <QGroupBox>
@@ -92,6 +93,13 @@ void StartWindow::newWorkspace() {
 void StartWindow::enterWorkspace() {
     auto w = m_list.enter(selectedRow(), m_prompter);
     if (!w) return;
+    // The window is the workspace's one writer while the player stays in it.
+    QString error;
+    w->lock = WorkspaceLock::forWorkspace(m_list.root(), w->name, &error);
+    if (!w->lock) {
+        m_prompter.inform(WorkspaceLock::kTitle, error, Prompter::Icon::Warning);
+        return;
+    }
     emit entered(*w);
 }
 

@@ -53,6 +53,10 @@ std::unique_ptr<PrizeView> openWithProgress(Session& session, Prompter& prompter
     worker.join();
     QApplication::restoreOverrideCursor();
     if (progress.m_cancel) return nullptr;
+    if (!opened.loadError.isEmpty()) {
+        prompter.inform(QStringLiteral("对奖"), opened.loadError, Prompter::Icon::Warning);
+        return nullptr;
+    }
     if (!opened.ruleProblems.isEmpty())
         prompter.inform(
             QStringLiteral("中奖规则"),
