@@ -40,8 +40,8 @@ struct Fixture : MainWindowFixture {
         for (int n = 1; n <= kFrontPicks; ++n)
             window->findChild<QPushButton*>(QStringLiteral("Command1(%1)").arg(n))->click();
         window->findChild<QPushButton*>(QStringLiteral("Command7"))->click();  // every back number
-        emit window->menu().menu(QStringLiteral("mnuSl"))->aboutToShow();
-        window->action(QStringLiteral("mnuLst"))->trigger();
+        emit window->menuActions().playModesMenu->aboutToShow();
+        window->menuActions().multiExpansion->trigger();
         if (!window->filterWindows().isEmpty()) filter = window->filterWindows().last();
     }
     QPushButton* button(const char* name) const {
