@@ -17,7 +17,8 @@ private:
     CandidateWriter& m_w;
 };
 
-CandidateWriter::CandidateWriter(QString dbPath) : m_path(std::move(dbPath)) {}
+CandidateWriter::CandidateWriter(QString dbPath, uint64_t derivationRows)
+    : m_path(std::move(dbPath)), m_derivationRows(derivationRows) {}
 
 CandidateWriter::~CandidateWriter() { wait(); }
 
@@ -47,7 +48,8 @@ void CandidateWriter::run(const CandidateTable* table) {
         m_finished.notify_all();
     }
     // The derived table: its failure leaves it behind the image, which its next reader mends.
-    if (result.outcome == candidate_store::Outcome::Done && !m_cancel.load())
+    if (result.outcome == candidate_store::Outcome::Done && !m_cancel.load() &&
+        table->rowCount() <= m_derivationRows)
         candidate_store::ensureRelational(db, table->kind(), &progress, table);
     m_busy.store(false);
 }

@@ -11,13 +11,18 @@
 
 // Keeps the record of a candidate table up to date off the window's thread, on its own
 // connection to filnum.db: first the column image of what changed (short), then, while nothing
-// else happens, the relational table derived from it (long). A write in progress is cancelled
+// else happens, the relational table derived from it (long) when the table is small enough for
+// that to be cheap. A large table's relational form (about 40 bytes a row on disk, 0.7 s of
+// work per million rows) is derived only when something reads it with SQL. A write in progress is cancelled
 // (and rolled back, leaving the previous record) when the table is about to change again; the
 // next write then carries both changes. Closing a window waits for the image only: the
 // relational table is brought up to date later by whatever reads it.
 class CandidateWriter {
 public:
-    explicit CandidateWriter(QString dbPath);
+    // Tables of more rows are not derived in the background.
+    static constexpr uint64_t kBackgroundDerivationRows = 2'000'000;
+
+    explicit CandidateWriter(QString dbPath, uint64_t derivationRows = kBackgroundDerivationRows);
     // Waits for a running image write: the record must never stay behind the table.
     ~CandidateWriter();
     CandidateWriter(const CandidateWriter&) = delete;
@@ -43,6 +48,7 @@ private:
     void join();
 
     QString m_path;
+    uint64_t m_derivationRows;
     std::thread m_thread;
     std::atomic<bool> m_cancel{false};
     std::atomic<bool> m_busy{false};

@@ -1,5 +1,7 @@
 #include "engine/candidate_kernels.h"
 #include "engine/candidate_store.h"
+#include "engine/candidate_writer.h"
+#include "engine/record_image.h"
 #include "filter/candidate_actions.h"
 #include "filter/filter_workspace.h"
 #include "workspace/sqlite_db.h"
@@ -7,6 +9,10 @@
 #include "filter/record_fixture.h"
 
 #include <QTemporaryDir>
+
+#include <chrono>
+#include <optional>
+#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -228,3 +234,36 @@ TEST(FilterWorkspace, KeepingInstancesOpenEmptyWithoutATable) {
 }
 
 }  // namespace
+
+// Behind the window the writer derives the relational table of a small table once the image is
+// written; a larger table keeps only its image until something reads its rows with SQL.
+TEST(CandidateWriter, DerivesTheRelationalTableOfSmallTablesOnly) {
+    const auto derivedVersion = [](SqliteDb& db) {
+        const auto info = record_image::readInfo(db, QStringLiteral("zuhe"));
+        return info ? std::optional(info->relationalVersion == info->imageVersion) : std::nullopt;
+    };
+    Db d;
+    const CandidateTable small = workedTable(1000);
+    {
+        CandidateWriter writer(d.path(), 1000);
+        writer.start(small);
+        while (writer.busy()) std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        EXPECT_EQ(writer.wait().outcome, store::Outcome::Done);
+    }
+    EXPECT_EQ(derivedVersion(d.db), std::optional(true));
+    EXPECT_EQ(d.db.scalar(QStringLiteral("SELECT count(*) FROM zuhe")).toULongLong(), 1000u);
+
+    const CandidateTable large = workedTable(1001);
+    {
+        CandidateWriter writer(d.path(), 1000);
+        writer.start(large);
+        while (writer.busy()) std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        EXPECT_EQ(writer.wait().outcome, store::Outcome::Done);
+    }
+    EXPECT_EQ(derivedVersion(d.db), std::optional(false)) << "the image only";
+    expectSameTable(large, *store::load(d.db, schema::CandidateKind::Combinations).table);
+    ASSERT_EQ(store::ensureRelational(d.db, schema::CandidateKind::Combinations).outcome, store::Outcome::Done);
+    EXPECT_EQ(derivedVersion(d.db), std::optional(true));
+    EXPECT_EQ(d.db.scalar(QStringLiteral("SELECT count(*) FROM zuhe")).toULongLong(), 1001u);
+    expectSameTable(large, *store::load(d.db, schema::CandidateKind::Combinations, nullptr, false).table);
+}
