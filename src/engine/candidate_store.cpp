@@ -136,6 +136,8 @@ SaveResult save(SqliteDb& db, const CandidateTable& table, EngineProgress* progr
 }
 
 LoadResult load(SqliteDb& db, Kind kind, EngineProgress* progress, bool allowImage, ZoneLimits limits) {
+    // The image's columns are read one after another: all of them from one state of the file.
+    const SqliteReadTransaction read(db);
     const QString name = schema::candidateTableName(kind);
     const std::optional<record_image::Info> info = record_image::readInfo(db, name);
     const bool rowsRecord = rowsAreTheRecord(db, name, info);

@@ -267,3 +267,48 @@ TEST(CandidateWriter, DerivesTheRelationalTableOfSmallTablesOnly) {
     EXPECT_EQ(d.db.scalar(QStringLiteral("SELECT count(*) FROM zuhe")).toULongLong(), 1001u);
     expectSameTable(large, *store::load(d.db, schema::CandidateKind::Combinations, nullptr, false).table);
 }
+
+// A load reads the image's columns one after the other; a writer on another connection that
+// saves a different table meanwhile must not mix into it: the load gives the table as it was
+// when it began, and the writer's table is there afterwards.
+TEST(CandidateStore, ALoadNeverMixesInAWriteMadeMeanwhile) {
+    Db d;
+    const CandidateTable before = workedTable(300000);
+    ASSERT_EQ(store::saveImage(d.db, before).outcome, store::Outcome::Done);
+    CandidateTable after = smallTable(300000);
+    candidate_actions::invertAll(after);
+    after.rowReasons()[5] = after.reasons().intern(QStringLiteral("另一次保存"));
+
+    class WriteDuringLoad : public EngineProgress {
+    public:
+        WriteDuringLoad(const QString& path, const CandidateTable& t) : m_path(path), m_table(t) {}
+        ~WriteDuringLoad() override { join(); }
+        void progress(uint64_t, uint64_t) override {
+            if (m_writer.joinable()) return;
+            m_writer = std::thread([this] {
+                SqliteDb db;
+                db.open(m_path);
+                outcome = store::saveImage(db, m_table).outcome;
+            });
+            // Time for the writer to commit, were the load not holding the file still.
+            std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        }
+        bool cancelled() const override { return false; }
+        void join() {
+            if (m_writer.joinable()) m_writer.join();
+        }
+        store::Outcome outcome = store::Outcome::Failed;
+
+    private:
+        QString m_path;
+        const CandidateTable& m_table;
+        std::thread m_writer;
+    } writeDuringLoad(d.path(), after);
+
+    const store::LoadResult loaded = store::load(d.db, schema::CandidateKind::Combinations, &writeDuringLoad);
+    ASSERT_TRUE(loaded.table) << loaded.error.toStdString();
+    expectSameTable(before, *loaded.table);
+    writeDuringLoad.join();
+    ASSERT_EQ(writeDuringLoad.outcome, store::Outcome::Done);
+    expectSameTable(after, *store::load(d.db, schema::CandidateKind::Combinations).table);
+}
