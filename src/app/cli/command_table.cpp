@@ -7,6 +7,7 @@
 #include "app/cli/setting_commands.h"
 #include "app/cli/super_filter_commands.h"
 #include "app/cli/template_commands.h"
+#include "app/cli/tool_commands.h"
 #include "app/cli/workspace_commands.h"
 
 namespace command_table {
@@ -53,7 +54,8 @@ const std::vector<std::unique_ptr<Command>>& all() {
              MobanAddIntegratedCommand, MobanReplayCommand, MobanDeleteLastCommand, MobanClearCommand,
              SettingSaveCommand, SettingLoadCommand, SettingListCommand, SettingDeleteCommand,
              SettingRenameCommand, RangeCommand, PrizeRulesShowCommand, PrizeRulesSetCommand,
-             PrizeCheckCommand, PrizeListCommand, ReportWriteCommand, ReportListCommand, ReportShowCommand>();
+             PrizeCheckCommand, PrizeListCommand, ReportWriteCommand, ReportListCommand, ReportShowCommand,
+             FortuneCommand>();
     return commands;
 }
 
