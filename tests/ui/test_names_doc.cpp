@@ -16,6 +16,7 @@
 #include "prize/report_book.h"
 #include "prize/ui/prize_rules_dialog.h"
 #include "prize/ui/profit_loss_report_window.h"
+#include "tools/ui/fortune_window.h"
 #include "support/main_window_fixture.h"
 #include "workspace/ui/login_dialog.h"
 
@@ -80,8 +81,9 @@ public:
                         QDir::Files, QDirIterator::Subdirectories);
         while (it.hasNext()) read(it.next());
     }
-    // The English name and file of a given name (or of its family), if the sources pair them;
-    // where several files use the name, the one under `folders` (the window's own) wins.
+    // The English name and file of a given name (or of its family), if the sources pair them:
+    // for a window with folders of its own, only what those folders say (another window's
+    // control of the same given name is not this one).
     std::optional<std::pair<QString, QString>> find(const QString& given, const QStringList& folders) const {
         std::optional<std::pair<QString, QString>> any;
         for (const auto* index : {&m_setters, &m_declared}) {
@@ -90,7 +92,7 @@ public:
                 for (auto i = from; i != to; ++i) {
                     for (const QString& folder : folders)
                         if (i->second.second.startsWith(folder)) return i->second;
-                    if (!any) any = i->second;
+                    if (!any && folders.isEmpty()) any = i->second;
                 }
             }
         }
@@ -319,6 +321,8 @@ struct Windows {
             std::make_unique<ProfitLossReportWindow>(
                 ReportBook(prize_session::workspaceFolder(s), s.settings(), s.workspaceName()),
                 fixture.prompter));
+        windows.emplace_back(QStringLiteral("FortuneWindow"),
+                             std::make_unique<FortuneWindow>(s.settings(), fixture.prompter, QDate(2026, 1, 1)));
     }
     // Every window to document: those above, the main window and the filter window it opened.
     QList<std::pair<QString, const QWidget*>> all() const {
@@ -341,7 +345,8 @@ QStringList foldersOf(const QString& heading) {
         {QStringLiteral("DownloadSourceDialog"), {QStringLiteral("src/history/ui")}},
         {QStringLiteral("SavedSettingsDialog"), {QStringLiteral("src/filter/ui")}},
         {QStringLiteral("PrizeRulesDialog"), {QStringLiteral("src/prize/ui")}},
-        {QStringLiteral("ProfitLossReportWindow"), {QStringLiteral("src/prize/ui")}}};
+        {QStringLiteral("ProfitLossReportWindow"), {QStringLiteral("src/prize/ui")}},
+        {QStringLiteral("FortuneWindow"), {QStringLiteral("src/tools/ui")}}};
     const auto i = folders.find(heading);
     return i == folders.end() ? QStringList{} : i->second;
 }

@@ -271,7 +271,7 @@ void MainMenu::addSettingsMenu(QMenuBar* bar) {
 // 附赠工具, 帮助: the fortune calculator and help.
 void MainMenu::addToolsAndHelpMenus(QMenuBar* bar) {
     QMenu* boun = addMenu(bar, nullptr, "toolsMenu", "mnuBoun", "附赠工具(&B)");
-    addItems(boun, {SQ_ITEM(fortune, "mnuYsfx", "运势分析(&S)", kLater)});
+    addItems(boun, {SQ_ITEM(fortune, "mnuYsfx", "运势分析(&S)", kBuilt)});
     QMenu* hlp = addMenu(bar, nullptr, "helpMenu", "meuHlp", "帮助(&H)");
     addItems(hlp, {SQ_ITEM(helpDocument, "meuHelp", "帮助文档(&H)", kLater),
                    SQ_ITEM(instructions, "meuDtl", "使用说明(&T)", kLater),

@@ -9,6 +9,7 @@
 #include "picking/ui/spin_panel.h"
 #include "picking/ui/zone_board_widget.h"
 #include "prize/ui/prize_windows.h"
+#include "tools/ui/fortune_window.h"
 #include "workspace/prompter.h"
 #include "workspace/session.h"
 #include "workspace/ui/column_widths.h"
@@ -282,6 +283,7 @@ void MainWindow::connectMenus() {
         const int n = size;
         connect(item, &QAction::triggered, this, [this, n] { chooseBackSize(n); });
     }
+    connect(menu.fortune, &QAction::triggered, this, [this] { openFortune(m_session.settings(), m_prompter, this); });
     connect(menu.renameWorkspace, &QAction::triggered, this, &MainWindow::renameWorkspace);
     connect(menu.printSetting, &QAction::triggered, this, &MainWindow::askPrintSetting);
     connect(menu.about, &QAction::triggered, this, [this] {
