@@ -57,17 +57,6 @@ int saveTable(CliContext& ctx, Session& s, CandidateTable& table, uint64_t count
     return Command::kDone;
 }
 
-std::unique_ptr<CandidateTable> loadTable(CliContext& ctx, Session& s, Kind kind) {
-    // Every part of the table from one state of the file, whatever a writer does meanwhile.
-    const SqliteReadTransaction read(s.filterDb());
-    candidate_store::LoadResult r =
-        candidate_store::load(s.filterDb(), kind, nullptr, true, {s.frontSize(), s.backSize()});
-    if (!r.table)
-        ctx.fail(r.error.isEmpty() ? QStringLiteral("cannot read %1").arg(schema::candidateTableName(kind))
-                                   : r.error);
-    return std::move(r.table);
-}
-
 }  // namespace
 
 ExpandCommand::ExpandCommand()
@@ -133,7 +122,7 @@ CandidatesCountCommand::CandidatesCountCommand()
 }
 
 int CandidatesCountCommand::run(CliContext& ctx, Session& s, const Args& args) const {
-    const auto table = loadTable(ctx, s, cli_tables::storedTable(args));
+    const auto table = cli_tables::loadStored(ctx, s, cli_tables::storedTable(args));
     if (!table) return kRefused;
     ctx.out << table->liveCount() << '\n';
     return kDone;
@@ -159,7 +148,7 @@ QString CandidatesShowCommand::check(const Args& args) const {
 
 int CandidatesShowCommand::run(CliContext& ctx, Session& s, const Args& args) const {
     const Kind kind = cli_tables::storedTable(args);
-    const auto table = loadTable(ctx, s, kind);
+    const auto table = cli_tables::loadStored(ctx, s, kind);
     if (!table) return kRefused;
     const bool all = args.has(QStringLiteral("all"));
     const int page = args.integer(QStringLiteral("page"), 1);
@@ -206,7 +195,7 @@ int CandidateActionCommand::run(CliContext& ctx, Session& s, const Args& args) c
         ctx.out << window.shownCount() << '\n';
         return kDone;
     }
-    const auto table = loadTable(ctx, s, kind);
+    const auto table = cli_tables::loadStored(ctx, s, kind);
     if (!table) return kRefused;
     m_action(*table);
     return saveTable(ctx, s, *table, table->liveCount());

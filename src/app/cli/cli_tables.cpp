@@ -67,6 +67,15 @@ std::optional<FilterSource> reopeningInstance(Kind kind) {
     return std::nullopt;
 }
 
+std::unique_ptr<CandidateTable> loadStored(CliContext& ctx, Session& s, Kind kind) {
+    candidate_store::LoadResult r =
+        candidate_store::load(s.filterDb(), kind, nullptr, true, {s.frontSize(), s.backSize()});
+    if (!r.table)
+        ctx.fail(r.error.isEmpty() ? QStringLiteral("cannot read %1").arg(schema::candidateTableName(kind))
+                                   : r.error);
+    return std::move(r.table);
+}
+
 bool openStoredTable(Session& session, FilterWorkspace& workspace, Kind kind, QString* error) {
     const SqliteReadTransaction read(session.filterDb());
     return workspace.openStored(session.filterDb(), nullptr, error) &&

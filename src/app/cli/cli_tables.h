@@ -27,6 +27,10 @@ Kind storedTable(const Args& args);
 OptionDeclaration windowTableOption();
 FilterSource windowInstance(const Args& args);
 
+// The stored table of `kind` read whole, with the workspace's zone sizes; null after printing why
+// it cannot be read.
+std::unique_ptr<CandidateTable> loadStored(CliContext& ctx, Session& s, Kind kind);
+
 // The window that reopens a stored table of this kind; zuhef has none among the seven.
 std::optional<FilterSource> reopeningInstance(Kind kind);
 

@@ -55,7 +55,7 @@ const std::vector<std::unique_ptr<Command>>& all() {
              SettingSaveCommand, SettingLoadCommand, SettingListCommand, SettingDeleteCommand,
              SettingRenameCommand, RangeCommand, PrizeRulesShowCommand, PrizeRulesSetCommand,
              PrizeCheckCommand, PrizeListCommand, ReportWriteCommand, ReportListCommand, ReportShowCommand,
-             FortuneCommand>();
+             FortuneCommand, PrintTicketsCommand>();
     return commands;
 }
 

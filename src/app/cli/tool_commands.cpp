@@ -1,6 +1,11 @@
 #include "app/cli/tool_commands.h"
 
 #include "app/cli/cli_context.h"
+#include "app/cli/cli_tables.h"
+#include "tools/ticket_print.h"
+#include "workspace/session.h"
+
+#include <QDateTime>
 #include "tools/fortune.h"
 
 namespace {
@@ -55,5 +60,38 @@ int FortuneCommand::execute(CliContext& ctx, const Args& args) const {
     }
     ctx.out << "fortune\t" << QString::number(r->fortune, 'f', 3) << "\npopularity\t" << r->popularity
             << "\nword\t" << r->word << '\n';
+    return kDone;
+}
+
+PrintTicketsCommand::PrintTicketsCommand()
+    : SessionCommand(QStringLiteral("print tickets"), QStringLiteral("[--table T] [--per-line N] --text FILE"),
+                     QStringLiteral("Writes the kept tickets of a table as the printed list: the draw they are "
+                                    "for, the tickets N to the line (default: the workspace's setting), the time.")) {
+    setAccess(Access::Reads);
+    options({cli_tables::storedTableOption()});
+    option(QStringLiteral("per-line"), QStringLiteral("N"), QStringLiteral("Tickets to a line, from 1."),
+           ValueKind::integer());
+    option(QStringLiteral("text"), QStringLiteral("FILE"), QStringLiteral("The text file to write."));
+}
+
+QString PrintTicketsCommand::check(const Args& args) const {
+    if (args.text(QStringLiteral("text")).isEmpty()) return QStringLiteral("--text FILE is required");
+    if (args.has(QStringLiteral("per-line")) && args.integer(QStringLiteral("per-line")) < 1)
+        return QStringLiteral("--per-line: a number from 1");
+    return {};
+}
+
+int PrintTicketsCommand::run(CliContext& ctx, Session& s, const Args& args) const {
+    const QString file = args.text(QStringLiteral("text"));
+    const int perLine = args.integer(QStringLiteral("per-line"), s.ticketsPerLine());
+    const auto table = cli_tables::loadStored(ctx, s, cli_tables::storedTable(args));
+    if (!table) return kRefused;
+    const ticket_print::Document d = ticket_print::build(
+        ticket_print::liveTickets(*table), perLine, static_cast<qint64>(s.history().lastIssue()) + 1,
+        QDateTime::currentDateTime());
+    QString error;
+    if (!ticket_print::writeTextFile(file, d, &error))
+        return ctx.fail(QStringLiteral("%1: %2").arg(file, error));
+    ctx.out << table->liveCount() << '\n';
     return kDone;
 }

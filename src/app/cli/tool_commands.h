@@ -1,8 +1,9 @@
 #pragma once
 
-// fortune: the daily fortune for buying tickets, from a birthday and a date.
+// fortune: the daily fortune for buying tickets, from a birthday and a date; print tickets: the
+// kept tickets of a table as the printed list.
 
-#include "app/cli/command.h"
+#include "app/cli/session_command.h"
 
 class FortuneCommand : public Command {
 public:
@@ -11,4 +12,13 @@ public:
 
 protected:
     QString check(const Args& args) const override;
+};
+
+class PrintTicketsCommand : public SessionCommand {
+public:
+    PrintTicketsCommand();
+
+protected:
+    QString check(const Args& args) const override;
+    int run(CliContext& ctx, Session& s, const Args& args) const override;
 };
