@@ -1,0 +1,92 @@
+#include "tools/ui/ticket_preview.h"
+
+#include "tools/pages/ticket_pages.h"
+#include "workspace/prompter.h"
+
+#include <QDir>
+#include <QHBoxLayout>
+#include <QPrintDialog>
+#include <QPrintPreviewWidget>
+#include <QPrinter>
+#include <QPushButton>
+#include <QStandardPaths>
+#include <QVBoxLayout>
+
+namespace {
+
+const QString kCaption = QStringLiteral("打印预览");
+
+bool choosePrinter(QPrinter& printer, QWidget* parent) {
+    QPrintDialog dialog(&printer, parent);
+    dialog.setOption(QAbstractPrintDialog::PrintSelection, false);
+    return dialog.exec() == QDialog::Accepted;
+}
+
+QPushButton* button(const QString& name, const QString& caption, QWidget* parent) {
+    auto* b = new QPushButton(caption, parent);
+    b->setObjectName(name);
+    return b;
+}
+
+}  // namespace
+
+TicketPreview::TicketPreview(ticket_print::Document document, Prompter& prompter, QWidget* parent)
+    : QDialog(parent),
+      m_document(std::move(document)),
+      m_prompter(prompter),
+      m_chooser(choosePrinter) {
+    setObjectName(QStringLiteral("ticketPreview"));
+    setWindowTitle(kCaption);
+    resize(760, 900);
+    auto* layout = new QVBoxLayout(this);
+    auto* bar = new QHBoxLayout;
+    auto* printButton = button(QStringLiteral("printButton"), QStringLiteral("打印(&P)"), this);
+    auto* pdfButton = button(QStringLiteral("pdfButton"), QStringLiteral("导出PDF(&F)"), this);
+    auto* closeButton = button(QStringLiteral("closeButton"), QStringLiteral("返回(&R)"), this);
+    bar->addWidget(printButton);
+    bar->addWidget(pdfButton);
+    bar->addStretch();
+    bar->addWidget(closeButton);
+    layout->addLayout(bar);
+
+    m_previewPrinter = std::make_unique<QPrinter>();
+    ticket_pages::setUpPage(*m_previewPrinter);
+    m_view = new QPrintPreviewWidget(m_previewPrinter.get(), this);
+    m_view->setObjectName(QStringLiteral("pages"));
+    connect(m_view, &QPrintPreviewWidget::paintRequested, this,
+            [this](QPrinter* printer) { ticket_pages::print(m_document, *printer); });
+    m_view->setZoomMode(QPrintPreviewWidget::FitToWidth);
+    layout->addWidget(m_view, 1);
+
+    connect(printButton, &QPushButton::clicked, this, &TicketPreview::print);
+    connect(pdfButton, &QPushButton::clicked, this, &TicketPreview::exportPdf);
+    connect(closeButton, &QPushButton::clicked, this, &QDialog::close);
+}
+
+TicketPreview::~TicketPreview() = default;
+
+int TicketPreview::pageCount() const { return m_view->pageCount(); }
+
+void TicketPreview::print() {
+    QPrinter printer;
+    ticket_pages::setUpPage(printer);
+    if (!m_chooser(printer, this)) return;
+    ticket_pages::print(m_document, printer);
+}
+
+void TicketPreview::exportPdf() {
+    const QString dir = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    const QString path = m_prompter.saveFile(kCaption, QDir(dir).filePath(QStringLiteral("tickets.pdf")),
+                                             QStringLiteral("PDF (*.pdf)"));
+    if (path.isEmpty()) return;
+    QString error;
+    if (!ticket_pages::writePdf(m_document, path, &error))
+        m_prompter.inform(kCaption, QStringLiteral("无法写入文件 %1：%2").arg(QDir::toNativeSeparators(path), error),
+                          Prompter::Icon::Warning);
+}
+
+void openTicketPreview(const ticket_print::Document& document, Prompter& prompter, QWidget* parent) {
+    auto* w = new TicketPreview(document, prompter, parent);
+    w->setAttribute(Qt::WA_DeleteOnClose);
+    w->show();
+}
