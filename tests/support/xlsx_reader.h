@@ -15,6 +15,8 @@
 
 struct XlsxSheet {
     QList<QStringList> rows;
+    // The solid background of each cell as "RRGGBB", empty for none; same shape as rows.
+    QList<QStringList> backgrounds;
     QString error;  // empty when the sheet was read
 };
 
@@ -62,6 +64,32 @@ inline QStringList sharedStrings(const QByteArray& xml) {
     return out;
 }
 
+// The solid fill colour ("RRGGBB") of each cell style of xl/styles.xml, empty for none.
+inline QStringList styleFills(const QByteArray& xml) {
+    QStringList fills, styles;
+    QXmlStreamReader r(xml);
+    bool inFills = false, inXfs = false;
+    while (!r.atEnd()) {
+        r.readNext();
+        const auto name = r.name();
+        if (r.isStartElement()) {
+            if (name == QLatin1String("fills")) inFills = true;
+            if (name == QLatin1String("cellXfs")) inXfs = true;
+            if (inFills && name == QLatin1String("fill")) fills << QString();
+            if (inFills && name == QLatin1String("fgColor") && !fills.isEmpty())
+                fills.last() = r.attributes().value(QLatin1String("rgb")).toString().right(6);
+            if (inXfs && name == QLatin1String("xf")) {
+                const int fill = r.attributes().value(QLatin1String("fillId")).toInt();
+                styles << fills.value(fill);
+            }
+        } else if (r.isEndElement()) {
+            if (name == QLatin1String("fills")) inFills = false;
+            if (name == QLatin1String("cellXfs")) inXfs = false;
+        }
+    }
+    return styles;
+}
+
 inline XlsxSheet read(const QString& file) {
     XlsxSheet sheet;
     if (!available()) {
@@ -76,10 +104,12 @@ inline XlsxSheet read(const QString& file) {
     }
     bool noStrings = false;
     const QStringList strings = sharedStrings(member(file, QStringLiteral("xl/sharedStrings.xml"), &noStrings));
+    bool noStyles = false;
+    const QStringList fills = styleFills(member(file, QStringLiteral("xl/styles.xml"), &noStyles));
 
     QXmlStreamReader r(xml);
     int row = -1, col = -1;
-    QString type, text;
+    QString type, text, fill;
     while (!r.atEnd()) {
         r.readNext();
         if (r.isStartElement()) {
@@ -90,9 +120,11 @@ inline XlsxSheet read(const QString& file) {
                     return sheet;
                 }
                 while (sheet.rows.size() <= row) sheet.rows.append(QStringList());
+                while (sheet.backgrounds.size() <= row) sheet.backgrounds.append(QStringList());
             } else if (r.name() == QLatin1String("c")) {
                 col = columnOf(r.attributes().value(QLatin1String("r")).toString());
                 type = r.attributes().value(QLatin1String("t")).toString();
+                fill = fills.value(r.attributes().value(QLatin1String("s")).toInt());
                 text.clear();
             } else if (r.name() == QLatin1String("v") || r.name() == QLatin1String("t")) {
                 text += r.readElementText();
@@ -114,6 +146,9 @@ inline XlsxSheet read(const QString& file) {
             QStringList& cells = sheet.rows[row];
             while (cells.size() <= col) cells << QString();
             cells[col] = text;
+            QStringList& colours = sheet.backgrounds[row];
+            while (colours.size() <= col) colours << QString();
+            colours[col] = fill;
         }
     }
     if (r.hasError()) sheet.error = r.errorString();
