@@ -40,7 +40,7 @@ void click(QWidget* w, const char* name) { QTest::mouseClick(named<QPushButton>(
 QString shown(QWidget* w) { return named<QTextEdit>(w, "RichTextBox1")->toPlainText(); }
 
 // Prints through a chooser that picks a PDF file, as the print dialog would.
-ProfitLossReportWindow::PrinterChooser pdfTo(const QString& path, bool* offeredSelection,
+PrinterChooser pdfTo(const QString& path, bool* offeredSelection,
                                              bool accept = true) {
     return [=](QPrinter& printer, bool hasSelection, QWidget*) {
         *offeredSelection = hasSelection;

@@ -53,7 +53,7 @@ void TicketPreviewTest::showsThePagesAndWritesThePdf() {
     ScriptedPrompter prompter;
     const QString pdf = dir.filePath(QStringLiteral("tickets.pdf"));
     prompter.answer(pdf);
-    TicketPreview w(document(), prompter);
+    TicketPreview w(document(), dir.path(), prompter);
     w.show();
     QVERIFY(QTest::qWaitForWindowExposed(&w));
     QTRY_VERIFY(w.pageCount() >= 2);
@@ -68,10 +68,10 @@ void TicketPreviewTest::showsThePagesAndWritesThePdf() {
 void TicketPreviewTest::printsThroughTheChosenPrinter() {
     QTemporaryDir dir;
     ScriptedPrompter prompter;
-    TicketPreview w(document(), prompter);
+    TicketPreview w(document(), dir.path(), prompter);
     const QString out = dir.filePath(QStringLiteral("printed.pdf"));
     bool asked = false;
-    w.setPrinterChooser([&](QPrinter& printer, QWidget*) {
+    w.setPrinterChooser([&](QPrinter& printer, bool, QWidget*) {
         asked = true;
         printer.setOutputFormat(QPrinter::PdfFormat);
         printer.setOutputFileName(out);
@@ -85,7 +85,7 @@ void TicketPreviewTest::printsThroughTheChosenPrinter() {
 
     // Cancelled: nothing is printed.
     QFile::remove(out);
-    w.setPrinterChooser([](QPrinter&, QWidget*) { return false; });
+    w.setPrinterChooser([](QPrinter&, bool, QWidget*) { return false; });
     click(&w, "printButton");
     QVERIFY(!QFile::exists(out));
 }
@@ -94,7 +94,7 @@ void TicketPreviewTest::aFileThatCannotBeWrittenIsSaid() {
     QTemporaryDir dir;
     ScriptedPrompter prompter;
     prompter.answer(dir.filePath(QStringLiteral("no/such/folder/tickets.pdf")));
-    TicketPreview w(document(), prompter);
+    TicketPreview w(document(), dir.path(), prompter);
     click(&w, "pdfButton");
     QCOMPARE(prompter.messages().size(), 1);
     QVERIFY(prompter.messages()[0].contains(QStringLiteral("tickets.pdf")));

@@ -6,7 +6,6 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QListWidget>
-#include <QPrintDialog>
 #include <QPrinter>
 #include <QPushButton>
 #include <QTextEdit>
@@ -18,14 +17,6 @@ QPushButton* button(const QString& name, const QString& caption, const QString& 
     b->setObjectName(name);
     b->setToolTip(tip);
     return b;
-}
-
-bool choosePrinter(QPrinter& printer, bool hasSelection, QWidget* parent) {
-    QPrintDialog dialog(&printer, parent);
-    dialog.setOption(QAbstractPrintDialog::PrintPageRange, false);
-    dialog.setOption(QAbstractPrintDialog::PrintSelection, hasSelection);
-    if (hasSelection) printer.setPrintRange(QPrinter::Selection);
-    return dialog.exec() == QDialog::Accepted;
 }
 }  // namespace
 

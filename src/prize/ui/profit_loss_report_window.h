@@ -1,6 +1,7 @@
 #pragma once
 
 #include "prize/report_book.h"
+#include "workspace/ui/printer_choice.h"
 
 #include <QDialog>
 
@@ -16,10 +17,6 @@ class QTextEdit;
 class ProfitLossReportWindow : public QDialog {
     Q_OBJECT
 public:
-    // Sets up the printer the way the print dialog does; false when the player cancels.
-    // `hasSelection` offers printing the selection only, which the chooser sets on the printer.
-    using PrinterChooser = std::function<bool(QPrinter& printer, bool hasSelection, QWidget* parent)>;
-
     ProfitLossReportWindow(ReportBook book, Prompter& prompter, QWidget* parent = nullptr);
     ~ProfitLossReportWindow() override;
 

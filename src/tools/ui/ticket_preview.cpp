@@ -1,11 +1,11 @@
 #include "tools/ui/ticket_preview.h"
 
 #include "tools/pages/ticket_pages.h"
+#include "tools/ui/text_print_window.h"
 #include "workspace/prompter.h"
 
 #include <QDir>
 #include <QHBoxLayout>
-#include <QPrintDialog>
 #include <QPrintPreviewWidget>
 #include <QPrinter>
 #include <QPushButton>
@@ -16,12 +16,6 @@ namespace {
 
 const QString kCaption = QStringLiteral("打印预览");
 
-bool choosePrinter(QPrinter& printer, QWidget* parent) {
-    QPrintDialog dialog(&printer, parent);
-    dialog.setOption(QAbstractPrintDialog::PrintSelection, false);
-    return dialog.exec() == QDialog::Accepted;
-}
-
 QPushButton* button(const QString& name, const QString& caption, QWidget* parent) {
     auto* b = new QPushButton(caption, parent);
     b->setObjectName(name);
@@ -30,9 +24,10 @@ QPushButton* button(const QString& name, const QString& caption, QWidget* parent
 
 }  // namespace
 
-TicketPreview::TicketPreview(ticket_print::Document document, Prompter& prompter, QWidget* parent)
+TicketPreview::TicketPreview(ticket_print::Document document, QString folder, Prompter& prompter, QWidget* parent)
     : QDialog(parent),
       m_document(std::move(document)),
+      m_folder(std::move(folder)),
       m_prompter(prompter),
       m_chooser(choosePrinter) {
     setObjectName(QStringLiteral("ticketPreview"));
@@ -42,9 +37,11 @@ TicketPreview::TicketPreview(ticket_print::Document document, Prompter& prompter
     auto* bar = new QHBoxLayout;
     auto* printButton = button(QStringLiteral("printButton"), QStringLiteral("打印(&P)"), this);
     auto* pdfButton = button(QStringLiteral("pdfButton"), QStringLiteral("导出PDF(&F)"), this);
+    auto* textButton = button(QStringLiteral("textButton"), QStringLiteral("文本(&T)"), this);
     auto* closeButton = button(QStringLiteral("closeButton"), QStringLiteral("返回(&R)"), this);
     bar->addWidget(printButton);
     bar->addWidget(pdfButton);
+    bar->addWidget(textButton);
     bar->addStretch();
     bar->addWidget(closeButton);
     layout->addLayout(bar);
@@ -60,6 +57,7 @@ TicketPreview::TicketPreview(ticket_print::Document document, Prompter& prompter
 
     connect(printButton, &QPushButton::clicked, this, &TicketPreview::print);
     connect(pdfButton, &QPushButton::clicked, this, &TicketPreview::exportPdf);
+    connect(textButton, &QPushButton::clicked, this, &TicketPreview::showText);
     connect(closeButton, &QPushButton::clicked, this, &QDialog::close);
 }
 
@@ -70,7 +68,7 @@ int TicketPreview::pageCount() const { return m_view->pageCount(); }
 void TicketPreview::print() {
     QPrinter printer;
     ticket_pages::setUpPage(printer);
-    if (!m_chooser(printer, this)) return;
+    if (!m_chooser(printer, false, this)) return;
     ticket_pages::print(m_document, printer);
 }
 
@@ -85,8 +83,17 @@ void TicketPreview::exportPdf() {
                           Prompter::Icon::Warning);
 }
 
-void openTicketPreview(const ticket_print::Document& document, Prompter& prompter, QWidget* parent) {
-    auto* w = new TicketPreview(document, prompter, parent);
+void TicketPreview::showText() {
+    QString error;
+    if (!showTextRoute(m_folder, m_document, this, &error))
+        m_prompter.inform(kCaption, QStringLiteral("无法写入文件 %1：%2")
+                                        .arg(QDir::toNativeSeparators(QDir(m_folder).filePath(QStringLiteral("Print.txt"))), error),
+                          Prompter::Icon::Warning);
+}
+
+void openTicketPreview(const ticket_print::Document& document, const QString& folder, Prompter& prompter,
+                       QWidget* parent) {
+    auto* w = new TicketPreview(document, folder, prompter, parent);
     w->setAttribute(Qt::WA_DeleteOnClose);
     w->show();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tools/ticket_print.h"
+#include "workspace/ui/printer_choice.h"
 
 #include <QDialog>
 
@@ -12,22 +13,24 @@ class QPrinter;
 class QPrintPreviewWidget;
 
 // The kept tickets as they will be printed, page by page, with 打印 (the printer dialog, then
-// the printer) and PDF (a file chosen by the player).
+// the printer), PDF (a file chosen by the player) and the text route.
 class TicketPreview : public QDialog {
 public:
-    // Asks for a printer; false when the player cancels. Tests put their own in.
-    using PrinterChooser = std::function<bool(QPrinter& printer, QWidget* parent)>;
-
-    TicketPreview(ticket_print::Document document, Prompter& prompter, QWidget* parent = nullptr);
+    // `folder`: the workspace's, where the text route writes Print.txt.
+    TicketPreview(ticket_print::Document document, QString folder, Prompter& prompter, QWidget* parent = nullptr);
     ~TicketPreview() override;
 
+    // Tests put their own in.
     void setPrinterChooser(PrinterChooser chooser) { m_chooser = std::move(chooser); }
     int pageCount() const;
     void print();
     void exportPdf();
+    // The list as Print.txt, in the text editor or frmPrint: to copy into a word processor.
+    void showText();
 
 private:
     ticket_print::Document m_document;
+    QString m_folder;
     Prompter& m_prompter;
     PrinterChooser m_chooser;
     std::unique_ptr<QPrinter> m_previewPrinter;
@@ -35,4 +38,5 @@ private:
 };
 
 // Opens the preview of `document`, without modality; it deletes itself when closed.
-void openTicketPreview(const ticket_print::Document& document, Prompter& prompter, QWidget* parent);
+void openTicketPreview(const ticket_print::Document& document, const QString& folder, Prompter& prompter,
+                       QWidget* parent);
