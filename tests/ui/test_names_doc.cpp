@@ -334,7 +334,7 @@ struct Windows {
     }
 };
 
-// The folders of a window's own code, where its names are looked up first.
+// The folders (or file stems) of a window's own code, where its names are looked up.
 QStringList foldersOf(const QString& heading) {
     static const std::map<QString, QStringList> folders{
         {QStringLiteral("MainWindow"),
@@ -346,7 +346,8 @@ QStringList foldersOf(const QString& heading) {
         {QStringLiteral("SavedSettingsDialog"), {QStringLiteral("src/filter/ui")}},
         {QStringLiteral("PrizeRulesDialog"), {QStringLiteral("src/prize/ui")}},
         {QStringLiteral("ProfitLossReportWindow"), {QStringLiteral("src/prize/ui")}},
-        {QStringLiteral("FortuneWindow"), {QStringLiteral("src/tools/ui")}}};
+        {QStringLiteral("FortuneWindow"),
+         {QStringLiteral("src/tools/ui/fortune_window"), QStringLiteral("src/tools/ui/fortune_strip")}}};
     const auto i = folders.find(heading);
     return i == folders.end() ? QStringList{} : i->second;
 }
