@@ -17,6 +17,7 @@
 #include "prize/ui/prize_rules_dialog.h"
 #include "prize/ui/profit_loss_report_window.h"
 #include "tools/ui/fortune_window.h"
+#include "tools/ui/text_print_window.h"
 #include "support/main_window_fixture.h"
 #include "workspace/ui/login_dialog.h"
 
@@ -323,6 +324,7 @@ struct Windows {
                 fixture.prompter));
         windows.emplace_back(QStringLiteral("FortuneWindow"),
                              std::make_unique<FortuneWindow>(s.settings(), fixture.prompter, QDate(2026, 1, 1)));
+        windows.emplace_back(QStringLiteral("TextPrintWindow"), std::make_unique<TextPrintWindow>(QString()));
     }
     // Every window to document: those above, the main window and the filter window it opened.
     QList<std::pair<QString, const QWidget*>> all() const {
@@ -347,7 +349,8 @@ QStringList foldersOf(const QString& heading) {
         {QStringLiteral("PrizeRulesDialog"), {QStringLiteral("src/prize/ui")}},
         {QStringLiteral("ProfitLossReportWindow"), {QStringLiteral("src/prize/ui")}},
         {QStringLiteral("FortuneWindow"),
-         {QStringLiteral("src/tools/ui/fortune_window"), QStringLiteral("src/tools/ui/fortune_strip")}}};
+         {QStringLiteral("src/tools/ui/fortune_window"), QStringLiteral("src/tools/ui/fortune_strip")}},
+        {QStringLiteral("TextPrintWindow"), {QStringLiteral("src/tools/ui/text_print_window")}}};
     const auto i = folders.find(heading);
     return i == folders.end() ? QStringList{} : i->second;
 }
