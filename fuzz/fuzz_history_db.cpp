@@ -72,10 +72,7 @@ void loadHistory(const QByteArray& file) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv) {
-    fuzz_support::startApplication(argc, argv);
-    return 0;
-}
+SQ_FUZZ_START_APPLICATION
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     static Target target;

@@ -5,10 +5,7 @@
 #include "workspace/schema.h"
 #include "workspace/sqlite_db.h"
 
-extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv) {
-    fuzz_support::startApplication(argc, argv);
-    return 0;
-}
+SQ_FUZZ_START_APPLICATION
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const QString path = fuzz_support::scratch().dir.filePath(QStringLiteral("filnum.db"));

@@ -68,3 +68,10 @@ inline bool writeFile(const QString& path, const QByteArray& content) {
 }
 
 }  // namespace fuzz_support
+
+// libFuzzer's start hook for a harness that needs nothing more than the application object.
+#define SQ_FUZZ_START_APPLICATION                                        \
+    extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv) {       \
+        fuzz_support::startApplication(argc, argv);                       \
+        return 0;                                                         \
+    }

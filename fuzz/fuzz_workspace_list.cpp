@@ -3,10 +3,7 @@
 #include "fuzz_support.h"
 #include "workspace/scripted_prompter.h"
 
-extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv) {
-    fuzz_support::startApplication(argc, argv);
-    return 0;
-}
+SQ_FUZZ_START_APPLICATION
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     fuzz_support::Scratch& s = fuzz_support::scratch();
