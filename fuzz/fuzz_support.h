@@ -62,7 +62,7 @@ inline bool writeFile(const QString& path, const QByteArray& content) {
     static qint64 tick = 0;
     QFile f(path);
     if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate)) return false;
-    const bool written = f.write(content) == content.size();
+    const bool written = f.write(content) == content.size() && f.flush();
     f.setFileTime(QDateTime::fromSecsSinceEpoch(1'000'000'000 + ++tick), QFileDevice::FileModificationTime);
     return written;
 }
