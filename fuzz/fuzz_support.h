@@ -15,14 +15,15 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 
 namespace fuzz_support {
 
-// One QCoreApplication for the process, made before the first input.
+// One QCoreApplication for the process, made before the first input. It is never destroyed:
+// libFuzzer ends the process with exit(), after Qt's own globals may be gone.
 inline void startApplication(int* argc, char*** argv) {
-    static std::unique_ptr<QCoreApplication> app;
-    if (!app) app = std::make_unique<QCoreApplication>(*argc, *argv);
+    static int count = *argc;
+    static QCoreApplication* app = new QCoreApplication(count, *argv);
+    (void)app;
 }
 
 // A data root made at first use, with one workspace, kept for the whole run.
