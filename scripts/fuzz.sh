@@ -35,7 +35,7 @@ for h in "${harnesses[@]}"; do
   log="build-fuzz/logs/$h.log"
   # New inputs go to the working corpus; the seeds in the repository stay as they are.
   if ./build-fuzz/fuzz/"$h" -max_total_time=$((minutes * 60)) -timeout=60 -rss_limit_mb=3072 \
-      -close_fd_mask=1 -print_final_stats=1 -artifact_prefix="build-fuzz/artifacts/$h-" \
+      -close_fd_mask=3 -print_final_stats=1 -artifact_prefix="build-fuzz/artifacts/$h-" \
       "$work" "fuzz/corpus/$h" >"$log" 2>&1; then
     status=ok
   else
