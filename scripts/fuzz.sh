@@ -30,13 +30,15 @@ export LANG=C.UTF-8 QT_QPA_PLATFORM=offscreen
 mkdir -p build-fuzz/artifacts build-fuzz/logs
 failed=()
 for h in "${harnesses[@]}"; do
-  work="build-fuzz/corpus/$h"
+  # Absolute paths: a harness may change its working folder (the command line's runs in its
+  # scratch root).
+  work="$PWD/build-fuzz/corpus/$h"
   mkdir -p "$work"
   log="build-fuzz/logs/$h.log"
   # New inputs go to the working corpus; the seeds in the repository stay as they are.
   if ./build-fuzz/fuzz/"$h" -max_total_time=$((minutes * 60)) -timeout=60 -rss_limit_mb=3072 \
-      -close_fd_mask=3 -print_final_stats=1 -artifact_prefix="build-fuzz/artifacts/$h-" \
-      "$work" "fuzz/corpus/$h" >"$log" 2>&1; then
+      -close_fd_mask=3 -print_final_stats=1 -artifact_prefix="$PWD/build-fuzz/artifacts/$h-" \
+      "$work" "$PWD/fuzz/corpus/$h" >"$log" 2>&1; then
     status=ok
   else
     status=FAILED
