@@ -12,6 +12,7 @@ PACKAGES=(
   qt6-translations-l10n
   xvfb xauth xdotool imagemagick fonts-noto-cjk python3
   unzip poppler-utils
+  clang-14 libclang-rt-14-dev llvm-14
   desktop-file-utils appstream dpkg-dev lintian
 )
 

@@ -7,6 +7,8 @@ namespace {
 // The tags of the entries of an image.
 constexpr char kTextTag = 'T';    // the text in UTF-8, closed by a NUL (a reason never holds one)
 constexpr char kJoinedTag = 'J';  // head and tail, four bytes each, lowest byte first
+// The longest text an image may make: a stored table whose joinings add up to more is damaged.
+constexpr qsizetype kMaxTextLength = qsizetype{1} << 20;
 
 void putId(QByteArray& out, uint32_t id) {
     for (int shift = 0; shift < 32; shift += 8) out += static_cast<char>((id >> shift) & 0xFFu);
@@ -227,9 +229,25 @@ bool ReasonTable::appendImage(const QByteArray& bytes, Id from) {
     // Every entry takes at least two bytes: a cut image or one with bytes past its last entry
     // is refused.
     if (count > (bytes.size() - 4) / 2) return false;
+    // The length of every text read, so that joinings that double a text again and again (a
+    // few hundred bytes standing for terabytes) are refused before any text is made.
+    std::vector<qsizetype> lengths;  // of the entries from `from` on
+    QHash<Id, qsizetype> earlier;
+    const auto lengthOf = [&](Id id) {
+        if (id >= from) return lengths[id - from];
+        auto it = earlier.constFind(id);
+        if (it == earlier.constEnd()) it = earlier.insert(id, text(id).size());
+        return *it;
+    };
     qsizetype at = 4;
     for (uint32_t i = 0; i < count; ++i) {
         if (at >= bytes.size() || !appendEntry(bytes, at, nextId())) {
+            truncate(from);
+            return false;
+        }
+        const Entry& e = m_entries.back();
+        lengths.push_back(e.head == kTextMark ? m_texts[e.tail].size() : lengthOf(e.head) + lengthOf(e.tail));
+        if (lengths.back() > kMaxTextLength) {
             truncate(from);
             return false;
         }

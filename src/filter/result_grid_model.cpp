@@ -286,7 +286,10 @@ QVariant ResultGridModel::headerData(int section, Qt::Orientation orientation, i
 void ResultGridModel::setPainted(int viewRow, bool grey) {
     if (viewRow < 0 || viewRow >= rowCount()) return;
     const uint64_t r = tableRow(viewRow);
-    if (grey) m_painted.insert(r);
-    else m_painted.erase(r);
+    if (grey) {
+        m_painted.insert(r);
+    } else {
+        m_painted.erase(r);
+    }
     emit dataChanged(index(viewRow, 0), index(viewRow, columnCount() - 1), {PaintedRole});
 }

@@ -161,3 +161,36 @@ TEST(ReasonTable, DamagedImagesAreRefusedAndLeaveTheTableAsItWas) {
     refused(repeatedPair, "a pair twice");
     EXPECT_TRUE(t.appendImage(good));
 }
+
+// Joinings of an entry with itself double its text: a few hundred bytes of image would stand
+// for a text of terabytes, made when a grid shows the row. Such an image is damaged: a text
+// may take up to 2^20 characters.
+TEST(ReasonTable, ImagesWhoseTextsGrowPastTheLimitAreRefused) {
+    constexpr qsizetype kLongest = qsizetype{1} << 20;
+    const auto doubled = [](ReasonTable& t, ReasonTable::Id id, int times) {
+        for (int i = 0; i < times; ++i) id = t.join(id, id);
+        return id;
+    };
+    ReasonTable longest;
+    const ReasonTable::Id last = doubled(longest, longest.intern(QStringLiteral("甲")), 20);
+    ReasonTable loaded;
+    ASSERT_TRUE(loaded.appendImage(longest.image())) << "a text of the longest length is kept";
+    EXPECT_EQ(loaded.text(last).size(), kLongest);
+
+    ReasonTable tooLong;
+    doubled(tooLong, tooLong.intern(QStringLiteral("甲")), 40);
+    ReasonTable refused;
+    EXPECT_FALSE(refused.appendImage(tooLong.image()));
+    EXPECT_EQ(refused.size(), 2u);
+
+    // The doubling in a later piece of the image, on entries read before.
+    ReasonTable pieces;
+    const ReasonTable::Id half = doubled(pieces, pieces.intern(QStringLiteral("乙")), 20);
+    const QByteArray firstPiece = pieces.image();
+    const auto from = static_cast<ReasonTable::Id>(pieces.size());
+    pieces.join(half, half);
+    ReasonTable twoPieces;
+    ASSERT_TRUE(twoPieces.appendImage(firstPiece));
+    EXPECT_FALSE(twoPieces.appendImage(pieces.image(from), from));
+    EXPECT_EQ(twoPieces.size(), from);
+}

@@ -54,8 +54,9 @@ bool readCommon(CliContext& ctx, const Args& args, ParamWindowState& s) {
     }
     for (const auto& [option, second] :
          {std::pair{QStringLiteral("odd"), 0}, std::pair{QStringLiteral("even"), 1}}) {
+        const int column = second;
         if (!tickPositions(ctx, args.numbers(option), option, 5,
-                           [&](int p) { s.parityTicks[static_cast<size_t>(2 + 2 * p + second)] = true; }))
+                           [&](int p) { s.parityTicks[static_cast<size_t>(2 + 2 * p + column)] = true; }))
             return false;
     }
     readSense(args, s);

@@ -19,7 +19,6 @@ constexpr int kFrontCols = 5;
 constexpr uint64_t kBlock = KernelExecutor::kBlockRows;
 
 inline int popcount32(uint32_t x) { return std::popcount(x); }
-inline int popcount64(uint64_t x) { return std::popcount(x); }
 
 // ---- what the operations share ---------------------------------------------------------------
 

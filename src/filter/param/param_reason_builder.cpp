@@ -169,8 +169,8 @@ private:
         const ReasonTable::Id* old = m_table.rowReasons().data() + b;
         m_repeat[0] = 0;
         for (uint64_t i = 1; i < n; ++i)
-            m_repeat[i] = static_cast<uint8_t>((m_mask[i] == m_mask[i - 1]) & (old[i] == old[i - 1]) &
-                                               ((m_differs[i] & m_mask[i]) == 0));
+            m_repeat[i] = static_cast<uint8_t>(int{m_mask[i] == m_mask[i - 1]} & int{old[i] == old[i - 1]} &
+                                               int{(m_differs[i] & m_mask[i]) == 0});
     }
 
     // Errnum of every row of the block, and the key of each caught one: its old reason id, the

@@ -150,8 +150,8 @@ TEST_F(ParallelRuns, CandidateActions) {
     for (const auto& [name, action] : actions)
         expectThreadsAgree<Killed>(
             start,
-            [action](CandidateTable& t) {
-                action(t);
+            [run = action](CandidateTable& t) {
+                run(t);
                 return t.liveCount();
             },
             name);

@@ -1,0 +1,23 @@
+// The reasons of a stored candidate table, as the record keeps them: appended to a table after
+// its first two entries, then every text made and the image written back.
+#include "engine/reason_table.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    const QByteArray bytes(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
+    ReasonTable table;
+    if (!table.appendImage(bytes)) {
+        // A refused image leaves the table as it was.
+        if (table.size() != 2) abort();
+        return 0;
+    }
+    qsizetype total = 0;
+    for (ReasonTable::Id id = 0; id < table.size(); ++id) total += table.text(id).size();
+    // The image of what was read reads back to the same entries.
+    ReasonTable again;
+    if (!again.appendImage(table.image()) || again.size() != table.size()) abort();
+    return total < 0;
+}
