@@ -373,8 +373,8 @@ int allowedCount(const QString& txtRc0) {
     return static_cast<int>(std::nearbyint(v));  // the default rounding: a half to the even one
 }
 
-IntegratedResult runIntegrated(CandidateTable& table, const ParamWindowState& state,
-                               const ParamContext& ctx) {
+IntegratedResult runIntegrated(CandidateTable& table, const ParamWindowState& state, const ParamContext& ctx,
+                               EngineProgress* progress) {
     IntegratedResult result;
     const bool a = state.keep, b = state.logicAnd;
     result.keepSense = a == b ? a : !a;
@@ -388,13 +388,13 @@ IntegratedResult runIntegrated(CandidateTable& table, const ParamWindowState& st
     }
     result.steps = static_cast<int>(steps.size());
 
-    std::span<int16_t> failCount = table.failCount();
-    KernelExecutor::shared().forEachSlice(table.rowCount(), [&](uint64_t begin, uint64_t end) {
-        std::fill(failCount.begin() + static_cast<ptrdiff_t>(begin),
-                  failCount.begin() + static_cast<ptrdiff_t>(end), int16_t{0});
-    });
+    // The tally reads no preunslt: it is set once the run can no longer be cancelled.
+    if (!param_reason_builder::tally(table, steps, progress)) {
+        result.cancelled = true;
+        return result;
+    }
     candidate_kernels::beginFilter(table);
-    param_reason_builder::tally(table, steps);
+    const std::span<const int16_t> failCount = std::as_const(table).failCount();
 
     result.allowed = state.useTolerance ? allowedCount(state.txtRc0) : 0;
     auto un = table.filteredOut().words();
