@@ -403,17 +403,28 @@ IntegratedResult runIntegrated(CandidateTable& table, const ParamWindowState& st
     const bool flip = result.flipped;
     const BitVector& filteredOut = table.filteredOut();
     KernelExecutor::shared().forEachSlice(table.rowCount(), [&](uint64_t begin, uint64_t end) {
-        using Word = BitVector::Word;
         for (uint64_t w = begin / BitVector::kWordBits; w * BitVector::kWordBits < end; ++w) {
             const uint64_t base = w * BitVector::kWordBits;
             const uint64_t stop = std::min(end, base + BitVector::kWordBits);
-            Word over = 0;
-            for (uint64_t r = base; r < stop; ++r) over |= Word{failCount[r] > allowed} << (r - base);
-            un[w] |= over;
+            // The rows over the tolerance as bytes on vector lanes, then as the bits of a word.
+            std::array<uint8_t, BitVector::kWordBits> over{};
+            const int16_t* fc = failCount.data() + base;
+            if (stop - base == BitVector::kWordBits)
+                for (uint64_t i = 0; i < BitVector::kWordBits; ++i)
+                    over[i] = static_cast<uint8_t>(int32_t{fc[i]} > allowed);
+            else
+                for (uint64_t i = 0; i < stop - base; ++i)
+                    over[i] = static_cast<uint8_t>(int32_t{fc[i]} > allowed);
+            un[w] |= packBits(over.data(), stop - base);
             if (flip) un[w] ^= ~gp[w] & filteredOut.validMask(w);
         }
     });
     return result;
+}
+
+IntegratedResult runIntegrated(CandidateTable& table, const ParamWindowState& state,
+                               const ParamContext& ctx) {
+    return runIntegrated(table, state, ctx, nullptr);
 }
 
 QString Tolerance::onIntegratedBoxClick(const ParamWindowState& state) {

@@ -120,7 +120,8 @@ SingleResult runSingle(CandidateTable& table, ParamId id, const ParamWindowState
 // Option29 with the left button. `progress` hears how far the run got between blocks and may
 // cancel it, leaving the table as it was.
 IntegratedResult runIntegrated(CandidateTable& table, const ParamWindowState& state, const ParamContext& ctx,
-                               EngineProgress* progress = nullptr);
+                               EngineProgress* progress);
+IntegratedResult runIntegrated(CandidateTable& table, const ParamWindowState& state, const ParamContext& ctx);
 
 // TxtRc(0) as the allowed count: rounded to the nearest whole number, a half to the even one.
 int allowedCount(const QString& txtRc0);
