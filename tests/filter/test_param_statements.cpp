@@ -307,6 +307,55 @@ TEST_F(ParamStatements, EveryBoxOverJoinedReasonsMatchesTheStatements) {
     }
 }
 
+// Tickets in runs of rows that agree in what the steps read, which the tally computes once per
+// run: runs across the edges of blocks and slices, two tickets taking turns row by row, runs
+// whose rows differ only in the back numbers, the live flag or the old reason.
+CandidateTable runsTable(std::mt19937& rng, uint64_t rows) {
+    CandidateTable t = randomTable(rng, rows);
+    std::uniform_int_distribution<int> pct(0, 99), back(1, 12);
+    const uint64_t block = KernelExecutor::kBlockRows;
+    const std::vector<uint64_t> edges{block - 3, 2 * block - 1, 3 * block - 2};
+    uint64_t r = 0;
+    while (r < rows) {
+        const int form = pct(rng) % 4;
+        uint64_t len = 1 + static_cast<uint64_t>(pct(rng)) % 70;
+        for (uint64_t e : edges)
+            if (r < e && e < r + len + 8) len = e + 3 - r;  // this run crosses the edge
+        const uint64_t end = std::min(rows, r + len);
+        for (uint64_t i = r + 1; i < end; ++i) {
+            // Form 0 alternates the first two rows of the run; the others repeat the first.
+            const uint64_t from = form == 0 ? r + (i - r) % 2 : r;
+            for (int k = 1; k <= 7; ++k) t.numberColumn(k)[i] = t.numberColumn(k)[from];
+            if (form == 1) t.numberColumn(6 + pct(rng) % 2)[i] = static_cast<uint8_t>(back(rng));
+            if (form == 2) t.filteredOut().set(i, t.filteredOut().test(from));
+            if (form == 3) t.rowReasons()[i] = t.rowReasons()[from];
+        }
+        r = end;
+    }
+    return t;
+}
+
+TEST_F(ParamStatements, IntegratedRunsOfEqualRowsMatchTheStatements) {
+    std::mt19937 rng(777);
+    std::uniform_int_distribution<int> pct(0, 99);
+    const uint64_t rows = 3 * KernelExecutor::kBlockRows + 100;
+    for (int trial = 0; trial < 6; ++trial) {
+        const KernelExecutor::ScopedThreadCount threads(trial % 2 ? 3 : 1);
+        CandidateTable t = runsTable(rng, rows);
+        const ParamContext ctx = randomContext(rng, 30);
+        ParamWindowState s = randomState(rng);
+        s.scope = static_cast<ZoneScope>(1 + trial % 3);
+        for (bool& b : s.integratedBox) b = pct(rng) < 80;
+        s.useTolerance = true;
+        s.txtRc0 = QString::number(trial % 3);
+        param_reference::load(db, t);
+        param_reference::runIntegrated(db, s, ctx);
+        param_filter::runIntegrated(t, s, ctx);
+        expectSame(t, db, QStringLiteral("runs, trial %1: %2").arg(trial).arg(describe(s)));
+        if (HasFatalFailure()) return;
+    }
+}
+
 // The export's front-only companions compute what the front scope's statements compute,
 // whatever tab the window shows.
 TEST_F(ParamStatements, FrontOnlyCompanionsMatchTheFrontStatements) {

@@ -373,8 +373,8 @@ int allowedCount(const QString& txtRc0) {
     return static_cast<int>(std::nearbyint(v));  // the default rounding: a half to the even one
 }
 
-IntegratedResult runIntegrated(CandidateTable& table, const ParamWindowState& state,
-                               const ParamContext& ctx) {
+IntegratedResult runIntegrated(CandidateTable& table, const ParamWindowState& state, const ParamContext& ctx,
+                               EngineProgress* progress) {
     IntegratedResult result;
     const bool a = state.keep, b = state.logicAnd;
     result.keepSense = a == b ? a : !a;
@@ -388,13 +388,13 @@ IntegratedResult runIntegrated(CandidateTable& table, const ParamWindowState& st
     }
     result.steps = static_cast<int>(steps.size());
 
-    std::span<int16_t> failCount = table.failCount();
-    KernelExecutor::shared().forEachSlice(table.rowCount(), [&](uint64_t begin, uint64_t end) {
-        std::fill(failCount.begin() + static_cast<ptrdiff_t>(begin),
-                  failCount.begin() + static_cast<ptrdiff_t>(end), int16_t{0});
-    });
+    // The tally reads no preunslt: it is set once the run can no longer be cancelled.
+    if (!param_reason_builder::tally(table, steps, progress)) {
+        result.cancelled = true;
+        return result;
+    }
     candidate_kernels::beginFilter(table);
-    param_reason_builder::tally(table, steps);
+    const std::span<const int16_t> failCount = std::as_const(table).failCount();
 
     result.allowed = state.useTolerance ? allowedCount(state.txtRc0) : 0;
     auto un = table.filteredOut().words();
@@ -403,17 +403,28 @@ IntegratedResult runIntegrated(CandidateTable& table, const ParamWindowState& st
     const bool flip = result.flipped;
     const BitVector& filteredOut = table.filteredOut();
     KernelExecutor::shared().forEachSlice(table.rowCount(), [&](uint64_t begin, uint64_t end) {
-        using Word = BitVector::Word;
         for (uint64_t w = begin / BitVector::kWordBits; w * BitVector::kWordBits < end; ++w) {
             const uint64_t base = w * BitVector::kWordBits;
             const uint64_t stop = std::min(end, base + BitVector::kWordBits);
-            Word over = 0;
-            for (uint64_t r = base; r < stop; ++r) over |= Word{failCount[r] > allowed} << (r - base);
-            un[w] |= over;
+            // The rows over the tolerance as bytes on vector lanes, then as the bits of a word.
+            std::array<uint8_t, BitVector::kWordBits> over{};
+            const int16_t* fc = failCount.data() + base;
+            if (stop - base == BitVector::kWordBits)
+                for (uint64_t i = 0; i < BitVector::kWordBits; ++i)
+                    over[i] = static_cast<uint8_t>(int32_t{fc[i]} > allowed);
+            else
+                for (uint64_t i = 0; i < stop - base; ++i)
+                    over[i] = static_cast<uint8_t>(int32_t{fc[i]} > allowed);
+            un[w] |= packBits(over.data(), stop - base);
             if (flip) un[w] ^= ~gp[w] & filteredOut.validMask(w);
         }
     });
     return result;
+}
+
+IntegratedResult runIntegrated(CandidateTable& table, const ParamWindowState& state,
+                               const ParamContext& ctx) {
+    return runIntegrated(table, state, ctx, nullptr);
 }
 
 QString Tolerance::onIntegratedBoxClick(const ParamWindowState& state) {

@@ -9,6 +9,7 @@
 // the reasons, then kills by the tolerance and flips the result for the mixed senses.
 
 #include "engine/candidate_table.h"
+#include "engine/engine_progress.h"
 #include "filter/param/param_catalogue.h"
 #include "filter/param/param_kernels.h"
 
@@ -104,6 +105,7 @@ struct IntegratedResult {
     bool flipped = false;
     int allowed = 0;  // the tolerance applied (0 without Check3)
     int steps = 0;    // statements tallied
+    bool cancelled = false;  // the table is as it was
 };
 
 // The steps of one button. `keepSense` is the window's keep choice for a single run, the
@@ -115,7 +117,10 @@ std::vector<FilterStep> buildSteps(ParamId id, const ParamWindowState& state, co
 SingleResult runSingle(CandidateTable& table, ParamId id, const ParamWindowState& state,
                        const ParamContext& ctx);
 
-// Option29 with the left button.
+// Option29 with the left button. `progress` hears how far the run got between blocks and may
+// cancel it, leaving the table as it was.
+IntegratedResult runIntegrated(CandidateTable& table, const ParamWindowState& state, const ParamContext& ctx,
+                               EngineProgress* progress);
 IntegratedResult runIntegrated(CandidateTable& table, const ParamWindowState& state, const ParamContext& ctx);
 
 // TxtRc(0) as the allowed count: rounded to the nearest whole number, a half to the even one.

@@ -47,7 +47,11 @@ CompiledCompute compile(ParamId id, const ComputeInputs& in, const ParamContext&
     return param_operations::compilerOf(id)(args);
 }
 
-CompiledCompute figureParity(int col) { return param_operations::figureParity(col); }
+CompiledCompute figureParity(int col) {
+    CompiledCompute c = param_operations::figureParity(col);
+    c.positions = {col};  // the column it reads, for those who ask
+    return c;
+}
 
 void computeRows(const CompiledCompute& c, const CandidateTable& t, std::span<int16_t> paramValues,
                  uint64_t begin, uint64_t end) {

@@ -3,8 +3,14 @@
 #include "engine/candidate_kernels.h"
 #include "engine/kernel_executor.h"
 
+#include <atomic>
 #include <bit>
 #include <cstring>
+#include <thread>
+
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
 
 namespace param_reason_builder {
 
@@ -19,7 +25,35 @@ constexpr std::array<uint64_t, 256> kByteFlags = [] {
         for (unsigned bit = 0; bit < 8; ++bit) t[v] |= uint64_t{(v >> bit) & 1u} << (8 * bit);
     return t;
 }();
-constexpr int kMaxSteps = 32;  // 22 parameters and the five positions with their parity
+constexpr int kMaxSteps = 32;
+
+// Bit i of the word tells whether byte i of the 64 at p is not 0.
+inline BitVector::Word nonZeroBits(const uint8_t* p) {
+    BitVector::Word bits = 0;
+#if defined(__SSE2__)
+    for (int q = 0; q < 4; ++q) {
+        const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + 16 * q));
+        const auto zero = static_cast<uint32_t>(_mm_movemask_epi8(_mm_cmpeq_epi8(v, _mm_setzero_si128())));
+        bits |= BitVector::Word{~zero & 0xFFFFu} << (16 * q);
+    }
+    return bits;
+#endif
+    for (size_t i = 0; i < BitVector::kWordBits; ++i) bits |= BitVector::Word{p[i] != 0} << i;
+    return bits;
+}
+
+// Sets bits [from, to) of the words.
+inline void setBits(BitVector::Word* words, uint32_t from, uint32_t to) {
+    constexpr uint32_t kBits = BitVector::kWordBits;
+    while (from < to) {
+        const uint32_t w = from / kBits, lo = from % kBits;
+        const uint32_t hi = std::min<uint32_t>(kBits, lo + (to - from));
+        const BitVector::Word ones =
+            hi - lo == kBits ? ~BitVector::Word{0} : ((BitVector::Word{1} << (hi - lo)) - 1);
+        words[w] |= ones << lo;
+        from += hi - lo;
+    }
+}  // 22 parameters and the five positions with their parity
 
 // Distinct reason keys of one slice of rows: the old reason id, the mask of the steps that
 // caught the row and the value of each of those steps whose text shows it, as 16-bit words.
@@ -93,25 +127,100 @@ private:
     uint32_t m_count = 0;
 };
 
-// The first pass of the tally over one slice of rows: every step on each block, each caught
-// row's Errnum, and in place of its reason the id of its key in the slice's map, until the
-// texts of the keys are made.
+// Between blocks the slices learn whether the run was cancelled; the thread that started the run
+// also reports how many rows are done and asks the player.
+class RunControl {
+public:
+    RunControl(EngineProgress* progress, uint64_t rows) : m_progress(progress), m_rows(rows) {}
+
+    // Counts `rows` as done; false once the run is cancelled.
+    bool blockDone(uint64_t rows) {
+        const uint64_t done = m_done.fetch_add(rows, std::memory_order_relaxed) + rows;
+        if (m_progress && std::this_thread::get_id() == m_caller && done >= m_nextReport) {
+            m_nextReport = done + m_rows / 64;
+            m_progress->progress(done, m_rows);
+            if (m_progress->cancelled()) m_stopped.store(true, std::memory_order_relaxed);
+        }
+        return !stopped();
+    }
+    // Asked on the calling thread alone.
+    bool cancelledNow() {
+        if (m_progress && m_progress->cancelled()) m_stopped.store(true, std::memory_order_relaxed);
+        return stopped();
+    }
+    bool stopped() const { return m_stopped.load(std::memory_order_relaxed); }
+
+private:
+    EngineProgress* m_progress;
+    uint64_t m_rows;
+    std::thread::id m_caller = std::this_thread::get_id();
+    uint64_t m_nextReport = 0;  // the calling thread's alone
+    std::atomic<uint64_t> m_done{0};
+    std::atomic<bool> m_stopped{false};
+};
+
+// What the steps read of a row: the number columns (bit k for column k) and whether every
+// value is a function of those numbers and the row's live flag. It is not when a step reads
+// canshu that no computation of the step wrote (a computation that does not run, or a sum that
+// keeps the old value of the rows it overflows).
+struct StepInputs {
+    uint32_t columns = 0;
+    bool numbersOnly = true;
+    bool writesCanshu = false;
+
+    explicit StepInputs(const std::vector<FilterStep>& steps) {
+        for (const FilterStep& s : steps) {
+            for (int c : s.compute.positions) columns |= 1u << (c + 1);
+            for (const auto& [x, y] : s.compute.pairs) columns |= 1u << (x + 1) | 1u << (y + 1);
+            if (s.compute.figureColumn >= 0) columns |= 1u << (s.compute.figureColumn + 1);
+            if (s.valueColumn >= 0) columns |= 1u << (s.valueColumn + 1);
+            if (s.valueColumn < 0 && (!s.compute.writesCanshu() || s.compute.checkOverflow))
+                numbersOnly = false;
+            if (s.compute.writesCanshu()) writesCanshu = true;
+        }
+    }
+};
+
+// The first pass of the tally over one slice of rows. Each block is cut into runs of rows that
+// agree in everything the steps read and in their old reason (neighbouring rows often differ
+// only in numbers no step looks at: the back numbers of a front-scope run); the steps run on the
+// first row of each run, gathered into a small table, and the run's rows share its outcome. A
+// caught row takes in place of its reason the id of its key in the slice's map, until the texts
+// of the keys are made, and canshu the value of the last computation; Errnum is written after
+// the pass (and canshu too where a run is a single row).
 class TallySlice {
 public:
-    TallySlice(CandidateTable& table, const std::vector<FilterStep>& steps, BitVector& changed, KeyMap& map)
-        : m_table(table), m_steps(steps), m_changed(changed), m_map(map), m_vals(steps.size() * kBlock) {
+    TallySlice(CandidateTable& table, const std::vector<FilterStep>& steps, const StepInputs& inputs,
+               BitVector& changed, std::span<ReasonTable::Id> fl, KeyMap& map)
+        : m_table(table),
+          m_paramValues(table.paramValues()),
+          m_steps(steps),
+          m_inputs(inputs),
+          m_changed(changed),
+          m_fl(fl),
+          m_map(map),
+          m_heads(table.kind(), kBlock),
+          m_vals(steps.size() * kBlock) {
         m_all.fill(1);
+        for (int k = 1; k <= table.numberCount(); ++k)
+            if (inputs.columns & (1u << k)) m_columns.push_back(k);
     }
 
-    void run(uint64_t begin, uint64_t end) {
+    // False when the run was cancelled.
+    bool run(uint64_t begin, uint64_t end, RunControl& control) {
         for (uint64_t b = begin; b < end; b += kBlock) {
             const uint64_t n = std::min(end, b + kBlock) - b;
-            std::fill_n(m_mask.begin(), n, 0u);
             liveBytes(b, n);
-            for (size_t t = 0; t < m_steps.size(); ++t) applyStep(t, b, n);
-            markRepeats(b, n);
-            keyRows(b, n);
+            const uint32_t m = findRuns(b, n);
+            gather(b, n, m);
+            std::fill_n(m_mask.begin(), m, 0u);
+            for (size_t t = 0; t < m_steps.size(); ++t) applyStep(t, m);
+            markRepeats(m);
+            keyRuns(m);
+            scatter(b, m);
+            if (!control.blockDone(n)) return false;
         }
+        return true;
     }
 
 private:
@@ -125,99 +234,155 @@ private:
         }
     }
 
-    // One pass of step t: the condition, the leading [unslt]=false where the statement has it,
-    // and the step's bit in the row's mask.
-    void applyStep(size_t t, uint64_t b, uint64_t n) {
+    // The first row of each run (m_start, with n after the last); returns the count of runs.
+    // Where a value may depend on more than the numbers, every row is a run of its own.
+    uint32_t findRuns(uint64_t b, uint64_t n) {
+        if (!m_inputs.numbersOnly) {
+            for (uint32_t i = 0; i <= n; ++i) m_start[i] = static_cast<uint16_t>(i);
+            return static_cast<uint32_t>(n);
+        }
+        // Per row whether it differs from the row before, column by column on vector lanes.
+        const ReasonTable::Id* old = m_fl.data() + b;
+        m_differs8[0] = 1;
+        for (uint64_t i = 1; i < n; ++i)
+            m_differs8[i] = static_cast<uint8_t>((m_live[i] ^ m_live[i - 1]) | (old[i] != old[i - 1]));
+        for (int k : m_columns) {
+            const uint8_t* c = m_table.numberColumn(k).data() + b;
+            for (uint64_t i = 1; i < n; ++i) m_differs8[i] |= static_cast<uint8_t>(c[i] ^ c[i - 1]);
+        }
+        std::fill(m_differs8.begin() + static_cast<ptrdiff_t>(n), m_differs8.end(), uint8_t{0});
+        uint32_t runs = 0;
+        for (uint64_t off = 0; off < n; off += BitVector::kWordBits)
+            forEachSetBit(nonZeroBits(m_differs8.data() + off), off,
+                          [&](size_t i) { m_start[runs++] = static_cast<uint16_t>(i); });
+        m_start[runs] = static_cast<uint16_t>(n);
+        return runs;
+    }
+
+    // The first rows of the runs into the small table: their numbers, live flags, old reasons,
+    // and where a step may read it unwritten, their canshu.
+    void gather(uint64_t b, uint64_t n, uint32_t m) {
+        for (int k : m_columns) {
+            const uint8_t* from = m_table.numberColumn(k).data() + b;
+            uint8_t* to = m_heads.numberColumn(k).data();
+            for (uint32_t j = 0; j < m; ++j) to[j] = from[m_start[j]];
+        }
+        auto un = m_heads.filteredOut().words();
+        std::fill(un.begin(), un.end(), BitVector::Word{0});
+        for (uint32_t j = 0; j < m; ++j) {
+            m_headLive[j] = m_live[m_start[j]];
+            un[j / BitVector::kWordBits] |= BitVector::Word{m_headLive[j] ^ 1u} << (j % BitVector::kWordBits);
+        }
+        for (uint32_t j = 0; j < m; ++j) m_old[j] = m_fl[b + m_start[j]];
+        if (!m_inputs.numbersOnly) std::copy_n(m_paramValues.data() + b, n, m_canshu.data());
+    }
+
+    // One pass of step t over the runs: the condition, the leading [unslt]=false where the
+    // statement has it, and the step's bit in the run's mask.
+    void applyStep(size_t t, uint32_t m) {
         const FilterStep& s = m_steps[t];
-        const CandidateTable& ct = m_table;
-        std::span<int16_t> paramValues = m_table.paramValues();
-        param_kernels::computeRows(s.compute, ct, paramValues, b, b + n);
+        const CandidateTable& heads = m_heads;
+        param_kernels::computeRows(s.compute, heads, m_canshu, 0, m);
         int16_t* v = m_vals.data() + t * kBlock;
         if (s.valueColumn < 0)
-            std::copy_n(paramValues.data() + b, n, v);
+            std::copy_n(m_canshu.data(), m, v);
         else
-            std::copy_n(ct.numberColumn(s.valueColumn + 1).data() + b, n, v);
-        const uint8_t* alive = s.liveOnly ? m_live.data() : m_all.data();
+            std::copy_n(heads.numberColumn(s.valueColumn + 1).data(), m, v);
+        const uint8_t* alive = s.liveOnly ? m_headLive.data() : m_all.data();
         if (s.test == FilterStep::Test::Range) {
             const int32_t lo = s.lo, hi = s.hi;
             const uint32_t outside = s.keep ? 1u : 0u;
-            for (uint64_t i = 0; i < n; ++i)
+            for (uint32_t i = 0; i < m; ++i)
                 m_mask[i] |=
                     (((static_cast<uint32_t>(v[i] >= lo) & static_cast<uint32_t>(v[i] <= hi)) ^ outside) &
                      alive[i])
                     << t;
         } else {
-            s.hitBlock(v, n, m_hit.data());
-            for (uint64_t i = 0; i < n; ++i)
+            s.hitBlock(v, m, m_hit.data());
+            for (uint32_t i = 0; i < m; ++i)
                 m_mask[i] |= uint32_t{static_cast<uint8_t>(m_hit[i] & alive[i])} << t;
         }
     }
 
-    // m_repeat[i]: row i of the block has the key of the row before it (the same old reason, the
-    // same steps caught it, with the same values where their texts show them), so it takes that
-    // row's reason without a key being made. Neighbouring rows often agree, as no step looks at
-    // the numbers in which they differ (the back numbers of a front-scope run).
-    void markRepeats(uint64_t b, uint64_t n) {
-        // Per row the steps whose value differs from the row before's, then the rows whose
-        // mask and old reason agree and whose differing steps did not catch them.
-        std::fill_n(m_differs.begin(), n, 0u);
+    // m_repeat[j]: run j has the key of the run before it (the same old reason, the same steps
+    // caught it, with the same values where their texts show them), so it takes that run's
+    // reason without a key being made.
+    void markRepeats(uint32_t m) {
+        std::fill_n(m_differs.begin(), m, 0u);
         for (size_t t = 0; t < m_steps.size(); ++t) {
             if (m_steps[t].constantText) continue;
             const int16_t* v = m_vals.data() + t * kBlock;
-            for (uint64_t i = 1; i < n; ++i) m_differs[i] |= static_cast<uint32_t>(v[i] != v[i - 1]) << t;
+            for (uint32_t i = 1; i < m; ++i) m_differs[i] |= static_cast<uint32_t>(v[i] != v[i - 1]) << t;
         }
-        const ReasonTable::Id* old = m_table.rowReasons().data() + b;
         m_repeat[0] = 0;
-        for (uint64_t i = 1; i < n; ++i)
-            m_repeat[i] = static_cast<uint8_t>(int{m_mask[i] == m_mask[i - 1]} & int{old[i] == old[i - 1]} &
+        for (uint32_t i = 1; i < m; ++i)
+            m_repeat[i] = static_cast<uint8_t>(int{m_mask[i] == m_mask[i - 1]} & int{m_old[i] == m_old[i - 1]} &
                                                int{(m_differs[i] & m_mask[i]) == 0});
     }
 
-    // Errnum of every row of the block, and the key of each caught one: its old reason id, the
-    // mask of the steps that caught it and the values that their texts show.
-    void keyRows(uint64_t b, uint64_t n) {
-        std::span<int16_t> failCount = m_table.failCount();
-        auto fl = m_table.rowReasons();
+    // The key id of each caught run: its old reason id, the mask of the steps that caught it and
+    // the values that their texts show.
+    void keyRuns(uint32_t m) {
         std::array<uint16_t, 4 + kMaxSteps> key{};
-        for (uint64_t i = 0; i < n; ++i) {
-            const uint32_t m = m_mask[i];
-            const uint64_t r = b + i;
-            failCount[r] = static_cast<int16_t>(std::popcount(m));
-            if (!m) continue;
-            m_changed.set(r);
-            // The row before was caught with this key: m_lastId is its id.
-            if (m_repeat[i]) {
-                fl[r] = m_lastId;
+        for (uint32_t j = 0; j < m; ++j) {
+            const uint32_t mask = m_mask[j];
+            if (!mask) continue;
+            // The run before was caught with this key: m_lastId is its id.
+            if (m_repeat[j]) {
+                m_keyOf[j] = m_lastId;
                 continue;
             }
-            const uint32_t old = fl[r];
+            const uint32_t old = m_old[j];
             uint32_t len = 0;
             key[len++] = static_cast<uint16_t>(old);
             key[len++] = static_cast<uint16_t>(old >> 16);
-            key[len++] = static_cast<uint16_t>(m);
-            key[len++] = static_cast<uint16_t>(m >> 16);
-            for (uint32_t bits = m; bits; bits &= bits - 1) {
+            key[len++] = static_cast<uint16_t>(mask);
+            key[len++] = static_cast<uint16_t>(mask >> 16);
+            for (uint32_t bits = mask; bits; bits &= bits - 1) {
                 const int t = std::countr_zero(bits);
                 if (!m_steps[static_cast<size_t>(t)].constantText)
-                    key[len++] = static_cast<uint16_t>(m_vals[static_cast<size_t>(t) * kBlock + i]);
+                    key[len++] = static_cast<uint16_t>(m_vals[static_cast<size_t>(t) * kBlock + j]);
             }
-            fl[r] = idOf(key.data(), len);
+            m_lastId = m_map.idOf(key.data(), len);
+            m_keyOf[j] = m_lastId;
         }
     }
 
-    // The id of a key that differs from the row before's (repeats are found by markRepeats).
-    uint32_t idOf(const uint16_t* key, uint32_t len) {
-        m_lastId = m_map.idOf(key, len);
-        return m_lastId;
+    // Every caught row of the block takes its run's key id, run by run.
+    void scatter(uint64_t b, uint32_t m) {
+        std::array<BitVector::Word, kBlock / BitVector::kWordBits> caught{};
+        if (m_inputs.numbersOnly && m_inputs.writesCanshu)
+            for (uint32_t j = 0; j < m; ++j)
+                std::fill(m_paramValues.begin() + static_cast<ptrdiff_t>(b + m_start[j]),
+                          m_paramValues.begin() + static_cast<ptrdiff_t>(b + m_start[j + 1]), m_canshu[j]);
+        for (uint32_t j = 0; j < m; ++j) {
+            if (!m_mask[j]) continue;
+            const uint32_t from = m_start[j], to = m_start[j + 1];
+            std::fill(m_fl.begin() + static_cast<ptrdiff_t>(b + from),
+                      m_fl.begin() + static_cast<ptrdiff_t>(b + to), m_keyOf[j]);
+            setBits(caught.data(), from, to);
+        }
+        // The block's words are the slice's own: a block starts on a whole word.
+        const auto words = m_changed.words();
+        const size_t first = b / BitVector::kWordBits;
+        const size_t count = std::min(caught.size(), words.size() - first);
+        std::copy_n(caught.begin(), count, words.begin() + static_cast<ptrdiff_t>(first));
     }
 
-    CandidateTable& m_table;
+    const CandidateTable& m_table;
+    std::span<int16_t> m_paramValues;
     const std::vector<FilterStep>& m_steps;
+    const StepInputs& m_inputs;
     BitVector& m_changed;
+    std::span<ReasonTable::Id> m_fl;
     KeyMap& m_map;
+    CandidateTable m_heads;  // the first row of each run of the block
+    std::vector<int> m_columns;
     std::vector<int16_t> m_vals;
-    std::array<uint32_t, kBlock> m_mask, m_differs;
-    std::array<uint8_t, kBlock> m_live, m_hit, m_all, m_repeat;
+    std::array<int16_t, kBlock> m_canshu{};
+    std::array<uint32_t, kBlock> m_mask, m_differs, m_keyOf, m_old;
+    std::array<uint16_t, kBlock + 1> m_start;
+    std::array<uint8_t, kBlock> m_live, m_headLive, m_hit, m_all, m_repeat, m_differs8;
     uint32_t m_lastId = 0;
 };
 
@@ -281,39 +446,117 @@ private:
 
 }  // namespace
 
-void tally(CandidateTable& table, const std::vector<FilterStep>& steps) {
+namespace {
+
+// The slice of the first pass that holds each row: the slices of the first pass, in row order.
+using SliceRanges = std::vector<std::pair<uint64_t, uint64_t>>;
+
+// Calls fn(slice, begin, end) for every slice of the first pass, on all cores.
+template <typename Fn>
+void forEachRange(const SliceRanges& ranges, Fn&& fn) {
+    const KernelExecutor::Slices one{ranges.size(), 1, ranges.size()};
+    KernelExecutor::shared().forEachIndexedSlice(
+        one, [&](size_t slice, uint64_t, uint64_t) { fn(slice, ranges[slice].first, ranges[slice].second); });
+}
+
+// A cancelled run: the caught rows take back the old reasons their keys hold.
+void restoreReasons(CandidateTable& table, const SliceRanges& ranges, const std::vector<KeyMap>& maps,
+                    const BitVector& changed) {
+    auto fl = table.rowReasons();
+    const auto changedWords = changed.words();
+    forEachRange(ranges, [&](size_t slice, uint64_t begin, uint64_t end) {
+        for (uint64_t w = begin / BitVector::kWordBits; w * BitVector::kWordBits < end; ++w)
+            forEachSetBit(changedWords[w], w * BitVector::kWordBits, [&](size_t r) {
+                const uint16_t* key = maps[slice].key(fl[r]);
+                fl[r] = uint32_t{key[0]} | (uint32_t{key[1]} << 16);
+            });
+    });
+}
+
+// canshu as the steps leave it: the computations from the last one that writes every row on,
+// each on every row in turn, block by block.
+void writeParamValues(CandidateTable& table, const std::vector<FilterStep>& steps) {
+    size_t from = 0;
+    for (size_t t = 0; t < steps.size(); ++t)
+        if (steps[t].compute.writesCanshu() && !steps[t].compute.checkOverflow) from = t;
+    std::span<int16_t> paramValues = table.paramValues();
+    const CandidateTable& ct = table;
+    KernelExecutor::shared().forEachSlice(table.rowCount(), [&](uint64_t begin, uint64_t end) {
+        for (uint64_t b = begin; b < end; b += kBlock)
+            for (size_t t = from; t < steps.size(); ++t)
+                param_kernels::computeRows(steps[t].compute, ct, paramValues, b, std::min(end, b + kBlock));
+    });
+}
+
+}  // namespace
+
+bool tally(CandidateTable& table, const std::vector<FilterStep>& steps, EngineProgress* progress) {
     const uint64_t rows = table.rowCount();
-    if (steps.empty() || rows == 0) return;
-    Q_ASSERT(steps.size() <= kMaxSteps);
+    if (rows == 0) return true;
     // The columns the slices write, allocated before the threads start.
     table.paramValues();
-    table.failCount();
+    std::span<int16_t> failCount = table.failCount();
+    if (steps.empty()) {
+        std::fill(failCount.begin(), failCount.end(), int16_t{0});
+        return true;
+    }
+    Q_ASSERT(steps.size() <= kMaxSteps);
+    auto fl = table.rowReasons();
     BitVector changed(rows);
     KernelExecutor& executor = KernelExecutor::shared();
     const KernelExecutor::Slices slices = executor.slicesFor(rows);
+    SliceRanges ranges;
+    for (size_t i = 0; i < slices.count; ++i) ranges.emplace_back(slices.begin(i), slices.end(i));
     std::vector<KeyMap> maps(slices.count);
-    executor.forEachIndexedSlice(slices, [&](size_t slice, uint64_t begin, uint64_t end) {
-        TallySlice(table, steps, changed, maps[slice]).run(begin, end);
+    const StepInputs inputs(steps);
+    RunControl control(progress, rows);
+    // The first pass writes canshu where the runs give it: a run that may be cancelled keeps the
+    // old values to put back.
+    std::vector<int16_t> oldParamValues;
+    if (progress && inputs.numbersOnly && inputs.writesCanshu)
+        oldParamValues.assign(table.paramValues().begin(), table.paramValues().end());
+    forEachRange(ranges, [&](size_t slice, uint64_t begin, uint64_t end) {
+        if (!control.stopped())
+            TallySlice(table, steps, inputs, changed, fl, maps[slice]).run(begin, end, control);
     });
 
     // The reasons are made slice by slice, each slice's keys in the order its rows met them:
     // new entries take their ids in row order, however many slices there were.
     std::vector<std::vector<ReasonTable::Id>> ids(slices.count);
+    std::vector<std::vector<uint8_t>> counts(slices.count);
     KeyReasons reasons(table.reasons(), steps);
-    for (size_t slice = 0; slice < slices.count; ++slice) {
+    for (size_t slice = 0; slice < slices.count && !control.cancelledNow(); ++slice) {
         const KeyMap& map = maps[slice];
         ids[slice].reserve(map.size());
-        for (uint32_t key = 0; key < map.size(); ++key) ids[slice].push_back(reasons.idOf(map.key(key)));
+        counts[slice].reserve(map.size());
+        for (uint32_t key = 0; key < map.size(); ++key) {
+            if (key % 65536 == 65535 && control.cancelledNow()) break;
+            ids[slice].push_back(reasons.idOf(map.key(key)));
+            const uint16_t* k = map.key(key);
+            counts[slice].push_back(
+                static_cast<uint8_t>(std::popcount(uint32_t{k[2]} | (uint32_t{k[3]} << 16))));
+        }
+    }
+    if (control.stopped()) {
+        restoreReasons(table, ranges, maps, changed);
+        if (!oldParamValues.empty()) std::ranges::copy(oldParamValues, table.paramValues().begin());
+        return false;
     }
 
-    auto fl = table.rowReasons();
     const auto changedWords = changed.words();
-    executor.forEachIndexedSlice(slices, [&](size_t slice, uint64_t begin, uint64_t end) {
+    forEachRange(ranges, [&](size_t slice, uint64_t begin, uint64_t end) {
         const std::vector<ReasonTable::Id>& sliceIds = ids[slice];
+        const std::vector<uint8_t>& sliceCounts = counts[slice];
+        std::fill(failCount.begin() + static_cast<ptrdiff_t>(begin),
+                  failCount.begin() + static_cast<ptrdiff_t>(end), int16_t{0});
         for (uint64_t w = begin / BitVector::kWordBits; w * BitVector::kWordBits < end; ++w)
-            forEachSetBit(changedWords[w], w * BitVector::kWordBits,
-                          [&](size_t r) { fl[r] = sliceIds[fl[r]]; });
+            forEachSetBit(changedWords[w], w * BitVector::kWordBits, [&](size_t r) {
+                failCount[r] = sliceCounts[fl[r]];
+                fl[r] = sliceIds[fl[r]];
+            });
     });
+    if (!inputs.numbersOnly) writeParamValues(table, steps);
+    return true;
 }
 
 }  // namespace param_reason_builder

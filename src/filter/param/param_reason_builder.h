@@ -1,6 +1,7 @@
 #pragma once
 
 #include "engine/candidate_table.h"
+#include "engine/engine_progress.h"
 #include "filter/param/param_filter.h"
 
 #include <vector>
@@ -12,7 +13,10 @@
 // steps' texts, so that no text is made per row.
 namespace param_reason_builder {
 
-// Runs the steps in order on every row; Errnum must be 0 on entry.
-void tally(CandidateTable& table, const std::vector<FilterStep>& steps);
+// Runs the steps in order on every row: Errnum of every row, the reasons of the caught ones,
+// canshu as the last computation leaves it. Between blocks `progress` hears how far the run got
+// and may cancel it: then the table is left as it was (the reason table may keep entries that no
+// row uses) and the result is false.
+bool tally(CandidateTable& table, const std::vector<FilterStep>& steps, EngineProgress* progress = nullptr);
 
 }  // namespace param_reason_builder

@@ -25,11 +25,14 @@ param_filter::SingleResult ParamWindow::clickParameter(ParamId id, const ParamWi
     return r;
 }
 
-param_filter::IntegratedResult ParamWindow::clickIntegrated(const ParamWindowState& state, Prompter&) {
+param_filter::IntegratedResult ParamWindow::clickIntegrated(const ParamWindowState& state, Prompter&,
+                                                            EngineProgress* progress) {
     markUsed(QStringLiteral("Option29"));
     if (!m_workspace.isOpen()) return {};
     const FilterWorkspace::Edit edit = m_workspace.edit();
-    const param_filter::IntegratedResult r = param_filter::runIntegrated(edit.table(), state, m_context);
+    const param_filter::IntegratedResult r =
+        param_filter::runIntegrated(edit.table(), state, m_context, progress);
+    if (r.cancelled) return r;
     m_workspace.keepSense = r.keepSense;
     m_view = GridView::live();
     return r;

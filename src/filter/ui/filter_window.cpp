@@ -118,9 +118,13 @@ void FilterWindow::showParamView() {
 void FilterWindow::runIntegrated() {
     whenIdle([this, state = readState()] {
         m_params->setContext(ParamContext::fromSession(m_session));
-        QApplication::setOverrideCursor(Qt::WaitCursor);
-        m_params->clickIntegrated(state, m_prompter);
-        QApplication::restoreOverrideCursor();
+        // While it runs, the caught rows hold keys in place of their reasons: the grid waits.
+        m_grid->setUpdatesEnabled(false);
+        {
+            DialogProgress progress(QStringLiteral("正在过滤..."), this);
+            m_params->clickIntegrated(state, m_prompter, &progress);
+        }
+        m_grid->setUpdatesEnabled(true);
         showParamView();
     });
 }

@@ -242,6 +242,53 @@ TEST_F(ParallelRuns, IntegratedFilterOverJoinedReasons) {
     }
 }
 
+std::vector<QString> rowTexts(const CandidateTable& t) {
+    std::vector<QString> out;
+    for (uint64_t r = 0; r < t.rowCount(); ++r) out.push_back(t.reasonText(r));
+    return out;
+}
+
+// Cancels the run at the n-th question.
+class CancelAt : public EngineProgress {
+public:
+    explicit CancelAt(int n) : m_left(n) {}
+    void progress(uint64_t done, uint64_t total) override { EXPECT_LE(done, total); }
+    bool cancelled() const override { return ++m_asked >= m_left; }
+    int asked() const { return m_asked; }
+
+private:
+    int m_left;
+    mutable int m_asked = 0;
+};
+
+// A cancel at any block, in the first pass or while the reasons are made, leaves the columns as
+// they were; the reasons made before it may stay, and a full run afterwards reads as one on the
+// untouched table.
+TEST_F(ParallelRuns, CancelledIntegratedFilterLeavesTheTable) {
+    const ParamContext ctx = randomContext(rng, 40);
+    std::uniform_int_distribution<int> pct(0, 99);
+    for (ZoneScope scope : {ZoneScope::Front, ZoneScope::Both}) {
+        ParamWindowState s = randomState(rng, scope);
+        for (bool& b : s.integratedBox) b = pct(rng) < 80;
+        const KernelExecutor::ScopedThreadCount threads(pct(rng) % 2 ? 1 : kThreads);
+        CandidateTable counted = start;
+        CancelAt never(INT32_MAX);
+        param_filter::runIntegrated(counted, s, ctx, &never);
+        ASSERT_GT(never.asked(), 8) << "the run asks between blocks";
+        for (int trial = 0; trial < 4; ++trial) {
+            CandidateTable t = start;
+            CancelAt cancel(1 + pct(rng) * never.asked() / 100);
+            EXPECT_TRUE(param_filter::runIntegrated(t, s, ctx, &cancel).cancelled);
+            CandidateTable same = t;
+            same.reasons() = start.reasons();  // entries the cancelled run added may stay
+            EXPECT_TRUE(sameState(start, same)) << "cancelled at question " << cancel.asked();
+            param_filter::runIntegrated(t, s, ctx);
+            EXPECT_TRUE(rowTexts(t) == rowTexts(counted)) << "a full run after the cancel";
+            EXPECT_TRUE(sameColumn("unslt", t.filteredOut().words(), counted.filteredOut().words()));
+        }
+    }
+}
+
 TEST_F(ParallelRuns, HistoryFilters) {
     const DrawHistory h = randomHistory(rng, 60, 35, 12);
     for (ZoneScope scope : {ZoneScope::Front, ZoneScope::Back, ZoneScope::Both}) {
