@@ -75,6 +75,7 @@ int run(const Command& command, const Args& args, const GlobalOptions& global, Q
         return Command::kRefused;
     }
     CliContext ctx(root, global.parser.value(global.workspace));
+    if (!ctx.settingsReadable()) return Command::kRefused;
     if (command.access() == Command::Access::ChangesWorkspace && !ctx.lockWorkspace())
         return Command::kRefused;
     const int rc = command.execute(ctx, args);
