@@ -105,8 +105,6 @@ HistoryActionResult HistoryImport::importFile(Mode mode, const QString& chosen,
         return trap(mode, GridAction::None);
     }
     HistoryActionResult r = importCopy(mode, copy, progress);
-    // A file that was not imported leaves no copy behind to be taken for the workspace's.
-    if (!r.done()) QFile::remove(copy);
     r.path = copy;
     return r;
 }
