@@ -6,7 +6,11 @@
 
 #include <sqlite3.h>
 
+#include <QDateTime>
 #include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
 
 namespace candidate_store {
 
@@ -18,9 +22,35 @@ SaveResult failed(SqliteDb& db, const QString& error = {}) {
     return {Outcome::Failed, error.isEmpty() ? QString::fromUtf8(sqlite3_errmsg(db.handle())) : error};
 }
 
+// A byte copy of a damaged file beside it, <file>.damaged-<time>, unless the newest such copy
+// holds the same bytes: the next action may write a new record over the file, the copy keeps
+// the evidence. Empty when no copy could be made.
+QString keepAside(const QString& path) {
+    const QFileInfo info(path);
+    const QStringList earlier = info.dir().entryList({info.fileName() + QStringLiteral(".damaged-*")},
+                                                     QDir::Files, QDir::Name | QDir::Reversed);
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) return {};
+    const QByteArray bytes = file.readAll();
+    if (!earlier.isEmpty()) {
+        QFile last(info.dir().filePath(earlier.front()));
+        if (last.size() == bytes.size() && last.open(QIODevice::ReadOnly) && last.readAll() == bytes)
+            return last.fileName();
+    }
+    QSaveFile aside(path + QStringLiteral(".damaged-") +
+                    QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss")));
+    if (!aside.open(QIODevice::WriteOnly) || aside.write(bytes) != bytes.size() || !aside.commit()) return {};
+    return aside.fileName();
+}
+
 QString damaged(SqliteDb& db, const QString& table, const QString& problem) {
-    return QStringLiteral("%1: the stored table %2 is damaged (%3); the file is left as it is.")
-        .arg(QDir::toNativeSeparators(db.path()), table, problem);
+    const QString aside = keepAside(db.path());
+    const QString file = QDir::toNativeSeparators(db.path());
+    if (aside.isEmpty())
+        return QStringLiteral("%1: the stored table %2 is damaged (%3); the file is left as it is.")
+            .arg(file, table, problem);
+    return QStringLiteral("%1: the stored table %2 is damaged (%3); a copy of the file is kept as %4.")
+        .arg(file, table, problem, QDir::toNativeSeparators(aside));
 }
 
 // Whether the relational rows are the record: other code made the table anew (no triggers) or

@@ -102,9 +102,10 @@ HistoryActionResult DrawEntry::submit(const Boxes& boxes) {
     const ZoneShape shape = ZoneShape::of(m_session);
     SqliteDb& historyDb = m_session.historyDb();
     SqliteDb& filterDb = m_session.filterDb();
+    // The reduced copy of the draw in filnum.db commits with the history in one transaction.
+    const SqliteAttachment filter(historyDb, filterDb.path(), QStringLiteral("filnum"));
     SqliteTransaction historyTx(historyDb);
-    SqliteTransaction filterTx(filterDb);
-    if (!historyTx.active() || !filterTx.active()) return failed();
+    if (!filter.ok() || !historyTx.active()) return failed();
     // Glsum becomes Drawnum x 5; the back and both views go on with their own counters.
     const std::pair<HistoryView, Denominator> writers[] = {{HistoryView::Front, Denominator::DrawCount},
                                                            {HistoryView::Back, Denominator::Running},
@@ -114,12 +115,11 @@ HistoryActionResult DrawEntry::submit(const Boxes& boxes) {
             return failed();
     QVariantList reduced{drawCount};
     for (int i = 0; i <= kFrontBoxes; ++i) reduced << draw[i];
-    if (!filterDb.exec(QStringLiteral("INSERT INTO [fig]([Idx],[fig0],[fig1],[fig2],[fig3],[fig4],[fig5]) "
-                                      "VALUES (?1,?2,?3,?4,?5,?6,?7)"),
-                       reduced))
+    if (!historyDb.exec(QStringLiteral("INSERT INTO [filnum].[fig]([Idx],[fig0],[fig1],[fig2],[fig3],[fig4],"
+                                       "[fig5]) VALUES (?1,?2,?3,?4,?5,?6,?7)"),
+                        reduced))
         return failed();
     if (!historyTx.commit()) return failed();
-    filterTx.commit();
 
     std::move(state).commitTo(m_session);
     m_session.trendGridsBuilt = false;

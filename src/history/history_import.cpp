@@ -26,6 +26,8 @@ ParseStatus parseInto(const QString& path, HistoryImport::Mode mode, DrawHistory
     if (!file.open(QIODevice::ReadOnly)) return ParseStatus::Trap;
     const bool append = mode == HistoryImport::Mode::Append;
     const qint64 lastIssue = history.lastIssue();
+    // A byte order mark before the first line is no part of it.
+    if (file.peek(3) == QByteArrayLiteral("\xEF\xBB\xBF")) file.skip(3);
     while (!file.atEnd()) {
         QByteArray line = file.readLine();
         while (line.endsWith('\n') || line.endsWith('\r')) line.chop(1);
@@ -43,6 +45,8 @@ ParseStatus parseInto(const QString& path, HistoryImport::Mode mode, DrawHistory
         if (parsed.status != S::Ok || !fitsArrays(parsed.draw)) return ParseStatus::Trap;
         history.numbers.push_back(parsed.draw);
     }
+    // A file without a single draw would leave the whole import an empty history.
+    if (!append && history.drawCount() <= 0) return ParseStatus::Trap;
     return ParseStatus::Ok;
 }
 

@@ -100,4 +100,13 @@ bool PrizeSettings::writeRank(int n, const QString& rank) {
     return m_settings.writeRaw(app(), kRankSection, QString::number(n), rank);
 }
 
+bool PrizeSettings::writeSlot(int n, const SlotChange& change) {
+    QList<Settings::Value> values;
+    if (change.front) values.append({slotSection(n), kFrontKey, QString::number(*change.front)});
+    if (change.back) values.append({slotSection(n), kBackKey, QString::number(*change.back)});
+    if (change.money) values.append({slotSection(n), kMoneyKey, QString::number(*change.money)});
+    if (change.rank) values.append({kRankSection, QString::number(n), *change.rank});
+    return m_settings.writeAll(app(), values);
+}
+
 QString PrizeSettings::saveFailedText() const { return Settings::saveFailedText(m_settings.fileFor(app())); }

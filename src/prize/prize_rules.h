@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 
 class Settings;
 
@@ -78,6 +79,13 @@ public:
     bool writeBack(int n, int back);
     bool writeMoney(int n, int32_t money);
     bool writeRank(int n, const QString& rank);
+    // Several fields of slot n saved together: all of them or none.
+    struct SlotChange {
+        std::optional<int> front, back;
+        std::optional<int32_t> money;
+        std::optional<QString> rank;
+    };
+    bool writeSlot(int n, const SlotChange& change);
     // The message for a write that was not saved, naming the file.
     QString saveFailedText() const;
 

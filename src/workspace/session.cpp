@@ -6,6 +6,8 @@
 #include <QDir>
 #include <QFile>
 
+#include <algorithm>
+
 Session::Session(const DataRoot& root, Settings& settings) : m_root(root), m_settings(settings) {}
 
 namespace {
@@ -21,6 +23,17 @@ bool addMissingTables(SqliteDb& db, TemplateKind kind) {
     return true;
 }
 
+// A file without any table is a new database, as an absent one is; one with tables but none of
+// its kind's is another program's.
+bool hasAnyTemplateTable(SqliteDb& db, TemplateKind kind) {
+    if (db.scalar(QStringLiteral("SELECT count(*) FROM sqlite_master WHERE type='table'")).toInt() == 0 &&
+        db.lastError().isEmpty())
+        return true;
+    const QList<TableDef> tables = schema::templateTables(kind);
+    return std::any_of(tables.begin(), tables.end(),
+                       [&db](const TableDef& t) { return db.tableExists(t.name); });
+}
+
 // Opens a workspace database, bringing it back from its template when the file is gone. A file
 // that is there but cannot be read as a database of its kind is left as it is: `error` names it.
 bool openOrRestore(SqliteDb& db, const QString& file, const QString& templ, TemplateKind kind,
@@ -33,6 +46,12 @@ bool openOrRestore(SqliteDb& db, const QString& file, const QString& templ, Temp
         if (kind == TemplateKind::History && !history_loader::isHistoryDatabase(db)) {
             db.close();
             *error = Session::notHistoryText(file);
+            return false;
+        }
+        if (kind != TemplateKind::History && !hasAnyTemplateTable(db, kind)) {
+            *error = db.lastError().isEmpty() ? Session::foreignText(file)
+                                              : Session::unreadableText(file, db.lastError());
+            db.close();
             return false;
         }
         if (!addMissingTables(db, kind)) {
@@ -52,6 +71,11 @@ bool openOrRestore(SqliteDb& db, const QString& file, const QString& templ, Temp
 
 QString Session::unreadableText(const QString& file, const QString& detail) {
     return QStringLiteral("数据库文件无法读取（%1）：%2").arg(detail, QDir::toNativeSeparators(file));
+}
+
+QString Session::foreignText(const QString& file) {
+    return QStringLiteral("此文件不是本程序的数据库（没有一个应有的表），未作改动：%1")
+        .arg(QDir::toNativeSeparators(file));
 }
 
 QString Session::notHistoryText(const QString& file) {

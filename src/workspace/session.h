@@ -35,6 +35,8 @@ public:
     // other tables.
     static QString unreadableText(const QString& file, const QString& detail);
     static QString notHistoryText(const QString& file);
+    // A workspace database with none of its kind's tables: another program's file.
+    static QString foreignText(const QString& file);
 
     const DataRoot& root() const { return m_root; }
     Settings& settings() { return m_settings; }

@@ -1,6 +1,8 @@
 #include "workspace/settings.h"
 
+#include <QByteArrayView>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QSettings>
 
@@ -51,20 +53,65 @@ QString Settings::readRaw(const QString& app, const QString& section, const QStr
 
 bool Settings::writeRaw(const QString& app, const QString& section, const QString& key,
                         const QString& value) {
+    return writeAll(app, {{section, key, value}});
+}
+
+bool Settings::writeAll(const QList<KeyValue>& values, const QString& workspace) {
+    if (values.isEmpty()) return true;
+    QList<Value> raw;
+    const SettingApp app = values.front().key->app;
+    for (const KeyValue& v : values) {
+        Q_ASSERT(v.key->app == app);  // one file per call
+        raw.append({sectionOf(*v.key, v.index), keyOf(*v.key, v.index), v.value});
+    }
+    return writeAll(appName(app, workspace), raw);
+}
+
+bool Settings::writeAll(const QString& app, const QList<Value>& values) {
     const QString file = fileFor(app);
     QSettings s(file, QSettings::IniFormat);
     if (!s.isWritable()) return false;
-    const QString path = section + QLatin1Char('/') + key;
-    const QVariant before = s.value(path);
-    s.setValue(path, value);
+    QList<QVariant> before;
+    for (const Value& v : values) {
+        const QString path = v.section + QLatin1Char('/') + v.key;
+        before.append(s.value(path));
+        s.setValue(path, v.value);
+    }
     s.sync();
     if (s.status() == QSettings::NoError && QFileInfo(file).isFile()) return true;
-    // Not saved: take the value back out of the process's cached copy of the file.
-    if (before.isValid())
-        s.setValue(path, before);
-    else
-        s.remove(path);
+    // Not saved: take the values back out of the process's cached copy of the file, last first.
+    for (qsizetype i = values.size() - 1; i >= 0; --i) {
+        const QString path = values[i].section + QLatin1Char('/') + values[i].key;
+        if (before[i].isValid())
+            s.setValue(path, before[i]);
+        else
+            s.remove(path);
+    }
     return false;
+}
+
+QString Settings::fileProblem(const QString& file) {
+    QFile f(file);
+    if (!f.exists()) return {};
+    const auto problem = [&file](const QString& what) {
+        return QStringLiteral("设置文件无法读取（%1），未作任何改动：%2")
+            .arg(what, QDir::toNativeSeparators(file));
+    };
+    if (!f.open(QIODevice::ReadOnly)) return problem(f.errorString());
+    QByteArray bytes = f.readAll();
+    if (bytes.startsWith("\xEF\xBB\xBF")) bytes.remove(0, 3);
+    if (bytes.contains('\0')) return problem(QStringLiteral("binary content or UTF-16 text"));
+    if (!QByteArrayView(bytes).isValidUtf8()) return problem(QStringLiteral("not UTF-8 text"));
+    int number = 0;
+    for (const QByteArray& raw : bytes.split('\n')) {
+        ++number;
+        const QByteArray line = raw.trimmed();
+        if (line.isEmpty() || line.startsWith(';') || line.startsWith('#') || line.contains('=') ||
+            (line.startsWith('[') && line.endsWith(']')))
+            continue;
+        return problem(QStringLiteral("line %1 is neither a section nor a key=value line").arg(number));
+    }
+    return {};
 }
 
 QString Settings::saveFailedText(const QString& file) {

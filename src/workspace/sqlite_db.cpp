@@ -184,6 +184,15 @@ namespace {
 const QString kSavepoint = QStringLiteral("sq_nested");
 }  // namespace
 
+SqliteAttachment::SqliteAttachment(SqliteDb& db, const QString& path, const QString& schema)
+    : m_db(db),
+      m_schema(schema),
+      m_ok(db.exec(QStringLiteral("ATTACH DATABASE ?1 AS [%1]").arg(schema), {path})) {}
+
+SqliteAttachment::~SqliteAttachment() {
+    if (m_ok) m_db.exec(QStringLiteral("DETACH DATABASE [%1]").arg(m_schema));
+}
+
 SqliteTransaction::SqliteTransaction(SqliteDb& db)
     : m_db(db),
       m_nested(db.inTransaction()),

@@ -104,6 +104,23 @@ private:
     bool m_active;
 };
 
+// Another database file attached to the connection as `schema` for the scope; made before the
+// transaction begins. One transaction of the connection then commits the changes of both files
+// or of neither, also when the process is killed between (SQLite's super-journal).
+class SqliteAttachment {
+public:
+    SqliteAttachment(SqliteDb& db, const QString& path, const QString& schema);
+    ~SqliteAttachment();
+    SqliteAttachment(const SqliteAttachment&) = delete;
+    SqliteAttachment& operator=(const SqliteAttachment&) = delete;
+    bool ok() const { return m_ok; }
+
+private:
+    SqliteDb& m_db;
+    QString m_schema;
+    bool m_ok;
+};
+
 // Every read between construction and the end of the scope sees one state of the file: the
 // parts of a load never mix two writes. Inside a transaction already open it does nothing.
 class SqliteReadTransaction {

@@ -76,11 +76,23 @@ bool WorkspaceList::saveFailed(const SettingKey& key, QString* error) const {
     return false;
 }
 
+QList<Settings::KeyValue> WorkspaceList::entryValues(int index) const {
+    return {{&setting_keys::UserName, m_names[index - 1], index},
+            {&setting_keys::UserPassword, m_passwords[index - 1], index}};
+}
+
 bool WorkspaceList::saveEntry(int index, QString* error) {
-    if (!m_settings.write(setting_keys::UserName, m_names[index - 1], {}, index))
-        return saveFailed(setting_keys::UserName, error);
-    if (!m_settings.write(setting_keys::UserPassword, m_passwords[index - 1], {}, index))
-        return saveFailed(setting_keys::UserPassword, error);
+    if (!m_settings.writeAll(entryValues(index))) return saveFailed(setting_keys::UserName, error);
+    return true;
+}
+
+bool WorkspaceList::saveEntriesAndCount(int from, QString* error, const QList<Settings::KeyValue>& more) {
+    // One file, one save: a process stopped meanwhile leaves the whole list before or after.
+    QList<Settings::KeyValue> values;
+    for (int i = from; i <= count(); ++i) values += entryValues(i);
+    values.append({&setting_keys::WorkspaceCount, QString::number(count())});
+    values += more;
+    if (!m_settings.writeAll(values)) return saveFailed(setting_keys::WorkspaceCount, error);
     return true;
 }
 
@@ -132,7 +144,7 @@ bool WorkspaceList::lockAndReload(std::unique_ptr<WorkspaceLock>& lock, QString*
     return true;
 }
 
-int WorkspaceList::create(const QString& name, const QString& password, QString* error) {
+int WorkspaceList::create(const QString& name, const QString& password, QString* error, bool makeLast) {
     const auto fail = [error](const QString& text) {
         if (error) *error = text;
         return -1;
@@ -146,15 +158,16 @@ int WorkspaceList::create(const QString& name, const QString& password, QString*
     m_names << name;
     m_passwords << password_hash::hash(password);
     const int index = count();
-    // The entry first, the count last: an entry that was not counted is never read.
-    if (!saveEntry(index, error) || (!m_settings.write(setting_keys::WorkspaceCount, index) &&
-                                     !saveFailed(setting_keys::WorkspaceCount, error))) {
+    // The files before the entry: a process stopped between leaves a folder that no entry
+    // names, never an entry without its files. A failing copy is repaired on entering.
+    makeWorkspaceFiles(name, true);
+    QList<Settings::KeyValue> last;
+    if (makeLast) last.append({&setting_keys::LastWorkspace, QString::number(index)});
+    if (!saveEntriesAndCount(index, error, last)) {
         m_names.removeLast();
         m_passwords.removeLast();
         return -1;
     }
-    // A failing copy leaves the entry in place: entering the workspace brings the files back.
-    makeWorkspaceFiles(name, true);
     return index - 1;
 }
 
@@ -252,11 +265,7 @@ bool WorkspaceList::removeAt(int row, QString* error) {
     const QString password = m_passwords[row];
     m_names.removeAt(row);
     m_passwords.removeAt(row);
-    bool saved = true;
-    for (int i = row + 1; i <= count() && saved; ++i) saved = saveEntry(i, error);
-    if (saved && !m_settings.write(setting_keys::WorkspaceCount, count()))
-        saved = saveFailed(setting_keys::WorkspaceCount, error);
-    if (!saved) {
+    if (!saveEntriesAndCount(row + 1, error)) {
         m_names.insert(row, name);
         m_passwords.insert(row, password);
         return false;
@@ -299,6 +308,8 @@ bool WorkspaceList::renameAt(int index, const QString& newName, const QString& p
     if (const auto refusal = folderError(newName)) return fail(*refusal);
     const QString oldName = m_names[index - 1];
     const QString oldPassword = m_passwords[index - 1];
+    // As at creation, the files first; a failing copy is repaired when the workspace is entered.
+    makeWorkspaceFiles(newName, false);
     m_names[index - 1] = newName;
     m_passwords[index - 1] = password_hash::hash(password);
     if (!saveEntry(index, error)) {
@@ -306,8 +317,6 @@ bool WorkspaceList::renameAt(int index, const QString& newName, const QString& p
         m_passwords[index - 1] = oldPassword;
         return false;
     }
-    // As at creation, a failing copy is repaired when the workspace is entered.
-    makeWorkspaceFiles(newName, false);
     return true;
 }
 

@@ -103,7 +103,8 @@ public:
     // rows and indices are those of the list the caller saw, followed by name. removeAt also
     // holds the deleted workspace's lock while its files go.
     // create: the new row, or -1 (list full, bad name, no folder, settings not saved).
-    int create(const QString& name, const QString& password, QString* error = nullptr);
+    // `makeLast` also makes it the last workspace entered, in the same save.
+    int create(const QString& name, const QString& password, QString* error = nullptr, bool makeLast = false);
     // removeAt: deletes the files of the workspace's folder, never anything outside it, and
     // removes the entry. A stored name whose folder is no direct child of the data root loses
     // its entry only. False when the settings could not be saved (nothing deleted then).
@@ -121,7 +122,10 @@ private:
     // Takes the list's lock into `lock` and reads the stored list again; false with `error`
     // set when another program holds the lock.
     bool lockAndReload(std::unique_ptr<WorkspaceLock>& lock, QString* error);
+    // Saves entry `index` (name and password together), or entries `from`.. with the count.
     bool saveEntry(int index, QString* error);
+    bool saveEntriesAndCount(int from, QString* error, const QList<Settings::KeyValue>& more = {});
+    QList<Settings::KeyValue> entryValues(int index) const;
     std::optional<QString> askPasswordTwice(Prompter& prompter) const;
     // Asks for a name until one passes; empty when the player cancels a rename.
     std::optional<QString> askName(Prompter& prompter, const QString& prompt, const QString& proposal,

@@ -1,5 +1,7 @@
 #include "app/cli/candidate_commands.h"
 
+#include <QDir>
+
 #include "app/cli/cli_context.h"
 #include "app/cli/cli_tables.h"
 #include "app/filter_opening.h"
@@ -49,10 +51,16 @@ ListEntry listEntry(const NumberBoard& board, bool six, bool bankers) {
                                QStringLiteral("mnuLst 复选组合排列")};
 }
 
+// A record that could not be written: the message names the file.
+int saveFailed(CliContext& ctx, const Session& s, const QString& error) {
+    const QString file = QDir::toNativeSeparators(s.paths().filterDb());
+    return ctx.fail(error.contains(file) ? error : file + QStringLiteral(": ") + error);
+}
+
 int saveTable(CliContext& ctx, Session& s, CandidateTable& table, uint64_t count) {
     // The record only: the relational table follows when something reads it with SQL.
     const candidate_store::SaveResult saved = candidate_store::saveImage(s.filterDb(), table);
-    if (saved.outcome != candidate_store::Outcome::Done) return ctx.fail(saved.error);
+    if (saved.outcome != candidate_store::Outcome::Done) return saveFailed(ctx, s, saved.error);
     ctx.out << count << '\n';
     return Command::kDone;
 }
@@ -109,7 +117,7 @@ int ExpandCommand::run(CliContext& ctx, Session& s, const Args& args) const {
                              ctx.prompter))
         return kRefused;
     const candidate_store::SaveResult saved = window.waitForWrite();
-    if (saved.outcome != candidate_store::Outcome::Done) return ctx.fail(saved.error);
+    if (saved.outcome != candidate_store::Outcome::Done) return saveFailed(ctx, s, saved.error);
     ctx.out << window.shownCount() << '\n';
     return kDone;
 }
@@ -191,7 +199,7 @@ int CandidateActionCommand::run(CliContext& ctx, Session& s, const Args& args) c
             return ctx.fail(error.isEmpty() ? QStringLiteral("cannot read the table") : error);
         window.release(m_button, FilterWorkspace::Mouse::Left);
         const candidate_store::SaveResult saved = window.waitForWrite();
-        if (saved.outcome != candidate_store::Outcome::Done) return ctx.fail(saved.error);
+        if (saved.outcome != candidate_store::Outcome::Done) return saveFailed(ctx, s, saved.error);
         ctx.out << window.shownCount() << '\n';
         return kDone;
     }

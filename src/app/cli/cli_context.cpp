@@ -56,6 +56,18 @@ Session* CliContext::session() {
     return m_session.get();
 }
 
+bool CliContext::settingsReadable() {
+    const auto readable = [this](SettingApp app, const QString& name) {
+        const QString problem = Settings::fileProblem(settings.fileFor(Settings::appName(app, name)));
+        if (!problem.isEmpty()) fail(problem);
+        return problem.isEmpty();
+    };
+    // The list first: the workspace's own files are found through it.
+    if (!readable(SettingApp::Registry, {}) || !readable(SettingApp::Fortune, {})) return false;
+    const QString name = workspaceName();
+    return name.isEmpty() || (readable(SettingApp::Workspace, name) && readable(SettingApp::Report, name));
+}
+
 void CliContext::reportMessages() {
     for (const QString& m : prompter.messages()) err << m << Qt::endl;
     prompter.clear();

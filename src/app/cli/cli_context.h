@@ -37,6 +37,10 @@ public:
     // Opens the workspace as the main window does; null after printing an error, also when its
     // history cannot be read (never an empty history in its place).
     Session* session();
+    // Whether the settings files this call may read (the workspace list, the chosen workspace's
+    // files) can be read as settings; false after naming the first that cannot. A damaged
+    // file would read as defaults and be overwritten by the next save.
+    bool settingsReadable();
     // Prints the messages the prompter was shown to standard error.
     void reportMessages();
 

@@ -74,6 +74,7 @@ int runCommand(const Command& command, const Args& args, const GlobalOptions& gl
         return Command::kRefused;
     }
     CliContext ctx(root, global.parser.value(global.workspace));
+    if (!ctx.settingsReadable()) return Command::kRefused;
     if (command.access() == Command::Access::ChangesWorkspace && !ctx.lockWorkspace())
         return Command::kRefused;
     const int rc = command.execute(ctx, args);

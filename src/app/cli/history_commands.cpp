@@ -6,8 +6,10 @@
 #include "history/history_actions.h"
 #include "history/history_download.h"
 #include "history/history_import.h"
+#include "history/history_texts.h"
 #include "history/history_views.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QLocale>
 
@@ -17,6 +19,14 @@ using Outcome = HistoryActionResult::Outcome;
 
 const QString kHostHelp = QStringLiteral("The service host to download from.");
 
+// A refusal; a write that failed also names the file and what the database said.
+int refused(CliContext& ctx, Session& s) {
+    if (ctx.prompter.messages().contains(history_texts::kWriteFailedText))
+        ctx.err << QDir::toNativeSeparators(s.historyDb().path()) << ": " << s.historyDb().lastError()
+                << Qt::endl;
+    return Command::kRefused;
+}
+
 // A finished action: the count of draws on success, the messages (printed by main) and a
 // refusal otherwise.
 int finish(CliContext& ctx, const HistoryActionResult& r, Session& s, const QString& whenNothing) {
@@ -25,7 +35,7 @@ int finish(CliContext& ctx, const HistoryActionResult& r, Session& s, const QStr
         return Command::kDone;
     }
     if (ctx.prompter.messages().isEmpty()) ctx.err << whenNothing << Qt::endl;
-    return Command::kRefused;
+    return refused(ctx, s);
 }
 
 QStringList viewTables() {
@@ -80,7 +90,9 @@ int HistoryImportCommand::run(CliContext& ctx, Session& s, const Args& args) con
         ctx.prompter.answer(true).answer(file);
         r = import.run(mode);
     }
-    return finish(ctx, r, s, QStringLiteral("nothing imported: the file must be a .txt file"));
+    const int rc = finish(ctx, r, s, QStringLiteral("nothing imported: the file must be a .txt file"));
+    if (rc != kDone) ctx.err << QStringLiteral("未导入，历史号码未作改动：") << file << Qt::endl;
+    return rc;
 }
 
 HistoryAddCommand::HistoryAddCommand()
@@ -119,7 +131,7 @@ int HistoryEditCommand::run(CliContext& ctx, Session& s, const Args& args) const
     if (column < 0 || !edit.isEditable(row, column))
         return ctx.fail(QStringLiteral("no such cell: %1 %2").arg(args.positional(0), args.positional(1)));
     const CellEdit::Commit c = edit.commit(row, column, args.positional(2), CellEdit::Key::Enter);
-    return c.result.done() ? kDone : kRefused;
+    return c.result.done() ? kDone : refused(ctx, s);
 }
 
 HistoryDeleteLastCommand::HistoryDeleteLastCommand()

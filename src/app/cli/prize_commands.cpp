@@ -141,12 +141,16 @@ int PrizeRulesSetCommand::run(CliContext& ctx, Session& s, const Args& args) con
     if (hasRank && args.text(QStringLiteral("rank")).isEmpty())
         return ctx.fail(QStringLiteral("a level's name is not empty"));
     PrizeSettings settings = prize_session::settingsOf(s);
-    bool saved = true;
-    if (args.has(QStringLiteral("front"))) saved &= settings.writeFront(n, args.integer(QStringLiteral("front")));
-    if (args.has(QStringLiteral("back"))) saved &= settings.writeBack(n, args.integer(QStringLiteral("back")));
-    if (args.has(QStringLiteral("money"))) saved &= settings.writeMoney(n, args.integer(QStringLiteral("money")));
-    if (hasRank) saved &= settings.writeRank(n, args.text(QStringLiteral("rank")));
-    return saved ? kDone : ctx.fail(settings.saveFailedText());
+    PrizeSettings::SlotChange change;
+    const auto given = [&](const char* o) -> std::optional<int> {
+        const QString option = QString::fromLatin1(o);
+        return args.has(option) ? std::optional<int>(args.integer(option)) : std::nullopt;
+    };
+    change.front = given("front");
+    change.back = given("back");
+    change.money = given("money");
+    if (hasRank) change.rank = args.text(QStringLiteral("rank"));
+    return settings.writeSlot(n, change) ? kDone : ctx.fail(settings.saveFailedText());
 }
 
 PrizeCheckCommand::PrizeCheckCommand()

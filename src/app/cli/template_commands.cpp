@@ -1,5 +1,7 @@
 #include "app/cli/template_commands.h"
 
+#include <QDir>
+
 #include "app/cli/args_prompter.h"
 #include "app/cli/cli_context.h"
 #include "app/cli/super_forms.h"
@@ -88,7 +90,10 @@ int MobanAddCommand::execute(CliContext& ctx, const Args& args) const {
     if (!source) return kRefused;
     const TemplateRecorder::RecordOutcome r = w.recorder->popupClosed(!dismiss, *source, w.state, w.in);
     printCount(ctx, w);
-    return r.added || dismiss ? kDone : ctx.fail(QStringLiteral("the step could not be recorded"));
+    if (r.added || dismiss) return kDone;
+    const Session* s = ctx.session();
+    return ctx.fail(QStringLiteral("the step could not be recorded in %1")
+                        .arg(s ? QDir::toNativeSeparators(s->paths().filterDb()) : QString()));
 }
 
 MobanAddSuperCommand::MobanAddSuperCommand(const SuperForm& form)

@@ -1,5 +1,7 @@
 #include "app/cli/workspace_commands.h"
 
+#include <QDir>
+
 #include "app/cli/cli_context.h"
 #include "workspace/game_rules.h"
 #include "workspace/workspace_list.h"
@@ -13,6 +15,13 @@ WorkspaceList loadedList(CliContext& ctx) {
     WorkspaceList list(ctx.settings, ctx.root);
     list.load();
     return list;
+}
+
+// The refusal for a folder that cannot be made names the folder.
+QString withFolder(const CliContext& ctx, const QString& error, const QString& name) {
+    const QString folder = ctx.root.childFolder(name);
+    if (error != WorkspaceList::kNoFolder || folder.isEmpty()) return error;
+    return error + QStringLiteral("：") + QDir::toNativeSeparators(folder);
 }
 
 }  // namespace
@@ -48,11 +57,9 @@ int WorkspaceCreateCommand::execute(CliContext& ctx, const Args& args) const {
     if (name.isEmpty()) return ctx.fail(QStringLiteral("the name is empty"));
     if (list.nameTaken(name)) return ctx.fail(kNameTaken);
     QString error;
-    const int row = list.create(name, args.text(QStringLiteral("password")), &error);
-    if (row < 0) return ctx.fail(error);
     // A workspace created here is the one later commands use by default.
-    if (!ctx.settings.write(setting_keys::LastWorkspace, row + 1))
-        return ctx.fail(Settings::saveFailedText(ctx.settings.fileFor(setting_keys::LastWorkspace)));
+    const int row = list.create(name, args.text(QStringLiteral("password")), &error, true);
+    if (row < 0) return ctx.fail(withFolder(ctx, error, name));
     ctx.out << row + 1 << '\n';
     return kDone;
 }
@@ -94,8 +101,9 @@ int WorkspaceRenameCommand::execute(CliContext& ctx, const Args& args) const {
     if (newName.isEmpty()) return ctx.fail(QStringLiteral("the name is empty"));
     if (list.nameTaken(newName, row + 1)) return ctx.fail(kNameTaken);
     QString error;
-    return list.renameAt(row + 1, newName, args.text(QStringLiteral("password")), &error) ? kDone
-                                                                                           : ctx.fail(error);
+    return list.renameAt(row + 1, newName, args.text(QStringLiteral("password")), &error)
+               ? kDone
+               : ctx.fail(withFolder(ctx, error, newName));
 }
 
 RulesShowCommand::RulesShowCommand()
@@ -137,8 +145,10 @@ int RulesSetCommand::execute(CliContext& ctx, const Args& args) const {
         return ctx.fail(QStringLiteral("the front zone has 28 to 36 numbers"));
     if (hasBack && !game_rules::validBack(back))
         return ctx.fail(QStringLiteral("the back zone has 12 to 24 numbers"));
-    if ((hasFront && !ctx.settings.write(setting_keys::FrontSize, front, name)) ||
-        (hasBack && !ctx.settings.write(setting_keys::BackSize, back, name)))
+    QList<Settings::KeyValue> values;
+    if (hasFront) values.append({&setting_keys::FrontSize, QString::number(front)});
+    if (hasBack) values.append({&setting_keys::BackSize, QString::number(back)});
+    if (!ctx.settings.writeAll(values, name))
         return ctx.fail(Settings::saveFailedText(ctx.settings.fileFor(setting_keys::FrontSize, name)));
     return kDone;
 }

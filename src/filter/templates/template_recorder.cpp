@@ -49,23 +49,24 @@ TemplateRecorder::RecordOutcome TemplateRecorder::popupClosed(bool addStepPicked
     // The record of the table is written on its own connection: it is stopped while moban
     // changes and written again after.
     const FilterWorkspace::Edit paused = m_ws.pauseWrite();
-    if (addStepPicked) {
-        out.added = m_store.addStep(m_ws.stepCode(), m_ws.zoneScope);
-    }
-    out.stepScrollMax = addStepPicked ? m_store.count() : stepScrollMax();
+    QVariantMap values;
     switch (source.kind) {
         case RecordSource::Kind::Invert:
             break;  // nothing to store
-        case RecordSource::Kind::Integrated: {
-            QVariantMap v = filter_snapshot::snapshotValues(state);
-            v.insert(QStringLiteral("intCmdnb"), m_ws.stepCode());
-            m_store.writeLast(v);
+        case RecordSource::Kind::Integrated:
+            values = filter_snapshot::snapshotValues(state);
+            values.insert(QStringLiteral("intCmdnb"), m_ws.stepCode());
             break;
-        }
         case RecordSource::Kind::Super:
-            m_store.writeLast(filter_snapshot::superValues(super_filter::stepCode(source.button), in));
+            values = filter_snapshot::superValues(super_filter::stepCode(source.button), in);
             break;
     }
+    // A new step is written with its values at once; otherwise the values go to the last step.
+    if (addStepPicked)
+        out.added = m_store.addStep(m_ws.stepCode(), m_ws.zoneScope, values);
+    else if (!values.isEmpty())
+        m_store.writeLast(values);
+    out.stepScrollMax = addStepPicked ? m_store.count() : stepScrollMax();
     return out;
 }
 

@@ -124,12 +124,13 @@ int TemplateStore::count() const {
     return m_db.scalar(QStringLiteral("SELECT count(*) FROM [moban]")).toInt();
 }
 
-bool TemplateStore::addStep(int stepCode, int zoneScope) {
+bool TemplateStore::addStep(int stepCode, int zoneScope, const QVariantMap& values) {
     if (!ensure()) return false;
     QVariantMap v;
     v.insert(QStringLiteral("Idx"), count() + 1);
     v.insert(QStringLiteral("intCmdnb"), stepCode);
     v.insert(QStringLiteral("intQianHou"), zoneScope);
+    v.insert(values);
     return template_store::insert(m_db, kTable, v) >= 0;
 }
 

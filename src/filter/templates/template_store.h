@@ -22,8 +22,9 @@ public:
     bool ready() const { return m_ready; }
 
     int count() const;
-    // mnuAdf: a row with Idx = count + 1, the step code and its scope.
-    bool addStep(int stepCode, int zoneScope);
+    // mnuAdf: a row with Idx = count + 1, the step code and its scope, and `values` over them,
+    // in one statement: a step is stored whole or not at all.
+    bool addStep(int stepCode, int zoneScope, const QVariantMap& values = {});
     // The last row opened for edit: the given columns written, the others kept. False when the
     // table has no row.
     bool writeLast(const QVariantMap& values);
