@@ -35,7 +35,8 @@ public:
     // Option29, left button. baoliuMode of the workspace takes the run's sense.
     param_filter::IntegratedResult clickIntegrated(const ParamWindowState& state, Prompter& prompter);
     // Option42: the export file in the workspace folder.
-    param_export::Result clickExport(const ParamWindowState& state, Prompter& prompter);
+    param_export::Result clickExport(const ParamWindowState& state, Prompter& prompter,
+                                     EngineProgress* progress = nullptr);
     QString exportPath() const;
 
     // Buttons whose text has turned blue ("Option29" included once used).

@@ -135,9 +135,11 @@ void FilterWindow::runIntegrated() {
 void FilterWindow::runExport() {
     whenIdle([this, state = readState()] {
         m_params->setContext(ParamContext::fromSession(m_session));
-        QApplication::setOverrideCursor(Qt::WaitCursor);
-        const param_export::Result r = m_params->clickExport(state, m_prompter);
-        QApplication::restoreOverrideCursor();
+        // Cancelled, the file stays as it was and so does canshu, which the columns rewrite.
+        param_export::Result r;
+        runCancellable(QStringLiteral("正在导出..."), [&](EngineProgress* progress) {
+            r = m_params->clickExport(state, m_prompter, progress);
+        });
         showParamView();
         if (r.written) m_prompter.inform(QStringLiteral("多选参数导出"), m_params->exportPath());
     });
