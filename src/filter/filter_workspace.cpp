@@ -19,7 +19,7 @@ void FilterWorkspace::openMade(std::unique_ptr<CandidateTable> table, uint64_t o
 
 bool FilterWorkspace::openStored(SqliteDb& db, EngineProgress* progress, QString* error) {
     m_writer.cancelAndJoin();
-    candidate_store::LoadResult loaded = candidate_store::load(db, traits().table, progress);
+    candidate_store::LoadResult loaded = candidate_store::load(db, traits().table, progress, true, m_limits);
     if (!loaded.table) {
         if (error) *error = loaded.error;
         m_table = std::make_unique<CandidateTable>(traits().table, 0);

@@ -39,8 +39,11 @@ public:
     // `openingCount` the count its caption shows (RowCount, or MultiCount in multi mode).
     void openMade(std::unique_ptr<CandidateTable> table, uint64_t openingCount);
     // Opening an instance that keeps its table: loads it from filnum.db. The caption shows the
-    // record count of the first query. A missing table opens empty with 0.
+    // record count of the first query. A missing table opens empty with 0. A stored number past
+    // the zone sizes of setZoneLimits() refuses the table as damaged.
     bool openStored(SqliteDb& db, EngineProgress* progress = nullptr, QString* error = nullptr);
+    // The zone sizes of the workspace's game (the largest the game allows until set).
+    void setZoneLimits(candidate_store::ZoneLimits limits) { m_limits = limits; }
 
     bool isOpen() const { return m_table != nullptr; }
     const CandidateTable& table() const { return *m_table; }
@@ -110,6 +113,7 @@ private:
     FilterSource m_instance;
     std::unique_ptr<CandidateTable> m_table;
     uint64_t m_shownCount = 0;
+    candidate_store::ZoneLimits m_limits;
     int16_t m_stepCode = 0;
     int m_openEdits = 0;
     CandidateWriter m_writer;

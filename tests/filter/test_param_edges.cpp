@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <initializer_list>
+#include <random>
 
 namespace {
 
@@ -139,6 +140,73 @@ TEST(ParamKernels, LargestGapNeedsThreePositionsAndAcHoldsTen) {
     EXPECT_EQ(t.paramValueAt(0), param_kernels::acValue(seven, 7));
     compute(t, ParamId::AcComplexity, ticked(ZoneScope::Front, {1, 2, 3, 4, 5}));
     EXPECT_EQ(canshuOf(t), (std::vector<int>{4, 0}));
+}
+
+TEST(ParamSingle, AcValueOfAnyRowsMatchesTheLoop) {
+    // Rows in any order, with repeated numbers, over several blocks; one block holds numbers
+    // of 128 and above, where differences taken on bytes would meet.
+    constexpr uint64_t kRows = 3 * 4096 + 17;
+    CandidateTable t(schema::CandidateKind::Combinations, kRows);
+    std::mt19937 rng(24);
+    std::uniform_int_distribution<int> small(1, 35), any(0, 255);
+    for (uint64_t r = 0; r < kRows; ++r)
+        for (int c = 1; c <= 7; ++c)
+            t.numberColumn(c)[r] = static_cast<uint8_t>(r / 4096 == 1 && r % 7 == 0 ? any(rng) : small(rng));
+    const std::vector<std::pair<ZoneScope, std::vector<int>>> choices = {
+        {ZoneScope::Front, {1, 2}},
+        {ZoneScope::Front, {1, 3, 5}},
+        {ZoneScope::Front, {2, 3, 4, 5}},
+        {ZoneScope::Front, {1, 2, 3, 4, 5}},
+        {ZoneScope::Both, {1, 2, 3, 4, 5, 6, 7}}};
+    for (const auto& [scope, boxes] : choices) {
+        ParamWindowState s = ticked(scope, {});
+        for (int b : boxes) s.numberTicks[static_cast<size_t>(b - 1)] = true;
+        compute(t, ParamId::AcComplexity, s);
+        const int n = static_cast<int>(boxes.size());
+        for (uint64_t r = 0; r < kRows; ++r) {
+            std::array<int, 7> v{};
+            for (int k = 0; k < n; ++k)
+                v[static_cast<size_t>(k)] = t.numberColumn(boxes[static_cast<size_t>(k)])[r];
+            ASSERT_EQ(t.paramValueAt(r), param_kernels::acValue(v.data(), n)) << "row " << r << ", " << n;
+        }
+    }
+}
+
+TEST(ParamSingle, OmissionSpreadOfAnyRowsMatchesTheStatement) {
+    // Omissions of the front and back numbers all different: the front tab has fewer than 64
+    // values, both zones together more. Numbers past the zone have omission 0.
+    constexpr uint64_t kRows = 2 * 4096 + 5;
+    CandidateTable t(schema::CandidateKind::Combinations, kRows);
+    std::mt19937 rng(12);
+    std::uniform_int_distribution<int> number(0, 40);
+    for (uint64_t r = 0; r < kRows; ++r)
+        for (int c = 1; c <= 7; ++c) t.numberColumn(c)[r] = static_cast<uint8_t>(number(rng));
+    ParamContext ctx;
+    for (int n = 1; n < kNumberSlots; ++n) {
+        ctx.omissionFront[static_cast<size_t>(n)] = static_cast<int16_t>(3 * n + 1);
+        ctx.omissionBack[static_cast<size_t>(n)] = static_cast<int16_t>(3 * n + 2);
+    }
+    const auto omission = [&](int f, int c) {
+        if (f >= kNumberSlots) return 0;
+        return int{c <= 5 ? ctx.omissionFront[static_cast<size_t>(f)]
+                          : ctx.omissionBack[static_cast<size_t>(f)]};
+    };
+    for (const auto& [scope, boxes] :
+         std::vector<std::pair<ZoneScope, std::vector<int>>>{{ZoneScope::Front, {1, 2, 3, 4, 5}},
+                                                             {ZoneScope::Front, {2, 4}},
+                                                             {ZoneScope::Both, {1, 2, 3, 4, 5, 6, 7}}}) {
+        ParamWindowState s = ticked(scope, {});
+        for (int b : boxes) s.numberTicks[static_cast<size_t>(b - 1)] = true;
+        compute(t, ParamId::OmissionSpread, s, ctx);
+        for (uint64_t r = 0; r < kRows; ++r) {
+            int greatest = 0, least = 99;
+            for (int c : boxes) {
+                greatest = std::max(greatest, omission(t.numberColumn(c)[r], c));
+                least = std::min(least, omission(t.numberColumn(c)[r], c));
+            }
+            ASSERT_EQ(t.paramValueAt(r), greatest - least) << "row " << r << ", " << boxes.size();
+        }
+    }
 }
 
 TEST(ParamSingle, KeepAndExcludeAreComplementsAndListsMatchWholeValues) {

@@ -14,10 +14,13 @@
 
 #include <QAbstractItemModelTester>
 #include <QDir>
+#include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <limits>
 #include <random>
 #include <set>
 
@@ -256,6 +259,74 @@ TEST(ParamWindowActions, ExportWritesTheSheetOrShowsTheMessage) {
     ASSERT_EQ(prompter.asked().size(), 1);
     EXPECT_EQ(prompter.asked()[0].title, QStringLiteral("列表显示错误"));
     EXPECT_EQ(prompter.asked()[0].text, QStringLiteral("您的电脑没有安装Microsoft Excel表格软件，多参数列表无法显示"));
+}
+
+// Cancels the export once it reports `after` units done or more, and keeps what it saw.
+class CancelAt : public EngineProgress {
+public:
+    explicit CancelAt(uint64_t after) : m_after(after) {}
+    void progress(uint64_t done, uint64_t total) override {
+        m_reports.push_back(done);
+        m_total = total;
+        m_cancelled = m_cancelled || done >= m_after;
+    }
+    bool cancelled() const override { return m_cancelled; }
+    const std::vector<uint64_t>& reports() const { return m_reports; }
+    uint64_t total() const { return m_total; }
+
+private:
+    uint64_t m_after;
+    bool m_cancelled = false;
+    std::vector<uint64_t> m_reports;
+    uint64_t m_total = 0;
+};
+
+QByteArray contentsOf(const QString& path) {
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+TEST(ParamWindowActions, ACancelledExportLeavesTheFileThatWasThere) {
+    constexpr uint64_t kRows = 40000;  // a few reports' worth of rows
+    Window w(kRows);
+    ParamWindowState s = ParamWindowState::defaults();
+    s.integratedBox[0] = s.integratedBox[17] = true;  // two columns
+    const QString path = w.window.exportPath();
+    {
+        QFile old(path);
+        ASSERT_TRUE(old.open(QIODevice::WriteOnly));
+        old.write("the sheet of an earlier export");
+    }
+    const auto onlyTheTarget = [&] {
+        return QDir(w.dir.path())
+                   .entryList({QFileInfo(path).fileName() + QStringLiteral("*")}, QDir::Files) ==
+               QStringList{QFileInfo(path).fileName()};
+    };
+    ScriptedPrompter prompter;
+    // Cancelled while the columns are computed, then while the rows are written.
+    for (const uint64_t after : {uint64_t{1}, 2 * kRows + 1}) {
+        CancelAt cancel(after);
+        const param_export::Result r = w.window.clickExport(s, prompter, &cancel);
+        EXPECT_TRUE(r.cancelled) << after;
+        EXPECT_FALSE(r.written);
+        EXPECT_EQ(cancel.total(), 3 * kRows);
+        EXPECT_EQ(contentsOf(path), QByteArray("the sheet of an earlier export"));
+        EXPECT_TRUE(onlyTheTarget()) << qPrintable(QDir(w.dir.path()).entryList().join(u' '));
+    }
+
+    // Not cancelled, the new sheet takes the file's place; the reports rise to the total.
+    CancelAt never(std::numeric_limits<uint64_t>::max());
+    const param_export::Result r = w.window.clickExport(s, prompter, &never);
+    ASSERT_TRUE(r.written);
+    EXPECT_FALSE(r.cancelled);
+    EXPECT_TRUE(std::is_sorted(never.reports().begin(), never.reports().end()));
+    EXPECT_GE(never.reports().size(), 4u);
+    EXPECT_EQ(never.reports().back(), 3 * kRows);
+    EXPECT_TRUE(onlyTheTarget());
+    const XlsxSheet sheet = xlsx_reader::read(path);
+    EXPECT_TRUE(sheet.error.isEmpty()) << qPrintable(sheet.error);
+    EXPECT_EQ(sheet.rows.size(), static_cast<qsizetype>(kRows + 1));
+    EXPECT_TRUE(prompter.asked().isEmpty());
 }
 
 }  // namespace

@@ -86,6 +86,7 @@ bool OpenTable::open(CliContext& ctx, const Args& args, bool withTable) {
     session = ctx.session();
     if (!session) return false;
     workspace = std::make_unique<FilterWorkspace>(windowInstance(args), session->paths().filterDb());
+    workspace->setZoneLimits({session->frontSize(), session->backSize()});
     if (!withTable) return true;
     QString error;
     if (!openStoredTable(*session, *workspace, workspace->traits().table, &error)) {

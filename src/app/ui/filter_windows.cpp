@@ -11,6 +11,7 @@
 
 FilterWindow* openFilterWindow(FilterSource instance, Session& session, Prompter& prompter, QWidget* parent) {
     auto workspace = std::make_unique<FilterWorkspace>(instance, session.paths().filterDb());
+    workspace->setZoneLimits({session.frontSize(), session.backSize()});
     const OpeningMode opening = filterSourceTraits(instance).opening;
     QApplication::setOverrideCursor(Qt::WaitCursor);
     bool opened = false;

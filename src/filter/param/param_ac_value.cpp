@@ -29,11 +29,7 @@ constexpr std::array<std::pair<int, int>, 10> kAcPairs = [] {
 }();
 
 template <int N>
-void acRowsN(const CompiledCompute& c, const CandidateTable& t, int16_t* out, uint64_t begin, uint64_t end) {
-    std::array<const uint8_t*, 7> cols{};
-#pragma GCC unroll 8
-    for (int k = 0; k < N; ++k)
-        cols[static_cast<size_t>(k)] = t.numberColumn(c.positions[static_cast<size_t>(k)] + 1).data();
+void acRowsScalar(const std::array<const uint8_t*, 7>& cols, int16_t* out, uint64_t begin, uint64_t end) {
     for (uint64_t r = begin; r < end; ++r) {
         std::array<int, 7> v{};
         bool rising = N <= 5;
@@ -72,6 +68,69 @@ void acRowsN(const CompiledCompute& c, const CandidateTable& t, int16_t* out, ui
         }
         constexpr int kPairs = N * (N - 1) / 2;
         out[r] = static_cast<int16_t>(kPairs - N + 1 - kAcStored<N> + popcount64(low) + popcount64(high));
+    }
+}
+
+// Up to five numbers, all below 128, on byte lanes: every difference is stored, a difference
+// taken modulo 256 stays apart from the others, and the value is the count of distinct
+// differences less n - 1 (an entry with an equal one after it is not counted), sixteen and more
+// rows at a time.
+template <int N>
+void acRowsBytes(const std::array<const uint8_t*, 7>& cols, int16_t* out, uint64_t begin, uint64_t end) {
+    constexpr int kPairs = N * (N - 1) / 2;
+    std::array<const uint8_t*, 7> in = cols;
+    for (auto& p : in) p += begin;
+    int16_t* o = out + begin;
+    const uint64_t n = end - begin;
+    for (uint64_t i = 0; i < n; ++i) {
+        std::array<uint8_t, 10> d{};
+#pragma GCC unroll 10
+        for (int p = 0; p < kPairs; ++p)
+            d[static_cast<size_t>(p)] =
+                static_cast<uint8_t>(in[static_cast<size_t>(kAcPairs<N>[static_cast<size_t>(p)].second)][i] -
+                                     in[static_cast<size_t>(kAcPairs<N>[static_cast<size_t>(p)].first)][i]);
+        uint8_t distinct = kPairs;
+#pragma GCC unroll 10
+        for (int p = 0; p < kPairs; ++p) {
+            uint8_t repeated = 0;
+#pragma GCC unroll 10
+            for (int q = p + 1; q < kPairs; ++q)
+                repeated |= static_cast<uint8_t>(d[static_cast<size_t>(p)] == d[static_cast<size_t>(q)]);
+            distinct = static_cast<uint8_t>(distinct - repeated);
+        }
+        o[i] = static_cast<int16_t>(distinct - (N - 1));
+    }
+}
+
+// Whether every number of the rows is below 128.
+template <int N>
+bool below128(const std::array<const uint8_t*, 7>& cols, uint64_t begin, uint64_t end) {
+    uint8_t top = 0;
+#pragma GCC unroll 8
+    for (int k = 0; k < N; ++k) {
+        const uint8_t* col = cols[static_cast<size_t>(k)];
+        for (uint64_t r = begin; r < end; ++r) top |= col[r];
+    }
+    return top < 128;
+}
+
+template <int N>
+void acRowsN(const CompiledCompute& c, const CandidateTable& t, int16_t* out, uint64_t begin, uint64_t end) {
+    std::array<const uint8_t*, 7> cols{};
+#pragma GCC unroll 8
+    for (int k = 0; k < N; ++k)
+        cols[static_cast<size_t>(k)] = t.numberColumn(c.positions[static_cast<size_t>(k)] + 1).data();
+    if constexpr (N >= 2 && N <= 5) {
+        constexpr uint64_t kRun = 4096;
+        for (uint64_t b = begin; b < end; b += kRun) {
+            const uint64_t e = std::min(end, b + kRun);
+            if (below128<N>(cols, b, e))
+                acRowsBytes<N>(cols, out, b, e);
+            else
+                acRowsScalar<N>(cols, out, b, e);
+        }
+    } else {
+        acRowsScalar<N>(cols, out, begin, end);
     }
 }
 

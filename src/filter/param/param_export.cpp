@@ -1,9 +1,12 @@
 #include "filter/param/param_export.h"
 
+#include "engine/engine_progress.h"
 #include "workspace/prompter.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QTemporaryFile>
 
 #include <xlsxwriter.h>
 
@@ -37,18 +40,41 @@ Result fail(Prompter& prompter, lxw_workbook* wb) {
     return {};
 }
 
-}  // namespace
+Result cancelledResult() {
+    Result r;
+    r.cancelled = true;
+    return r;
+}
 
-Result exportLive(CandidateTable& table, const ParamWindowState& state, const ParamContext& ctx,
-                  const QString& path, Prompter& prompter) {
-    if (QFile::exists(path)) QFile::remove(path);
+// Rows written between two reports of progress.
+constexpr uint64_t kReportRows = 16384;
 
-    // The columns first, each computed over every row as its companion statement does, so a
-    // computation that does not run leaves the value of the one before.
-    Result result;
-    const std::vector<uint32_t> rows = liveInIdxOrder(table);
-    const uint64_t fit = std::min<uint64_t>(rows.size(), kSheetRows - 1);
-    std::vector<std::vector<int16_t>> columns;
+// Progress over the columns computed and then the rows written, each column counted as much as
+// writing every row.
+class ExportProgress {
+public:
+    ExportProgress(EngineProgress* progress, uint64_t columns, uint64_t rows)
+        : m_progress(progress), m_rows(std::max<uint64_t>(rows, 1)), m_total((columns + 1) * m_rows) {}
+    // Reports `done` units; true when the export goes on.
+    bool report(uint64_t done) {
+        if (!m_progress) return true;
+        m_progress->progress(done, m_total);
+        return !m_progress->cancelled();
+    }
+    bool columnDone(uint64_t column) { return report((column + 1) * m_rows); }
+    bool rowsWritten(uint64_t columns, uint64_t rows) { return report(columns * m_rows + rows); }
+
+private:
+    EngineProgress* m_progress;
+    uint64_t m_rows;
+    uint64_t m_total;
+};
+
+// The parameter columns of the live rows, computed over every row as their companion statements
+// do, so a computation that does not run leaves the value of the one before. False when cancelled.
+bool computeColumns(CandidateTable& table, const ParamWindowState& state, const ParamContext& ctx,
+                    const std::vector<uint32_t>& rows, uint64_t fit, ExportProgress& progress,
+                    std::vector<std::vector<int16_t>>& columns, QStringList& titles) {
     const ComputeInputs in = state.computeInputs();
     for (const param_catalogue::RunStep& s : param_catalogue::exportOrder()) {
         if (!state.integratedBox[static_cast<size_t>(s.box)]) continue;
@@ -56,12 +82,40 @@ Result exportLive(CandidateTable& table, const ParamWindowState& state, const Pa
         std::vector<int16_t> col(fit);
         for (uint64_t i = 0; i < fit; ++i) col[i] = table.paramValueAt(rows[i]);
         columns.push_back(std::move(col));
-        result.titles << param_catalogue::exportTitle(s.param, state.listMode);
+        titles << param_catalogue::exportTitle(s.param, state.listMode);
+        if (!progress.columnDone(columns.size() - 1)) return false;
     }
+    return true;
+}
 
+uint64_t exportedColumns(const ParamWindowState& state) {
+    uint64_t n = 0;
+    for (const param_catalogue::RunStep& s : param_catalogue::exportOrder())
+        n += state.integratedBox[static_cast<size_t>(s.box)];
+    return n;
+}
+
+}  // namespace
+
+Result exportLive(CandidateTable& table, const ParamWindowState& state, const ParamContext& ctx,
+                  const QString& path, Prompter& prompter, EngineProgress* engineProgress) {
+    Result result;
+    const std::vector<uint32_t> rows = liveInIdxOrder(table);
+    const uint64_t fit = std::min<uint64_t>(rows.size(), kSheetRows - 1);
+    ExportProgress progress(engineProgress, exportedColumns(state), fit);
+    std::vector<std::vector<int16_t>> columns;
+    if (!computeColumns(table, state, ctx, rows, fit, progress, columns, result.titles))
+        return cancelledResult();
+
+    // The sheet goes to a file of its own in the target's folder and takes the target's name once
+    // it is complete.
+    QTemporaryFile part(
+        QFileInfo(path).dir().filePath(QFileInfo(path).fileName() + QStringLiteral(".XXXXXX")));
+    if (!part.open()) return fail(prompter, nullptr);
+    part.close();
     lxw_workbook_options options{};
     options.constant_memory = LXW_TRUE;
-    const QByteArray file = path.toLocal8Bit();
+    const QByteArray file = part.fileName().toLocal8Bit();
     lxw_workbook* wb = workbook_new_opt(file.constData(), &options);
     if (!wb) return fail(prompter, nullptr);
     lxw_worksheet* ws = workbook_add_worksheet(wb, "Sheet1");
@@ -83,11 +137,15 @@ Result exportLive(CandidateTable& table, const ParamWindowState& state, const Pa
             worksheet_write_number(ws, row, static_cast<lxw_col_t>(n), table.numberColumn(n)[r], nullptr);
         for (size_t c = 0; c < columns.size(); ++c)
             worksheet_write_number(ws, row, static_cast<lxw_col_t>(6 + c), columns[c][i], nullptr);
+        if ((i + 1) % kReportRows == 0 && !progress.rowsWritten(columns.size(), i + 1)) {
+            workbook_close(wb);  // frees the workbook; the part goes with `part`
+            return cancelledResult();
+        }
     }
-    if (workbook_close(wb) != LXW_NO_ERROR) {
-        prompter.inform(kErrorTitle, kErrorText, Prompter::Icon::Critical);
-        return {};
-    }
+    progress.rowsWritten(columns.size(), fit);  // all written: past the last cancel
+    if (workbook_close(wb) != LXW_NO_ERROR) return fail(prompter, nullptr);
+    if (QFile::exists(path) && !QFile::remove(path)) return fail(prompter, nullptr);
+    if (!QFile::rename(part.fileName(), path)) return fail(prompter, nullptr);
     result.written = true;
     result.rows = fit;
     result.leftOut = rows.size() - fit;

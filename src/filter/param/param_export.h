@@ -5,6 +5,7 @@
 
 #include <QString>
 
+class EngineProgress;
 class Prompter;
 
 // Option42 "多选参数导出": the live tickets with the front-only value of every ticked
@@ -21,6 +22,7 @@ inline constexpr uint64_t kSheetRows = 1048576;
 
 struct Result {
     bool written = false;
+    bool cancelled = false;
     uint64_t rows = 0;     // tickets written
     uint64_t leftOut = 0;  // live tickets past the sheet's last row
     QStringList titles;    // the parameter columns, in order
@@ -29,8 +31,11 @@ struct Result {
 // The instance's export file ("Zuhe.xls", "zuheRote.xls"...) as the .xlsx written here.
 QString xlsxName(const QString& exportFile);
 
-// Deletes `path`, writes it anew; on failure shows the message through `prompter`.
+// Writes `path` anew: into a temporary file beside it, which replaces `path` once complete, so a
+// cancel or a failure leaves the file that was there and no partial one. A failure shows the
+// message through `prompter`; `progress` sees the columns computed and the rows written, and
+// its cancel is polled between them.
 Result exportLive(CandidateTable& table, const ParamWindowState& state, const ParamContext& ctx,
-                  const QString& path, Prompter& prompter);
+                  const QString& path, Prompter& prompter, EngineProgress* progress = nullptr);
 
 }  // namespace param_export

@@ -42,10 +42,12 @@ QString ParamWindow::exportPath() const {
     return QDir(m_folder).filePath(param_export::xlsxName(m_workspace.traits().exportFile));
 }
 
-param_export::Result ParamWindow::clickExport(const ParamWindowState& state, Prompter& prompter) {
+param_export::Result ParamWindow::clickExport(const ParamWindowState& state, Prompter& prompter,
+                                              EngineProgress* progress) {
     if (!m_workspace.isOpen()) return {};
     // canshu changes: the record follows.
-    return param_export::exportLive(m_workspace.edit().table(), state, m_context, exportPath(), prompter);
+    return param_export::exportLive(m_workspace.edit().table(), state, m_context, exportPath(), prompter,
+                                    progress);
 }
 
 void ParamWindow::showPage(const QString& pageText) {

@@ -32,12 +32,13 @@ public:
 
     // A parameter button (left or right mouse button alike).
     param_filter::SingleResult clickParameter(ParamId id, const ParamWindowState& state, Prompter& prompter);
-    // Option42: the export file in the workspace folder.
-    param_export::Result clickExport(const ParamWindowState& state, Prompter& prompter);
     // Option29, left button. baoliuMode of the workspace takes the run's sense; a run that
     // `progress` cancels leaves the table and the sense as they were.
     param_filter::IntegratedResult clickIntegrated(const ParamWindowState& state, Prompter& prompter,
                                                    EngineProgress* progress = nullptr);
+    // Option42: the export file in the workspace folder; a cancelled export keeps the old file.
+    param_export::Result clickExport(const ParamWindowState& state, Prompter& prompter,
+                                     EngineProgress* progress = nullptr);
     QString exportPath() const;
 
     // Buttons whose text has turned blue ("Option29" included once used).

@@ -33,6 +33,13 @@ namespace {
 const QString kUsedStyle = QStringLiteral("QPushButton { color: blue; }");
 const QString kTabCaptions[] = {QStringLiteral("前区"), QStringLiteral("后区"), QStringLiteral("全区")};
 
+// The window's work progress: the window keeps taking clicks, which wait in its queue.
+class LiveProgress : public DialogProgress {
+public:
+    LiveProgress(const QString& label, QWidget* window, bool cancellable = true)
+        : DialogProgress(label, window, cancellable, WorkProgress::Blocking::ParentStaysLive) {}
+};
+
 }  // namespace
 
 FilterWindow::FilterWindow(FilterSource instance, std::unique_ptr<FilterWorkspace> workspace,
@@ -132,9 +139,11 @@ void FilterWindow::runIntegrated() {
 void FilterWindow::runExport() {
     whenIdle([this, state = readState()] {
         m_params->setContext(ParamContext::fromSession(m_session));
-        QApplication::setOverrideCursor(Qt::WaitCursor);
-        const param_export::Result r = m_params->clickExport(state, m_prompter);
-        QApplication::restoreOverrideCursor();
+        // Cancelled, the file stays as it was and so does canshu, which the columns rewrite.
+        param_export::Result r;
+        runCancellable(QStringLiteral("正在导出..."), [&](EngineProgress* progress) {
+            r = m_params->clickExport(state, m_prompter, progress);
+        });
         showParamView();
         if (r.written) m_prompter.inform(QStringLiteral("多选参数导出"), m_params->exportPath());
     });
@@ -160,6 +169,7 @@ void FilterWindow::showAllRows() {
 void FilterWindow::whenIdle(std::function<void()> action) {
     if (m_acting) {
         m_pending.push_back(std::move(action));
+        WorkProgress::noteWaiting(this, static_cast<int>(m_pending.size()));
         return;
     }
     m_acting = true;
@@ -178,7 +188,7 @@ void FilterWindow::whenIdle(std::function<void()> action) {
 
 bool FilterWindow::runCancellable(const QString& label, const std::function<void(EngineProgress*)>& action) {
     if (!m_workspace->isOpen()) {
-        DialogProgress progress(label, this);
+        LiveProgress progress(label, this);
         action(&progress);
         return !progress.cancelled();
     }
@@ -188,7 +198,7 @@ bool FilterWindow::runCancellable(const QString& label, const std::function<void
     {
         const FilterWorkspace::Edit edit = m_workspace->edit();
         candidate_actions::Snapshot before = candidate_actions::snapshot(edit.table());
-        DialogProgress progress(label, this);
+        LiveProgress progress(label, this);
         action(&progress);
         cancelled = progress.cancelled();
         if (cancelled) candidate_actions::restore(edit.table(), std::move(before));
@@ -197,10 +207,13 @@ bool FilterWindow::runCancellable(const QString& label, const std::function<void
     return !cancelled;
 }
 
-void FilterWindow::waitForRecord() {
+void FilterWindow::waitForRecord(bool closing) {
     candidate_store::SaveResult saved;
     if (m_workspace->writePending()) {
-        DialogProgress progress(QStringLiteral("正在保存组合..."), this, false);
+        // A closing window takes no more clicks; otherwise they wait for the write.
+        DialogProgress progress(
+            QStringLiteral("正在保存组合..."), this, false,
+            closing ? WorkProgress::Blocking::ParentWindow : WorkProgress::Blocking::ParentStaysLive);
         saved = m_workspace->waitForWrite(&progress);
     } else {
         saved = m_workspace->waitForWrite();  // a write that ended already: its outcome
@@ -213,7 +226,7 @@ void FilterWindow::waitForRecord() {
 void FilterWindow::addToTemplate() {
     whenIdle([this] {
         // The template lives in filnum.db beside the record being written.
-        waitForRecord();
+        waitForRecord(false);
         m_params->clickAddTemplate(m_session.filterDb(), m_prompter);
     });
 }
@@ -252,7 +265,7 @@ void FilterWindow::superClick(SuperButton b, bool rightButton) {
             runCancellable(label, run);
         } else {
             withRecordPaused([&] {
-                DialogProgress progress(label, this);
+                LiveProgress progress(label, this);
                 run(&progress);
             });
         }
@@ -520,7 +533,7 @@ void FilterWindow::closeEvent(QCloseEvent* event) {
         return;
     }
     // The record is brought up to date before the window goes.
-    waitForRecord();
+    waitForRecord(true);
     emit closed();
     event->accept();
 }

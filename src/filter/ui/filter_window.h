@@ -96,7 +96,8 @@ private:
     void writeBoxes(const ParamWindowState& state, const std::vector<ParamId>& params);
     // Option36 shows the list boxes and TxtZdqj and turns 自定区间 into 指定号码.
     void applyListMode();
-    void waitForRecord();
+    // Waits for the record's background write; `closing` when the window goes afterwards.
+    void waitForRecord(bool closing);
     // Runs `action` now, or, when it comes while another action runs (a progress dialog lets
     // events through), right after that one: every click runs, one at a time, in order.
     void whenIdle(std::function<void()> action);

@@ -178,7 +178,9 @@ QWidget* FilterWindow::makeOptionsPanel() {
     m_keep->setChecked(true);
     senseLayout->addWidget(m_keep);
     senseLayout->addWidget(m_exclude);
-    connect(m_keep, &QRadioButton::toggled, this, [this](bool on) { m_workspace->keepSense = on; });
+    // In the queue: an action that runs meanwhile keeps the sense it started with.
+    connect(m_keep, &QRadioButton::toggled, this,
+            [this](bool on) { whenIdle([this, on] { m_workspace->keepSense = on; }); });
     h->addWidget(senseFrame);
 
     auto* integratedFrame = new QGroupBox(QStringLiteral("多参数整合过滤"), panel);

@@ -104,6 +104,7 @@ class FilterWindowClicksTest : public QObject {
     Q_OBJECT
 private slots:
     void aClickDuringAnActionRunsAfterIt();
+    void aClickOnTheWindowWhileItsProgressShowsIsTaken();
     void aCancelledHistoryFilterLeavesTheTable();
     void theGridShowsTheLiveRowsAndFetchesMore();
 };
@@ -145,6 +146,56 @@ void FilterWindowClicksTest::aClickDuringAnActionRunsAfterIt() {
     two.button("Option26")->click();
     QVERIFY(openWhileActing);
     QTRY_VERIFY(two.window->filterWindows().isEmpty());
+}
+
+// The work progress dialog, once the work has reported.
+QProgressDialog* workProgress() {
+    for (QWidget* w : QApplication::topLevelWidgets())
+        if (auto* d = qobject_cast<QProgressDialog*>(w);
+            d && d->objectName() == QLatin1String("workProgress"))
+            return d;
+    return nullptr;
+}
+
+void FilterWindowClicksTest::aClickOnTheWindowWhileItsProgressShowsIsTaken() {
+    Fixture f;
+    QVERIFY(f.filter);
+    // The history filter's progress shows, as it does on a larger table once the work has run a
+    // moment; then the player sets the boxes of 偶数个数, clicks it with the mouse (through the
+    // window system, which holds back clicks on a window a modal dialog blocks) and changes the
+    // boxes again: the click runs after the filter, with the boxes as they were at the click.
+    QString noteAfterClick;
+    bool clicked = false;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
+        QProgressDialog* progress = workProgress();
+        if (!progress) return;
+        timer.stop();
+        progress->show();
+        QVERIFY(QTest::qWaitForWindowExposed(progress));
+        f.setBoxes(QStringLiteral("Text5"), "2", "3");
+        QPushButton* even = f.button("Option4");
+        QTest::mouseClick(f.filter->windowHandle(), Qt::LeftButton, {},
+                          even->mapTo(f.filter, even->rect().center()));
+        f.setBoxes(QStringLiteral("Text5"), "0", "0");
+        noteAfterClick = progress->labelText();
+        clicked = true;
+    });
+    timer.start(0);
+    f.button("Option28")->click();  // 历史同4号滤
+    QVERIFY(clicked);
+    QVERIFY2(noteAfterClick.contains(QStringLiteral("1 个操作等待")), qPrintable(noteAfterClick));
+    QVERIFY(!f.filter->acting());
+    QCOMPARE(f.model()->headerData(8, Qt::Horizontal).toString(), QStringLiteral("偶数个数"));
+    QVERIFY(f.button("Option4")->styleSheet().contains(QStringLiteral("blue")));
+    const std::vector<uint64_t> live = liveRows(f.table());
+    QVERIFY(!live.empty());
+    for (uint64_t r : live) {
+        int even = 0;
+        for (int c = 1; c <= 5; ++c) even += f.table().numberColumn(c)[r] % 2 == 0;
+        QVERIFY2(even >= 2 && even <= 3, qPrintable(QString::number(r)));
+    }
+    QCOMPARE(f.filter->windowTitle(), f.filter->workspace().caption());
 }
 
 void FilterWindowClicksTest::aCancelledHistoryFilterLeavesTheTable() {
