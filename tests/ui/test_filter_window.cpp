@@ -5,6 +5,7 @@
 #include "filter/ui/filter_window.h"
 #include "support/main_window_fixture.h"
 #include "support/window_shot.h"
+#include "tools/ui/ticket_preview.h"
 #include "workspace/scripted_prompter.h"
 #include "workspace/session.h"
 #include "workspace/workspace_list.h"
@@ -49,6 +50,7 @@ private slots:
     void opensOnTheBoardsPicks();
     void zoneTabsAdaptTheWindow();
     void rightButtonOfInvertOpensThePopup();
+    void cmdPrintPreviewsTheLiveTickets();
 };
 
 void FilterWindowTest::opensOnTheBoardsPicks() {
@@ -152,3 +154,26 @@ void FilterWindowTest::rightButtonOfInvertOpensThePopup() {
 
 QTEST_MAIN(FilterWindowTest)
 #include "test_filter_window.moc"
+
+// CmdPrint: the live tickets in the print preview, the workspace's tickets to the line, for the
+// draw after the newest.
+void FilterWindowTest::cmdPrintPreviewsTheLiveTickets() {
+    Fixture f;
+    f.pick(QStringLiteral("Command1"), {3, 9, 14, 22, 27, 31, 35});
+    f.pick(QStringLiteral("Command2"), {2, 7, 11});
+    FilterWindow* w = f.openGAgan();
+    QVERIFY(w);
+    w->workspace().edit().table().filteredOut().set(0);  // the first ticket is not kept
+    find(w, "CmdPrint")->click();
+    TicketPreview* preview = nullptr;
+    QTRY_VERIFY((preview = w->findChild<TicketPreview*>()) != nullptr);
+    const ticket_print::Document& d = preview->document();
+    QCOMPARE(d.forIssue, QStringLiteral("购买期数:%1").arg(f.session->history().lastIssue() + 1));
+    QCOMPARE(d.lines.size(), 16);  // 62 tickets, four to the line
+    // Five numbers a ticket: the tickets of one front and three back pairs read alike.
+    QVERIFY2(d.lines[0].startsWith(QStringLiteral("<1>03 09 14 22 27    <2>03 09 14 22 27    <3>03 09 14 22 31")),
+             qPrintable(d.lines[0]));
+    QVERIFY(d.lines[15].startsWith(QStringLiteral("<61>")));
+    QVERIFY(preview->isVisible());
+    preview->close();
+}

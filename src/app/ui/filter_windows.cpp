@@ -4,10 +4,13 @@
 #include "filter/filter_workspace.h"
 #include "filter/ui/dialog_progress.h"
 #include "filter/ui/filter_window.h"
+#include "tools/ticket_print.h"
+#include "tools/ui/ticket_preview.h"
 #include "workspace/prompter.h"
 #include "workspace/session.h"
 
 #include <QApplication>
+#include <QDateTime>
 
 FilterWindow* openFilterWindow(FilterSource instance, Session& session, Prompter& prompter, QWidget* parent) {
     auto workspace = std::make_unique<FilterWorkspace>(instance, session.paths().filterDb());
@@ -30,6 +33,12 @@ FilterWindow* openFilterWindow(FilterSource instance, Session& session, Prompter
     QApplication::restoreOverrideCursor();
     if (!opened) return nullptr;
     auto* window = new FilterWindow(instance, std::move(workspace), session, prompter, parent);
+    QObject::connect(window, &FilterWindow::printRequested, window, [window, &session, &prompter] {
+        const ticket_print::Document d = ticket_print::build(
+            ticket_print::liveTickets(window->workspace().table()), session.ticketsPerLine(),
+            static_cast<qint64>(session.history().lastIssue()) + 1, QDateTime::currentDateTime());
+        openTicketPreview(d, session.paths().folder(), prompter, window);
+    });
     window->show();
     return window;
 }

@@ -67,6 +67,8 @@ public:
 
 signals:
     void closed();
+    // CmdPrint: the player asks for the printed list of the live tickets.
+    void printRequested();
 
 protected:
     void closeEvent(QCloseEvent* event) override;

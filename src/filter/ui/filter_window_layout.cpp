@@ -375,7 +375,7 @@ QWidget* FilterWindow::makeGridPanel() {
     reasonLayout->addWidget(m_showRemaining);
     reasonLayout->addWidget(m_showAllCandidates);
     QPushButton* printButton = button(QStringLiteral("CmdPrint"), QStringLiteral("打印预览(&P)"), panel);
-    printButton->setEnabled(false);  // printing comes with the output tools
+    connect(printButton, &QPushButton::clicked, this, [this] { whenIdle([this] { emit printRequested(); }); });
     connect(pageButton, &QPushButton::clicked, this, &FilterWindow::showPage);
     connect(m_showAllCandidates, &QRadioButton::clicked, this, &FilterWindow::showAllRows);
     row->addWidget(m_pageBox);

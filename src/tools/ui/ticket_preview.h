@@ -22,6 +22,7 @@ public:
 
     // Tests put their own in.
     void setPrinterChooser(PrinterChooser chooser) { m_chooser = std::move(chooser); }
+    const ticket_print::Document& document() const { return m_document; }
     int pageCount() const;
     void print();
     void exportPdf();
