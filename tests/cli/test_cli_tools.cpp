@@ -1,7 +1,9 @@
 #include "cli/cli_fixture.h"
+#include "support/pdf_text.h"
 
 #include <QDir>
 #include <QFile>
+#include <QRegularExpression>
 
 using CliFortune = CliTest;
 
@@ -59,9 +61,30 @@ TEST_F(CliPrint, WritesTheKeptTicketsForTheNextDraw) {
     ASSERT_TRUE(f.open(QIODevice::ReadOnly));
     EXPECT_EQ(QString::fromUtf8(f.readAll()).split('\n').size(), 4);
     for (const QStringList& bad : {QStringList{"print", "tickets"},
+                                   QStringList{"print", "tickets", "--text", path, "--pdf", path + ".pdf"},
                                    QStringList{"print", "tickets", "--text", path, "--per-line", "0"}})
         EXPECT_EQ(cli.run(bad).exitCode, 2) << bad.join(' ').toStdString();
     const CliRun noFolder = cli.run({"print", "tickets", "--text", QDir(cli.home()).filePath("no/such/file.txt")});
     EXPECT_EQ(noFolder.exitCode, 1);
     EXPECT_TRUE(noFolder.err.contains(QStringLiteral("no/such/file.txt"))) << noFolder.err.toStdString();
+}
+
+// The same list on A4 pages: the heading and every kept ticket in order in the PDF's text.
+TEST_F(CliPrint, WritesThePdf) {
+    one({"workspace", "create", "w"});
+    one({"history", "add", "1", "2", "3", "4", "5", "6", "7"});
+    EXPECT_EQ(one({"expand", "--front", "1,2,3,4,5,6,7,8", "--back", "1,2"}), QStringLiteral("56"));
+    const QString path = QDir(cli.home()).filePath(QStringLiteral("tickets.pdf"));
+    EXPECT_EQ(one({"print", "tickets", "--pdf", path, "--per-line", "3"}), QStringLiteral("56"));
+    const QString text = pdf_text::read(path);
+    if (text.isNull()) GTEST_SKIP() << "pdftotext is not installed";
+    const QString flat = QString(text).replace(QRegularExpression(QStringLiteral("\\s+")), QStringLiteral(" "));
+    EXPECT_TRUE(flat.contains(QStringLiteral("打印时间:"))) << flat.left(300).toStdString();
+    EXPECT_TRUE(flat.contains(QStringLiteral("购买期数:2")));
+    qsizetype at = flat.indexOf(QStringLiteral("购买期数:2"));
+    for (int i = 1; i <= 56; ++i) {
+        at = flat.indexOf(QStringLiteral("<%1>").arg(i), at);
+        ASSERT_GE(at, 0) << i;
+    }
+    EXPECT_TRUE(flat.contains(QStringLiteral("<56>04 05 06 07 08")));
 }

@@ -2,10 +2,12 @@
 
 #include "app/cli/cli_context.h"
 #include "app/cli/cli_tables.h"
+#include "tools/pages/ticket_pages.h"
 #include "tools/ticket_print.h"
 #include "workspace/session.h"
 
 #include <QDateTime>
+#include <QGuiApplication>
 #include "tools/fortune.h"
 
 namespace {
@@ -64,33 +66,42 @@ int FortuneCommand::execute(CliContext& ctx, const Args& args) const {
 }
 
 PrintTicketsCommand::PrintTicketsCommand()
-    : SessionCommand(QStringLiteral("print tickets"), QStringLiteral("[--table T] [--per-line N] --text FILE"),
+    : SessionCommand(QStringLiteral("print tickets"),
+                     QStringLiteral("[--table T] [--per-line N] (--pdf FILE | --text FILE)"),
                      QStringLiteral("Writes the kept tickets of a table as the printed list: the draw they are "
                                     "for, the tickets N to the line (default: the workspace's setting), the time.")) {
     setAccess(Access::Reads);
     options({cli_tables::storedTableOption()});
     option(QStringLiteral("per-line"), QStringLiteral("N"), QStringLiteral("Tickets to a line, from 1."),
            ValueKind::integer());
-    option(QStringLiteral("text"), QStringLiteral("FILE"), QStringLiteral("The text file to write."));
+    option(QStringLiteral("pdf"), QStringLiteral("FILE"), QStringLiteral("The PDF to write: the list on A4 pages."));
+    option(QStringLiteral("text"), QStringLiteral("FILE"),
+           QStringLiteral("The text file to write, as Print.txt is written (the time last)."));
 }
 
 QString PrintTicketsCommand::check(const Args& args) const {
-    if (args.text(QStringLiteral("text")).isEmpty()) return QStringLiteral("--text FILE is required");
+    if (args.text(QStringLiteral("text")).isEmpty() == args.text(QStringLiteral("pdf")).isEmpty())
+        return QStringLiteral("give --pdf FILE or --text FILE");
     if (args.has(QStringLiteral("per-line")) && args.integer(QStringLiteral("per-line")) < 1)
         return QStringLiteral("--per-line: a number from 1");
     return {};
 }
 
 int PrintTicketsCommand::run(CliContext& ctx, Session& s, const Args& args) const {
-    const QString file = args.text(QStringLiteral("text"));
+    const bool pdf = args.has(QStringLiteral("pdf"));
+    const QString file = args.text(pdf ? QStringLiteral("pdf") : QStringLiteral("text"));
     const int perLine = args.integer(QStringLiteral("per-line"), s.ticketsPerLine());
+    // Pages are laid out with fonts, which only a Qt Gui application has (the program makes one
+    // when --pdf is given).
+    if (pdf && !qobject_cast<QGuiApplication*>(QCoreApplication::instance()))
+        return ctx.fail(QStringLiteral("--pdf: no fonts to lay out pages with"));
     const auto table = cli_tables::loadStored(ctx, s, cli_tables::storedTable(args));
     if (!table) return kRefused;
     const ticket_print::Document d = ticket_print::build(
         ticket_print::liveTickets(*table), perLine, static_cast<qint64>(s.history().lastIssue()) + 1,
         QDateTime::currentDateTime());
     QString error;
-    if (!ticket_print::writeTextFile(file, d, &error))
+    if (!(pdf ? ticket_pages::writePdf(d, file, &error) : ticket_print::writeTextFile(file, d, &error)))
         return ctx.fail(QStringLiteral("%1: %2").arg(file, error));
     ctx.out << table->liveCount() << '\n';
     return kDone;

@@ -5,6 +5,7 @@
 #include <QDesktopServices>
 #include <QDir>
 #include <QFile>
+#include <QFontDatabase>
 #include <QFontDialog>
 #include <QHBoxLayout>
 #include <QMenu>
@@ -39,6 +40,8 @@ TextPrintWindow::TextPrintWindow(const QString& path, QWidget* parent)
     m_text = new QTextEdit(this);
     m_text->setObjectName(QStringLiteral("RichTextBox1"));
     m_text->setLineWrapMode(QTextEdit::NoWrap);
+    // Fixed width, so that the tickets stand in columns as on paper.
+    m_text->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     QFile file(path);
     if (file.open(QIODevice::ReadOnly)) m_text->setPlainText(QString::fromUtf8(file.readAll()));
     m_text->setContextMenuPolicy(Qt::CustomContextMenu);

@@ -5,7 +5,9 @@
 #include "workspace/prompter.h"
 
 #include <QDir>
+#include <QGuiApplication>
 #include <QHBoxLayout>
+#include <QScreen>
 #include <QPrintPreviewWidget>
 #include <QPrinter>
 #include <QPushButton>
@@ -32,7 +34,9 @@ TicketPreview::TicketPreview(ticket_print::Document document, QString folder, Pr
       m_chooser(choosePrinter) {
     setObjectName(QStringLiteral("ticketPreview"));
     setWindowTitle(kCaption);
-    resize(760, 900);
+    // A page's width, and as tall as the screen allows.
+    const QRect screen = (parent ? parent->screen() : QGuiApplication::primaryScreen())->availableGeometry();
+    resize(760, std::min(900, screen.height() - 60));
     auto* layout = new QVBoxLayout(this);
     auto* bar = new QHBoxLayout;
     auto* printButton = button(QStringLiteral("printButton"), QStringLiteral("打印(&P)"), this);
