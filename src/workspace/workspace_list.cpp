@@ -195,6 +195,15 @@ std::optional<QString> WorkspaceList::askName(Prompter& prompter, const QString&
     }
 }
 
+namespace {
+// A change of the list that failed: another program holding the list, or a store that would
+// not save.
+void tellFailure(Prompter& prompter, const QString& error) {
+    prompter.inform(WorkspaceLock::isBusyText(error) ? WorkspaceLock::kBusyTitle : Settings::kSaveFailedTitle,
+                    error, Prompter::Icon::Warning);
+}
+}  // namespace
+
 int WorkspaceList::askNew(Prompter& prompter) {
     if (count() >= kMaxWorkspaces) {
         prompter.inform(kNameTitle, kListFull);
@@ -205,7 +214,7 @@ int WorkspaceList::askNew(Prompter& prompter) {
     const QString password = askPasswordTwice(prompter).value_or(QString());
     QString error;
     const int row = create(name, password, &error);
-    if (row < 0) prompter.inform(Settings::kSaveFailedTitle, error, Prompter::Icon::Warning);
+    if (row < 0) tellFailure(prompter, error);
     return row;
 }
 
@@ -288,7 +297,7 @@ bool WorkspaceList::remove(int row, Prompter& prompter) {
     }
     QString error;
     if (removeAt(row, &error)) return true;
-    prompter.inform(Settings::kSaveFailedTitle, error, Prompter::Icon::Warning);
+    tellFailure(prompter, error);
     return false;
 }
 
@@ -327,6 +336,6 @@ std::optional<QString> WorkspaceList::askRename(int index, const QString& curren
     const QString password = askPasswordTwice(prompter).value_or(QString());
     QString error;
     if (renameAt(index, *name, password, &error)) return name;
-    prompter.inform(Settings::kSaveFailedTitle, error, Prompter::Icon::Warning);
+    tellFailure(prompter, error);
     return std::nullopt;
 }

@@ -16,6 +16,11 @@ QString WorkspaceLock::busyText(const QString& workspace) {
     return QStringLiteral("用户“%1”的数据正在被另一个程序修改，请稍后再试。").arg(workspace);
 }
 
+bool WorkspaceLock::isBusyText(const QString& text) {
+    static const QString tail = QStringLiteral("正在被另一个程序修改，请稍后再试。");
+    return text == kListBusy || (text.startsWith(QStringLiteral("用户“")) && text.endsWith(tail));
+}
+
 QString WorkspaceLock::cannotLockText(const QString& file) {
     return QStringLiteral("无法建立锁文件，请检查该文件夹是否可写：") + QDir::toNativeSeparators(file);
 }

@@ -24,6 +24,9 @@ public:
     // The refusal for a workspace that another program is changing.
     static QString busyText(const QString& workspace);
     static inline const QString kListBusy = QStringLiteral("用户名列表正在被另一个程序修改，请稍后再试。");
+    // The title of the box that says a list or workspace is busy, and whether a message says so.
+    static inline const QString kBusyTitle = QStringLiteral("数据正在使用");
+    static bool isBusyText(const QString& text);
     static QString cannotLockText(const QString& file);
 
     ~WorkspaceLock();

@@ -267,3 +267,21 @@ TEST(WorkspaceList, ABusyListOrWorkspaceRefusesWithItsMessage) {
     EXPECT_TRUE(list.removeAt(0, &error)) << qPrintable(error);
     EXPECT_EQ(list.count(), 0);
 }
+
+// The window's box says the list is busy, not that the settings could not be saved.
+TEST(WorkspaceList, ABusyListIsToldUnderItsOwnTitle) {
+    TempHome home;
+    WorkspaceList list(home.settings, home.root);
+    list.load();
+    QString error;
+    const auto held = WorkspaceLock::forList(home.root, &error);
+    ASSERT_TRUE(held);
+    ScriptedPrompter prompter;
+    prompter.answer(QStringLiteral("乙")).answer(QString()).answer(QString());
+    EXPECT_EQ(list.askNew(prompter), -1);
+    ASSERT_FALSE(prompter.asked().isEmpty());
+    EXPECT_EQ(prompter.asked().last().title, WorkspaceLock::kBusyTitle);
+    EXPECT_EQ(prompter.asked().last().text, WorkspaceLock::kListBusy);
+    EXPECT_TRUE(WorkspaceLock::isBusyText(WorkspaceLock::busyText(QStringLiteral("甲"))));
+    EXPECT_FALSE(WorkspaceLock::isBusyText(Settings::saveFailedText(QStringLiteral("/x/LUMENQYSQ.ini"))));
+}
