@@ -277,8 +277,15 @@ TEST_F(ParallelRuns, CancelledIntegratedFilterLeavesTheTable) {
         ASSERT_GT(never.asked(), 8) << "the run asks between blocks";
         for (int trial = 0; trial < 4; ++trial) {
             CandidateTable t = start;
-            CancelAt cancel(1 + pct(rng) * never.asked() / 100);
-            EXPECT_TRUE(param_filter::runIntegrated(t, s, ctx, &cancel).cancelled);
+            // On two threads the number of questions varies a little from run to run: a cancel
+            // that comes after the last one finds the run complete.
+            const int at = 1 + pct(rng) * never.asked() / 100;
+            CancelAt cancel(at);
+            if (!param_filter::runIntegrated(t, s, ctx, &cancel).cancelled) {
+                EXPECT_LT(cancel.asked(), at) << "a cancel that came was not ignored";
+                EXPECT_TRUE(rowTexts(t) == rowTexts(counted));
+                continue;
+            }
             CandidateTable same = t;
             same.reasons() = start.reasons();  // entries the cancelled run added may stay
             EXPECT_TRUE(sameState(start, same)) << "cancelled at question " << cancel.asked();
