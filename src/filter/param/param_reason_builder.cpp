@@ -191,13 +191,13 @@ struct StepInputs {
 class TallySlice {
 public:
     TallySlice(CandidateTable& table, const std::vector<FilterStep>& steps, const StepInputs& inputs,
-               BitVector& changed, std::span<ReasonTable::Id> fl, KeyMap& map)
+               BitVector& changed, std::span<ReasonTable::Id> rowReasons, KeyMap& map)
         : m_table(table),
           m_paramValues(table.paramValues()),
           m_steps(steps),
           m_inputs(inputs),
           m_changed(changed),
-          m_fl(fl),
+          m_rowReasons(rowReasons),
           m_map(map),
           m_heads(table.kind(), kBlock),
           m_vals(steps.size() * kBlock) {
@@ -242,7 +242,7 @@ private:
             return static_cast<uint32_t>(n);
         }
         // Per row whether it differs from the row before, column by column on vector lanes.
-        const ReasonTable::Id* old = m_fl.data() + b;
+        const ReasonTable::Id* old = m_rowReasons.data() + b;
         m_differs8[0] = 1;
         for (uint64_t i = 1; i < n; ++i)
             m_differs8[i] = static_cast<uint8_t>((m_live[i] ^ m_live[i - 1]) | (old[i] != old[i - 1]));
@@ -273,8 +273,8 @@ private:
             m_headLive[j] = m_live[m_start[j]];
             un[j / BitVector::kWordBits] |= BitVector::Word{m_headLive[j] ^ 1u} << (j % BitVector::kWordBits);
         }
-        for (uint32_t j = 0; j < m; ++j) m_old[j] = m_fl[b + m_start[j]];
-        if (!m_inputs.numbersOnly) std::copy_n(m_paramValues.data() + b, n, m_canshu.data());
+        for (uint32_t j = 0; j < m; ++j) m_old[j] = m_rowReasons[b + m_start[j]];
+        if (!m_inputs.numbersOnly) std::copy_n(m_paramValues.data() + b, n, m_runValues.data());
     }
 
     // One pass of step t over the runs: the condition, the leading [unslt]=false where the
@@ -282,10 +282,10 @@ private:
     void applyStep(size_t t, uint32_t m) {
         const FilterStep& s = m_steps[t];
         const CandidateTable& heads = m_heads;
-        param_kernels::computeRows(s.compute, heads, m_canshu, 0, m);
+        param_kernels::computeRows(s.compute, heads, m_runValues, 0, m);
         int16_t* v = m_vals.data() + t * kBlock;
         if (s.valueColumn < 0)
-            std::copy_n(m_canshu.data(), m, v);
+            std::copy_n(m_runValues.data(), m, v);
         else
             std::copy_n(heads.numberColumn(s.valueColumn + 1).data(), m, v);
         const uint8_t* alive = s.liveOnly ? m_headLive.data() : m_all.data();
@@ -354,12 +354,12 @@ private:
         if (m_inputs.numbersOnly && m_inputs.writesCanshu)
             for (uint32_t j = 0; j < m; ++j)
                 std::fill(m_paramValues.begin() + static_cast<ptrdiff_t>(b + m_start[j]),
-                          m_paramValues.begin() + static_cast<ptrdiff_t>(b + m_start[j + 1]), m_canshu[j]);
+                          m_paramValues.begin() + static_cast<ptrdiff_t>(b + m_start[j + 1]), m_runValues[j]);
         for (uint32_t j = 0; j < m; ++j) {
             if (!m_mask[j]) continue;
             const uint32_t from = m_start[j], to = m_start[j + 1];
-            std::fill(m_fl.begin() + static_cast<ptrdiff_t>(b + from),
-                      m_fl.begin() + static_cast<ptrdiff_t>(b + to), m_keyOf[j]);
+            std::fill(m_rowReasons.begin() + static_cast<ptrdiff_t>(b + from),
+                      m_rowReasons.begin() + static_cast<ptrdiff_t>(b + to), m_keyOf[j]);
             setBits(caught.data(), from, to);
         }
         // The block's words are the slice's own: a block starts on a whole word.
@@ -374,12 +374,12 @@ private:
     const std::vector<FilterStep>& m_steps;
     const StepInputs& m_inputs;
     BitVector& m_changed;
-    std::span<ReasonTable::Id> m_fl;
+    std::span<ReasonTable::Id> m_rowReasons;
     KeyMap& m_map;
     CandidateTable m_heads;  // the first row of each run of the block
     std::vector<int> m_columns;
     std::vector<int16_t> m_vals;
-    std::array<int16_t, kBlock> m_canshu{};
+    std::array<int16_t, kBlock> m_runValues{};
     std::array<uint32_t, kBlock> m_mask, m_differs, m_keyOf, m_old;
     std::array<uint16_t, kBlock + 1> m_start;
     std::array<uint8_t, kBlock> m_live, m_headLive, m_hit, m_all, m_repeat, m_differs8;
@@ -462,13 +462,13 @@ void forEachRange(const SliceRanges& ranges, Fn&& fn) {
 // A cancelled run: the caught rows take back the old reasons their keys hold.
 void restoreReasons(CandidateTable& table, const SliceRanges& ranges, const std::vector<KeyMap>& maps,
                     const BitVector& changed) {
-    auto fl = table.rowReasons();
+    auto rowReasons = table.rowReasons();
     const auto changedWords = changed.words();
     forEachRange(ranges, [&](size_t slice, uint64_t begin, uint64_t end) {
         for (uint64_t w = begin / BitVector::kWordBits; w * BitVector::kWordBits < end; ++w)
             forEachSetBit(changedWords[w], w * BitVector::kWordBits, [&](size_t r) {
-                const uint16_t* key = maps[slice].key(fl[r]);
-                fl[r] = uint32_t{key[0]} | (uint32_t{key[1]} << 16);
+                const uint16_t* key = maps[slice].key(rowReasons[r]);
+                rowReasons[r] = uint32_t{key[0]} | (uint32_t{key[1]} << 16);
             });
     });
 }
@@ -501,7 +501,7 @@ bool tally(CandidateTable& table, const std::vector<FilterStep>& steps, EnginePr
         return true;
     }
     Q_ASSERT(steps.size() <= kMaxSteps);
-    auto fl = table.rowReasons();
+    auto rowReasons = table.rowReasons();
     BitVector changed(rows);
     KernelExecutor& executor = KernelExecutor::shared();
     const KernelExecutor::Slices slices = executor.slicesFor(rows);
@@ -517,7 +517,7 @@ bool tally(CandidateTable& table, const std::vector<FilterStep>& steps, EnginePr
         oldParamValues.assign(table.paramValues().begin(), table.paramValues().end());
     forEachRange(ranges, [&](size_t slice, uint64_t begin, uint64_t end) {
         if (!control.stopped())
-            TallySlice(table, steps, inputs, changed, fl, maps[slice]).run(begin, end, control);
+            TallySlice(table, steps, inputs, changed, rowReasons, maps[slice]).run(begin, end, control);
     });
 
     // The reasons are made slice by slice, each slice's keys in the order its rows met them:
@@ -551,8 +551,8 @@ bool tally(CandidateTable& table, const std::vector<FilterStep>& steps, EnginePr
                   failCount.begin() + static_cast<ptrdiff_t>(end), int16_t{0});
         for (uint64_t w = begin / BitVector::kWordBits; w * BitVector::kWordBits < end; ++w)
             forEachSetBit(changedWords[w], w * BitVector::kWordBits, [&](size_t r) {
-                failCount[r] = sliceCounts[fl[r]];
-                fl[r] = sliceIds[fl[r]];
+                failCount[r] = sliceCounts[rowReasons[r]];
+                rowReasons[r] = sliceIds[rowReasons[r]];
             });
     });
     if (!inputs.numbersOnly) writeParamValues(table, steps);
