@@ -25,6 +25,14 @@ CandidateTable::CandidateTable(Kind kind, uint64_t rows) : m_kind(kind), m_rows(
     m_rowReasons.resize(rows);  // kNull
 }
 
+QString CandidateTable::reasonText(uint64_t row) const {
+    const ReasonTable::Id id = m_rowReasons[row];
+    if (!m_reasons.dependsOnRow(id)) return m_reasons.text(id);
+    std::array<uint8_t, kMaxNumbers> numbers{};
+    for (int k = 1; k <= numberCount(); ++k) numbers[static_cast<size_t>(k - 1)] = numberColumn(k)[row];
+    return m_reasons.text(id, std::span(numbers).first(static_cast<size_t>(numberCount())));
+}
+
 QString CandidateTable::numberText(uint64_t row) const {
     if (m_numberTextMode == NumberTextMode::Back) return backNumberText(row);
     if (m_numberTextMode == NumberTextMode::Marked) {

@@ -75,7 +75,7 @@ public:
     std::span<const ReasonTable::Id> rowReasons() const { return m_rowReasons; }
     ReasonTable& reasons() { return m_reasons; }
     const ReasonTable& reasons() const { return m_reasons; }
-    QString reasonText(uint64_t row) const { return m_reasons.text(m_rowReasons[row]); }
+    QString reasonText(uint64_t row) const;
 
     // The scratch columns. The mutable accessors allocate (zeroed) on first use.
     std::span<int16_t> paramValues() { return allocated(ParamValueColumn, m_paramValues); }

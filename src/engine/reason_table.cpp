@@ -7,6 +7,8 @@ namespace {
 // The tags of the entries of an image.
 constexpr char kTextTag = 'T';    // the text in UTF-8, closed by a NUL (a reason never holds one)
 constexpr char kJoinedTag = 'J';  // head and tail, four bytes each, lowest byte first
+// A formula: 1 for live rows or 0, the length of the saved formula in four bytes, its bytes.
+constexpr char kFormulaTag = 'F';
 // The longest text an image may make: a stored table whose joinings add up to more is damaged.
 constexpr qsizetype kMaxTextLength = qsizetype{1} << 20;
 
@@ -24,6 +26,8 @@ uint32_t getId(const char* p) {
 
 ReasonTable::ReasonTable(const ReasonTable& other)
     : m_entries(other.m_entries),
+      m_dependsOnRow(other.m_dependsOnRow),
+      m_formulas(other.m_formulas),
       m_texts(other.m_texts),
       m_textIds(other.m_textIds),
       m_slots(other.m_slots),
@@ -32,6 +36,8 @@ ReasonTable::ReasonTable(const ReasonTable& other)
 ReasonTable& ReasonTable::operator=(const ReasonTable& other) {
     if (this == &other) return *this;
     m_entries = other.m_entries;
+    m_dependsOnRow = other.m_dependsOnRow;
+    m_formulas = other.m_formulas;
     m_texts = other.m_texts;
     m_textIds = other.m_textIds;
     m_slots = other.m_slots;
@@ -43,6 +49,8 @@ ReasonTable& ReasonTable::operator=(const ReasonTable& other) {
 
 ReasonTable::ReasonTable(ReasonTable&& other) noexcept
     : m_entries(std::move(other.m_entries)),
+      m_dependsOnRow(std::move(other.m_dependsOnRow)),
+      m_formulas(std::move(other.m_formulas)),
       m_texts(std::move(other.m_texts)),
       m_textIds(std::move(other.m_textIds)),
       m_slots(std::move(other.m_slots)),
@@ -53,6 +61,8 @@ ReasonTable::ReasonTable(ReasonTable&& other) noexcept
 ReasonTable& ReasonTable::operator=(ReasonTable&& other) noexcept {
     if (this == &other) return *this;
     m_entries = std::move(other.m_entries);
+    m_dependsOnRow = std::move(other.m_dependsOnRow);
+    m_formulas = std::move(other.m_formulas);
     m_texts = std::move(other.m_texts);
     m_textIds = std::move(other.m_textIds);
     m_slots = std::move(other.m_slots);
@@ -67,14 +77,16 @@ ReasonTable& ReasonTable::operator=(ReasonTable&& other) noexcept {
 
 void ReasonTable::clear() {
     m_entries.clear();
+    m_dependsOnRow.clear();
+    m_formulas.clear();
     m_texts.clear();
     m_textIds.clear();
     m_slots.assign(1024, Slot{});
     m_joined = 0;
     m_texts.emplace_back();             // kNull
     m_texts.emplace_back(QString(""));  // kEmpty
-    m_entries.push_back({kTextMark, 0});
-    m_entries.push_back({kTextMark, 1});
+    pushEntry({kTextMark, 0}, false);
+    pushEntry({kTextMark, 1}, false);
     m_textIds.insert(QString(""), kEmpty);
     const std::lock_guard lock(m_cacheMutex);
     m_cache.clear();
@@ -84,9 +96,21 @@ ReasonTable::Id ReasonTable::intern(const QString& text) {
     const auto it = m_textIds.constFind(text);
     if (it != m_textIds.constEnd()) return it.value();
     const Id id = nextId();
-    m_entries.push_back({kTextMark, static_cast<Id>(m_texts.size())});
+    pushEntry({kTextMark, static_cast<Id>(m_texts.size())}, false);
     m_texts.push_back(text);
     m_textIds.insert(text, id);
+    return id;
+}
+
+void ReasonTable::pushEntry(Entry e, bool dependsOnRow) {
+    m_entries.push_back(e);
+    m_dependsOnRow.push_back(dependsOnRow ? 1 : 0);
+}
+
+ReasonTable::Id ReasonTable::formula(std::shared_ptr<const RowFormula> formula, bool live) {
+    const Id id = nextId();
+    pushEntry({kFormulaMark, static_cast<Id>(m_formulas.size())}, true);
+    m_formulas.push_back({std::move(formula), live});
     return id;
 }
 
@@ -129,7 +153,7 @@ void ReasonTable::rebuildIndex() {
     m_joined = 0;
     for (Id id = 0; id < m_entries.size(); ++id) {
         const Entry& e = m_entries[id];
-        if (e.head == kTextMark) continue;
+        if (!isJoined(id)) continue;
         m_slots[slotOf(e.head, e.tail)] = {e.head, e.tail, id};
         ++m_joined;
     }
@@ -141,7 +165,7 @@ ReasonTable::Id ReasonTable::join(Id head, Id tail) {
     const Slot& s = m_slots[slotOf(head, tail)];
     if (s.id != kTextMark) return s.id;
     const Id id = nextId();
-    m_entries.push_back({head, tail});
+    pushEntry({head, tail}, dependsOnRow(head) || dependsOnRow(tail));
     addJoined(head, tail, id);
     return id;
 }
@@ -154,10 +178,11 @@ std::optional<ReasonTable::Id> ReasonTable::findJoined(Id head, Id tail) const {
     return s.id;
 }
 
-QString ReasonTable::text(Id id) const {
+QString ReasonTable::text(Id id, std::span<const uint8_t> rowNumbers) const {
     const Entry& top = m_entries[id];
     if (top.head == kTextMark) return m_texts[top.tail];
-    {
+    const bool cached = !dependsOnRow(id);
+    if (cached) {
         const std::lock_guard lock(m_cacheMutex);
         if (!m_cache.empty() && m_cache[id % kCacheSlots].id == id) return m_cache[id % kCacheSlots].text;
     }
@@ -168,16 +193,39 @@ QString ReasonTable::text(Id id) const {
     while (!pending.empty()) {
         Id at = pending.back();
         pending.pop_back();
-        while (m_entries[at].head != kTextMark) {
+        while (isJoined(at)) {
             pending.push_back(m_entries[at].tail);
             at = m_entries[at].head;
         }
-        out += m_texts[m_entries[at].tail];
+        const Entry& leaf = m_entries[at];
+        if (leaf.head == kTextMark) {
+            out += m_texts[leaf.tail];
+        } else if (!rowNumbers.empty()) {
+            const Formula& f = m_formulas[leaf.tail];
+            out += f.formula->text(rowNumbers, f.live);
+        }
     }
+    if (!cached) return out;
     const std::lock_guard lock(m_cacheMutex);
     if (m_cache.empty()) m_cache.resize(kCacheSlots);
     m_cache[id % kCacheSlots] = {id, out};
     return out;
+}
+
+qsizetype ReasonTable::longestText(Id id) const {
+    qsizetype length = 0;
+    std::vector<Id> pending{id};
+    while (!pending.empty()) {
+        Id at = pending.back();
+        pending.pop_back();
+        while (isJoined(at)) {
+            pending.push_back(m_entries[at].tail);
+            at = m_entries[at].head;
+        }
+        const Entry& leaf = m_entries[at];
+        length += leaf.head == kTextMark ? m_texts[leaf.tail].size() : m_formulas[leaf.tail].formula->maxTextLength();
+    }
+    return length;
 }
 
 // The count of the entries, then each entry: its tag and its text or its pair.
@@ -190,6 +238,13 @@ QByteArray ReasonTable::image(Id from) const {
             out += kTextTag;
             out += m_texts[e.tail].toUtf8();
             out += '\0';
+        } else if (e.head == kFormulaMark) {
+            const Formula& f = m_formulas[e.tail];
+            const QByteArray saved = row_formula::save(*f.formula);
+            out += kFormulaTag;
+            out += f.live ? '\1' : '\0';
+            putId(out, static_cast<uint32_t>(saved.size()));
+            out += saved;
         } else {
             out += kJoinedTag;
             putId(out, e.head);
@@ -212,14 +267,30 @@ bool ReasonTable::appendEntry(const QByteArray& bytes, qsizetype& at, Id id) {
         intern(text);
         return true;
     }
+    if (tag == kFormulaTag) return appendFormula(bytes, at);
     if (tag != kJoinedTag || bytes.size() - at < 8) return false;
     const Id head = getId(bytes.constData() + at);
     const Id tail = getId(bytes.constData() + at + 4);
     at += 8;
     // A joining names earlier entries only, never a blank side, and never a pair twice.
     if (head >= id || tail >= id || isBlank(head) || isBlank(tail) || findJoined(head, tail)) return false;
-    m_entries.push_back({head, tail});
+    pushEntry({head, tail}, dependsOnRow(head) || dependsOnRow(tail));
     addJoined(head, tail, id);
+    return true;
+}
+
+// A formula whose kind has no loader, or whose loader refuses it, is not one the table could
+// hold.
+bool ReasonTable::appendFormula(const QByteArray& bytes, qsizetype& at) {
+    if (bytes.size() - at < 5) return false;
+    const char live = bytes[at];
+    const uint32_t size = getId(bytes.constData() + at + 1);
+    at += 5;
+    if ((live != 0 && live != 1) || size > static_cast<uint64_t>(bytes.size() - at)) return false;
+    std::shared_ptr<const RowFormula> f = row_formula::load(bytes.mid(at, size));
+    at += size;
+    if (!f) return false;
+    formula(std::move(f), live == 1);
     return true;
 }
 
@@ -236,7 +307,7 @@ bool ReasonTable::appendImage(const QByteArray& bytes, Id from) {
     const auto lengthOf = [&](Id id) {
         if (id >= from) return lengths[id - from];
         auto it = earlier.constFind(id);
-        if (it == earlier.constEnd()) it = earlier.insert(id, text(id).size());
+        if (it == earlier.constEnd()) it = earlier.insert(id, longestText(id));
         return *it;
     };
     qsizetype at = 4;
@@ -246,7 +317,12 @@ bool ReasonTable::appendImage(const QByteArray& bytes, Id from) {
             return false;
         }
         const Entry& e = m_entries.back();
-        lengths.push_back(e.head == kTextMark ? m_texts[e.tail].size() : lengthOf(e.head) + lengthOf(e.tail));
+        if (e.head == kTextMark)
+            lengths.push_back(m_texts[e.tail].size());
+        else if (e.head == kFormulaMark)
+            lengths.push_back(m_formulas[e.tail].formula->maxTextLength());
+        else
+            lengths.push_back(lengthOf(e.head) + lengthOf(e.tail));
         if (lengths.back() > kMaxTextLength) {
             truncate(from);
             return false;
@@ -265,6 +341,11 @@ void ReasonTable::truncate(Id count) {
     while (m_entries.size() > count) {
         const Entry e = m_entries.back();
         m_entries.pop_back();
+        m_dependsOnRow.pop_back();
+        if (e.head == kFormulaMark) {
+            m_formulas.pop_back();
+            continue;
+        }
         if (e.head != kTextMark) {
             joinedDropped = true;
             continue;

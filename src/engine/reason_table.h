@@ -1,12 +1,16 @@
 #pragma once
 
+#include "engine/row_formula.h"
+
 #include <QByteArray>
 #include <QHash>
 #include <QString>
 
 #include <cstdint>
+#include <memory>
 #include <mutex>
 #include <optional>
+#include <span>
 #include <vector>
 
 // The interned reasons of the reason column `Fliter`. A row holds an id; id 0 is the null that
@@ -16,6 +20,8 @@
 // never a text per row. Equal texts share an id, and so do equal pairs; a joined entry is made
 // into text only when text() is asked for it. A null or empty side of a joining reads as
 // nothing, as the concatenation of the stored statements does, so join(a, kNull) is a.
+// An entry may also be a formula (see RowFormula): its text, and the text of every joining
+// that holds it, depends on the numbers of the row asked about.
 class ReasonTable {
 public:
     using Id = uint32_t;
@@ -38,9 +44,16 @@ public:
     std::optional<Id> findJoined(Id head, Id tail) const;
     // The id the next new entry will take.
     Id nextId() const { return static_cast<Id>(m_entries.size()); }
-    QString text(Id id) const;
+    // The entry made for `formula` given to rows that were live, or not; every call makes a new
+    // entry, so that the entries of one run follow each other.
+    Id formula(std::shared_ptr<const RowFormula> formula, bool live);
+    // The text of the entry for a row with these numbers (a formula without numbers reads as
+    // nothing).
+    QString text(Id id, std::span<const uint8_t> rowNumbers = {}) const;
+    // Whether the text of the entry depends on the row's numbers.
+    bool dependsOnRow(Id id) const { return m_dependsOnRow[id] != 0; }
     bool isNull(Id id) const { return id == kNull; }
-    bool isJoined(Id id) const { return m_entries[id].head != kTextMark; }
+    bool isJoined(Id id) const { return m_entries[id].head < kFormulaMark; }
     size_t size() const { return m_entries.size(); }
     // The entries from `from` on (at least 2: the null and the empty text are always there), in
     // the form the record keeps them: their count, then each text or pair.
@@ -53,7 +66,9 @@ public:
 
 private:
     static constexpr Id kTextMark = UINT32_MAX;
-    // A text (head kTextMark, tail the index of the text) or a joining.
+    static constexpr Id kFormulaMark = UINT32_MAX - 1;
+    // A text (head kTextMark, tail the index of the text), a formula (head kFormulaMark, tail
+    // the index of the formula) or a joining.
     struct Entry {
         Id head;
         Id tail;
@@ -72,8 +87,19 @@ private:
     void rebuildIndex();
     void truncate(Id count);
     bool appendEntry(const QByteArray& bytes, qsizetype& at, Id id);
+    bool appendFormula(const QByteArray& bytes, qsizetype& at);
+    void pushEntry(Entry e, bool dependsOnRow);
+    // The length of the entry's text, or the longest it can be for a formula.
+    qsizetype longestText(Id id) const;
+
+    struct Formula {
+        std::shared_ptr<const RowFormula> formula;
+        bool live = true;
+    };
 
     std::vector<Entry> m_entries;
+    std::vector<uint8_t> m_dependsOnRow;  // per entry
+    std::vector<Formula> m_formulas;
     std::vector<QString> m_texts;
     QHash<QString, Id> m_textIds;
     std::vector<Slot> m_slots;  // open addressing, a power of two long

@@ -46,8 +46,11 @@ class RowWriter {
 public:
     RowWriter(const CandidateTable& t, QList<BoundColumn> cols) : m_t(t), m_cols(std::move(cols)) {
         m_reasonBytes.reserve(t.reasons().size());
-        for (size_t id = 0; id < t.reasons().size(); ++id)
-            m_reasonBytes.push_back(t.reasons().text(static_cast<ReasonTable::Id>(id)).toUtf8());
+        // A text that depends on the row is made row by row.
+        for (size_t id = 0; id < t.reasons().size(); ++id) {
+            const auto i = static_cast<ReasonTable::Id>(id);
+            m_reasonBytes.push_back(t.reasons().dependsOnRow(i) ? QByteArray() : t.reasons().text(i).toUtf8());
+        }
     }
 
     // Binds row r to the parameters after `offset`.
@@ -90,6 +93,8 @@ public:
                     const ReasonTable::Id id = m_t.rowReasons()[r];
                     if (id == ReasonTable::kNull) {
                         sqlite3_bind_null(st, i);
+                    } else if (m_t.reasons().dependsOnRow(id)) {
+                        bindText(st, i, m_t.reasonText(r));
                     } else {
                         const QByteArray& b = m_reasonBytes[id];
                         sqlite3_bind_text(st, i, b.constData(), static_cast<int>(b.size()), SQLITE_STATIC);

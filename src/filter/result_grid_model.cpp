@@ -271,7 +271,7 @@ QVariant ResultGridModel::data(const QModelIndex& index, int role) const {
             // a long action reports its progress.
             const ReasonTable::Id id = m_table->rowReasons()[r];
             if (m_table->reasons().isNull(id) || id >= m_table->reasons().size()) return {};
-            return m_table->reasons().text(id);
+            return m_table->reasonText(r);
         }
         default:
             return int{m_table->numberColumn(static_cast<int>(c))[r]};

@@ -194,3 +194,70 @@ TEST(ReasonTable, ImagesWhoseTextsGrowPastTheLimitAreRefused) {
     EXPECT_FALSE(twoPieces.appendImage(pieces.image(from), from));
     EXPECT_EQ(twoPieces.size(), from);
 }
+
+namespace {
+
+// A formula whose text is the sum of the row's numbers, with a mark for rows that were dead.
+class SumFormula : public RowFormula {
+public:
+    explicit SumFormula(int offset) : m_offset(offset) {}
+    QString text(std::span<const uint8_t> numbers, bool live) const override {
+        int sum = m_offset;
+        for (uint8_t n : numbers) sum += n;
+        return QStringLiteral("和%1%2").arg(sum).arg(live ? QString() : QStringLiteral("(死)"));
+    }
+    qsizetype maxTextLength() const override { return 16; }
+    QByteArray kind() const override { return "test-sum"; }
+    QByteArray payload() const override { return QByteArray::number(m_offset); }
+    static std::shared_ptr<const RowFormula> load(const QByteArray& payload) {
+        bool ok = false;
+        const int offset = payload.toInt(&ok);
+        return ok ? std::make_shared<SumFormula>(offset) : nullptr;
+    }
+
+private:
+    int m_offset;
+};
+
+}  // namespace
+
+// A formula's text is made from the row asked about, through any joining that holds it; the
+// image keeps the formula and reads it back through its loader, and refuses a formula whose
+// kind has no loader or whose loader refuses it.
+TEST(ReasonTable, FormulaEntriesReadTheRowAndRoundTripThroughTheirLoader) {
+    row_formula::registerLoader("test-sum", &SumFormula::load);
+    ReasonTable t;
+    const ReasonTable::Id old = t.intern(QStringLiteral("手工删除"));
+    const auto sum = std::make_shared<SumFormula>(100);
+    const ReasonTable::Id live = t.formula(sum, true);
+    const ReasonTable::Id dead = t.formula(sum, false);
+    const ReasonTable::Id joined = t.join(old, live);
+    const ReasonTable::Id prefixed = t.prefixed(QStringLiteral("上次反选-"), joined);
+    const std::array<uint8_t, 7> row{1, 2, 3, 4, 5, 6, 7};
+    EXPECT_EQ(t.text(live, row), QStringLiteral("和128"));
+    EXPECT_EQ(t.text(dead, row), QStringLiteral("和128(死)"));
+    EXPECT_EQ(t.text(prefixed, row), QStringLiteral("上次反选-手工删除和128"));
+    EXPECT_EQ(t.text(prefixed), QStringLiteral("上次反选-手工删除")) << "without a row the formula reads as nothing";
+    EXPECT_TRUE(t.dependsOnRow(prefixed));
+    EXPECT_FALSE(t.dependsOnRow(old));
+    EXPECT_EQ(t.join(old, live), joined) << "joinings of a formula are shared as any others";
+
+    ReasonTable loaded;
+    ASSERT_TRUE(loaded.appendImage(t.image()));
+    ASSERT_EQ(loaded.size(), t.size());
+    for (ReasonTable::Id id = 0; id < t.size(); ++id) EXPECT_EQ(loaded.text(id, row), t.text(id, row)) << id;
+
+    const QByteArray good = t.image();
+    const auto withPayload = [&](const QByteArray& from, const QByteArray& to) {
+        QByteArray b = good;
+        const qsizetype at = b.indexOf(from);
+        b.replace(at, from.size(), to);
+        return b;
+    };
+    ReasonTable refused;
+    EXPECT_FALSE(refused.appendImage(withPayload("test-sum", "test-sux"))) << "a kind without a loader";
+    EXPECT_FALSE(refused.appendImage(withPayload(QByteArray("test-sum\0" "100", 12), QByteArray("test-sum\0" "1x0", 12))))
+        << "a payload the loader refuses";
+    EXPECT_EQ(refused.size(), 2u);
+    EXPECT_TRUE(refused.appendImage(good));
+}

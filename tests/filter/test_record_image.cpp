@@ -4,6 +4,7 @@
 #include "engine/stored_columns.h"
 #include "filter/candidate_actions.h"
 #include "filter/filter_workspace.h"
+#include "filter/param/param_filter.h"
 #include "workspace/sqlite_db.h"
 
 #include "filter/record_fixture.h"
@@ -14,7 +15,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
+#include <numeric>
+#include <random>
 
 namespace {
 
@@ -92,6 +96,49 @@ TEST(RecordImage, EveryColumnAndEveryKindComesBackFromTheImageAndFromTheDerivedR
         }
         EXPECT_EQ(rows.table->idxAt(0), t.idxAt(0));
     }
+}
+
+// In the both-zones scope the integrated filter gives nearly every caught row a text of its own,
+// with no entry per row: the texts come back from the image and from the derived rows.
+TEST(RecordImage, RowTextsOfTheIntegratedFilterComeBackFromTheImageAndTheDerivedRows) {
+    Db d;
+    CandidateTable t = fullTable(4000, Kind::Combinations);
+    std::mt19937 random(7);
+    for (uint64_t r = 0; r < t.rowCount(); ++r) {
+        std::vector<uint8_t> front(35), back(12);
+        std::iota(front.begin(), front.end(), uint8_t{1});
+        std::iota(back.begin(), back.end(), uint8_t{1});
+        std::shuffle(front.begin(), front.end(), random);
+        std::shuffle(back.begin(), back.end(), random);
+        std::sort(front.begin(), front.begin() + 5);
+        std::sort(back.begin(), back.begin() + 2);
+        for (int k = 1; k <= 7; ++k)
+            t.numberColumn(k)[r] = k <= 5 ? front[static_cast<size_t>(k - 1)] : back[static_cast<size_t>(k - 6)];
+    }
+    ParamWindowState s = ParamWindowState::defaults();
+    s.scope = ZoneScope::Both;
+    s.integratedBox.fill(true);
+    // Narrow ranges, so that most steps catch most rows with values of their own.
+    for (auto& box : s.boxes) box[0] = box[1] = QStringLiteral("3");
+    ParamContext ctx;
+    for (int n = 1; n <= 35; ++n) ctx.omissionFront[static_cast<size_t>(n)] = static_cast<int16_t>(n % 9);
+    const size_t before = t.reasons().size();
+    param_filter::runIntegrated(t, s, ctx);
+    QSet<QString> texts;
+    for (uint64_t r = 0; r < t.rowCount(); ++r)
+        if (t.failCountAt(r) > 0) texts.insert(t.reasonText(r));
+    EXPECT_GT(texts.size(), 1000);
+    EXPECT_LT(t.reasons().size(), before + 16) << "an entry per old reason, not per row";
+
+    ASSERT_EQ(store::saveImage(d.db, t).outcome, store::Outcome::Done);
+    const store::LoadResult image = store::load(d.db, Kind::Combinations);
+    ASSERT_TRUE(image.table) << image.error.toStdString();
+    expectIdenticalTables(t, *image.table);
+
+    ASSERT_EQ(store::ensureRelational(d.db, Kind::Combinations).outcome, store::Outcome::Done);
+    const store::LoadResult rows = store::load(d.db, Kind::Combinations, nullptr, false);
+    ASSERT_TRUE(rows.table);
+    for (uint64_t r = 0; r < t.rowCount(); ++r) ASSERT_EQ(rows.table->reasonText(r), t.reasonText(r)) << r;
 }
 
 // Several actions, each writing only what it changed; the reopened table is the one in memory.

@@ -2,6 +2,7 @@
 
 #include "engine/candidate_kernels.h"
 #include "engine/kernel_executor.h"
+#include "filter/param/integrated_reason_formula.h"
 #include "filter/param/param_reason_builder.h"
 
 #include <QStringList>
@@ -368,6 +369,15 @@ SingleResult runSingle(CandidateTable& table, ParamId id, const ParamWindowState
     return result;
 }
 
+std::vector<FilterStep> integratedSteps(const ParamWindowState& state, const ParamContext& ctx, bool keepSense) {
+    std::vector<FilterStep> steps;
+    for (const param_catalogue::RunStep& rs : param_catalogue::integratedOrder()) {
+        if (!state.integratedBox[static_cast<size_t>(rs.box)]) continue;
+        for (FilterStep& s : buildSteps(rs.param, state, ctx, keepSense, true)) steps.push_back(std::move(s));
+    }
+    return steps;
+}
+
 int allowedCount(const QString& txtRc0) {
     const double v = std::clamp(leadingNumber(txtRc0), -1e9, 1e9);
     return static_cast<int>(std::nearbyint(v));  // the default rounding: a half to the even one
@@ -380,16 +390,11 @@ IntegratedResult runIntegrated(CandidateTable& table, const ParamWindowState& st
     result.keepSense = a == b ? a : !a;
     result.flipped = a != b;
 
-    std::vector<FilterStep> steps;
-    for (const param_catalogue::RunStep& rs : param_catalogue::integratedOrder()) {
-        if (!state.integratedBox[static_cast<size_t>(rs.box)]) continue;
-        for (FilterStep& s : buildSteps(rs.param, state, ctx, result.keepSense, true))
-            steps.push_back(std::move(s));
-    }
-    result.steps = static_cast<int>(steps.size());
+    const auto formula = std::make_shared<IntegratedReasonFormula>(table.kind(), state, ctx, result.keepSense);
+    result.steps = static_cast<int>(formula->steps().size());
 
     // The tally reads no preunslt: it is set once the run can no longer be cancelled.
-    if (!param_reason_builder::tally(table, steps, progress)) {
+    if (!param_reason_builder::tally(table, formula->steps(), progress, formula)) {
         result.cancelled = true;
         return result;
     }

@@ -113,6 +113,9 @@ struct IntegratedResult {
 std::vector<FilterStep> buildSteps(ParamId id, const ParamWindowState& state, const ParamContext& ctx,
                                    bool keepSense, bool tally);
 
+// The steps of the integrated filter: those of every ticked box, in the order of the run.
+std::vector<FilterStep> integratedSteps(const ParamWindowState& state, const ParamContext& ctx, bool keepSense);
+
 // A click on a parameter button.
 SingleResult runSingle(CandidateTable& table, ParamId id, const ParamWindowState& state,
                        const ParamContext& ctx);

@@ -2,11 +2,14 @@
 
 #include "engine/candidate_kernels.h"
 #include "engine/kernel_executor.h"
+#include "filter/param/param_reason_keys.h"
 
 #include <atomic>
 #include <bit>
 #include <cstring>
 #include <thread>
+#include <unordered_map>
+#include <unordered_set>
 
 #ifdef __SSE2__
 #include <emmintrin.h>
@@ -25,7 +28,9 @@ constexpr std::array<uint64_t, 256> kByteFlags = [] {
         for (unsigned bit = 0; bit < 8; ++bit) t[v] |= uint64_t{(v >> bit) & 1u} << (8 * bit);
     return t;
 }();
-constexpr int kMaxSteps = 32;
+using param_reason_keys::KeyMap;
+using param_reason_keys::KeyReasons;
+using param_reason_keys::kMaxSteps;
 
 // Bit i of the word tells whether byte i of the 64 at p is not 0.
 inline BitVector::Word nonZeroBits(const uint8_t* p) {
@@ -54,78 +59,6 @@ inline void setBits(BitVector::Word* words, uint32_t from, uint32_t to) {
         from += hi - lo;
     }
 }  // 22 parameters and the five positions with their parity
-
-// Distinct reason keys of one slice of rows: the old reason id, the mask of the steps that
-// caught the row and the value of each of those steps whose text shows it, as 16-bit words.
-class KeyMap {
-public:
-    KeyMap() { m_slots.assign(1024, Slot{}); }
-
-    uint32_t idOf(const uint16_t* key, uint32_t len) {
-        if ((m_count + 1) * 2 > m_slots.size()) grow();
-        const uint64_t h = hash(key, len);
-        size_t i = h & (m_slots.size() - 1);
-        while (true) {
-            Slot& s = m_slots[i];
-            if (s.len == 0) {
-                s = {h, static_cast<uint32_t>(m_arena.size()), len, m_count};
-                m_arena.insert(m_arena.end(), key, key + len);
-                m_keys.push_back(s.offset);
-                ++m_count;
-                return s.id;
-            }
-            if (s.hash == h && s.len == len && std::equal(key, key + len, m_arena.data() + s.offset))
-                return s.id;
-            i = (i + 1) & (m_slots.size() - 1);
-        }
-    }
-    uint32_t size() const { return m_count; }
-    const uint16_t* key(uint32_t id) const { return m_arena.data() + m_keys[id]; }
-
-private:
-    struct Slot {
-        uint64_t hash = 0;
-        uint32_t offset = 0;
-        uint32_t len = 0;
-        uint32_t id = 0;
-    };
-    static uint64_t hash(const uint16_t* key, uint32_t len) {
-        uint64_t h = 0x9E3779B97F4A7C15ull ^ len;
-        uint32_t i = 0;
-        for (; i + 4 <= len; i += 4) {
-            uint64_t w;
-            std::memcpy(&w, key + i, sizeof w);
-            h = (h ^ w) * 0xFF51AFD7ED558CCDull;
-            h ^= h >> 29;
-        }
-        for (; i < len; ++i) {
-            h = (h ^ key[i]) * 0xFF51AFD7ED558CCDull;
-            h ^= h >> 29;
-        }
-        // The final mix, so that the low bits that pick the slot depend on every word.
-        h ^= h >> 33;
-        h *= 0xFF51AFD7ED558CCDull;
-        h ^= h >> 33;
-        h *= 0xC4CEB9FE1A85EC53ull;
-        h ^= h >> 33;
-        return h;
-    }
-    void grow() {
-        std::vector<Slot> old = std::move(m_slots);
-        m_slots.assign(old.size() * 2, Slot{});
-        for (const Slot& s : old) {
-            if (s.len == 0) continue;
-            size_t i = s.hash & (m_slots.size() - 1);
-            while (m_slots[i].len != 0) i = (i + 1) & (m_slots.size() - 1);
-            m_slots[i] = s;
-        }
-    }
-
-    std::vector<Slot> m_slots;
-    std::vector<uint16_t> m_arena;
-    std::vector<uint32_t> m_keys;
-    uint32_t m_count = 0;
-};
 
 // Between blocks the slices learn whether the run was cancelled; the thread that started the run
 // also reports how many rows are done and asks the player.
@@ -188,19 +121,31 @@ struct StepInputs {
 // caught row takes in place of its reason the id of its key in the slice's map, until the texts
 // of the keys are made, and canshu the value of the last computation; Errnum is written after
 // the pass (and canshu too where a run is a single row).
+// In the formula mode the rows keep their old reasons through the pass, which notes the distinct
+// pairs of an old reason and a live flag among the caught rows, and writes Errnum at once.
+struct SliceOutcome {
+    KeyMap keys;
+    std::vector<uint64_t> formulaPairs;  // (old reason << 1) | live, in the order of the rows
+    std::unordered_set<uint64_t> seenPairs;
+};
+
 class TallySlice {
 public:
     TallySlice(CandidateTable& table, const std::vector<FilterStep>& steps, const StepInputs& inputs,
-               BitVector& changed, std::span<ReasonTable::Id> rowReasons, KeyMap& map)
+               BitVector& changed, std::span<ReasonTable::Id> rowReasons, SliceOutcome& outcome, bool formulaMode)
         : m_table(table),
           m_paramValues(table.paramValues()),
+          m_failCount(table.failCount()),
           m_steps(steps),
           m_inputs(inputs),
           m_changed(changed),
           m_rowReasons(rowReasons),
-          m_map(map),
+          m_map(outcome.keys),
+          m_outcome(outcome),
+          m_formulaMode(formulaMode),
           m_heads(table.kind(), kBlock),
-          m_vals(steps.size() * kBlock) {
+          m_vals(steps.size() * kBlock),
+          m_canRunDirect(inputs.numbersOnly) {
         m_all.fill(1);
         for (int k = 1; k <= table.numberCount(); ++k)
             if (inputs.columns & (1u << k)) m_columns.push_back(k);
@@ -208,16 +153,33 @@ public:
 
     // False when the run was cancelled.
     bool run(uint64_t begin, uint64_t end, RunControl& control) {
-        for (uint64_t b = begin; b < end; b += kBlock) {
+        uint64_t blockIndex = 0;
+        for (uint64_t b = begin; b < end; b += kBlock, ++blockIndex) {
             const uint64_t n = std::min(end, b + kBlock) - b;
             liveBytes(b, n);
-            const uint32_t m = findRuns(b, n);
-            gather(b, n, m);
+            // Where rows seldom repeat (every number is read) the steps run on the table's rows
+            // themselves; a block now and then is cut into runs again to see whether that holds.
+            const bool direct = m_canRunDirect && m_shortRuns && blockIndex % kRunCheckEvery != 0;
+            uint32_t m = static_cast<uint32_t>(n);
+            if (direct) {
+                useRows(b);
+            } else {
+                m = findRuns(b, n);
+                m_shortRuns = m * 2 > n;
+                gather(b, n, m);
+            }
             std::fill_n(m_mask.begin(), m, 0u);
             for (size_t t = 0; t < m_steps.size(); ++t) applyStep(t, m);
-            markRepeats(m);
-            keyRuns(m);
-            scatter(b, m);
+            if (m_formulaMode) {
+                notePairs(m);
+            } else {
+                markRepeats(m);
+                keyRuns(m);
+            }
+            if (direct)
+                scatterRows(b, m);
+            else
+                scatter(b, m);
             if (!control.blockDone(n)) return false;
         }
         return true;
@@ -273,22 +235,46 @@ private:
             m_headLive[j] = m_live[m_start[j]];
             un[j / BitVector::kWordBits] |= BitVector::Word{m_headLive[j] ^ 1u} << (j % BitVector::kWordBits);
         }
-        for (uint32_t j = 0; j < m; ++j) m_old[j] = m_rowReasons[b + m_start[j]];
+        for (uint32_t j = 0; j < m; ++j) m_headOld[j] = m_rowReasons[b + m_start[j]];
         if (!m_inputs.numbersOnly) std::copy_n(m_paramValues.data() + b, n, m_runValues.data());
+        m_source = &m_heads;
+        m_sourceBegin = 0;
+        m_values = m_runValues.data();
+        m_runLive = m_headLive.data();
+        m_runOld = m_headOld.data();
+    }
+
+    // The direct form: every row of the block is a run of its own, read where it stands, and the
+    // computations write canshu in place.
+    void useRows(uint64_t b) {
+        m_source = &m_table;
+        m_sourceBegin = b;
+        m_values = m_paramValues.data() + b;
+        m_runLive = m_live.data();
+        m_runOld = m_rowReasons.data() + b;
     }
 
     // One pass of step t over the runs: the condition, the leading [unslt]=false where the
     // statement has it, and the step's bit in the run's mask.
     void applyStep(size_t t, uint32_t m) {
         const FilterStep& s = m_steps[t];
-        const CandidateTable& heads = m_heads;
-        param_kernels::computeRows(s.compute, heads, m_runValues, 0, m);
-        int16_t* v = m_vals.data() + t * kBlock;
-        if (s.valueColumn < 0)
-            std::copy_n(m_runValues.data(), m, v);
+        const CandidateTable& source = *m_source;
+        if (m_source == &m_heads)
+            param_kernels::computeRows(s.compute, source, m_runValues, 0, m);
         else
-            std::copy_n(heads.numberColumn(s.valueColumn + 1).data(), m, v);
-        const uint8_t* alive = s.liveOnly ? m_headLive.data() : m_all.data();
+            param_kernels::computeRows(s.compute, source, m_paramValues, m_sourceBegin, m_sourceBegin + m);
+        const int16_t* computed = m_values;
+        const uint8_t* figures = s.valueColumn < 0 ? nullptr : source.numberColumn(s.valueColumn + 1).data() + m_sourceBegin;
+        // The formula mode needs the values only for this test; the key mode keeps them for the keys.
+        int16_t* kept = m_vals.data() + (m_formulaMode ? 0 : t * kBlock);
+        const int16_t* v = kept;
+        if (figures)
+            std::copy_n(figures, m, kept);
+        else if (m_formulaMode)
+            v = computed;
+        else
+            std::copy_n(computed, m, kept);
+        const uint8_t* alive = s.liveOnly ? m_runLive : m_all.data();
         if (s.test == FilterStep::Test::Range) {
             const int32_t lo = s.lo, hi = s.hi;
             const uint32_t outside = s.keep ? 1u : 0u;
@@ -316,7 +302,7 @@ private:
         }
         m_repeat[0] = 0;
         for (uint32_t i = 1; i < m; ++i)
-            m_repeat[i] = static_cast<uint8_t>(int{m_mask[i] == m_mask[i - 1]} & int{m_old[i] == m_old[i - 1]} &
+            m_repeat[i] = static_cast<uint8_t>(int{m_mask[i] == m_mask[i - 1]} & int{m_runOld[i] == m_runOld[i - 1]} &
                                                int{(m_differs[i] & m_mask[i]) == 0});
     }
 
@@ -332,7 +318,7 @@ private:
                 m_keyOf[j] = m_lastId;
                 continue;
             }
-            const uint32_t old = m_old[j];
+            const uint32_t old = m_runOld[j];
             uint32_t len = 0;
             key[len++] = static_cast<uint16_t>(old);
             key[len++] = static_cast<uint16_t>(old >> 16);
@@ -348,7 +334,33 @@ private:
         }
     }
 
-    // Every caught row of the block takes its run's key id, run by run.
+    // The direct form's scatter: rows and runs are one.
+    void scatterRows(uint64_t b, uint32_t n) {
+        if (m_formulaMode)
+            for (uint32_t i = 0; i < n; ++i) m_failCount[b + i] = static_cast<int16_t>(std::popcount(m_mask[i]));
+        else
+            for (uint32_t i = 0; i < n; ++i)
+                if (m_mask[i]) m_rowReasons[b + i] = m_keyOf[i];
+        std::array<uint8_t, kBlock> caught{};
+        for (uint32_t i = 0; i < n; ++i) caught[i] = static_cast<uint8_t>(m_mask[i] != 0);
+        const auto words = m_changed.words();
+        for (uint32_t off = 0; off < n; off += BitVector::kWordBits)
+            words[(b + off) / BitVector::kWordBits] = nonZeroBits(caught.data() + off);
+    }
+
+    // The formula mode: the pairs of old reason and live flag of the caught runs, each once.
+    void notePairs(uint32_t m) {
+        for (uint32_t j = 0; j < m; ++j) {
+            if (!m_mask[j]) continue;
+            const uint64_t pair = uint64_t{m_runOld[j]} << 1 | m_runLive[j];
+            if (pair == m_lastPair) continue;
+            m_lastPair = pair;
+            if (m_outcome.seenPairs.insert(pair).second) m_outcome.formulaPairs.push_back(pair);
+        }
+    }
+
+    // Every caught row of the block takes its run's key id, run by run (in the formula mode its
+    // Errnum instead: the rows keep their old reasons until the pairs are joined to the formula).
     void scatter(uint64_t b, uint32_t m) {
         std::array<BitVector::Word, kBlock / BitVector::kWordBits> caught{};
         if (m_inputs.numbersOnly && m_inputs.writesCanshu)
@@ -356,10 +368,15 @@ private:
                 std::fill(m_paramValues.begin() + static_cast<ptrdiff_t>(b + m_start[j]),
                           m_paramValues.begin() + static_cast<ptrdiff_t>(b + m_start[j + 1]), m_runValues[j]);
         for (uint32_t j = 0; j < m; ++j) {
-            if (!m_mask[j]) continue;
             const uint32_t from = m_start[j], to = m_start[j + 1];
-            std::fill(m_rowReasons.begin() + static_cast<ptrdiff_t>(b + from),
-                      m_rowReasons.begin() + static_cast<ptrdiff_t>(b + to), m_keyOf[j]);
+            if (m_formulaMode)
+                std::fill(m_failCount.begin() + static_cast<ptrdiff_t>(b + from),
+                          m_failCount.begin() + static_cast<ptrdiff_t>(b + to),
+                          static_cast<int16_t>(std::popcount(m_mask[j])));
+            if (!m_mask[j]) continue;
+            if (!m_formulaMode)
+                std::fill(m_rowReasons.begin() + static_cast<ptrdiff_t>(b + from),
+                          m_rowReasons.begin() + static_cast<ptrdiff_t>(b + to), m_keyOf[j]);
             setBits(caught.data(), from, to);
         }
         // The block's words are the slice's own: a block starts on a whole word.
@@ -371,77 +388,33 @@ private:
 
     const CandidateTable& m_table;
     std::span<int16_t> m_paramValues;
+    std::span<int16_t> m_failCount;
     const std::vector<FilterStep>& m_steps;
     const StepInputs& m_inputs;
     BitVector& m_changed;
     std::span<ReasonTable::Id> m_rowReasons;
     KeyMap& m_map;
+    SliceOutcome& m_outcome;
+    bool m_formulaMode;
+    uint64_t m_lastPair = UINT64_MAX;
     CandidateTable m_heads;  // the first row of each run of the block
     std::vector<int> m_columns;
     std::vector<int16_t> m_vals;
     std::array<int16_t, kBlock> m_runValues{};
-    std::array<uint32_t, kBlock> m_mask, m_differs, m_keyOf, m_old;
+    std::array<uint32_t, kBlock> m_mask, m_differs, m_keyOf, m_headOld;
     std::array<uint16_t, kBlock + 1> m_start;
     std::array<uint8_t, kBlock> m_live, m_headLive, m_hit, m_all, m_repeat, m_differs8;
     uint32_t m_lastId = 0;
-};
-
-// The reason of a key as entries of the reason table: the pieces of the catching steps (the
-// texts of their values) joined in a tree of fixed shape over the step positions, then joined to
-// the old reason. Keys that share the steps of a subtree and their values share its entry, so a
-// key costs a few lookups among entries made before, and no text is made.
-class KeyReasons {
-public:
-    KeyReasons(ReasonTable& reasons, const std::vector<FilterStep>& steps)
-        : m_reasons(reasons), m_steps(steps), m_pieces(steps.size()) {
-        m_width = 1;
-        while (m_width < steps.size()) m_width *= 2;
-    }
-
-    ReasonTable::Id idOf(const uint16_t* key) {
-        const ReasonTable::Id old = uint32_t{key[0]} | (uint32_t{key[1]} << 16);
-        const uint32_t m = uint32_t{key[2]} | (uint32_t{key[3]} << 16);
-        const uint16_t* v = key + 4;
-        std::array<ReasonTable::Id, kMaxSteps> node{};
-        for (size_t t = 0; t < m_width; ++t)
-            node[t] = (m >> t) & 1u ? piece(t, m_steps[t].constantText ? 0 : static_cast<int16_t>(*v++))
-                                    : ReasonTable::kNull;
-        for (size_t n = m_width; n > 1; n /= 2)
-            for (size_t i = 0; i < n / 2; ++i) node[i] = join(node[2 * i], node[2 * i + 1]);
-        return join(old, node[0]);
-    }
-
-private:
-    // The joinings of the low subtrees come back key after key; a small memo of recent ones
-    // spares a lookup in the table's index, which is large and scattered.
-    ReasonTable::Id join(ReasonTable::Id head, ReasonTable::Id tail) {
-        if (head <= ReasonTable::kEmpty || tail <= ReasonTable::kEmpty) return m_reasons.join(head, tail);
-        uint64_t h = (uint64_t{head} << 32 | tail) * 0x9E3779B97F4A7C15ull;
-        Memo& m = m_memo[(h >> 40) & (kMemoSlots - 1)];
-        if (m.head == head && m.tail == tail) return m.id;
-        m = {head, tail, m_reasons.join(head, tail)};
-        return m.id;
-    }
-
-    // The entry of step t's text for value v, interned when first met.
-    ReasonTable::Id piece(size_t t, int16_t v) {
-        std::vector<ReasonTable::Id>& ids = m_pieces[t];
-        if (ids.empty()) ids.assign(m_steps[t].constantText ? 1 : 65536, kUnset);
-        ReasonTable::Id& id = ids[m_steps[t].constantText ? 0 : static_cast<size_t>(int32_t{v} + 32768)];
-        if (id == kUnset) id = m_reasons.intern(m_steps[t].reason(v));
-        return id;
-    }
-
-    struct Memo {
-        ReasonTable::Id head = 0, tail = 0, id = 0;
-    };
-    static constexpr size_t kMemoSlots = size_t{1} << 16;
-    static constexpr ReasonTable::Id kUnset = UINT32_MAX;
-    std::vector<Memo> m_memo = std::vector<Memo>(kMemoSlots);
-    ReasonTable& m_reasons;
-    const std::vector<FilterStep>& m_steps;
-    std::vector<std::vector<ReasonTable::Id>> m_pieces;
-    size_t m_width = 1;
+    // Where the steps of a block read its runs: the small table of their first rows, or the
+    // table itself from row m_sourceBegin on; and the computed values, live flags, old reasons.
+    static constexpr uint64_t kRunCheckEvery = 32;
+    const bool m_canRunDirect;
+    bool m_shortRuns = false;
+    const CandidateTable* m_source = nullptr;
+    uint64_t m_sourceBegin = 0;
+    const int16_t* m_values = nullptr;
+    const uint8_t* m_runLive = nullptr;
+    const uint32_t* m_runOld = nullptr;
 };
 
 }  // namespace
@@ -460,14 +433,14 @@ void forEachRange(const SliceRanges& ranges, Fn&& fn) {
 }
 
 // A cancelled run: the caught rows take back the old reasons their keys hold.
-void restoreReasons(CandidateTable& table, const SliceRanges& ranges, const std::vector<KeyMap>& maps,
+void restoreReasons(CandidateTable& table, const SliceRanges& ranges, const std::vector<SliceOutcome>& outcomes,
                     const BitVector& changed) {
     auto rowReasons = table.rowReasons();
     const auto changedWords = changed.words();
     forEachRange(ranges, [&](size_t slice, uint64_t begin, uint64_t end) {
         for (uint64_t w = begin / BitVector::kWordBits; w * BitVector::kWordBits < end; ++w)
             forEachSetBit(changedWords[w], w * BitVector::kWordBits, [&](size_t r) {
-                const uint16_t* key = maps[slice].key(rowReasons[r]);
+                const uint16_t* key = outcomes[slice].keys.key(rowReasons[r]);
                 rowReasons[r] = uint32_t{key[0]} | (uint32_t{key[1]} << 16);
             });
     });
@@ -490,43 +463,18 @@ void writeParamValues(CandidateTable& table, const std::vector<FilterStep>& step
 
 }  // namespace
 
-bool tally(CandidateTable& table, const std::vector<FilterStep>& steps, EngineProgress* progress) {
-    const uint64_t rows = table.rowCount();
-    if (rows == 0) return true;
-    // The columns the slices write, allocated before the threads start.
-    table.paramValues();
-    std::span<int16_t> failCount = table.failCount();
-    if (steps.empty()) {
-        std::fill(failCount.begin(), failCount.end(), int16_t{0});
-        return true;
-    }
-    Q_ASSERT(steps.size() <= kMaxSteps);
-    auto rowReasons = table.rowReasons();
-    BitVector changed(rows);
-    KernelExecutor& executor = KernelExecutor::shared();
-    const KernelExecutor::Slices slices = executor.slicesFor(rows);
-    SliceRanges ranges;
-    for (size_t i = 0; i < slices.count; ++i) ranges.emplace_back(slices.begin(i), slices.end(i));
-    std::vector<KeyMap> maps(slices.count);
-    const StepInputs inputs(steps);
-    RunControl control(progress, rows);
-    // The first pass writes canshu where the runs give it: a run that may be cancelled keeps the
-    // old values to put back.
-    std::vector<int16_t> oldParamValues;
-    if (progress && inputs.numbersOnly && inputs.writesCanshu)
-        oldParamValues.assign(table.paramValues().begin(), table.paramValues().end());
-    forEachRange(ranges, [&](size_t slice, uint64_t begin, uint64_t end) {
-        if (!control.stopped())
-            TallySlice(table, steps, inputs, changed, rowReasons, maps[slice]).run(begin, end, control);
-    });
+namespace {
 
-    // The reasons are made slice by slice, each slice's keys in the order its rows met them:
-    // new entries take their ids in row order, however many slices there were.
-    std::vector<std::vector<ReasonTable::Id>> ids(slices.count);
-    std::vector<std::vector<uint8_t>> counts(slices.count);
+// The key mode after the pass: the reasons are made slice by slice, each slice's keys in the
+// order its rows met them, so that new entries take their ids in row order however many slices
+// there were; then every caught row takes its key's reason and Errnum. False when cancelled.
+bool finishKeys(CandidateTable& table, const SliceRanges& ranges, std::vector<SliceOutcome>& outcomes,
+                const BitVector& changed, const std::vector<FilterStep>& steps, RunControl& control) {
+    std::vector<std::vector<ReasonTable::Id>> ids(ranges.size());
+    std::vector<std::vector<uint8_t>> counts(ranges.size());
     KeyReasons reasons(table.reasons(), steps);
-    for (size_t slice = 0; slice < slices.count && !control.cancelledNow(); ++slice) {
-        const KeyMap& map = maps[slice];
+    for (size_t slice = 0; slice < ranges.size() && !control.cancelledNow(); ++slice) {
+        const KeyMap& map = outcomes[slice].keys;
         ids[slice].reserve(map.size());
         counts[slice].reserve(map.size());
         for (uint32_t key = 0; key < map.size(); ++key) {
@@ -537,12 +485,10 @@ bool tally(CandidateTable& table, const std::vector<FilterStep>& steps, EnginePr
                 static_cast<uint8_t>(std::popcount(uint32_t{k[2]} | (uint32_t{k[3]} << 16))));
         }
     }
-    if (control.stopped()) {
-        restoreReasons(table, ranges, maps, changed);
-        if (!oldParamValues.empty()) std::ranges::copy(oldParamValues, table.paramValues().begin());
-        return false;
-    }
+    if (control.stopped()) return false;
 
+    auto rowReasons = table.rowReasons();
+    std::span<int16_t> failCount = table.failCount();
     const auto changedWords = changed.words();
     forEachRange(ranges, [&](size_t slice, uint64_t begin, uint64_t end) {
         const std::vector<ReasonTable::Id>& sliceIds = ids[slice];
@@ -555,6 +501,91 @@ bool tally(CandidateTable& table, const std::vector<FilterStep>& steps, EnginePr
                 rowReasons[r] = sliceIds[rowReasons[r]];
             });
     });
+    return true;
+}
+
+// The formula mode after the pass: each distinct pair of an old reason and a live flag is joined
+// to the formula's entry for that flag, in the order of the rows; then every caught row takes
+// the joining of its pair.
+void finishFormula(CandidateTable& table, const SliceRanges& ranges, const std::vector<SliceOutcome>& outcomes,
+                   const BitVector& changed, const std::shared_ptr<const RowFormula>& formula) {
+    ReasonTable& reasons = table.reasons();
+    std::array<std::optional<ReasonTable::Id>, 2> formulaIds;
+    std::unordered_map<uint64_t, ReasonTable::Id> joined;
+    for (const SliceOutcome& outcome : outcomes)
+        for (uint64_t pair : outcome.formulaPairs) {
+            if (joined.contains(pair)) continue;
+            const size_t live = pair & 1u;
+            if (!formulaIds[live]) formulaIds[live] = reasons.formula(formula, live != 0);
+            joined.emplace(pair, reasons.join(static_cast<ReasonTable::Id>(pair >> 1), *formulaIds[live]));
+        }
+
+    auto rowReasons = table.rowReasons();
+    const auto changedWords = changed.words();
+    const auto deadWords = table.filteredOut().words();
+    forEachRange(ranges, [&](size_t, uint64_t begin, uint64_t end) {
+        uint64_t lastPair = UINT64_MAX;
+        ReasonTable::Id lastId = 0;
+        for (uint64_t w = begin / BitVector::kWordBits; w * BitVector::kWordBits < end; ++w) {
+            const BitVector::Word dead = deadWords[w];
+            forEachSetBit(changedWords[w], w * BitVector::kWordBits, [&](size_t r) {
+                const uint64_t live = ((dead >> (r % BitVector::kWordBits)) & 1u) ^ 1u;
+                const uint64_t pair = uint64_t{rowReasons[r]} << 1 | live;
+                if (pair != lastPair) {
+                    lastPair = pair;
+                    lastId = joined.at(pair);
+                }
+                rowReasons[r] = lastId;
+            });
+        }
+    });
+}
+
+}  // namespace
+
+bool tally(CandidateTable& table, const std::vector<FilterStep>& steps, EngineProgress* progress,
+           const std::shared_ptr<const RowFormula>& formula) {
+    const uint64_t rows = table.rowCount();
+    if (rows == 0) return true;
+    // The columns the slices write, allocated before the threads start.
+    table.paramValues();
+    std::span<int16_t> failCount = table.failCount();
+    if (steps.empty()) {
+        std::fill(failCount.begin(), failCount.end(), int16_t{0});
+        return true;
+    }
+    Q_ASSERT(steps.size() <= kMaxSteps);
+    auto rowReasons = table.rowReasons();
+    BitVector changed(rows);
+    const KernelExecutor::Slices slices = KernelExecutor::shared().slicesFor(rows);
+    SliceRanges ranges;
+    for (size_t i = 0; i < slices.count; ++i) ranges.emplace_back(slices.begin(i), slices.end(i));
+    std::vector<SliceOutcome> outcomes(slices.count);
+    const StepInputs inputs(steps);
+    // A formula stands for the texts only where every value is a function of the row's numbers.
+    const bool formulaMode = formula && inputs.numbersOnly;
+    RunControl control(progress, rows);
+    // The pass writes canshu where the runs give it, and Errnum in the formula mode: a run that
+    // may be cancelled keeps the old values to put back.
+    std::vector<int16_t> oldParamValues, oldFailCount;
+    if (progress && inputs.numbersOnly && inputs.writesCanshu)
+        oldParamValues.assign(table.paramValues().begin(), table.paramValues().end());
+    if (progress && formulaMode) oldFailCount.assign(failCount.begin(), failCount.end());
+    forEachRange(ranges, [&](size_t slice, uint64_t begin, uint64_t end) {
+        if (!control.stopped())
+            TallySlice(table, steps, inputs, changed, rowReasons, outcomes[slice], formulaMode)
+                .run(begin, end, control);
+    });
+
+    const bool done = formulaMode ? !control.cancelledNow()
+                                  : finishKeys(table, ranges, outcomes, changed, steps, control);
+    if (!done) {
+        if (!formulaMode) restoreReasons(table, ranges, outcomes, changed);
+        if (!oldParamValues.empty()) std::ranges::copy(oldParamValues, table.paramValues().begin());
+        if (!oldFailCount.empty()) std::ranges::copy(oldFailCount, failCount.begin());
+        return false;
+    }
+    if (formulaMode) finishFormula(table, ranges, outcomes, changed, formula);
     if (!inputs.numbersOnly) writeParamValues(table, steps);
     return true;
 }

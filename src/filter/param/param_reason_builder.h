@@ -2,7 +2,10 @@
 
 #include "engine/candidate_table.h"
 #include "engine/engine_progress.h"
+#include "engine/row_formula.h"
 #include "filter/param/param_filter.h"
+
+#include <memory>
 
 #include <vector>
 
@@ -16,7 +19,10 @@ namespace param_reason_builder {
 // Runs the steps in order on every row: Errnum of every row, the reasons of the caught ones,
 // canshu as the last computation leaves it. Between blocks `progress` hears how far the run got
 // and may cancel it: then the table is left as it was (the reason table may keep entries that no
-// row uses) and the result is false.
-bool tally(CandidateTable& table, const std::vector<FilterStep>& steps, EngineProgress* progress = nullptr);
+// row uses) and the result is false. Where every value of the steps is a function of the row's
+// numbers and `formula` makes the texts of these steps, a caught row's reason is its old reason
+// joined to the formula: no text, and no entry, is made per row.
+bool tally(CandidateTable& table, const std::vector<FilterStep>& steps, EngineProgress* progress = nullptr,
+           const std::shared_ptr<const RowFormula>& formula = nullptr);
 
 }  // namespace param_reason_builder
