@@ -71,13 +71,13 @@ void acRowsScalar(const std::array<const uint8_t*, 7>& cols, int16_t* out, uint6
     }
 }
 
-// Up to five numbers, all below 128, on byte lanes: every difference is stored, a difference
-// taken modulo 256 stays apart from the others, and the value is the count of distinct
-// differences less n - 1 (an entry with an equal one after it is not counted), sixteen and more
-// rows at a time.
+// Numbers all below 128 on byte lanes: a difference taken modulo 256 stays apart from the
+// others, so the value is pairs - n + 1 less the stored differences that have an equal one after
+// them (with up to five numbers every difference is stored), sixteen and more rows at a time.
 template <int N>
 void acRowsBytes(const std::array<const uint8_t*, 7>& cols, int16_t* out, uint64_t begin, uint64_t end) {
     constexpr int kPairs = N * (N - 1) / 2;
+    constexpr int kStored = kAcStored<N>;
     std::array<const uint8_t*, 7> in = cols;
     for (auto& p : in) p += begin;
     int16_t* o = out + begin;
@@ -85,20 +85,20 @@ void acRowsBytes(const std::array<const uint8_t*, 7>& cols, int16_t* out, uint64
     for (uint64_t i = 0; i < n; ++i) {
         std::array<uint8_t, 10> d{};
 #pragma GCC unroll 10
-        for (int p = 0; p < kPairs; ++p)
+        for (int p = 0; p < kStored; ++p)
             d[static_cast<size_t>(p)] =
                 static_cast<uint8_t>(in[static_cast<size_t>(kAcPairs<N>[static_cast<size_t>(p)].second)][i] -
                                      in[static_cast<size_t>(kAcPairs<N>[static_cast<size_t>(p)].first)][i]);
-        uint8_t distinct = kPairs;
+        uint8_t repeats = 0;
 #pragma GCC unroll 10
-        for (int p = 0; p < kPairs; ++p) {
+        for (int p = 0; p < kStored; ++p) {
             uint8_t repeated = 0;
 #pragma GCC unroll 10
-            for (int q = p + 1; q < kPairs; ++q)
+            for (int q = p + 1; q < kStored; ++q)
                 repeated |= static_cast<uint8_t>(d[static_cast<size_t>(p)] == d[static_cast<size_t>(q)]);
-            distinct = static_cast<uint8_t>(distinct - repeated);
+            repeats = static_cast<uint8_t>(repeats + repeated);
         }
-        o[i] = static_cast<int16_t>(distinct - (N - 1));
+        o[i] = static_cast<int16_t>(kPairs - N + 1 - repeats);
     }
 }
 
@@ -120,7 +120,7 @@ void acRowsN(const CompiledCompute& c, const CandidateTable& t, int16_t* out, ui
 #pragma GCC unroll 8
     for (int k = 0; k < N; ++k)
         cols[static_cast<size_t>(k)] = t.numberColumn(c.positions[static_cast<size_t>(k)] + 1).data();
-    if constexpr (N >= 2 && N <= 5) {
+    if constexpr (N >= 2) {
         constexpr uint64_t kRun = 4096;
         for (uint64_t b = begin; b < end; b += kRun) {
             const uint64_t e = std::min(end, b + kRun);

@@ -2,11 +2,13 @@
 
 #include "engine/candidate_kernels.h"
 #include "engine/kernel_executor.h"
+#include "engine/slice_progress.h"
 #include "filter/param/param_reason_keys.h"
 
 #include <atomic>
 #include <bit>
 #include <cstring>
+#include <limits>
 #include <thread>
 #include <unordered_map>
 #include <unordered_set>
@@ -59,38 +61,6 @@ inline void setBits(BitVector::Word* words, uint32_t from, uint32_t to) {
         from += hi - lo;
     }
 }  // 22 parameters and the five positions with their parity
-
-// Between blocks the slices learn whether the run was cancelled; the thread that started the run
-// also reports how many rows are done and asks the player.
-class RunControl {
-public:
-    RunControl(EngineProgress* progress, uint64_t rows) : m_progress(progress), m_rows(rows) {}
-
-    // Counts `rows` as done; false once the run is cancelled.
-    bool blockDone(uint64_t rows) {
-        const uint64_t done = m_done.fetch_add(rows, std::memory_order_relaxed) + rows;
-        if (m_progress && std::this_thread::get_id() == m_caller && done >= m_nextReport) {
-            m_nextReport = done + m_rows / 64;
-            m_progress->progress(done, m_rows);
-            if (m_progress->cancelled()) m_stopped.store(true, std::memory_order_relaxed);
-        }
-        return !stopped();
-    }
-    // Asked on the calling thread alone.
-    bool cancelledNow() {
-        if (m_progress && m_progress->cancelled()) m_stopped.store(true, std::memory_order_relaxed);
-        return stopped();
-    }
-    bool stopped() const { return m_stopped.load(std::memory_order_relaxed); }
-
-private:
-    EngineProgress* m_progress;
-    uint64_t m_rows;
-    std::thread::id m_caller = std::this_thread::get_id();
-    uint64_t m_nextReport = 0;  // the calling thread's alone
-    std::atomic<uint64_t> m_done{0};
-    std::atomic<bool> m_stopped{false};
-};
 
 // What the steps read of a row: the number columns (bit k for column k) and whether every
 // value is a function of those numbers and the row's live flag. It is not when a step reads
@@ -152,7 +122,7 @@ public:
     }
 
     // False when the run was cancelled.
-    bool run(uint64_t begin, uint64_t end, RunControl& control) {
+    bool run(uint64_t begin, uint64_t end, SliceProgress& control) {
         uint64_t blockIndex = 0;
         for (uint64_t b = begin; b < end; b += kBlock, ++blockIndex) {
             const uint64_t n = std::min(end, b + kBlock) - b;
@@ -168,7 +138,10 @@ public:
                 m_shortRuns = m * 2 > n;
                 gather(b, n, m);
             }
-            std::fill_n(m_mask.begin(), m, 0u);
+            if (m_formulaMode)
+                m_caughtCount.fill(0);
+            else
+                std::fill_n(m_mask.begin(), m, 0u);
             for (size_t t = 0; t < m_steps.size(); ++t) applyStep(t, m);
             if (m_formulaMode) {
                 notePairs(m);
@@ -275,6 +248,10 @@ private:
         else
             std::copy_n(computed, m, kept);
         const uint8_t* alive = s.liveOnly ? m_runLive : m_all.data();
+        if (m_formulaMode) {
+            countCaught(s, v, alive, m);
+            return;
+        }
         if (s.test == FilterStep::Test::Range) {
             const int32_t lo = s.lo, hi = s.hi;
             const uint32_t outside = s.keep ? 1u : 0u;
@@ -287,6 +264,28 @@ private:
             s.hitBlock(v, m, m_hit.data());
             for (uint32_t i = 0; i < m; ++i)
                 m_mask[i] |= uint32_t{static_cast<uint8_t>(m_hit[i] & alive[i])} << t;
+        }
+    }
+
+    // The formula mode counts the steps that catch each run, on byte lanes.
+    void countCaught(const FilterStep& s, const int16_t* v, const uint8_t* alive, uint32_t m) {
+        uint8_t* count = m_caughtCount.data();
+        if (s.test == FilterStep::Test::Range) {
+            // The bounds as 16-bit values, so that the compares run on 16-bit lanes; a range
+            // that no 16-bit value reaches is empty.
+            constexpr int32_t kLow = std::numeric_limits<int16_t>::min(), kHigh = std::numeric_limits<int16_t>::max();
+            const bool empty = s.lo > kHigh || s.hi < kLow || s.lo > s.hi;
+            const auto lo = static_cast<int16_t>(empty ? 1 : std::max(s.lo, kLow));
+            const auto hi = static_cast<int16_t>(empty ? 0 : std::min(s.hi, kHigh));
+            const uint8_t outside = s.keep ? 1 : 0;
+            for (uint32_t i = 0; i < m; ++i) {
+                const int16_t x = v[i];
+                const auto inside = static_cast<uint8_t>(static_cast<uint8_t>(x >= lo) & static_cast<uint8_t>(x <= hi));
+                count[i] = static_cast<uint8_t>(count[i] + ((inside ^ outside) & alive[i]));
+            }
+        } else {
+            s.hitBlock(v, m, m_hit.data());
+            for (uint32_t i = 0; i < m; ++i) count[i] = static_cast<uint8_t>(count[i] + (m_hit[i] & alive[i]));
         }
     }
 
@@ -336,14 +335,18 @@ private:
 
     // The direct form's scatter: rows and runs are one.
     void scatterRows(uint64_t b, uint32_t n) {
-        if (m_formulaMode)
-            for (uint32_t i = 0; i < n; ++i) m_failCount[b + i] = static_cast<int16_t>(std::popcount(m_mask[i]));
-        else
-            for (uint32_t i = 0; i < n; ++i)
-                if (m_mask[i]) m_rowReasons[b + i] = m_keyOf[i];
-        std::array<uint8_t, kBlock> caught{};
-        for (uint32_t i = 0; i < n; ++i) caught[i] = static_cast<uint8_t>(m_mask[i] != 0);
         const auto words = m_changed.words();
+        if (m_formulaMode) {
+            for (uint32_t i = 0; i < n; ++i) m_failCount[b + i] = m_caughtCount[i];
+            for (uint32_t off = 0; off < n; off += BitVector::kWordBits)
+                words[(b + off) / BitVector::kWordBits] = nonZeroBits(m_caughtCount.data() + off);
+            return;
+        }
+        std::array<uint8_t, kBlock> caught{};
+        for (uint32_t i = 0; i < n; ++i) {
+            caught[i] = static_cast<uint8_t>(m_mask[i] != 0);
+            if (m_mask[i]) m_rowReasons[b + i] = m_keyOf[i];
+        }
         for (uint32_t off = 0; off < n; off += BitVector::kWordBits)
             words[(b + off) / BitVector::kWordBits] = nonZeroBits(caught.data() + off);
     }
@@ -351,10 +354,11 @@ private:
     // The formula mode: the pairs of old reason and live flag of the caught runs, each once.
     void notePairs(uint32_t m) {
         for (uint32_t j = 0; j < m; ++j) {
-            if (!m_mask[j]) continue;
+            if (!m_caughtCount[j]) continue;
             const uint64_t pair = uint64_t{m_runOld[j]} << 1 | m_runLive[j];
-            if (pair == m_lastPair) continue;
-            m_lastPair = pair;
+            uint64_t& last = m_lastPair[m_runLive[j]];
+            if (pair == last) continue;
+            last = pair;
             if (m_outcome.seenPairs.insert(pair).second) m_outcome.formulaPairs.push_back(pair);
         }
     }
@@ -369,11 +373,11 @@ private:
                           m_paramValues.begin() + static_cast<ptrdiff_t>(b + m_start[j + 1]), m_runValues[j]);
         for (uint32_t j = 0; j < m; ++j) {
             const uint32_t from = m_start[j], to = m_start[j + 1];
+            const uint8_t failures = m_formulaMode ? m_caughtCount[j] : static_cast<uint8_t>(std::popcount(m_mask[j]));
             if (m_formulaMode)
                 std::fill(m_failCount.begin() + static_cast<ptrdiff_t>(b + from),
-                          m_failCount.begin() + static_cast<ptrdiff_t>(b + to),
-                          static_cast<int16_t>(std::popcount(m_mask[j])));
-            if (!m_mask[j]) continue;
+                          m_failCount.begin() + static_cast<ptrdiff_t>(b + to), int16_t{failures});
+            if (!failures) continue;
             if (!m_formulaMode)
                 std::fill(m_rowReasons.begin() + static_cast<ptrdiff_t>(b + from),
                           m_rowReasons.begin() + static_cast<ptrdiff_t>(b + to), m_keyOf[j]);
@@ -396,14 +400,14 @@ private:
     KeyMap& m_map;
     SliceOutcome& m_outcome;
     bool m_formulaMode;
-    uint64_t m_lastPair = UINT64_MAX;
+    std::array<uint64_t, 2> m_lastPair{UINT64_MAX, UINT64_MAX};  // by live flag
     CandidateTable m_heads;  // the first row of each run of the block
     std::vector<int> m_columns;
     std::vector<int16_t> m_vals;
     std::array<int16_t, kBlock> m_runValues{};
     std::array<uint32_t, kBlock> m_mask, m_differs, m_keyOf, m_headOld;
     std::array<uint16_t, kBlock + 1> m_start;
-    std::array<uint8_t, kBlock> m_live, m_headLive, m_hit, m_all, m_repeat, m_differs8;
+    std::array<uint8_t, kBlock> m_live, m_headLive, m_hit, m_all, m_repeat, m_differs8, m_caughtCount;
     uint32_t m_lastId = 0;
     // Where the steps of a block read its runs: the small table of their first rows, or the
     // table itself from row m_sourceBegin on; and the computed values, live flags, old reasons.
@@ -416,10 +420,6 @@ private:
     const uint8_t* m_runLive = nullptr;
     const uint32_t* m_runOld = nullptr;
 };
-
-}  // namespace
-
-namespace {
 
 // The slice of the first pass that holds each row: the slices of the first pass, in row order.
 using SliceRanges = std::vector<std::pair<uint64_t, uint64_t>>;
@@ -461,15 +461,11 @@ void writeParamValues(CandidateTable& table, const std::vector<FilterStep>& step
     });
 }
 
-}  // namespace
-
-namespace {
-
 // The key mode after the pass: the reasons are made slice by slice, each slice's keys in the
 // order its rows met them, so that new entries take their ids in row order however many slices
 // there were; then every caught row takes its key's reason and Errnum. False when cancelled.
 bool finishKeys(CandidateTable& table, const SliceRanges& ranges, std::vector<SliceOutcome>& outcomes,
-                const BitVector& changed, const std::vector<FilterStep>& steps, RunControl& control) {
+                const BitVector& changed, const std::vector<FilterStep>& steps, SliceProgress& control) {
     std::vector<std::vector<ReasonTable::Id>> ids(ranges.size());
     std::vector<std::vector<uint8_t>> counts(ranges.size());
     KeyReasons reasons(table.reasons(), steps);
@@ -524,18 +520,19 @@ void finishFormula(CandidateTable& table, const SliceRanges& ranges, const std::
     const auto changedWords = changed.words();
     const auto deadWords = table.filteredOut().words();
     forEachRange(ranges, [&](size_t, uint64_t begin, uint64_t end) {
-        uint64_t lastPair = UINT64_MAX;
-        ReasonTable::Id lastId = 0;
+        // The last pair met for each live flag: live and dead rows lie mixed, old reasons in runs.
+        std::array<uint64_t, 2> lastPair{UINT64_MAX, UINT64_MAX};
+        std::array<ReasonTable::Id, 2> lastId{};
         for (uint64_t w = begin / BitVector::kWordBits; w * BitVector::kWordBits < end; ++w) {
             const BitVector::Word dead = deadWords[w];
             forEachSetBit(changedWords[w], w * BitVector::kWordBits, [&](size_t r) {
                 const uint64_t live = ((dead >> (r % BitVector::kWordBits)) & 1u) ^ 1u;
                 const uint64_t pair = uint64_t{rowReasons[r]} << 1 | live;
-                if (pair != lastPair) {
-                    lastPair = pair;
-                    lastId = joined.at(pair);
+                if (pair != lastPair[live]) {
+                    lastPair[live] = pair;
+                    lastId[live] = joined.at(pair);
                 }
-                rowReasons[r] = lastId;
+                rowReasons[r] = lastId[live];
             });
         }
     });
@@ -564,7 +561,7 @@ bool tally(CandidateTable& table, const std::vector<FilterStep>& steps, EnginePr
     const StepInputs inputs(steps);
     // A formula stands for the texts only where every value is a function of the row's numbers.
     const bool formulaMode = formula && inputs.numbersOnly;
-    RunControl control(progress, rows);
+    SliceProgress control(progress, rows);
     // The pass writes canshu where the runs give it, and Errnum in the formula mode: a run that
     // may be cancelled keeps the old values to put back.
     std::vector<int16_t> oldParamValues, oldFailCount;

@@ -274,9 +274,9 @@ TEST_F(ParallelRuns, CancelledIntegratedFilterLeavesTheTable) {
         CandidateTable counted = start;
         CancelAt never(INT32_MAX);
         param_filter::runIntegrated(counted, s, ctx, &never);
-        // The calling thread asks after its first block and once the pass is over; how many of
-        // the blocks between fall to it depends on how busy the machine is.
-        ASSERT_GE(never.asked(), 2) << "the run asks between blocks";
+        // The calling thread asks after its blocks and once the pass is over; how many blocks
+        // fall to it depends on how busy the machine is.
+        ASSERT_GE(never.asked(), 1) << "the run asks";
         for (int trial = 0; trial < 4; ++trial) {
             CandidateTable t = start;
             // On two threads the number of questions varies a little from run to run: a cancel
