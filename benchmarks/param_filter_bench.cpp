@@ -187,6 +187,15 @@ int main(int argc, char** argv) {
             name, res.steps, te * 1000, tm.cpu * 1000, static_cast<unsigned long long>(t.liveCount()),
             t.reasons().size(), ts * 1000, ts / te, repeat, bench::peakMiB());
         std::fflush(stdout);
+        // What reading the reasons costs now that a row's text may be made when it is read.
+        constexpr uint64_t kRead = 100000;
+        size_t chars = 0;
+        const double tr = seconds([&] {
+            for (uint64_t r = 0; r < std::min(kRead, t.rowCount()); ++r) chars += static_cast<size_t>(t.reasonText(r).size());
+        });
+        std::printf("  reason texts of the first %llu rows: %.1f ms (%.2f us a row, %zu characters)\n",
+                    static_cast<unsigned long long>(kRead), tr * 1000, tr * 1e6 / kRead, chars);
+        std::fflush(stdout);
     }
     return 0;
 }

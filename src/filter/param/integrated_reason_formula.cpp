@@ -3,6 +3,9 @@
 #include <QDataStream>
 #include <QIODevice>
 
+#include <array>
+#include <optional>
+
 namespace {
 
 const QByteArray kKind = QByteArrayLiteral("integrated-filter");
@@ -77,7 +80,11 @@ IntegratedReasonFormula::IntegratedReasonFormula(CandidateTable::Kind kind, cons
       m_steps(param_filter::integratedSteps(state, ctx, keepSense)) {}
 
 QString IntegratedReasonFormula::text(std::span<const uint8_t> numbers, bool live) const {
-    CandidateTable row(m_kind, 1);
+    // One row of scratch per thread and kind: a text is read row by row, often many in a row.
+    thread_local std::array<std::optional<CandidateTable>, 5> scratch;
+    std::optional<CandidateTable>& slot = scratch[static_cast<size_t>(m_kind)];
+    if (!slot) slot.emplace(m_kind, 1);
+    CandidateTable& row = *slot;
     const size_t count = std::min(numbers.size(), static_cast<size_t>(row.numberCount()));
     for (size_t k = 0; k < count; ++k) row.numberColumn(static_cast<int>(k) + 1)[0] = numbers[k];
     // Some computations give dead rows a value of their own.
