@@ -123,7 +123,7 @@ void FilterWindow::showParamView() {
 }
 
 void FilterWindow::runIntegrated() {
-    whenIdle([this, state = readState()] {
+    whenIdle([this, state = shownState()] {
         m_params->setContext(ParamContext::fromSession(m_session));
         // While it runs, the caught rows hold keys in place of their reasons: the grid waits.
         m_grid->setUpdatesEnabled(false);
@@ -137,7 +137,7 @@ void FilterWindow::runIntegrated() {
 }
 
 void FilterWindow::runExport() {
-    whenIdle([this, state = readState()] {
+    whenIdle([this, state = shownState()] {
         m_params->setContext(ParamContext::fromSession(m_session));
         // Cancelled, the file stays as it was and so does canshu, which the columns rewrite.
         param_export::Result r;
@@ -397,6 +397,12 @@ void FilterWindow::runAction(FilterWorkspace::Button which, bool rightButton) {
     });
 }
 
+ParamWindowState FilterWindow::shownState() const {
+    ParamWindowState s = readState();
+    if (m_pendingZone) s.scope = static_cast<ZoneScope>(*m_pendingZone);
+    return s;
+}
+
 ParamWindowState FilterWindow::readState() const {
     ParamWindowState s = ParamWindowState::defaults();
     s.scope = static_cast<ZoneScope>(m_workspace->zoneScope);
@@ -421,7 +427,7 @@ ParamWindowState FilterWindow::readState() const {
 
 void FilterWindow::runParameter(ParamId id) {
     // The boxes as they are at the click, also when the click has to wait for another.
-    whenIdle([this, id, state = readState()] {
+    whenIdle([this, id, state = shownState()] {
         m_params->setContext(ParamContext::fromSession(m_session));
         QApplication::setOverrideCursor(Qt::WaitCursor);
         m_params->clickParameter(id, state, m_prompter);
@@ -435,10 +441,15 @@ void FilterWindow::setZoneTab(int zoneScope) {
         m_zoneTabs->setCurrentIndex(zoneScope - 1);
         return;  // currentChanged comes back here
     }
-    whenIdle([this, zoneScope] {
+    // The window shows the zone at once; the workspace takes it in its turn, after the actions
+    // queued before the change.
+    m_pendingZone = static_cast<int16_t>(zoneScope);
+    const int change = ++m_tabChanges;
+    adaptToZone();
+    presetRanges();
+    whenIdle([this, zoneScope, change] {
         m_workspace->zoneScope = static_cast<int16_t>(zoneScope);
-        adaptToZone();
-        presetRanges();
+        if (change == m_tabChanges) m_pendingZone.reset();
     });
 }
 
@@ -450,7 +461,7 @@ void FilterWindow::writeBoxes(const ParamWindowState& state, const std::vector<P
 }
 
 void FilterWindow::presetRanges() {
-    ParamWindowState s = readState();
+    ParamWindowState s = shownState();
     const auto written = range_query::presetAll(s, m_averageQuery->isChecked(), m_averageSpan->currentText(),
                                                 m_session.history(), s.scope);
     writeBoxes(s, written);
@@ -479,7 +490,7 @@ void FilterWindow::applyListMode() {
 }
 
 void FilterWindow::adaptToZone() {
-    const auto scope = static_cast<ZoneScope>(m_workspace->zoneScope);
+    const ZoneScope scope = shownState().scope;
     // The super filters' captions (the history buttons follow the tab) and their enabling.
     for (QPushButton* b : m_superButtons) {
         const auto sb = super_filter::byObjectName(b->objectName());

@@ -11,6 +11,7 @@
 #include <QWidget>
 
 #include <deque>
+#include <optional>
 #include <functional>
 #include <memory>
 
@@ -46,8 +47,11 @@ public:
     FilterWorkspace& workspace() { return *m_workspace; }
     FilterSource instance() const { return m_instance; }
 
-    // The boxes and choices as the parameter filters read them.
+    // The boxes and choices as the parameter filters read them, in the workspace's zone.
     ParamWindowState readState() const;
+    // The same in the zone the window shows: a click taken while an action runs reads the
+    // window as the player saw it, a tab changed meanwhile included.
+    ParamWindowState shownState() const;
     // intQianHou from the tab: 1 front, 2 back, 3 both.
     void setZoneTab(int zoneScope);
 
@@ -172,5 +176,8 @@ private:
     bool m_addToTemplatePicked = false;
     bool m_acting = false;
     std::deque<std::function<void()>> m_pending;
+    // The zone of a tab change that waits in the queue, and the count of tab changes so far.
+    std::optional<int16_t> m_pendingZone;
+    int m_tabChanges = 0;
     bool m_closeWhenIdle = false;
 };

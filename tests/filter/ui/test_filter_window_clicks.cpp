@@ -17,6 +17,7 @@
 #include <QProgressDialog>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QTabBar>
 #include <QTableView>
 #include <QTest>
 #include <QTimer>
@@ -105,6 +106,7 @@ class FilterWindowClicksTest : public QObject {
 private slots:
     void aClickDuringAnActionRunsAfterIt();
     void aClickOnTheWindowWhileItsProgressShowsIsTaken();
+    void aTabChangedWhileAnActionRunsCountsForTheClicksAfterIt();
     void aCancelledHistoryFilterLeavesTheTable();
     void theGridShowsTheLiveRowsAndFetchesMore();
 };
@@ -196,6 +198,35 @@ void FilterWindowClicksTest::aClickOnTheWindowWhileItsProgressShowsIsTaken() {
         QVERIFY2(even >= 2 && even <= 3, qPrintable(QString::number(r)));
     }
     QCOMPARE(f.filter->windowTitle(), f.filter->workspace().caption());
+}
+
+void FilterWindowClicksTest::aTabChangedWhileAnActionRunsCountsForTheClicksAfterIt() {
+    // The player switches to 全区, sets the boxes of 偶数个数 and clicks it, once after the history
+    // filter and once while it runs: both times the click runs in the zone the window showed.
+    const auto clicksInBothZones = [](Fixture& f) {
+        f.filter->findChild<QTabBar*>(QStringLiteral("TabStrip1"))->setCurrentIndex(2);
+        f.setBoxes(QStringLiteral("Text5"), "3", "4");
+        f.button("Option4")->click();
+    };
+    Fixture one;
+    QVERIFY(one.filter);
+    one.button("Option28")->click();
+    clicksInBothZones(one);
+    QCOMPARE(one.filter->workspace().zoneScope, int16_t{3});
+
+    Fixture two;
+    QVERIFY(two.filter);
+    bool clickedWhileActing = false;
+    QTimer::singleShot(0, two.filter, [&] {
+        clickedWhileActing = two.filter->acting();
+        clicksInBothZones(two);
+    });
+    two.button("Option28")->click();
+    QVERIFY(clickedWhileActing);
+    QVERIFY(!two.filter->acting());
+    QCOMPARE(two.filter->workspace().zoneScope, int16_t{3});
+    QVERIFY(Columns(two.table()) == Columns(one.table()));
+    QCOMPARE(two.filter->windowTitle(), one.filter->windowTitle());
 }
 
 void FilterWindowClicksTest::aCancelledHistoryFilterLeavesTheTable() {
