@@ -133,6 +133,8 @@ int main(int argc, char** argv) {
     std::printf("%-18s %9s %9s %10s %12s %9s\n", "parameter", "wall ms", "cpu ms", "killed", "SQL ms", "ratio");
     double worst = 0, worstCpu = 0;
     const bool singles = !args.contains(QStringLiteral("--integrated"));
+    // As the window runs it: with a progress that could cancel it.
+    const bool withProgress = args.contains(QStringLiteral("--with-progress"));
     for (const ParamInfo& p : param_catalogue::all()) {
         if (!singles) break;
         candidate_actions::resetAll(t);
@@ -165,7 +167,12 @@ int main(int argc, char** argv) {
         std::vector<double> walls, cpus;
         for (int run = 0; run < repeat; ++run) {
             candidate_actions::resetAll(t);
-            const Timing one = timed([&] { res = param_filter::runIntegrated(t, s, ctx); });
+            struct Quiet : EngineProgress {
+                void progress(uint64_t, uint64_t) override {}
+            } quiet;
+            const Timing one = timed([&] {
+                res = param_filter::runIntegrated(t, s, ctx, withProgress ? &quiet : nullptr);
+            });
             walls.push_back(one.wall);
             cpus.push_back(one.cpu);
         }

@@ -1,6 +1,7 @@
 #include "filter/param/param_reason_builder.h"
 
 #include "engine/candidate_kernels.h"
+#include "engine/column_backup.h"
 #include "engine/kernel_executor.h"
 #include "engine/slice_progress.h"
 #include "filter/param/param_reason_keys.h"
@@ -9,6 +10,7 @@
 #include <bit>
 #include <cstring>
 #include <limits>
+#include <optional>
 #include <thread>
 #include <unordered_map>
 #include <unordered_set>
@@ -545,6 +547,7 @@ bool tally(CandidateTable& table, const std::vector<FilterStep>& steps, EnginePr
     const uint64_t rows = table.rowCount();
     if (rows == 0) return true;
     // The columns the slices write, allocated before the threads start.
+    const bool hadParamValues = table.hasParamValues(), hadFailCount = table.hasFailCount();
     table.paramValues();
     std::span<int16_t> failCount = table.failCount();
     if (steps.empty()) {
@@ -564,10 +567,9 @@ bool tally(CandidateTable& table, const std::vector<FilterStep>& steps, EnginePr
     SliceProgress control(progress, rows);
     // The pass writes canshu where the runs give it, and Errnum in the formula mode: a run that
     // may be cancelled keeps the old values to put back.
-    std::vector<int16_t> oldParamValues, oldFailCount;
-    if (progress && inputs.numbersOnly && inputs.writesCanshu)
-        oldParamValues.assign(table.paramValues().begin(), table.paramValues().end());
-    if (progress && formulaMode) oldFailCount.assign(failCount.begin(), failCount.end());
+    std::optional<ColumnBackup> oldParamValues, oldFailCount;
+    if (progress && inputs.numbersOnly && inputs.writesCanshu) oldParamValues.emplace(table.paramValues(), hadParamValues);
+    if (progress && formulaMode) oldFailCount.emplace(failCount, hadFailCount);
     forEachRange(ranges, [&](size_t slice, uint64_t begin, uint64_t end) {
         if (!control.stopped())
             TallySlice(table, steps, inputs, changed, rowReasons, outcomes[slice], formulaMode)
@@ -578,8 +580,8 @@ bool tally(CandidateTable& table, const std::vector<FilterStep>& steps, EnginePr
                                   : finishKeys(table, ranges, outcomes, changed, steps, control);
     if (!done) {
         if (!formulaMode) restoreReasons(table, ranges, outcomes, changed);
-        if (!oldParamValues.empty()) std::ranges::copy(oldParamValues, table.paramValues().begin());
-        if (!oldFailCount.empty()) std::ranges::copy(oldFailCount, failCount.begin());
+        if (oldParamValues) oldParamValues->restore(table.paramValues());
+        if (oldFailCount) oldFailCount->restore(failCount);
         return false;
     }
     if (formulaMode) finishFormula(table, ranges, outcomes, changed, formula);
