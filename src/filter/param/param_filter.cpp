@@ -99,11 +99,14 @@ std::vector<uint8_t> substringHits(const QString& list, bool keep) {
     return hit;
 }
 
-// Parity: [canshu] <> odd AND [canshu] = even.
-std::vector<uint8_t> parityHits(int odd, int even) {
-    std::vector<uint8_t> hit(kValueSlots, 0);
-    for (int v : {0, 1}) hit[static_cast<size_t>(v + kValueOffset)] = v != odd && v == even;
-    return hit;
+// Parity: [canshu] <> odd AND [canshu] = even. A parity is 0 or 1, so the step catches the
+// value `even` when the two ticks differ and nothing when they agree: a range of one value or
+// none, which runs on vector lanes.
+void setParity(FilterStep& step, int odd, int even) {
+    step.test = FilterStep::Test::Range;
+    step.keep = false;  // catches lo..hi
+    step.lo = odd != even ? even : 1;
+    step.hi = odd != even ? even : 0;
 }
 
 // The label in front of "大小:".
@@ -141,7 +144,7 @@ std::vector<FilterStep> buildSteps(ParamId id, const ParamWindowState& state, co
         FilterStep parity;
         parity.compute = param_kernels::figureParity(col);
         parity.liveOnly = true;
-        parity.hit = parityHits(odd, even);
+        setParity(parity, odd, even);
         parity.prefix = QString::number(col + 1) + QStringLiteral("位奇偶性");
         parity.constantText = true;
         steps.push_back(std::move(parity));

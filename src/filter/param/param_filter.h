@@ -15,7 +15,9 @@
 
 #include <QString>
 
+#include <algorithm>
 #include <array>
+#include <limits>
 #include <vector>
 
 // The boxes and choices of the filter window that the parameter filters read: a plain copy of
@@ -68,13 +70,17 @@ struct FilterStep {
     template <typename T>
     void hitBlock(const T* v, size_t n, uint8_t* out) const {
         if (test == Test::Range) {
-            // Without branches, so that the loop runs on vector lanes.
-            const uint32_t outside = keep ? 1u : 0u;
-            const int32_t l = lo, h = hi;
+            // Without branches, and on lanes as wide as the values: bounds past the values'
+            // type are brought in, and a range that no value reaches is made empty.
+            using Limits = std::numeric_limits<T>;
+            constexpr int32_t kLow = Limits::min(), kHigh = Limits::max();
+            const bool empty = lo > kHigh || hi < kLow || lo > hi;
+            const auto l = static_cast<T>(empty ? 1 : std::max(lo, kLow));
+            const auto h = static_cast<T>(empty ? 0 : std::min(hi, kHigh));
+            const uint8_t outside = keep ? 1 : 0;
             for (size_t i = 0; i < n; ++i) {
-                const int32_t x = v[i];
-                out[i] = static_cast<uint8_t>(
-                    (static_cast<uint32_t>(x >= l) & static_cast<uint32_t>(x <= h)) ^ outside);
+                const T x = v[i];
+                out[i] = static_cast<uint8_t>((static_cast<uint8_t>(x >= l) & static_cast<uint8_t>(x <= h)) ^ outside);
             }
             return;
         }

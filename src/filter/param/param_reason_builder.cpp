@@ -272,23 +272,8 @@ private:
     // The formula mode counts the steps that catch each run, on byte lanes.
     void countCaught(const FilterStep& s, const int16_t* v, const uint8_t* alive, uint32_t m) {
         uint8_t* count = m_caughtCount.data();
-        if (s.test == FilterStep::Test::Range) {
-            // The bounds as 16-bit values, so that the compares run on 16-bit lanes; a range
-            // that no 16-bit value reaches is empty.
-            constexpr int32_t kLow = std::numeric_limits<int16_t>::min(), kHigh = std::numeric_limits<int16_t>::max();
-            const bool empty = s.lo > kHigh || s.hi < kLow || s.lo > s.hi;
-            const auto lo = static_cast<int16_t>(empty ? 1 : std::max(s.lo, kLow));
-            const auto hi = static_cast<int16_t>(empty ? 0 : std::min(s.hi, kHigh));
-            const uint8_t outside = s.keep ? 1 : 0;
-            for (uint32_t i = 0; i < m; ++i) {
-                const int16_t x = v[i];
-                const auto inside = static_cast<uint8_t>(static_cast<uint8_t>(x >= lo) & static_cast<uint8_t>(x <= hi));
-                count[i] = static_cast<uint8_t>(count[i] + ((inside ^ outside) & alive[i]));
-            }
-        } else {
-            s.hitBlock(v, m, m_hit.data());
-            for (uint32_t i = 0; i < m; ++i) count[i] = static_cast<uint8_t>(count[i] + (m_hit[i] & alive[i]));
-        }
+        s.hitBlock(v, m, m_hit.data());
+        for (uint32_t i = 0; i < m; ++i) count[i] = static_cast<uint8_t>(count[i] + (m_hit[i] & alive[i]));
     }
 
     // m_repeat[j]: run j has the key of the run before it (the same old reason, the same steps
