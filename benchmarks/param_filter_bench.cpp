@@ -3,9 +3,9 @@
 // same work done by the window's statements in SQLite (the statements of the tests' reference)
 // on the first N tickets, scaled up to the whole table, with the ratio.
 //
-//   param_filter_bench [--sql-rows N | --no-sql] [--scope 1|3] [--singles | --integrated] [--repeat N]
+//   param_filter_bench [--sql-rows N | --no-sql] [--scope 1|3] [--singles | --integrated] [--repeat N] [--only BUTTON]
 //
-// --repeat runs each integrated case N times and prints the medians; the peak memory of the
+// --repeat runs each case N times and prints the medians; the peak memory of the
 // process follows each case (the table itself, about 20 bytes a ticket, included).
 #include "bench_tables.h"
 #include "bench_timing.h"
@@ -94,17 +94,24 @@ using bench::head;
 
 }  // namespace
 
+double medianOf(std::vector<double> v) {
+    std::nth_element(v.begin(), v.begin() + static_cast<ptrdiff_t>(v.size() / 2), v.end());
+    return v[v.size() / 2];
+}
+
 int main(int argc, char** argv) {
     QCoreApplication app(argc, argv);
     const QStringList args = app.arguments();
     uint64_t sqlRows = 200000;
     int scope = 1;
     int repeat = 1;
+    QString only;  // one button of the singles
     if (args.contains(QStringLiteral("--no-sql"))) sqlRows = 0;
     for (int i = 1; i + 1 < args.size(); ++i) {
         if (args[i] == QLatin1String("--sql-rows")) sqlRows = args[i + 1].toULongLong();
         if (args[i] == QLatin1String("--scope")) scope = args[i + 1].toInt();
         if (args[i] == QLatin1String("--repeat")) repeat = std::max(1, args[i + 1].toInt());
+        if (args[i] == QLatin1String("--only")) only = args[i + 1];
     }
 
     ExpansionInput in;
@@ -137,9 +144,16 @@ int main(int argc, char** argv) {
     const bool withProgress = args.contains(QStringLiteral("--with-progress"));
     for (const ParamInfo& p : param_catalogue::all()) {
         if (!singles) break;
-        candidate_actions::resetAll(t);
+        if (!only.isEmpty() && only != QLatin1String(p.button)) continue;
         param_filter::SingleResult res;
-        const Timing tm = timed([&] { res = param_filter::runSingle(t, p.id, s, ctx); });
+        std::vector<double> walls, cpus;
+        for (int run = 0; run < repeat; ++run) {
+            candidate_actions::resetAll(t);
+            const Timing one = timed([&] { res = param_filter::runSingle(t, p.id, s, ctx); });
+            walls.push_back(one.wall);
+            cpus.push_back(one.cpu);
+        }
+        const Timing tm{medianOf(walls), medianOf(cpus)};
         const double te = tm.wall;
         worstCpu = std::max(worstCpu, tm.cpu);
         double ts = 0;
@@ -176,11 +190,7 @@ int main(int argc, char** argv) {
             walls.push_back(one.wall);
             cpus.push_back(one.cpu);
         }
-        const auto median = [](std::vector<double> v) {
-            std::nth_element(v.begin(), v.begin() + static_cast<ptrdiff_t>(v.size() / 2), v.end());
-            return v[v.size() / 2];
-        };
-        const Timing tm{median(walls), median(cpus)};
+        const Timing tm{medianOf(walls), medianOf(cpus)};
         const double te = tm.wall;
         double ts = 0;
         if (sqlRows) {

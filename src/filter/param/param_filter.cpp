@@ -2,6 +2,7 @@
 
 #include "engine/candidate_kernels.h"
 #include "engine/kernel_executor.h"
+#include "filter/param/block_runs.h"
 #include "filter/param/integrated_reason_formula.h"
 #include "filter/param/param_reason_builder.h"
 
@@ -267,6 +268,56 @@ inline void writeReasons(BitVector::Word bits, uint64_t base, uint64_t b, const 
     if (all & StepReasons::kPending) reasons.pendingUpTo(base + BitVector::kWordBits);
 }
 
+// canshu of a step's computation block by block. Where the rows come in runs that agree in the
+// numbers the computation reads and in their live flags, it runs on the first row of each run
+// and the run's rows take its value. Arithmetic on vector lanes is cheaper than finding the
+// runs, and a computation that keeps the old canshu of some rows (a sum that leaves the column)
+// must see every row: those run row by row.
+class StepValues {
+public:
+    StepValues(const CandidateTable& table, const CompiledCompute& compute, std::span<int16_t> paramValues)
+        : m_table(table),
+          m_compute(compute),
+          m_paramValues(paramValues),
+          m_byRuns(compute.writesCanshu() && !compute.checkOverflow && !compute.onLanes),
+          m_runs(table, param_kernels::columnsRead(compute)),
+          m_heads(table.kind(), m_byRuns ? KernelExecutor::kBlockRows : 0) {}
+
+    void compute(uint64_t b, uint64_t n, uint64_t blockIndex) {
+        if (m_byRuns && m_runs.worthLooking(blockIndex)) {
+            m_runs.liveBytes(b, n, m_live.data());
+            for (uint64_t i = 1; i < n; ++i) m_marks[i] = m_live[i] ^ m_live[i - 1];
+            const uint32_t m = m_runs.find(b, n, m_marks.data());
+            m_runs.note(m, n);
+            if (m * 2 <= n) return computeRuns(b, m);
+        }
+        param_kernels::computeRows(m_compute, m_table, m_paramValues, b, b + n);
+    }
+
+private:
+    void computeRuns(uint64_t b, uint32_t m) {
+        const uint16_t* start = m_runs.starts();
+        m_runs.gatherNumbers(b, m, m_heads);
+        auto dead = m_heads.filteredOut().words();
+        std::fill(dead.begin(), dead.end(), BitVector::Word{0});
+        for (uint32_t j = 0; j < m; ++j)
+            dead[j / BitVector::kWordBits] |= BitVector::Word{m_live[start[j]] ^ 1u} << (j % BitVector::kWordBits);
+        param_kernels::computeRows(m_compute, m_heads, m_values, 0, m);
+        for (uint32_t j = 0; j < m; ++j)
+            std::fill(m_paramValues.begin() + static_cast<ptrdiff_t>(b + start[j]),
+                      m_paramValues.begin() + static_cast<ptrdiff_t>(b + start[j + 1]), m_values[j]);
+    }
+
+    const CandidateTable& m_table;
+    const CompiledCompute& m_compute;
+    std::span<int16_t> m_paramValues;
+    const bool m_byRuns;
+    BlockRuns m_runs;
+    CandidateTable m_heads;  // the first row of each run
+    std::array<uint8_t, KernelExecutor::kBlockRows> m_live{}, m_marks{};
+    std::array<int16_t, KernelExecutor::kBlockRows> m_values{};
+};
+
 // The step on the rows [begin, end): computes, tests, and marks the live rows it catches dead
 // in unslt and in `caught`, with the reason `reasons` gives (a step with one text: `fixedId`).
 // Returns how many died.
@@ -282,9 +333,10 @@ uint64_t catchSlice(CandidateTable& table, const FilterStep& step, BitVector& ca
     std::array<uint8_t, kBlockRows> hit;
     std::array<int16_t, kBlockRows> value;
     uint64_t killed = 0;
-    for (uint64_t b = begin; b < end; b += kBlockRows) {
+    StepValues values(ct, step.compute, paramValues);
+    for (uint64_t b = begin, blockIndex = 0; b < end; b += kBlockRows, ++blockIndex) {
         const uint64_t n = std::min(end, b + kBlockRows) - b;
-        param_kernels::computeRows(step.compute, ct, paramValues, b, b + n);
+        values.compute(b, n, blockIndex);
         if (step.valueColumn < 0) {
             std::copy_n(paramValues.data() + b, n, value.data());
         } else {

@@ -59,6 +59,14 @@ void computeRows(const CompiledCompute& c, const CandidateTable& t, std::span<in
     c.kernel(c, t, paramValues.data(), begin, end);
 }
 
+uint32_t columnsRead(const CompiledCompute& c) {
+    uint32_t columns = 0;
+    for (int col : c.positions) columns |= 1u << (col + 1);
+    for (const auto& [x, y] : c.pairs) columns |= 1u << (x + 1) | 1u << (y + 1);
+    if (c.figureColumn >= 0) columns |= 1u << (c.figureColumn + 1);
+    return columns;
+}
+
 void computeAll(const CompiledCompute& c, CandidateTable& t) {
     if (!c.writesCanshu()) return;
     std::span<int16_t> paramValues = t.paramValues();

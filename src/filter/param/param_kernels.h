@@ -66,6 +66,9 @@ struct CompiledCompute {
     // The sum may leave the range of the column (omission sums of a long history): rows whose
     // value does not fit keep their canshu, as an overflowing row update fails alone.
     bool checkOverflow = false;
+    // The kernel is arithmetic on vector lanes: cheaper per row than finding the runs of equal
+    // rows that a computation by table look-ups is spared.
+    bool onLanes = false;
 
     bool writesCanshu() const { return kernel != nullptr; }
     bool readsFigure() const { return figureColumn >= 0; }
@@ -80,6 +83,9 @@ CompiledCompute compile(ParamId id, const ComputeInputs& in, const ParamContext&
 // Runs the computation on rows [begin, end), writing `canshu` (a span over all rows).
 void computeRows(const CompiledCompute& c, const CandidateTable& t, std::span<int16_t> paramValues,
                  uint64_t begin, uint64_t end);
+
+// The number columns the computation reads: bit k for column k (fig1 = 1).
+uint32_t columnsRead(const CompiledCompute& c);
 
 // Runs it on every row, on all cores.
 void computeAll(const CompiledCompute& c, CandidateTable& t);

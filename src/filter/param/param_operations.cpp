@@ -335,6 +335,7 @@ struct ArithmeticSum {
     static CompiledCompute compile(const CompileArgs& a) {
         CompiledCompute c = overTicked(a, a.in.ticks);
         c.kernel = &rows;
+        c.onLanes = true;
         return c;
     }
     static void rows(const CompiledCompute& c, const CandidateTable& t, int16_t* out, uint64_t begin,
@@ -435,6 +436,7 @@ struct MaxGap {
         c.positions = tickedFront(a.in.ticks);
         if (c.positions.size() < 3) return {};
         c.kernel = &rows;
+        c.onLanes = true;
         return c;
     }
     static void rows(const CompiledCompute& c, const CandidateTable& t, int16_t* out, uint64_t begin,
@@ -467,6 +469,7 @@ struct Difference {
             c.positions = {t.front(), t.back()};
         }
         c.kernel = &rows;
+        c.onLanes = true;
         return c;
     }
     static void rows(const CompiledCompute& c, const CandidateTable& t, int16_t* out, uint64_t begin,
@@ -570,6 +573,7 @@ CompiledCompute figureParity(int col) {
     CompiledCompute c;
     c.constant = col;
     c.kernel = &FigMod2::rows;
+    c.onLanes = true;
     return c;
 }
 

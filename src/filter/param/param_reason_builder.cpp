@@ -4,6 +4,7 @@
 #include "engine/column_backup.h"
 #include "engine/kernel_executor.h"
 #include "engine/slice_progress.h"
+#include "filter/param/block_runs.h"
 #include "filter/param/param_reason_keys.h"
 
 #include <atomic>
@@ -25,31 +26,9 @@ namespace {
 
 constexpr uint64_t kBlock = KernelExecutor::kBlockRows;
 
-// The eight bits of a byte as eight bytes 0 or 1, lowest bit first.
-constexpr std::array<uint64_t, 256> kByteFlags = [] {
-    std::array<uint64_t, 256> t{};
-    for (unsigned v = 0; v < 256; ++v)
-        for (unsigned bit = 0; bit < 8; ++bit) t[v] |= uint64_t{(v >> bit) & 1u} << (8 * bit);
-    return t;
-}();
 using param_reason_keys::KeyMap;
 using param_reason_keys::KeyReasons;
 using param_reason_keys::kMaxSteps;
-
-// Bit i of the word tells whether byte i of the 64 at p is not 0.
-inline BitVector::Word nonZeroBits(const uint8_t* p) {
-    BitVector::Word bits = 0;
-#if defined(__SSE2__)
-    for (int q = 0; q < 4; ++q) {
-        const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + 16 * q));
-        const auto zero = static_cast<uint32_t>(_mm_movemask_epi8(_mm_cmpeq_epi8(v, _mm_setzero_si128())));
-        bits |= BitVector::Word{~zero & 0xFFFFu} << (16 * q);
-    }
-    return bits;
-#endif
-    for (size_t i = 0; i < BitVector::kWordBits; ++i) bits |= BitVector::Word{p[i] != 0} << i;
-    return bits;
-}
 
 // Sets bits [from, to) of the words.
 inline void setBits(BitVector::Word* words, uint32_t from, uint32_t to) {
@@ -75,9 +54,7 @@ struct StepInputs {
 
     explicit StepInputs(const std::vector<FilterStep>& steps) {
         for (const FilterStep& s : steps) {
-            for (int c : s.compute.positions) columns |= 1u << (c + 1);
-            for (const auto& [x, y] : s.compute.pairs) columns |= 1u << (x + 1) | 1u << (y + 1);
-            if (s.compute.figureColumn >= 0) columns |= 1u << (s.compute.figureColumn + 1);
+            columns |= param_kernels::columnsRead(s.compute);
             if (s.valueColumn >= 0) columns |= 1u << (s.valueColumn + 1);
             if (s.valueColumn < 0 && (!s.compute.writesCanshu() || s.compute.checkOverflow))
                 numbersOnly = false;
@@ -117,10 +94,9 @@ public:
           m_formulaMode(formulaMode),
           m_heads(table.kind(), kBlock),
           m_vals(steps.size() * kBlock),
+          m_runs(table, inputs.columns),
           m_canRunDirect(inputs.numbersOnly) {
         m_all.fill(1);
-        for (int k = 1; k <= table.numberCount(); ++k)
-            if (inputs.columns & (1u << k)) m_columns.push_back(k);
     }
 
     // False when the run was cancelled.
@@ -128,16 +104,16 @@ public:
         uint64_t blockIndex = 0;
         for (uint64_t b = begin; b < end; b += kBlock, ++blockIndex) {
             const uint64_t n = std::min(end, b + kBlock) - b;
-            liveBytes(b, n);
+            m_runs.liveBytes(b, n, m_live.data());
             // Where rows seldom repeat (every number is read) the steps run on the table's rows
             // themselves; a block now and then is cut into runs again to see whether that holds.
-            const bool direct = m_canRunDirect && m_shortRuns && blockIndex % kRunCheckEvery != 0;
+            const bool direct = m_canRunDirect && !m_runs.worthLooking(blockIndex);
             uint32_t m = static_cast<uint32_t>(n);
             if (direct) {
                 useRows(b);
             } else {
                 m = findRuns(b, n);
-                m_shortRuns = m * 2 > n;
+                m_runs.note(m, n);
                 gather(b, n, m);
             }
             if (m_formulaMode)
@@ -161,49 +137,29 @@ public:
     }
 
 private:
-    // The live flags of the block as bytes, eight at a time from the words of unslt.
-    void liveBytes(uint64_t b, uint64_t n) {
-        const auto unWords = m_table.filteredOut().words();
-        for (uint64_t off = 0; off < n; off += 8) {
-            const uint64_t w = unWords[(b + off) / BitVector::kWordBits];
-            const auto byte = static_cast<uint8_t>(~(w >> ((b + off) % BitVector::kWordBits)));
-            std::memcpy(m_live.data() + off, &kByteFlags[byte], 8);
-        }
-    }
-
-    // The first row of each run (m_start, with n after the last); returns the count of runs.
-    // Where a value may depend on more than the numbers, every row is a run of its own.
+    // The runs of the block, which also agree in their live flags and old reasons; returns their
+    // count. Where a value may depend on more than the numbers, every row is a run of its own.
     uint32_t findRuns(uint64_t b, uint64_t n) {
         if (!m_inputs.numbersOnly) {
             for (uint32_t i = 0; i <= n; ++i) m_start[i] = static_cast<uint16_t>(i);
             return static_cast<uint32_t>(n);
         }
-        // Per row whether it differs from the row before, column by column on vector lanes.
         const ReasonTable::Id* old = m_rowReasons.data() + b;
-        m_differs8[0] = 1;
         for (uint64_t i = 1; i < n; ++i)
-            m_differs8[i] = static_cast<uint8_t>((m_live[i] ^ m_live[i - 1]) | (old[i] != old[i - 1]));
-        for (int k : m_columns) {
-            const uint8_t* c = m_table.numberColumn(k).data() + b;
-            for (uint64_t i = 1; i < n; ++i) m_differs8[i] |= static_cast<uint8_t>(c[i] ^ c[i - 1]);
-        }
-        std::fill(m_differs8.begin() + static_cast<ptrdiff_t>(n), m_differs8.end(), uint8_t{0});
-        uint32_t runs = 0;
-        for (uint64_t off = 0; off < n; off += BitVector::kWordBits)
-            forEachSetBit(nonZeroBits(m_differs8.data() + off), off,
-                          [&](size_t i) { m_start[runs++] = static_cast<uint16_t>(i); });
-        m_start[runs] = static_cast<uint16_t>(n);
+            m_marks[i] = static_cast<uint8_t>((m_live[i] ^ m_live[i - 1]) | (old[i] != old[i - 1]));
+        const uint32_t runs = m_runs.find(b, n, m_marks.data());
+        std::copy_n(m_runs.starts(), runs + 1, m_start.begin());
         return runs;
     }
 
     // The first rows of the runs into the small table: their numbers, live flags, old reasons,
     // and where a step may read it unwritten, their canshu.
     void gather(uint64_t b, uint64_t n, uint32_t m) {
-        for (int k : m_columns) {
-            const uint8_t* from = m_table.numberColumn(k).data() + b;
-            uint8_t* to = m_heads.numberColumn(k).data();
-            for (uint32_t j = 0; j < m; ++j) to[j] = from[m_start[j]];
-        }
+        if (m_inputs.numbersOnly)
+            m_runs.gatherNumbers(b, m, m_heads);
+        else
+            for (int k = 1; k <= m_table.numberCount(); ++k)
+                std::copy_n(m_table.numberColumn(k).data() + b, m, m_heads.numberColumn(k).data());
         auto un = m_heads.filteredOut().words();
         std::fill(un.begin(), un.end(), BitVector::Word{0});
         for (uint32_t j = 0; j < m; ++j) {
@@ -389,18 +345,16 @@ private:
     bool m_formulaMode;
     std::array<uint64_t, 2> m_lastPair{UINT64_MAX, UINT64_MAX};  // by live flag
     CandidateTable m_heads;  // the first row of each run of the block
-    std::vector<int> m_columns;
     std::vector<int16_t> m_vals;
     std::array<int16_t, kBlock> m_runValues{};
     std::array<uint32_t, kBlock> m_mask, m_differs, m_keyOf, m_headOld;
     std::array<uint16_t, kBlock + 1> m_start;
-    std::array<uint8_t, kBlock> m_live, m_headLive, m_hit, m_all, m_repeat, m_differs8, m_caughtCount;
+    std::array<uint8_t, kBlock> m_live, m_headLive, m_hit, m_all, m_repeat, m_marks, m_caughtCount;
     uint32_t m_lastId = 0;
     // Where the steps of a block read its runs: the small table of their first rows, or the
     // table itself from row m_sourceBegin on; and the computed values, live flags, old reasons.
-    static constexpr uint64_t kRunCheckEvery = 32;
+    BlockRuns m_runs;
     const bool m_canRunDirect;
-    bool m_shortRuns = false;
     const CandidateTable* m_source = nullptr;
     uint64_t m_sourceBegin = 0;
     const int16_t* m_values = nullptr;
