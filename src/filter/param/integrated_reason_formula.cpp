@@ -73,11 +73,12 @@ bool getContext(QDataStream& in, ParamContext& c) {
 
 IntegratedReasonFormula::IntegratedReasonFormula(CandidateTable::Kind kind, const ParamWindowState& state,
                                                  const ParamContext& ctx, bool keepSense)
-    : m_kind(kind),
-      m_state(state),
-      m_ctx(ctx),
-      m_keepSense(keepSense),
-      m_steps(param_filter::integratedSteps(state, ctx, keepSense)) {}
+    : m_kind(kind), m_state(state), m_ctx(ctx), m_keepSense(keepSense) {}
+
+const std::vector<FilterStep>& IntegratedReasonFormula::steps() const {
+    std::call_once(m_compiled, [this] { m_steps = param_filter::integratedSteps(m_state, m_ctx, m_keepSense); });
+    return m_steps;
+}
 
 QString IntegratedReasonFormula::text(std::span<const uint8_t> numbers, bool live) const {
     // One row of scratch per thread and kind: a text is read row by row, often many in a row.
@@ -91,7 +92,7 @@ QString IntegratedReasonFormula::text(std::span<const uint8_t> numbers, bool liv
     row.filteredOut().set(0, !live);
     std::span<int16_t> paramValues = row.paramValues();
     QString out;
-    for (const FilterStep& s : m_steps) {
+    for (const FilterStep& s : steps()) {
         param_kernels::computeRows(s.compute, row, paramValues, 0, 1);
         const int16_t v = s.valueColumn < 0 ? paramValues[0] : row.numberColumn(s.valueColumn + 1)[0];
         if ((live || !s.liveOnly) && s.hits(v)) out += s.reason(v);
@@ -99,10 +100,15 @@ QString IntegratedReasonFormula::text(std::span<const uint8_t> numbers, bool liv
     return out;
 }
 
+// A bound from the window's texts, without compiling the steps: a step's text is its caption,
+// the texts of its boxes (or numbers read from them) and its value.
 qsizetype IntegratedReasonFormula::maxTextLength() const {
-    constexpr qsizetype kLongestValue = 6;  // "-32768"
+    constexpr qsizetype kFixedPart = 128;  // caption, "大小:", the sense, two numbers, the value
     qsizetype length = 0;
-    for (const FilterStep& s : m_steps) length += s.prefix.size() + s.suffix.size() + kLongestValue;
+    for (const auto& box : m_state.boxes) {
+        length += kFixedPart + m_state.txtZdqj.size();
+        for (const QString& text : box) length += 2 * text.size();
+    }
     return length;
 }
 

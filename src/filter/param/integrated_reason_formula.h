@@ -5,6 +5,7 @@
 #include "filter/param/param_filter.h"
 
 #include <memory>
+#include <mutex>
 #include <vector>
 
 // The reason the integrated filter gives a row whose values are a function of its numbers: the
@@ -16,7 +17,9 @@ public:
     IntegratedReasonFormula(CandidateTable::Kind kind, const ParamWindowState& state, const ParamContext& ctx,
                             bool keepSense);
 
-    const std::vector<FilterStep>& steps() const { return m_steps; }
+    // The steps whose texts it makes, compiled when first asked for: a table keeps every formula
+    // it was given, and most are never read.
+    const std::vector<FilterStep>& steps() const;
 
     QString text(std::span<const uint8_t> numbers, bool live) const override;
     qsizetype maxTextLength() const override;
@@ -31,5 +34,6 @@ private:
     ParamWindowState m_state;
     ParamContext m_ctx;
     bool m_keepSense;
-    std::vector<FilterStep> m_steps;
+    mutable std::once_flag m_compiled;
+    mutable std::vector<FilterStep> m_steps;
 };
