@@ -86,7 +86,6 @@ private:
     QWidget* makeRangeFrame();
     QWidget* makeTemplateFrame();
     QWidget* makeGridPanel();
-    QPushButton* button(const QString& name, const QString& caption, QWidget* parent);
     void adaptToZone();
     void runAction(FilterWorkspace::Button which, bool rightButton);
     void showFirstView();

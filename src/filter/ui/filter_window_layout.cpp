@@ -3,6 +3,7 @@
 #include "filter/param/range_query.h"
 #include "filter/result_grid_model.h"
 #include "workspace/ui/column_widths.h"
+#include "workspace/ui/named_widgets.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -38,12 +39,6 @@ void fillSpanCombo(QComboBox* combo) {
 
 }  // namespace
 
-QPushButton* FilterWindow::button(const QString& name, const QString& caption, QWidget* parent) {
-    auto* b = new QPushButton(caption, parent);
-    b->setObjectName(name);
-    return b;
-}
-
 // One row of the parameter frame: the integrated box, the button, the four boxes and, for the
 // parameters the history can be asked about, the span of draws.
 FilterWindow::ParamRow FilterWindow::addParameterRow(const ParamInfo& p, QGridLayout* grid, int r,
@@ -53,7 +48,7 @@ FilterWindow::ParamRow FilterWindow::addParameterRow(const ParamInfo& p, QGridLa
     row.integratedBox = new QCheckBox(paramFrame);
     row.integratedBox->setObjectName(QStringLiteral("Check1(%1)").arg(p.integratedBox));
     row.integratedBox->setToolTip(param_catalogue::integratedBoxCaption(p.integratedBox, ZoneScope::Front));
-    row.button = button(QString::fromLatin1(p.button), p.caption, paramFrame);
+    row.button = namedButton(QString::fromLatin1(p.button), p.caption, paramFrame);
     row.button->setMinimumWidth(92);
     const std::array<QString, 4> defaults = param_catalogue::boxDefaults(p.id);
     const QString boxName = QString::fromLatin1(p.boxes);
@@ -230,7 +225,7 @@ QWidget* FilterWindow::makeSuperFrame() {
         {"Option42", "多选参数导出"},   {"Option29", "多选(勾选)参数整合过滤"}};
     int i = 0;
     for (const auto& it : items) {
-        QPushButton* b = button(QString::fromLatin1(it.name), QString::fromUtf8(it.caption), superFrame);
+        QPushButton* b = namedButton(QString::fromLatin1(it.name), QString::fromUtf8(it.caption), superFrame);
         if (const auto sb = super_filter::byObjectName(b->objectName())) {
             const SuperButton which = *sb;
             connect(b, &QPushButton::clicked, this, [this, which] { superClick(which, false); });
@@ -310,7 +305,7 @@ QWidget* FilterWindow::makeTemplateFrame() {
                  {"Command7", QStringLiteral("保存过滤设置(&V)")}};
     int i = 0;
     for (const auto& it : items) {
-        QPushButton* b = button(QString::fromLatin1(it.name), it.caption, templateFrame);
+        QPushButton* b = namedButton(QString::fromLatin1(it.name), it.caption, templateFrame);
         g->addWidget(b, 2 + i / 3, i % 3);
         m_superButtons.insert(b->objectName(), b);
         ++i;
@@ -362,7 +357,7 @@ QWidget* FilterWindow::makeGridPanel() {
     m_pageBox->setObjectName(QStringLiteral("Text1"));
     m_pageBox->setFixedWidth(48);
     m_pageBox->installEventFilter(this);
-    QPushButton* pageButton = button(QStringLiteral("Command111"), QStringLiteral("翻页(&U)"), panel);
+    QPushButton* pageButton = namedButton(QStringLiteral("Command111"), QStringLiteral("翻页(&U)"), panel);
     auto* reasonFrame = new QGroupBox(QStringLiteral("过滤缘故显示"), panel);
     reasonFrame->setObjectName(QStringLiteral("Frame14"));
     auto* reasonLayout = new QHBoxLayout(reasonFrame);
@@ -374,7 +369,7 @@ QWidget* FilterWindow::makeGridPanel() {
     m_showRemaining->setChecked(true);
     reasonLayout->addWidget(m_showRemaining);
     reasonLayout->addWidget(m_showAllCandidates);
-    QPushButton* printButton = button(QStringLiteral("CmdPrint"), QStringLiteral("打印预览(&P)"), panel);
+    QPushButton* printButton = namedButton(QStringLiteral("CmdPrint"), QStringLiteral("打印预览(&P)"), panel);
     connect(printButton, &QPushButton::clicked, this, [this] { whenIdle([this] { emit printRequested(); }); });
     connect(pageButton, &QPushButton::clicked, this, &FilterWindow::showPage);
     connect(m_showAllCandidates, &QRadioButton::clicked, this, &FilterWindow::showAllRows);
@@ -408,7 +403,7 @@ QHBoxLayout* FilterWindow::makeActionRow(QWidget* panel) {
          FilterWorkspace::Button::InvertLast},
     };
     for (const auto& it : items) {
-        QPushButton* b = button(QString::fromLatin1(it.name), it.caption, panel);
+        QPushButton* b = namedButton(QString::fromLatin1(it.name), it.caption, panel);
         b->setToolTip(it.tip);
         const auto which = it.which;
         connect(b, &QPushButton::clicked, this, [this, which] { runAction(which, false); });

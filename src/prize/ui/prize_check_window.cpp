@@ -4,6 +4,7 @@
 #include "prize/ui/prize_models.h"
 #include "workspace/prompter.h"
 #include "workspace/ui/column_widths.h"
+#include "workspace/ui/named_widgets.h"
 
 #include <QCloseEvent>
 #include <QGridLayout>
@@ -21,18 +22,6 @@ constexpr int kRowHeight = 20;
 constexpr int kSummaryColumnTwips = 600;
 const QColor kGain(0, 255, 0);
 const QColor kLoss(255, 0, 0);
-
-QPushButton* button(const QString& name, const QString& caption, QWidget* parent) {
-    auto* b = new QPushButton(caption, parent);
-    b->setObjectName(name);
-    return b;
-}
-
-QLabel* label(const QString& name, const QString& text, QWidget* parent) {
-    auto* l = new QLabel(text, parent);
-    l->setObjectName(name);
-    return l;
-}
 
 QLineEdit* pageBox(const QString& name, QWidget* parent) {
     auto* t = new QLineEdit(QStringLiteral("1"), parent);
@@ -80,14 +69,14 @@ QWidget* PrizeCheckWindow::makeLists() {
     auto* v = new QVBoxLayout(box);
     const bool six = m_view->sixNumbers();
     v->addWidget(
-        label(QStringLiteral("Label1"), six ? prize_view::kSixHeading : prize_view::kKeptHeading, box));
+        named<QLabel>(QStringLiteral("Label1"), six ? prize_view::kSixHeading : prize_view::kKeptHeading, box));
     m_keptModel = new PrizeListModel(*m_view, PrizeListModel::Side::Kept, this);
     m_keptGrid = makeGrid(QStringLiteral("MSFlexGrid1"), m_keptModel);
     applyWidths(m_keptGrid, *m_keptModel);
     v->addWidget(m_keptGrid, 1);
     auto* pageRow = new QHBoxLayout;
     m_keptPageBox = pageBox(QStringLiteral("Text1"), box);
-    auto* keptPageButton = button(QStringLiteral("Command111"), prize_view::kPage, box);
+    auto* keptPageButton = namedButton(QStringLiteral("Command111"), prize_view::kPage, box);
     connect(keptPageButton, &QPushButton::clicked, this, &PrizeCheckWindow::pageKept);
     pageRow->addWidget(m_keptPageBox);
     pageRow->addWidget(keptPageButton);
@@ -95,7 +84,7 @@ QWidget* PrizeCheckWindow::makeLists() {
     v->addLayout(pageRow);
     if (six) return box;
 
-    m_thrownHeading = label(QStringLiteral("Label2"), m_view->thrownHeading(), box);
+    m_thrownHeading = named<QLabel>(QStringLiteral("Label2"), m_view->thrownHeading(), box);
     v->addWidget(m_thrownHeading);
     m_thrownModel = new PrizeListModel(*m_view, PrizeListModel::Side::Thrown, this);
     m_thrownGrid = makeGrid(QStringLiteral("MSFlexGrid3"), m_thrownModel);
@@ -103,7 +92,7 @@ QWidget* PrizeCheckWindow::makeLists() {
     v->addWidget(m_thrownGrid, 1);
     auto* pageRow2 = new QHBoxLayout;
     m_thrownPageBox = pageBox(QStringLiteral("Text2"), box);
-    auto* thrownPageButton = button(QStringLiteral("Command2"), prize_view::kPage, box);
+    auto* thrownPageButton = namedButton(QStringLiteral("Command2"), prize_view::kPage, box);
     connect(thrownPageButton, &QPushButton::clicked, this, &PrizeCheckWindow::pageThrown);
     pageRow2->addWidget(m_thrownPageBox);
     pageRow2->addWidget(thrownPageButton);
@@ -137,7 +126,7 @@ QWidget* PrizeCheckWindow::makeSide() {
     auto* money = new QGridLayout;
     const auto row = [&](int r, const QString& caption, const QString& name) {
         money->addWidget(new QLabel(caption, box), r, 0);
-        QLabel* value = label(name, {}, box);
+        QLabel* value = named<QLabel>(name, QString(), box);
         money->addWidget(value, r, 1);
         return value;
     };
@@ -147,11 +136,11 @@ QWidget* PrizeCheckWindow::makeSide() {
         m_result = row(2, prize_view::kResult, QStringLiteral("LabelResult"));
     }
     v->addLayout(money);
-    auto* sortButton = button(QStringLiteral("Command1"), prize_view::kSort, box);
+    auto* sortButton = namedButton(QStringLiteral("Command1"), prize_view::kSort, box);
     connect(sortButton, &QPushButton::clicked, this, &PrizeCheckWindow::sortByHits);
     v->addWidget(sortButton);
     auto* quitButton =
-        button(QStringLiteral("cmdQut"), six ? prize_view::kBack : prize_view::kAddToReport, box);
+        namedButton(QStringLiteral("cmdQut"), six ? prize_view::kBack : prize_view::kAddToReport, box);
     connect(quitButton, &QPushButton::clicked, this, &PrizeCheckWindow::quit);
     v->addWidget(quitButton);
     if (six) v->addStretch();

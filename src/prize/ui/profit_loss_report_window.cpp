@@ -1,6 +1,7 @@
 #include "prize/ui/profit_loss_report_window.h"
 
 #include "workspace/prompter.h"
+#include "workspace/ui/named_widgets.h"
 
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -13,8 +14,7 @@
 
 namespace {
 QPushButton* button(const QString& name, const QString& caption, const QString& tip, QWidget* parent) {
-    auto* b = new QPushButton(caption, parent);
-    b->setObjectName(name);
+    QPushButton* b = namedButton(name, caption, parent);
     b->setToolTip(tip);
     return b;
 }

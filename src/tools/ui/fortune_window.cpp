@@ -3,6 +3,7 @@
 #include "tools/ui/fortune_strip.h"
 #include "workspace/prompter.h"
 #include "workspace/settings.h"
+#include "workspace/ui/named_widgets.h"
 
 #include <QButtonGroup>
 #include <QCloseEvent>
@@ -41,12 +42,6 @@ QLineEdit* field(const QString& name, QWidget* parent) {
     auto* e = new QLineEdit(parent);
     e->setObjectName(name);
     return e;
-}
-
-QPushButton* button(const QString& name, const QString& text, QWidget* parent) {
-    auto* b = new QPushButton(text, parent);
-    b->setObjectName(name);
-    return b;
 }
 
 }  // namespace
@@ -124,9 +119,9 @@ QWidget* FortuneWindow::makeControls() {
     v->addWidget(m_dateLabel);
     m_date = field(QStringLiteral("Text4"), box);
     v->addWidget(m_date);
-    auto* enterBirth = button(QStringLiteral("Command1"), QStringLiteral("输入生日(&B)"), box);
-    auto* enterDate = button(QStringLiteral("Command7"), QStringLiteral("输入日期(&I)"), box);
-    auto* draw = button(QStringLiteral("Command2"), QStringLiteral("绘运势图(&D)"), box);
+    auto* enterBirth = namedButton(QStringLiteral("Command1"), QStringLiteral("输入生日(&B)"), box);
+    auto* enterDate = namedButton(QStringLiteral("Command7"), QStringLiteral("输入日期(&I)"), box);
+    auto* draw = namedButton(QStringLiteral("Command2"), QStringLiteral("绘运势图(&D)"), box);
     for (QPushButton* b : {enterBirth, enterDate, draw}) v->addWidget(b);
     v->addWidget(makeTypes());
     m_indexLabel = new QLabel(box);
@@ -140,7 +135,7 @@ QWidget* FortuneWindow::makeControls() {
     m_word->setReadOnly(true);
     v->addWidget(m_word);
     v->addStretch();
-    auto* help = button(QStringLiteral("Command6"), QStringLiteral("使用说明(&I)"), box);
+    auto* help = namedButton(QStringLiteral("Command6"), QStringLiteral("使用说明(&I)"), box);
     v->addWidget(help);
 
     connect(enterBirth, &QPushButton::clicked, this, [this] {

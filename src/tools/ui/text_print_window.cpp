@@ -1,5 +1,7 @@
 #include "tools/ui/text_print_window.h"
 
+#include "workspace/ui/named_widgets.h"
+
 #include <QApplication>
 #include <QClipboard>
 #include <QDesktopServices>
@@ -21,12 +23,6 @@ std::optional<QFont> askFont(const QFont& current, QWidget* parent) {
     bool ok = false;
     const QFont f = QFontDialog::getFont(&ok, current, parent);
     return ok ? std::optional(f) : std::nullopt;
-}
-
-QPushButton* button(const QString& name, const QString& caption, QWidget* parent) {
-    auto* b = new QPushButton(caption, parent);
-    b->setObjectName(name);
-    return b;
 }
 
 }  // namespace
@@ -54,9 +50,9 @@ TextPrintWindow::TextPrintWindow(const QString& path, QWidget* parent)
     layout->addWidget(m_text, 1);
 
     auto* bar = new QHBoxLayout;
-    auto* printButton = button(QStringLiteral("Command1"), QStringLiteral("打印(&P)"), this);
-    auto* fontButton = button(QStringLiteral("Command3"), QStringLiteral("字体(&F)"), this);
-    auto* closeButton = button(QStringLiteral("Command2"), QStringLiteral("返回(&R)"), this);
+    auto* printButton = namedButton(QStringLiteral("Command1"), QStringLiteral("打印(&P)"), this);
+    auto* fontButton = namedButton(QStringLiteral("Command3"), QStringLiteral("字体(&F)"), this);
+    auto* closeButton = namedButton(QStringLiteral("Command2"), QStringLiteral("返回(&R)"), this);
     bar->addWidget(printButton);
     bar->addWidget(fontButton);
     bar->addStretch();

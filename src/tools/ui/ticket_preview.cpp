@@ -3,6 +3,7 @@
 #include "tools/pages/ticket_pages.h"
 #include "tools/ui/text_print_window.h"
 #include "workspace/prompter.h"
+#include "workspace/ui/named_widgets.h"
 
 #include <QDir>
 #include <QGuiApplication>
@@ -17,12 +18,6 @@
 namespace {
 
 const QString kCaption = QStringLiteral("打印预览");
-
-QPushButton* button(const QString& name, const QString& caption, QWidget* parent) {
-    auto* b = new QPushButton(caption, parent);
-    b->setObjectName(name);
-    return b;
-}
 
 }  // namespace
 
@@ -39,10 +34,10 @@ TicketPreview::TicketPreview(ticket_print::Document document, QString folder, Pr
     resize(760, std::min(900, screen.height() - 60));
     auto* layout = new QVBoxLayout(this);
     auto* bar = new QHBoxLayout;
-    auto* printButton = button(QStringLiteral("printButton"), QStringLiteral("打印(&P)"), this);
-    auto* pdfButton = button(QStringLiteral("pdfButton"), QStringLiteral("导出PDF(&F)"), this);
-    auto* textButton = button(QStringLiteral("textButton"), QStringLiteral("文本(&T)"), this);
-    auto* closeButton = button(QStringLiteral("closeButton"), QStringLiteral("返回(&R)"), this);
+    auto* printButton = namedButton(QStringLiteral("printButton"), QStringLiteral("打印(&P)"), this);
+    auto* pdfButton = namedButton(QStringLiteral("pdfButton"), QStringLiteral("导出PDF(&F)"), this);
+    auto* textButton = namedButton(QStringLiteral("textButton"), QStringLiteral("文本(&T)"), this);
+    auto* closeButton = namedButton(QStringLiteral("closeButton"), QStringLiteral("返回(&R)"), this);
     bar->addWidget(printButton);
     bar->addWidget(pdfButton);
     bar->addWidget(textButton);
