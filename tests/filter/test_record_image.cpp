@@ -98,8 +98,9 @@ TEST(RecordImage, EveryColumnAndEveryKindComesBackFromTheImageAndFromTheDerivedR
     }
 }
 
-// In the both-zones scope the integrated filter gives nearly every caught row a text of its own,
-// with no entry per row: the texts come back from the image and from the derived rows.
+// A single filter gives the rows it kills texts with their values, and in the both-zones scope
+// the integrated filter gives nearly every caught row a text of its own, with no entry per row
+// or per value: the texts come back from the image and from the derived rows.
 TEST(RecordImage, RowTextsOfTheIntegratedFilterComeBackFromTheImageAndTheDerivedRows) {
     Db d;
     CandidateTable t = fullTable(4000, Kind::Combinations);
@@ -123,6 +124,11 @@ TEST(RecordImage, RowTextsOfTheIntegratedFilterComeBackFromTheImageAndTheDerived
     ParamContext ctx;
     for (int n = 1; n <= 35; ++n) ctx.omissionFront[static_cast<size_t>(n)] = static_cast<int16_t>(n % 9);
     const size_t before = t.reasons().size();
+    // A single filter first: the rows it kills hold its formula, which the integrated filter's
+    // reasons then follow.
+    ParamWindowState single = ParamWindowState::defaults();
+    single.box(ParamId::NumberSum) = {QStringLiteral("60"), QStringLiteral("120"), QString(), QString()};
+    ASSERT_GT(param_filter::runSingle(t, ParamId::NumberSum, single, ctx).killed, 100u);
     param_filter::runIntegrated(t, s, ctx);
     QSet<QString> texts;
     for (uint64_t r = 0; r < t.rowCount(); ++r)

@@ -3,8 +3,8 @@
 #include "engine/candidate_kernels.h"
 #include "engine/kernel_executor.h"
 #include "filter/param/block_runs.h"
-#include "filter/param/integrated_reason_formula.h"
 #include "filter/param/param_reason_builder.h"
+#include "filter/param/param_reason_formula.h"
 
 #include <QStringList>
 
@@ -379,10 +379,16 @@ void resolvePending(CandidateTable& table, StepReasons& reasons, const std::vect
     });
 }
 
+// Whether a step's value is a function of the row's numbers (and its live flag), so that a
+// formula can make its text again: not where canshu keeps the old value of some rows.
+bool valueFromNumbers(const FilterStep& step) {
+    return step.valueColumn >= 0 || (step.compute.writesCanshu() && !step.compute.checkOverflow);
+}
+
 // One statement over every row: the step's computation, then the live rows it catches die
-// with the reason of their value, on all cores. A step with one text knows its id before the
-// run: the text's id, or the next one.
-uint64_t runStep(CandidateTable& table, const FilterStep& step) {
+// with the reason of their value, on all cores. A step with one text, or whose texts `formula`
+// makes, knows its id before the run: the text's id, or the next one.
+uint64_t runStep(CandidateTable& table, const FilterStep& step, const std::shared_ptr<const RowFormula>& formula) {
     KernelExecutor& executor = KernelExecutor::shared();
     const KernelExecutor::Slices cut = executor.slicesFor(table.rowCount());
     BitVector caught(table.rowCount());
@@ -391,13 +397,18 @@ uint64_t runStep(CandidateTable& table, const FilterStep& step) {
     for (size_t i = 0; i < cut.count; ++i) slices.emplace_back(reasons, i == 0);
     std::vector<uint64_t> killed(cut.count, 0);
     std::optional<ReasonTable::Id> fixedId;
-    if (step.constantText) fixedId = table.reasons().find(step.prefix).value_or(table.reasons().nextId());
+    if (step.constantText)
+        fixedId = table.reasons().find(step.prefix).value_or(table.reasons().nextId());
+    else if (formula)
+        fixedId = table.reasons().nextId();
     table.paramValues();  // allocated before the threads write it
     executor.forEachIndexedSlice(cut, [&](size_t slice, uint64_t begin, uint64_t end) {
         killed[slice] = catchSlice(table, step, caught, slices[slice], fixedId, begin, end);
     });
     const uint64_t total = std::accumulate(killed.begin(), killed.end(), uint64_t{0});
-    if (fixedId && total > 0) table.reasons().intern(step.prefix);  // takes the id the rows hold
+    // The text or the formula takes the id the rows hold.
+    if (fixedId && total > 0 && step.constantText) table.reasons().intern(step.prefix);
+    if (fixedId && total > 0 && !step.constantText) table.reasons().formula(formula, true);
     if (!fixedId) resolvePending(table, reasons, slices, cut, caught);
     return total;
 }
@@ -420,7 +431,13 @@ SingleResult runSingle(CandidateTable& table, ParamId id, const ParamWindowState
     result.heading = param_catalogue::caption(id, state.scope, state.listMode);
     // preunslt first (the computation does not read it), then each statement in order.
     candidate_kernels::beginFilter(table);
-    for (const FilterStep& step : steps) result.killed += runStep(table, step);
+    for (size_t i = 0; i < steps.size(); ++i) {
+        // The rows a step kills share one formula's entry in place of an entry per value.
+        std::shared_ptr<const RowFormula> formula;
+        if (!steps[i].constantText && valueFromNumbers(steps[i]))
+            formula = ParamReasonFormula::singleStep(table.kind(), state, ctx, id, state.keep, static_cast<int>(i));
+        result.killed += runStep(table, steps[i], formula);
+    }
     return result;
 }
 
@@ -445,7 +462,7 @@ IntegratedResult runIntegrated(CandidateTable& table, const ParamWindowState& st
     result.keepSense = a == b ? a : !a;
     result.flipped = a != b;
 
-    const auto formula = std::make_shared<IntegratedReasonFormula>(table.kind(), state, ctx, result.keepSense);
+    const auto formula = ParamReasonFormula::integrated(table.kind(), state, ctx, result.keepSense);
     result.steps = static_cast<int>(formula->steps().size());
 
     // The tally reads no preunslt: it is set once the run can no longer be cancelled.

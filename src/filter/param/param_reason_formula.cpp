@@ -1,4 +1,4 @@
-#include "filter/param/integrated_reason_formula.h"
+#include "filter/param/param_reason_formula.h"
 
 #include <QDataStream>
 #include <QIODevice>
@@ -8,11 +8,11 @@
 
 namespace {
 
-const QByteArray kKind = QByteArrayLiteral("integrated-filter");
+const QByteArray kKind = QByteArrayLiteral("param-filter");
 constexpr quint8 kVersion = 1;
 
 [[maybe_unused]] const bool kRegistered = [] {
-    row_formula::registerLoader(kKind, &IntegratedReasonFormula::load);
+    row_formula::registerLoader(kKind, &ParamReasonFormula::load);
     return true;
 }();
 
@@ -71,16 +71,33 @@ bool getContext(QDataStream& in, ParamContext& c) {
 
 }  // namespace
 
-IntegratedReasonFormula::IntegratedReasonFormula(CandidateTable::Kind kind, const ParamWindowState& state,
-                                                 const ParamContext& ctx, bool keepSense)
-    : m_kind(kind), m_state(state), m_ctx(ctx), m_keepSense(keepSense) {}
+ParamReasonFormula::ParamReasonFormula(CandidateTable::Kind kind, const ParamWindowState& state,
+                                       const ParamContext& ctx, bool keepSense, std::optional<Single> single)
+    : m_kind(kind), m_state(state), m_ctx(ctx), m_keepSense(keepSense), m_single(single) {}
 
-const std::vector<FilterStep>& IntegratedReasonFormula::steps() const {
-    std::call_once(m_compiled, [this] { m_steps = param_filter::integratedSteps(m_state, m_ctx, m_keepSense); });
+std::shared_ptr<ParamReasonFormula> ParamReasonFormula::integrated(CandidateTable::Kind kind,
+                                                                   const ParamWindowState& state,
+                                                                   const ParamContext& ctx, bool keepSense) {
+    return std::shared_ptr<ParamReasonFormula>(new ParamReasonFormula(kind, state, ctx, keepSense, std::nullopt));
+}
+
+std::shared_ptr<ParamReasonFormula> ParamReasonFormula::singleStep(CandidateTable::Kind kind,
+                                                                   const ParamWindowState& state,
+                                                                   const ParamContext& ctx, ParamId id,
+                                                                   bool keepSense, int step) {
+    return std::shared_ptr<ParamReasonFormula>(
+        new ParamReasonFormula(kind, state, ctx, keepSense, Single{id, step}));
+}
+
+const std::vector<FilterStep>& ParamReasonFormula::steps() const {
+    std::call_once(m_compiled, [this] {
+        m_steps = m_single ? param_filter::buildSteps(m_single->id, m_state, m_ctx, m_keepSense, false)
+                           : param_filter::integratedSteps(m_state, m_ctx, m_keepSense);
+    });
     return m_steps;
 }
 
-QString IntegratedReasonFormula::text(std::span<const uint8_t> numbers, bool live) const {
+QString ParamReasonFormula::text(std::span<const uint8_t> numbers, bool live) const {
     // One row of scratch per thread and kind: a text is read row by row, often many in a row.
     thread_local std::array<std::optional<CandidateTable>, 5> scratch;
     std::optional<CandidateTable>& slot = scratch[static_cast<size_t>(m_kind)];
@@ -91,10 +108,18 @@ QString IntegratedReasonFormula::text(std::span<const uint8_t> numbers, bool liv
     // Some computations give dead rows a value of their own.
     row.filteredOut().set(0, !live);
     std::span<int16_t> paramValues = row.paramValues();
-    QString out;
-    for (const FilterStep& s : steps()) {
+    const auto valueOf = [&](const FilterStep& s) {
         param_kernels::computeRows(s.compute, row, paramValues, 0, 1);
-        const int16_t v = s.valueColumn < 0 ? paramValues[0] : row.numberColumn(s.valueColumn + 1)[0];
+        return s.valueColumn < 0 ? paramValues[0] : int16_t{row.numberColumn(s.valueColumn + 1)[0]};
+    };
+    const std::vector<FilterStep>& all = steps();
+    if (m_single) {
+        const auto at = static_cast<size_t>(m_single->step);
+        return at < all.size() ? all[at].reason(valueOf(all[at])) : QString();
+    }
+    QString out;
+    for (const FilterStep& s : all) {
+        const int16_t v = valueOf(s);
         if ((live || !s.liveOnly) && s.hits(v)) out += s.reason(v);
     }
     return out;
@@ -102,7 +127,7 @@ QString IntegratedReasonFormula::text(std::span<const uint8_t> numbers, bool liv
 
 // A bound from the window's texts, without compiling the steps: a step's text is its caption,
 // the texts of its boxes (or numbers read from them) and its value.
-qsizetype IntegratedReasonFormula::maxTextLength() const {
+qsizetype ParamReasonFormula::maxTextLength() const {
     constexpr qsizetype kFixedPart = 128;  // caption, "大小:", the sense, two numbers, the value
     qsizetype length = 0;
     for (const auto& box : m_state.boxes) {
@@ -112,29 +137,35 @@ qsizetype IntegratedReasonFormula::maxTextLength() const {
     return length;
 }
 
-QByteArray IntegratedReasonFormula::kind() const { return kKind; }
+QByteArray ParamReasonFormula::kind() const { return kKind; }
 
-QByteArray IntegratedReasonFormula::payload() const {
+QByteArray ParamReasonFormula::payload() const {
     QByteArray bytes;
     QDataStream out(&bytes, QIODevice::WriteOnly);
     out.setVersion(QDataStream::Qt_6_0);
     out << kVersion << static_cast<qint32>(m_kind) << m_keepSense;
+    out << static_cast<qint32>(m_single ? static_cast<int>(m_single->id) : -1)
+        << static_cast<qint32>(m_single ? m_single->step : 0);
     putContext(out, m_ctx);
     putState(out, m_state);
     return bytes;
 }
 
-std::shared_ptr<const RowFormula> IntegratedReasonFormula::load(const QByteArray& payload) {
+std::shared_ptr<const RowFormula> ParamReasonFormula::load(const QByteArray& payload) {
     QDataStream in(payload);
     in.setVersion(QDataStream::Qt_6_0);
     quint8 version = 0;
     qint32 kind = -1;
     bool keepSense = true;
-    in >> version >> kind >> keepSense;
+    qint32 single = -1, step = 0;
+    in >> version >> kind >> keepSense >> single >> step;
     if (version != kVersion || kind < 0 || kind > static_cast<int>(CandidateTable::Kind::SixNumbers)) return nullptr;
+    if (single < -1 || single >= kParamCount || step < 0 || step > 1) return nullptr;
     ParamContext ctx;
     ParamWindowState state;
     if (!getContext(in, ctx) || !getState(in, state)) return nullptr;
     if (in.status() != QDataStream::Ok || !in.atEnd()) return nullptr;
-    return std::make_shared<IntegratedReasonFormula>(static_cast<CandidateTable::Kind>(kind), state, ctx, keepSense);
+    const auto k = static_cast<CandidateTable::Kind>(kind);
+    if (single < 0) return integrated(k, state, ctx, keepSense);
+    return singleStep(k, state, ctx, static_cast<ParamId>(single), keepSense, step);
 }
