@@ -183,6 +183,7 @@ struct LastDrawCount {
             CompiledCompute c = overTicked(a, a.in.ticks);
             fillTables(c, [&](int f, int) { return member(f); });
             c.kernel = &TableSum::rows;
+            c.sumOfColumns = true;
             return c;
         }
         std::array<bool, 7> ticks = a.in.ticks;
@@ -190,6 +191,7 @@ struct LastDrawCount {
         CompiledCompute c = overTicked(a, ticks);
         fillTables(c, [&](int f, int col) { return col == 5 ? 2 * member(f) : member(f); });
         c.kernel = &TableSum::rows;
+        c.sumOfColumns = true;
         return c;
     }
 };
@@ -206,6 +208,7 @@ struct OmissionSum {
         }
         c.checkOverflow = most > std::numeric_limits<int16_t>::max();
         c.kernel = c.checkOverflow ? &TableSum::checkedRows : &TableSum::rows;
+        c.sumOfColumns = !c.checkOverflow;
         return c;
     }
 };

@@ -79,6 +79,8 @@ struct SliceOutcome {
 };
 
 class TallySlice {
+    static constexpr uint32_t kFrontColumns = 0b111110;  // fig1..fig5
+
 public:
     TallySlice(CandidateTable& table, const std::vector<FilterStep>& steps, const StepInputs& inputs,
                BitVector& changed, std::span<ReasonTable::Id> rowReasons, SliceOutcome& outcome, bool formulaMode)
@@ -95,8 +97,21 @@ public:
           m_heads(table.kind(), kBlock),
           m_vals(steps.size() * kBlock),
           m_runs(table, inputs.columns),
-          m_canRunDirect(inputs.numbersOnly) {
+          m_canRunDirect(inputs.numbersOnly),
+          m_splits(steps.size()),
+          m_frontRuns(table, kFrontColumns),
+          m_fronts(table.kind(), kBlock) {
         m_all.fill(1);
+        for (size_t t = 0; t < steps.size(); ++t) {
+            const CompiledCompute& c = steps[t].compute;
+            const auto front = [](int col) { return col < 5; };
+            const auto back = [](int col) { return col >= 5; };
+            if (!c.sumOfColumns || table.kind() == CandidateTable::Kind::SixNumbers ||
+                std::ranges::none_of(c.positions, front) || std::ranges::none_of(c.positions, back))
+                continue;
+            m_splits[t].front = param_kernels::sumOver(c, front);
+            m_splits[t].back = param_kernels::sumOver(c, back);
+        }
     }
 
     // False when the run was cancelled.
@@ -193,7 +208,7 @@ private:
         if (m_source == &m_heads)
             param_kernels::computeRows(s.compute, source, m_runValues, 0, m);
         else
-            param_kernels::computeRows(s.compute, source, m_paramValues, m_sourceBegin, m_sourceBegin + m);
+            computeRows(t, m_sourceBegin, m);
         const int16_t* computed = m_values;
         const uint8_t* figures = s.valueColumn < 0 ? nullptr : source.numberColumn(s.valueColumn + 1).data() + m_sourceBegin;
         // The formula mode needs the values only for this test; the key mode keeps them for the keys.
@@ -223,6 +238,34 @@ private:
             for (uint32_t i = 0; i < m; ++i)
                 m_mask[i] |= uint32_t{static_cast<uint8_t>(m_hit[i] & alive[i])} << t;
         }
+    }
+
+    // The direct form's computation of step t on rows [b, b + n), in place. A sum over front and
+    // back columns adds its front part, computed once per run of equal fronts (the rows come
+    // sorted by front), to its back part, computed row by row.
+    void computeRows(size_t t, uint64_t b, uint64_t n) {
+        const CompiledCompute& c = m_steps[t].compute;
+        const Split& split = m_splits[t];
+        if (!split.front || !frontRunsFound(b, n)) {
+            param_kernels::computeRows(c, m_table, m_paramValues, b, b + n);
+            return;
+        }
+        param_kernels::computeRows(*split.back, m_table, m_paramValues, b, b + n);
+        param_kernels::computeRows(*split.front, m_fronts, m_frontValues, 0, m_frontCount);
+        const uint16_t* start = m_frontRuns.starts();
+        for (uint32_t j = 0; j < m_frontCount; ++j)
+            for (uint32_t i = start[j]; i < start[j + 1]; ++i)
+                m_paramValues[b + i] = static_cast<int16_t>(m_paramValues[b + i] + m_frontValues[j]);
+    }
+
+    // The runs of equal fronts of the block, found once per block; false where they are short.
+    bool frontRunsFound(uint64_t b, uint64_t n) {
+        if (m_frontBlock != b) {
+            m_frontBlock = b;
+            m_frontCount = m_frontRuns.find(b, n, nullptr);
+            if (m_frontCount * 2 <= n) m_frontRuns.gatherNumbers(b, m_frontCount, m_fronts);
+        }
+        return m_frontCount * 2 <= n;
     }
 
     // The formula mode counts the steps that catch each run, on byte lanes.
@@ -355,6 +398,17 @@ private:
     // table itself from row m_sourceBegin on; and the computed values, live flags, old reasons.
     BlockRuns m_runs;
     const bool m_canRunDirect;
+    // The parts of the sums over front and back columns, by step (none for the others), and the
+    // runs of equal fronts of the block the direct form is at.
+    struct Split {
+        std::optional<CompiledCompute> front, back;
+    };
+    std::vector<Split> m_splits;
+    BlockRuns m_frontRuns;
+    CandidateTable m_fronts;
+    std::array<int16_t, kBlock> m_frontValues{};
+    uint64_t m_frontBlock = UINT64_MAX;
+    uint32_t m_frontCount = 0;
     const CandidateTable* m_source = nullptr;
     uint64_t m_sourceBegin = 0;
     const int16_t* m_values = nullptr;
