@@ -186,25 +186,15 @@ QString ReasonTable::text(Id id, std::span<const uint8_t> rowNumbers) const {
         const std::lock_guard lock(m_cacheMutex);
         if (!m_cache.empty() && m_cache[id % kCacheSlots].id == id) return m_cache[id % kCacheSlots].text;
     }
-    // The texts of the leaves from left to right; a joining's tail waits on the stack while its
-    // head is walked.
     QString out;
-    std::vector<Id> pending{id};
-    while (!pending.empty()) {
-        Id at = pending.back();
-        pending.pop_back();
-        while (isJoined(at)) {
-            pending.push_back(m_entries[at].tail);
-            at = m_entries[at].head;
-        }
-        const Entry& leaf = m_entries[at];
+    forEachLeaf(id, [&](const Entry& leaf) {
         if (leaf.head == kTextMark) {
             out += m_texts[leaf.tail];
         } else if (!rowNumbers.empty()) {
             const Formula& f = m_formulas[leaf.tail];
             out += f.formula->text(rowNumbers, f.live);
         }
-    }
+    });
     if (!cached) return out;
     const std::lock_guard lock(m_cacheMutex);
     if (m_cache.empty()) m_cache.resize(kCacheSlots);
@@ -214,17 +204,9 @@ QString ReasonTable::text(Id id, std::span<const uint8_t> rowNumbers) const {
 
 qsizetype ReasonTable::longestText(Id id) const {
     qsizetype length = 0;
-    std::vector<Id> pending{id};
-    while (!pending.empty()) {
-        Id at = pending.back();
-        pending.pop_back();
-        while (isJoined(at)) {
-            pending.push_back(m_entries[at].tail);
-            at = m_entries[at].head;
-        }
-        const Entry& leaf = m_entries[at];
+    forEachLeaf(id, [&](const Entry& leaf) {
         length += leaf.head == kTextMark ? m_texts[leaf.tail].size() : m_formulas[leaf.tail].formula->maxTextLength();
-    }
+    });
     return length;
 }
 

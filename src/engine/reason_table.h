@@ -91,6 +91,21 @@ private:
     void pushEntry(Entry e, bool dependsOnRow);
     // The length of the entry's text, or the longest it can be for a formula.
     qsizetype longestText(Id id) const;
+    // Calls fn(leaf) for the texts and formulas the entry joins, from left to right; a joining's
+    // tail waits on a stack while its head is walked.
+    template <typename Fn>
+    void forEachLeaf(Id id, Fn&& fn) const {
+        std::vector<Id> pending{id};
+        while (!pending.empty()) {
+            Id at = pending.back();
+            pending.pop_back();
+            while (isJoined(at)) {
+                pending.push_back(m_entries[at].tail);
+                at = m_entries[at].head;
+            }
+            fn(m_entries[at]);
+        }
+    }
 
     struct Formula {
         std::shared_ptr<const RowFormula> formula;

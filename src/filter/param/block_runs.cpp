@@ -50,6 +50,11 @@ uint32_t BlockRuns::find(uint64_t b, uint64_t n, const uint8_t* marks) {
     return runs;
 }
 
+uint32_t BlockRuns::everyRow(uint64_t n) {
+    for (uint32_t i = 0; i <= n; ++i) m_start[i] = static_cast<uint16_t>(i);
+    return static_cast<uint32_t>(n);
+}
+
 void BlockRuns::gatherNumbers(uint64_t b, uint32_t m, CandidateTable& heads) const {
     for (int k : m_columns) {
         const uint8_t* from = m_table.numberColumn(k).data() + b;

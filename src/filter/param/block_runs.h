@@ -33,6 +33,8 @@ public:
     // the first row of run j (block-relative), starts()[m] is n.
     uint32_t find(uint64_t b, uint64_t n, const uint8_t* marks);
     const uint16_t* starts() const { return m_start.data(); }
+    // Every row of [b, b + n) a run of its own; returns n.
+    uint32_t everyRow(uint64_t n);
     // The numbers of the first row of each run into rows 0..m-1 of `heads`.
     void gatherNumbers(uint64_t b, uint32_t m, CandidateTable& heads) const;
     // Whether runs pay in this block: false while the last look found them short, but for one

@@ -379,12 +379,6 @@ void resolvePending(CandidateTable& table, StepReasons& reasons, const std::vect
     });
 }
 
-// Whether a step's value is a function of the row's numbers (and its live flag), so that a
-// formula can make its text again: not where canshu keeps the old value of some rows.
-bool valueFromNumbers(const FilterStep& step) {
-    return step.valueColumn >= 0 || (step.compute.writesCanshu() && !step.compute.checkOverflow);
-}
-
 // One statement over every row: the step's computation, then the live rows it catches die
 // with the reason of their value, on all cores. A step with one text, or whose texts `formula`
 // makes, knows its id before the run: the text's id, or the next one.
@@ -434,7 +428,7 @@ SingleResult runSingle(CandidateTable& table, ParamId id, const ParamWindowState
     for (size_t i = 0; i < steps.size(); ++i) {
         // The rows a step kills share one formula's entry in place of an entry per value.
         std::shared_ptr<const RowFormula> formula;
-        if (!steps[i].constantText && valueFromNumbers(steps[i]))
+        if (!steps[i].constantText && steps[i].valueFromNumbers())
             formula = ParamReasonFormula::singleStep(table.kind(), state, ctx, id, state.keep, static_cast<int>(i));
         result.killed += runStep(table, steps[i], formula);
     }

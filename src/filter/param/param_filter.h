@@ -88,6 +88,11 @@ struct FilterStep {
         for (size_t i = 0; i < n; ++i) out[i] = h[v[i]];
     }
     QString reason(int16_t v) const { return constantText ? prefix : prefix + QString::number(v) + suffix; }
+    // Whether the value is a function of the row's numbers (and its live flag), which a formula
+    // can compute again: not where canshu keeps the old value of some rows.
+    bool valueFromNumbers() const {
+        return valueColumn >= 0 || (compute.writesCanshu() && !compute.checkOverflow);
+    }
 };
 
 namespace param_filter {

@@ -56,8 +56,7 @@ struct StepInputs {
         for (const FilterStep& s : steps) {
             columns |= param_kernels::columnsRead(s.compute);
             if (s.valueColumn >= 0) columns |= 1u << (s.valueColumn + 1);
-            if (s.valueColumn < 0 && (!s.compute.writesCanshu() || s.compute.checkOverflow))
-                numbersOnly = false;
+            if (!s.valueFromNumbers()) numbersOnly = false;
             if (s.compute.writesCanshu()) writesCanshu = true;
         }
     }
@@ -155,33 +154,24 @@ private:
     // The runs of the block, which also agree in their live flags and old reasons; returns their
     // count. Where a value may depend on more than the numbers, every row is a run of its own.
     uint32_t findRuns(uint64_t b, uint64_t n) {
-        if (!m_inputs.numbersOnly) {
-            for (uint32_t i = 0; i <= n; ++i) m_start[i] = static_cast<uint16_t>(i);
-            return static_cast<uint32_t>(n);
-        }
+        if (!m_inputs.numbersOnly) return m_runs.everyRow(n);
         const ReasonTable::Id* old = m_rowReasons.data() + b;
         for (uint64_t i = 1; i < n; ++i)
             m_marks[i] = static_cast<uint8_t>((m_live[i] ^ m_live[i - 1]) | (old[i] != old[i - 1]));
-        const uint32_t runs = m_runs.find(b, n, m_marks.data());
-        std::copy_n(m_runs.starts(), runs + 1, m_start.begin());
-        return runs;
+        return m_runs.find(b, n, m_marks.data());
     }
 
     // The first rows of the runs into the small table: their numbers, live flags, old reasons,
     // and where a step may read it unwritten, their canshu.
     void gather(uint64_t b, uint64_t n, uint32_t m) {
-        if (m_inputs.numbersOnly)
-            m_runs.gatherNumbers(b, m, m_heads);
-        else
-            for (int k = 1; k <= m_table.numberCount(); ++k)
-                std::copy_n(m_table.numberColumn(k).data() + b, m, m_heads.numberColumn(k).data());
+        m_runs.gatherNumbers(b, m, m_heads);
         auto un = m_heads.filteredOut().words();
         std::fill(un.begin(), un.end(), BitVector::Word{0});
         for (uint32_t j = 0; j < m; ++j) {
-            m_headLive[j] = m_live[m_start[j]];
+            m_headLive[j] = m_live[m_runs.starts()[j]];
             un[j / BitVector::kWordBits] |= BitVector::Word{m_headLive[j] ^ 1u} << (j % BitVector::kWordBits);
         }
-        for (uint32_t j = 0; j < m; ++j) m_headOld[j] = m_rowReasons[b + m_start[j]];
+        for (uint32_t j = 0; j < m; ++j) m_headOld[j] = m_rowReasons[b + m_runs.starts()[j]];
         if (!m_inputs.numbersOnly) std::copy_n(m_paramValues.data() + b, n, m_runValues.data());
         m_source = &m_heads;
         m_sourceBegin = 0;
@@ -225,19 +215,8 @@ private:
             countCaught(s, v, alive, m);
             return;
         }
-        if (s.test == FilterStep::Test::Range) {
-            const int32_t lo = s.lo, hi = s.hi;
-            const uint32_t outside = s.keep ? 1u : 0u;
-            for (uint32_t i = 0; i < m; ++i)
-                m_mask[i] |=
-                    (((static_cast<uint32_t>(v[i] >= lo) & static_cast<uint32_t>(v[i] <= hi)) ^ outside) &
-                     alive[i])
-                    << t;
-        } else {
-            s.hitBlock(v, m, m_hit.data());
-            for (uint32_t i = 0; i < m; ++i)
-                m_mask[i] |= uint32_t{static_cast<uint8_t>(m_hit[i] & alive[i])} << t;
-        }
+        s.hitBlock(v, m, m_hit.data());
+        for (uint32_t i = 0; i < m; ++i) m_mask[i] |= uint32_t{static_cast<uint8_t>(m_hit[i] & alive[i])} << t;
     }
 
     // The direct form's computation of step t on rows [b, b + n), in place. A sum over front and
@@ -355,10 +334,10 @@ private:
         std::array<BitVector::Word, kBlock / BitVector::kWordBits> caught{};
         if (m_inputs.numbersOnly && m_inputs.writesCanshu)
             for (uint32_t j = 0; j < m; ++j)
-                std::fill(m_paramValues.begin() + static_cast<ptrdiff_t>(b + m_start[j]),
-                          m_paramValues.begin() + static_cast<ptrdiff_t>(b + m_start[j + 1]), m_runValues[j]);
+                std::fill(m_paramValues.begin() + static_cast<ptrdiff_t>(b + m_runs.starts()[j]),
+                          m_paramValues.begin() + static_cast<ptrdiff_t>(b + m_runs.starts()[j + 1]), m_runValues[j]);
         for (uint32_t j = 0; j < m; ++j) {
-            const uint32_t from = m_start[j], to = m_start[j + 1];
+            const uint32_t from = m_runs.starts()[j], to = m_runs.starts()[j + 1];
             const uint8_t failures = m_formulaMode ? m_caughtCount[j] : static_cast<uint8_t>(std::popcount(m_mask[j]));
             if (m_formulaMode)
                 std::fill(m_failCount.begin() + static_cast<ptrdiff_t>(b + from),
@@ -391,7 +370,6 @@ private:
     std::vector<int16_t> m_vals;
     std::array<int16_t, kBlock> m_runValues{};
     std::array<uint32_t, kBlock> m_mask, m_differs, m_keyOf, m_headOld;
-    std::array<uint16_t, kBlock + 1> m_start;
     std::array<uint8_t, kBlock> m_live, m_headLive, m_hit, m_all, m_repeat, m_marks, m_caughtCount;
     uint32_t m_lastId = 0;
     // Where the steps of a block read its runs: the small table of their first rows, or the
