@@ -69,9 +69,12 @@ struct CompiledCompute {
     // The kernel is arithmetic on vector lanes: cheaper per row than finding the runs of equal
     // rows that a computation by table look-ups is spared.
     bool onLanes = false;
-    // canshu is the sum (modulo 2^16) of a term per visited column: the computation over some of
-    // the columns and the one over the others add up to it.
-    bool sumOfColumns = false;
+    // Computes the rows of a block that come in runs of equal front numbers (run j is rows
+    // b + starts[j] up to b + starts[j + 1]): the front columns' part of the value once per run,
+    // the back columns row by row. Null where the value is no fold of a term per column.
+    using FrontRunKernel = void (*)(const CompiledCompute& c, const CandidateTable& t, int16_t* out,
+                                    uint64_t b, const uint16_t* starts, uint32_t runs);
+    FrontRunKernel byFrontRuns = nullptr;
 
     bool writesCanshu() const { return kernel != nullptr; }
     bool readsFigure() const { return figureColumn >= 0; }
@@ -89,16 +92,6 @@ void computeRows(const CompiledCompute& c, const CandidateTable& t, std::span<in
 
 // The number columns the computation reads: bit k for column k (fig1 = 1).
 uint32_t columnsRead(const CompiledCompute& c);
-
-// A sum of columns restricted to the visited columns whose 0-based index `keep` accepts.
-template <typename Keep>
-CompiledCompute sumOver(const CompiledCompute& c, Keep&& keep) {
-    CompiledCompute part = c;
-    part.positions.clear();
-    for (int col : c.positions)
-        if (keep(col)) part.positions.push_back(col);
-    return part;
-}
 
 // Runs it on every row, on all cores.
 void computeAll(const CompiledCompute& c, CandidateTable& t);

@@ -102,6 +102,13 @@ struct OrFold {
     static Acc init() { return 0; }
     static Acc add(Acc a, int16_t v) { return a | static_cast<uint16_t>(v); }
 };
+struct RangeFold {
+    struct Acc {
+        int16_t greatest, least;
+    };
+    static Acc init() { return {0, 99}; }
+    static Acc add(Acc a, int16_t v) { return {std::max(a.greatest, v), std::min(a.least, v)}; }
+};
 // Row by row over the tables of the visited positions, their count known at compile time so
 // that the row's value stays in a register.
 template <int N, typename Fold, typename Emit>
@@ -121,6 +128,51 @@ void tableRowsN(const CompiledCompute& c, const CandidateTable& t, uint64_t begi
         for (int k = 0; k < N; ++k)
             acc = Fold::add(acc, tab[static_cast<size_t>(k)][f[static_cast<size_t>(k)][r]]);
         write(r, acc);
+    }
+}
+
+// The same for a block whose rows come in runs of equal front numbers: the front positions are
+// folded once per run, from its first row, and each row of the run folds its back positions
+// (NBack of them) onto that. The folds are indifferent to order, so the value is the same.
+template <int NBack, typename Fold, typename Emit>
+void tableRowsByFrontN(const CompiledCompute& c, const CandidateTable& t, uint64_t b, const uint16_t* starts,
+                       uint32_t runs, Emit&& write) {
+    std::array<const uint8_t*, 7> frontFig{}, backFig{};
+    std::array<const int16_t*, 7> frontTab{}, backTab{};
+    size_t fronts = 0, backs = 0;
+    for (int col : c.positions) {
+        const bool front = col < kFrontCols;
+        size_t& k = front ? fronts : backs;
+        (front ? frontFig : backFig)[k] = t.numberColumn(col + 1).data();
+        (front ? frontTab : backTab)[k] = c.table[static_cast<size_t>(col)].data();
+        ++k;
+    }
+    for (uint32_t j = 0; j < runs; ++j) {
+        const uint64_t first = b + starts[j], last = b + starts[j + 1];
+        typename Fold::Acc front = Fold::init();
+        for (size_t k = 0; k < fronts; ++k) front = Fold::add(front, frontTab[k][frontFig[k][first]]);
+        for (uint64_t r = first; r < last; ++r) {
+            typename Fold::Acc acc = front;
+#pragma GCC unroll 2
+            for (size_t k = 0; k < NBack; ++k) acc = Fold::add(acc, backTab[k][backFig[k][r]]);
+            write(r, acc);
+        }
+    }
+}
+
+template <typename Fold, typename Emit>
+void tableRowsByFront(const CompiledCompute& c, const CandidateTable& t, uint64_t b, const uint16_t* starts,
+                      uint32_t runs, Emit&& write) {
+    switch (std::ranges::count_if(c.positions, [](int col) { return col >= kFrontCols; })) {
+        case 0:
+            tableRowsByFrontN<0, Fold>(c, t, b, starts, runs, write);
+            return;
+        case 1:
+            tableRowsByFrontN<1, Fold>(c, t, b, starts, runs, write);
+            return;
+        default:
+            tableRowsByFrontN<2, Fold>(c, t, b, starts, runs, write);
+            return;
     }
 }
 
@@ -162,6 +214,11 @@ struct TableSum {
         tableRows<SumFold>(c, t, begin, end,
                            [out](uint64_t r, int32_t v) { out[r] = static_cast<int16_t>(v); });
     }
+    static void byFrontRuns(const CompiledCompute& c, const CandidateTable& t, int16_t* out, uint64_t b,
+                            const uint16_t* starts, uint32_t runs) {
+        tableRowsByFront<SumFold>(c, t, b, starts, runs,
+                                  [out](uint64_t r, int32_t v) { out[r] = static_cast<int16_t>(v); });
+    }
     // Rows whose sum leaves the column keep their canshu.
     static void checkedRows(const CompiledCompute& c, const CandidateTable& t, int16_t* out, uint64_t begin,
                             uint64_t end) {
@@ -183,7 +240,7 @@ struct LastDrawCount {
             CompiledCompute c = overTicked(a, a.in.ticks);
             fillTables(c, [&](int f, int) { return member(f); });
             c.kernel = &TableSum::rows;
-            c.sumOfColumns = true;
+            c.byFrontRuns = &TableSum::byFrontRuns;
             return c;
         }
         std::array<bool, 7> ticks = a.in.ticks;
@@ -191,7 +248,7 @@ struct LastDrawCount {
         CompiledCompute c = overTicked(a, ticks);
         fillTables(c, [&](int f, int col) { return col == 5 ? 2 * member(f) : member(f); });
         c.kernel = &TableSum::rows;
-        c.sumOfColumns = true;
+        c.byFrontRuns = &TableSum::byFrontRuns;
         return c;
     }
 };
@@ -208,26 +265,34 @@ struct OmissionSum {
         }
         c.checkOverflow = most > std::numeric_limits<int16_t>::max();
         c.kernel = c.checkOverflow ? &TableSum::checkedRows : &TableSum::rows;
-        c.sumOfColumns = !c.checkOverflow;
+        if (!c.checkOverflow) c.byFrontRuns = &TableSum::byFrontRuns;
         return c;
     }
 };
 
 // 同尾个数: the constant of the scope less the number of distinct last digits.
 struct SameTail {
+    // Writes the constant less the count of distinct last digits.
+    static auto writeValue(const CompiledCompute& c, int16_t* out) {
+        return [out, k = c.constant](uint64_t r, uint32_t flags) {
+            out[r] = static_cast<int16_t>(k - popcount32(flags));
+        };
+    }
     static CompiledCompute compile(const CompileArgs& a) {
         CompiledCompute c = overTicked(a, a.in.ticks);
         c.constant = a.scope == ZoneScope::Front ? 5 : a.scope == ZoneScope::Back ? 2 : 7;
         fillTables(c, [](int f, int) { return 1 << (f % 10); });
         c.kernel = &rows;
+        c.byFrontRuns = &byFrontRuns;
         return c;
     }
     static void rows(const CompiledCompute& c, const CandidateTable& t, int16_t* out, uint64_t begin,
                      uint64_t end) {
-        const int k = c.constant;
-        tableRows<OrFold>(c, t, begin, end, [out, k](uint64_t r, uint32_t flags) {
-            out[r] = static_cast<int16_t>(k - popcount32(flags));
-        });
+        tableRows<OrFold>(c, t, begin, end, writeValue(c, out));
+    }
+    static void byFrontRuns(const CompiledCompute& c, const CandidateTable& t, int16_t* out, uint64_t b,
+                            const uint16_t* starts, uint32_t runs) {
+        tableRowsByFront<OrFold>(c, t, b, starts, runs, writeValue(c, out));
     }
 };
 
@@ -237,8 +302,16 @@ struct OmissionRange {
         CompiledCompute c = overTicked(a, a.in.ticks);
         fillTables(c, [&](int f, int col) { return omissionOf(a.ctx, f, col); });
         c.kernel = &rows;
+        c.byFrontRuns = &byFrontRuns;
         return c;
     }
+    static void byFrontRuns(const CompiledCompute& c, const CandidateTable& t, int16_t* out, uint64_t b,
+                            const uint16_t* starts, uint32_t runs) {
+        tableRowsByFront<RangeFold>(c, t, b, starts, runs, [out](uint64_t r, RangeFold::Acc a) {
+            out[r] = static_cast<int16_t>(a.greatest - a.least);
+        });
+    }
+    // Column by column, on vector lanes: cheaper than the fold row by row.
     static void rows(const CompiledCompute& c, const CandidateTable& t, int16_t* out, uint64_t begin,
                      uint64_t end) {
         alignas(64) std::array<int16_t, kBlock> greatest, least;

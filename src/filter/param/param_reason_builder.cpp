@@ -97,20 +97,9 @@ public:
           m_vals(steps.size() * kBlock),
           m_runs(table, inputs.columns),
           m_canRunDirect(inputs.numbersOnly),
-          m_splits(steps.size()),
-          m_frontRuns(table, kFrontColumns),
-          m_fronts(table.kind(), kBlock) {
+          m_frontRuns(table, kFrontColumns) {
         m_all.fill(1);
-        for (size_t t = 0; t < steps.size(); ++t) {
-            const CompiledCompute& c = steps[t].compute;
-            const auto front = [](int col) { return col < 5; };
-            const auto back = [](int col) { return col >= 5; };
-            if (!c.sumOfColumns || table.kind() == CandidateTable::Kind::SixNumbers ||
-                std::ranges::none_of(c.positions, front) || std::ranges::none_of(c.positions, back))
-                continue;
-            m_splits[t].front = param_kernels::sumOver(c, front);
-            m_splits[t].back = param_kernels::sumOver(c, back);
-        }
+        for (const FilterStep& s : steps) m_byFrontRuns.push_back(computesByFrontRuns(s.compute));
     }
 
     // False when the run was cancelled.
@@ -219,22 +208,21 @@ private:
         for (uint32_t i = 0; i < m; ++i) m_mask[i] |= uint32_t{static_cast<uint8_t>(m_hit[i] & alive[i])} << t;
     }
 
-    // The direct form's computation of step t on rows [b, b + n), in place. A sum over front and
-    // back columns adds its front part, computed once per run of equal fronts (the rows come
-    // sorted by front), to its back part, computed row by row.
+    // Whether a step folds a term of front and of back columns: in the direct form its front
+    // part is then computed once per run of equal fronts (the rows come sorted by front).
+    bool computesByFrontRuns(const CompiledCompute& c) const {
+        const auto front = [](int col) { return col < 5; };
+        return c.byFrontRuns && m_table.kind() != CandidateTable::Kind::SixNumbers &&
+               std::ranges::any_of(c.positions, front) && !std::ranges::all_of(c.positions, front);
+    }
+
+    // The direct form's computation of step t on rows [b, b + n), in place.
     void computeRows(size_t t, uint64_t b, uint64_t n) {
         const CompiledCompute& c = m_steps[t].compute;
-        const Split& split = m_splits[t];
-        if (!split.front || !frontRunsFound(b, n)) {
+        if (m_byFrontRuns[t] && frontRunsFound(b, n))
+            c.byFrontRuns(c, m_table, m_paramValues.data(), b, m_frontRuns.starts(), m_frontCount);
+        else
             param_kernels::computeRows(c, m_table, m_paramValues, b, b + n);
-            return;
-        }
-        param_kernels::computeRows(*split.back, m_table, m_paramValues, b, b + n);
-        param_kernels::computeRows(*split.front, m_fronts, m_frontValues, 0, m_frontCount);
-        const uint16_t* start = m_frontRuns.starts();
-        for (uint32_t j = 0; j < m_frontCount; ++j)
-            for (uint32_t i = start[j]; i < start[j + 1]; ++i)
-                m_paramValues[b + i] = static_cast<int16_t>(m_paramValues[b + i] + m_frontValues[j]);
     }
 
     // The runs of equal fronts of the block, found once per block; false where they are short.
@@ -242,7 +230,6 @@ private:
         if (m_frontBlock != b) {
             m_frontBlock = b;
             m_frontCount = m_frontRuns.find(b, n, nullptr);
-            if (m_frontCount * 2 <= n) m_frontRuns.gatherNumbers(b, m_frontCount, m_fronts);
         }
         return m_frontCount * 2 <= n;
     }
@@ -376,15 +363,10 @@ private:
     // table itself from row m_sourceBegin on; and the computed values, live flags, old reasons.
     BlockRuns m_runs;
     const bool m_canRunDirect;
-    // The parts of the sums over front and back columns, by step (none for the others), and the
-    // runs of equal fronts of the block the direct form is at.
-    struct Split {
-        std::optional<CompiledCompute> front, back;
-    };
-    std::vector<Split> m_splits;
+    // By step, whether it computes by runs of equal fronts; the runs of the block the direct
+    // form is at.
+    std::vector<bool> m_byFrontRuns;
     BlockRuns m_frontRuns;
-    CandidateTable m_fronts;
-    std::array<int16_t, kBlock> m_frontValues{};
     uint64_t m_frontBlock = UINT64_MAX;
     uint32_t m_frontCount = 0;
     const CandidateTable* m_source = nullptr;
