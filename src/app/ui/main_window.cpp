@@ -222,7 +222,7 @@ void MainWindow::connectPlayModeMenus() {
         for (const auto& [k, item] : m.family) {
             const Zone z = m.zone;
             const bool bankerMenu = m.bankerMenu;
-            connect(item, &QAction::triggered, this, [this, z, k, bankerMenu] {
+            connect(item, &QAction::triggered, this, [this, z, k = k, bankerMenu] {
                 if (bankerMenu)
                     m_board->chooseBankerEntry(z, k);
                 else

@@ -79,7 +79,7 @@ void acRowsBytes(const std::array<const uint8_t*, 7>& cols, int16_t* out, uint64
     constexpr int kPairs = N * (N - 1) / 2;
     constexpr int kStored = kAcStored<N>;
     std::array<const uint8_t*, 7> in = cols;
-    for (auto& p : in) p += begin;
+    for (int k = 0; k < N; ++k) in[static_cast<size_t>(k)] += begin;
     int16_t* o = out + begin;
     const uint64_t n = end - begin;
     for (uint64_t i = 0; i < n; ++i) {
