@@ -8,6 +8,7 @@
 
 #include <QDate>
 #include <QDir>
+#include <QScopeGuard>
 #include <QEventLoop>
 #include <QFile>
 #include <QNetworkAccessManager>
@@ -160,6 +161,8 @@ HistoryActionResult HistoryDownload::downloadDatabase(const HistoryProgress* pro
     const std::optional<QByteArray> bytes = get(endpoint(kDbPath));
     if (!bytes) return failed();
     const QString file = QDir(m_session.paths().folder()).filePath(downloadedDbName());
+    // The fetched file is read once, whatever comes of it: none is left in the workspace.
+    const auto removeFetched = qScopeGuard([&file] { QFile::remove(file); });
     if (!writeBytes(file, *bytes)) return failed();
 
     std::optional<std::vector<std::pair<int, DrawNumbers>>> draws;
@@ -189,7 +192,6 @@ HistoryActionResult HistoryDownload::downloadDatabase(const HistoryProgress* pro
     if (!replaceReducedFig(filterDb, *draws)) return failed();
     if (!historyTx.commit()) return failed();
     filterTx.commit();
-    QFile::remove(file);
 
     // The main window's initialisation and load, then the history text.
     m_session.loadStatistics();

@@ -1,8 +1,10 @@
 // Each reader of outside data meets the same bad files: what a player may hand it (a BOM, CR LF
 // line ends) is read as the plain file; everything else is refused with a message naming the
 // file, exit 1, and not one byte of the data root changed.
+#include "history/history_texts.h"
 #include "stores/bad_input.h"
 #include "stores/store_state.h"
+#include "support/tiny_http_server.h"
 #include "workspace/sqlite_db.h"
 
 #include <QDir>
@@ -55,6 +57,24 @@ protected:
 };
 
 bool acceptedText(Kind k) { return k == Kind::Utf8Bom || k == Kind::Crlf; }
+
+// A history database as the download service sends it: a fig table with the issue and the
+// seven numbers of each draw.
+QByteArray serviceDatabase(const QString& path) {
+    {
+        SqliteDb db;
+        EXPECT_TRUE(db.open(path, true));
+        EXPECT_TRUE(db.exec(QStringLiteral("CREATE TABLE fig(Idx integer, fig0 integer, fig1 integer, "
+                                           "fig2 integer, fig3 integer, fig4 integer, fig5 integer, "
+                                           "fig6 integer, fig7 integer)")));
+        EXPECT_TRUE(db.exec(QStringLiteral("INSERT INTO fig VALUES (1,2008001,1,2,3,4,5,1,2),"
+                                           "(2,2008002,6,7,8,9,10,3,4)")));
+    }
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+const QString kServicePath = QStringLiteral("/download/lshm/中国体彩大乐透.mdb");
 
 }  // namespace
 
@@ -131,6 +151,40 @@ TEST_F(BadFiles, WorkspaceDatabases) {
             expectRefused({"candidates", "count"}, file);
             expectRefused({"history", "add", "3", "9", "16", "24", "31", "2", "7"}, file);
         }
+    }
+}
+
+// The database the history download fetches, in every bad form: the download's failure
+// message, exit 1, and nothing of the data root changed (the fetched file not left behind).
+// Bytes after the database's end (a text form's long line) leave it the same database.
+TEST_F(BadFiles, DownloadedHistoryDatabase) {
+    const QString served = QDir(m_run.path()).filePath(QStringLiteral("served.db"));
+    const QByteArray valid = serviceDatabase(served);
+    {
+        // The good database replaces the history: the server and the command do their part.
+        fresh();
+        const TinyHttpServerThread server({{kServicePath, valid}});
+        EXPECT_EQ(run({"history", "download-db", "--host", server.host()}), QStringLiteral("2\n"));
+        EXPECT_TRUE(run({"history", "show", "--table", "figquan"}).contains(QStringLiteral("2008002")));
+    }
+    for (Kind k : bad_input::kAll) {
+        SCOPED_TRACE(bad_input::name(k));
+        QFile::remove(served);
+        serviceDatabase(served);
+        bad_input::write(k, served, valid);
+        const QByteArray bytes = contentOf(served);
+        fresh();
+        const TinyHttpServerThread server({{kServicePath, bytes}});
+        // Bytes after a database's last page are no part of it: the same database.
+        if (bytes.startsWith(valid)) {
+            EXPECT_EQ(run({"history", "download-db", "--host", server.host()}), QStringLiteral("2\n"));
+            continue;
+        }
+        const auto before = bad_input::digest(home());
+        const bad_input::Run r = bad_input::runCli(home(), {"history", "download-db", "--host", server.host()});
+        EXPECT_EQ(r.exitCode, 1) << qPrintable(r.err);
+        EXPECT_TRUE(r.err.contains(history_texts::kDownloadFailed)) << qPrintable(r.err);
+        EXPECT_TRUE(bad_input::digest(home()) == before) << "the data root changed";
     }
 }
 
