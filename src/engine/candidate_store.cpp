@@ -2,6 +2,7 @@
 
 #include "engine/relational_record.h"
 #include "engine/row_loader.h"
+#include "workspace/saved_file.h"
 #include "workspace/sqlite_db.h"
 
 #include <sqlite3.h>
@@ -39,7 +40,7 @@ QString keepAside(const QString& path) {
     }
     QSaveFile aside(path + QStringLiteral(".damaged-") +
                     QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss")));
-    if (!aside.open(QIODevice::WriteOnly) || aside.write(bytes) != bytes.size() || !aside.commit()) return {};
+    if (!aside.open(QIODevice::WriteOnly) || aside.write(bytes) != bytes.size() || !saved_file::commit(aside)) return {};
     return aside.fileName();
 }
 

@@ -4,6 +4,7 @@
 #include "history/history_texts.h"
 #include "history/history_writer.h"
 #include "workspace/prompter.h"
+#include "workspace/saved_file.h"
 #include "workspace/session.h"
 
 #include <QDate>
@@ -31,7 +32,7 @@ constexpr int kHttpOk = 200;
 bool writeBytes(const QString& path, const QByteArray& bytes) {
     QSaveFile f(path);
     if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate)) return false;
-    return f.write(bytes) == bytes.size() && f.commit();
+    return f.write(bytes) == bytes.size() && saved_file::commit(f);
 }
 
 // The draws of the downloaded database's fig, in row order; empty when it has none or one

@@ -1,5 +1,7 @@
 #include "history/history_text.h"
 
+#include "workspace/saved_file.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QSaveFile>
@@ -137,7 +139,7 @@ bool writeFile(const QString& path, const DrawHistory& history) {
         text += "\r\n";
     }
     file.write(text);
-    return file.commit();
+    return saved_file::commit(file);
 }
 
 }  // namespace history_text

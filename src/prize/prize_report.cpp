@@ -1,6 +1,7 @@
 #include "prize/prize_report.h"
 
 #include "prize/prize_view.h"
+#include "workspace/saved_file.h"
 
 #include <QDir>
 #include <QSaveFile>
@@ -116,15 +117,15 @@ WriteResult write(const QString& workspaceFolder, const PrizeView& view, const Q
     r.path = QDir(folder.filePath(kFolder)).filePath(fileName(when));
     QSaveFile file(r.path);
     if (!file.open(QIODevice::WriteOnly)) {
-        r.error = file.errorString();
+        r.error = QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(r.path), file.errorString());
         return r;
     }
     emitLines(view, when, [&](const QString& line) {
         file.write(line.toUtf8());
         file.write("\n");
     });
-    r.ok = file.commit();
-    if (!r.ok) r.error = file.errorString();
+    r.ok = saved_file::commit(file);
+    if (!r.ok) r.error = QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(r.path), file.errorString());
     return r;
 }
 

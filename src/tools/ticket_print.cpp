@@ -1,5 +1,7 @@
 #include "tools/ticket_print.h"
 
+#include "workspace/saved_file.h"
+
 #include <QSaveFile>
 
 namespace ticket_print {
@@ -60,7 +62,7 @@ QString fileText(const Document& d) {
 
 bool writeTextFile(const QString& path, const Document& d, QString* error) {
     QSaveFile f(path);
-    if (!f.open(QIODevice::WriteOnly) || f.write(fileText(d).toUtf8()) < 0 || !f.commit()) {
+    if (!f.open(QIODevice::WriteOnly) || f.write(fileText(d).toUtf8()) < 0 || !saved_file::commit(f)) {
         if (error) *error = f.errorString();
         return false;
     }

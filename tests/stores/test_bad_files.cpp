@@ -10,9 +10,12 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QProcess>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
+
+#include <unistd.h>
 
 using bad_input::Kind;
 using bad_input::Limit;
@@ -292,5 +295,68 @@ TEST_F(BadFiles, FullDisk) {
         SCOPED_TRACE(qPrintable(w.args.join(' ')));
         fresh();
         expectRefused(w.args, inHome(QString::fromUtf8(w.file)), Limit::FileSize);
+    }
+}
+
+namespace {
+
+// A small tmpfs mounted for the test where it may mount one (as root), unmounted at the end.
+class SmallDisk {
+public:
+    explicit SmallDisk(const QString& dir) : m_dir(dir) {
+        QDir().mkpath(dir);
+        m_mounted = geteuid() == 0 && QProcess::execute(QStringLiteral("mount"),
+                                                        {"-t", "tmpfs", "-o", "size=8m", "tmpfs", dir}) == 0;
+    }
+    ~SmallDisk() {
+        if (m_mounted) QProcess::execute(QStringLiteral("umount"), {QStringLiteral("-l"), m_dir});
+    }
+    bool mounted() const { return m_mounted; }
+
+    // Fills the disk with a file of its own (outside any data root) until `spare` bytes are left.
+    bool fill(qint64 spare) {
+        QFile filler(QDir(m_dir).filePath(QStringLiteral("filler")));
+        if (!filler.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered)) return false;
+        const QByteArray chunk(4096, '\0');
+        while (filler.write(chunk) == chunk.size()) {
+        }
+        return filler.resize(std::max<qint64>(0, filler.size() - spare));
+    }
+
+private:
+    QString m_dir;
+    bool m_mounted = false;
+};
+
+}  // namespace
+
+// A disk that is really full, with room for the lock file and no more: the writes of the small
+// files (settings, the report) are refused as a database's are, naming the file, and every file
+// is as it was (no settings file or report cut short).
+TEST_F(BadFiles, FullDiskSmallFiles) {
+    SmallDisk disk(m_run.filePath(QStringLiteral("disk")));
+    if (!disk.mounted()) GTEST_SKIP() << "no tmpfs can be mounted here (not root)";
+    const QString root = m_run.filePath(QStringLiteral("disk/home"));
+    const struct {
+        QStringList args;
+        const char* file;  // what the message names, relative to the data root
+    } writes[] = {
+        {{"rules", "set", "--front", "33"}, "settings/甲QY.ini"},
+        {{"prize", "rules", "set", "9", "--money", "78"}, "settings/甲QY.ini"},
+        {{"report", "write"}, "甲/duijiang"},
+        {{"workspace", "create", "丙"}, "settings/LUMENQYSQ.ini"},
+        {{"history", "add", "3", "9", "16", "24", "31", "2", "7"}, "甲/甲.db"},
+    };
+    for (const auto& w : writes) {
+        SCOPED_TRACE(qPrintable(w.args.join(' ')));
+        QDir(root).removeRecursively();
+        ASSERT_TRUE(store_state::copyTree(base(), root));
+        ASSERT_TRUE(disk.fill(4096));
+        const auto before = bad_input::digest(root);
+        const bad_input::Run r = bad_input::runCli(root, w.args);
+        EXPECT_EQ(r.exitCode, 1) << qPrintable(r.err);
+        EXPECT_TRUE(r.err.contains(QDir::toNativeSeparators(QDir(root).filePath(QString::fromUtf8(w.file)))))
+            << qPrintable(r.err);
+        EXPECT_TRUE(bad_input::digest(root) == before) << "the data root changed";
     }
 }

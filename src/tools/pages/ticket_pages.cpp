@@ -1,5 +1,7 @@
 #include "tools/pages/ticket_pages.h"
 
+#include "workspace/saved_file.h"
+
 #include <QAbstractTextDocumentLayout>
 #include <QFontDatabase>
 #include <QFontMetricsF>
@@ -59,7 +61,7 @@ bool writePdf(const ticket_print::Document& d, const QString& path, QString* err
         setUpPage(writer);
         print(d, writer);
     }
-    if (!file.commit()) {
+    if (!saved_file::commit(file)) {
         if (error) *error = file.errorString();
         return false;
     }
