@@ -58,6 +58,12 @@ int main(int argc, char** argv) {
     }
 
     Settings settings(root.settingsDir());
+    // A workspace list or fortune file that cannot be read would read as defaults and be saved
+    // over: the program stops before it reads them, and the player can mend or move the file.
+    if (const QString problem = settings.filesProblem(); !problem.isEmpty()) {
+        prompter.inform(Settings::kDamagedTitle, problem, Prompter::Icon::Critical);
+        return 1;
+    }
     WorkspaceList workspaces(settings, root);
     Session session(root, settings);
     std::unique_ptr<MainWindow> mainWindow;

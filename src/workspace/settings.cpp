@@ -114,6 +114,18 @@ QString Settings::fileProblem(const QString& file) {
     return {};
 }
 
+QString Settings::filesProblem(const QString& workspace) const {
+    // The list first: the workspace's own files are found through it.
+    QList<QString> apps{appName(SettingApp::Registry, {}), appName(SettingApp::Fortune, {})};
+    if (!workspace.isEmpty())
+        apps << appName(SettingApp::Workspace, workspace) << appName(SettingApp::Report, workspace);
+    for (const QString& app : apps) {
+        const QString problem = fileProblem(fileFor(app));
+        if (!problem.isEmpty()) return problem;
+    }
+    return {};
+}
+
 QString Settings::saveFailedText(const QString& file) {
     return QStringLiteral("设置无法保存，请检查该文件及其文件夹是否可写：") + QDir::toNativeSeparators(file);
 }

@@ -62,6 +62,9 @@ public:
     // a database, lines of neither form) was not written as settings, and reading it as
     // settings would show defaults and later overwrite it.
     static QString fileProblem(const QString& file);
+    // The first problem of the files a program reads before it writes any: the workspace list and
+    // the fortune settings, and with a workspace named its own settings and report files.
+    QString filesProblem(const QString& workspace = {}) const;
     static inline const QString kDamagedTitle = QStringLiteral("设置文件错误");
 
     // What the player reads when a write to `file` failed.

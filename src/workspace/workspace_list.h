@@ -73,6 +73,7 @@ public:
     bool hasPassword(int row) const { return !m_passwords.value(row).isEmpty(); }
     const QStringList& names() const { return m_names; }
     const DataRoot& root() const { return m_root; }
+    const Settings& settings() const { return m_settings; }
     // Ftopt clamped down to Usernum.
     int lastWorkspace() const;
     // The row whose name is that of workspace Ftopt, or -1.

@@ -6,6 +6,8 @@
 #include "workspace/ui/login_dialog.h"
 #include "workspace/workspace_lock.h"
 
+#include <QDir>
+#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -21,6 +23,7 @@ private slots:
     void enteringWithoutSelectionIsRefused();
     void loginBoxKeepsAskingUntilCancelled();
     void enteringAWorkspaceInUseIsRefused();
+    void aWorkspaceWhoseSettingsCannotBeReadIsNotEntered();
 };
 
 static void clickLabel(StartWindow& w, const char* name) {
@@ -137,6 +140,40 @@ void StartWindowTest::enteringAWorkspaceInUseIsRefused() {
         QCOMPARE(p.messages(), QStringList{WorkspaceLock::busyText(QStringLiteral("甲"))});
         p.clear();
     }
+    clickLabel(w, "Label3");
+    QCOMPARE(entered.count(), 1);
+    QVERIFY(p.messages().isEmpty());
+}
+
+// A settings file of the workspace that is no settings file: the message names it, the
+// workspace is not entered and the file keeps every byte; once mended, the workspace opens.
+void StartWindowTest::aWorkspaceWhoseSettingsCannotBeReadIsNotEntered() {
+    TempHome home;
+    WorkspaceList list(home.settings, home.root);
+    list.load();
+    list.create(QStringLiteral("甲"), {});
+    const QString file = home.settings.fileFor(Settings::appName(SettingApp::Workspace, QStringLiteral("甲")));
+    const QByteArray damaged("SQLite format 3\0\x10\x00binary", 24);
+    {
+        QFile f(file);
+        QVERIFY(f.open(QIODevice::WriteOnly));
+        f.write(damaged);
+    }
+    ScriptedPrompter p;
+    StartWindow w(list, p);
+    w.nameList()->setCurrentRow(0);
+    QSignalSpy entered(&w, &StartWindow::entered);
+    clickLabel(w, "Label3");
+    QCOMPARE(entered.count(), 0);
+    QCOMPARE(p.messages().size(), 1);
+    QVERIFY(p.messages().constFirst().contains(QDir::toNativeSeparators(file)));
+    {
+        QFile f(file);
+        QVERIFY(f.open(QIODevice::ReadOnly));
+        QCOMPARE(f.readAll(), damaged);
+    }
+    QVERIFY(QFile::remove(file));
+    p.clear();
     clickLabel(w, "Label3");
     QCOMPARE(entered.count(), 1);
     QVERIFY(p.messages().isEmpty());

@@ -57,15 +57,9 @@ Session* CliContext::session() {
 }
 
 bool CliContext::settingsReadable() {
-    const auto readable = [this](SettingApp app, const QString& name) {
-        const QString problem = Settings::fileProblem(settings.fileFor(Settings::appName(app, name)));
-        if (!problem.isEmpty()) fail(problem);
-        return problem.isEmpty();
-    };
-    // The list first: the workspace's own files are found through it.
-    if (!readable(SettingApp::Registry, {}) || !readable(SettingApp::Fortune, {})) return false;
-    const QString name = workspaceName();
-    return name.isEmpty() || (readable(SettingApp::Workspace, name) && readable(SettingApp::Report, name));
+    const QString problem = settings.filesProblem(workspaceName());
+    if (!problem.isEmpty()) fail(problem);
+    return problem.isEmpty();
 }
 
 void CliContext::reportMessages() {

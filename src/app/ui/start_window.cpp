@@ -1,6 +1,7 @@
 #include "app/ui/start_window.h"
 
 #include "workspace/prompter.h"
+#include "workspace/settings.h"
 #include "workspace/workspace_lock.h"
 
 #include <QEvent>
@@ -93,6 +94,12 @@ void StartWindow::newWorkspace() {
 void StartWindow::enterWorkspace() {
     auto w = m_list.enter(selectedRow(), m_prompter);
     if (!w) return;
+    // A settings file of the workspace that cannot be read is not read as defaults, nor saved over.
+    const QString problem = m_list.settings().filesProblem(w->name);
+    if (!problem.isEmpty()) {
+        m_prompter.inform(Settings::kDamagedTitle, problem, Prompter::Icon::Warning);
+        return;
+    }
     // The window is the workspace's one writer while the player stays in it.
     QString error;
     w->lock = WorkspaceLock::forWorkspace(m_list.root(), w->name, &error);
