@@ -6,6 +6,7 @@
 #include "app/ui/main_window.h"
 #include "history/history_import.h"
 #include "support/main_window_fixture.h"
+#include "workspace/ui/probability_bar.h"
 
 #include <QAction>
 #include <QFile>
@@ -41,7 +42,12 @@ struct Fixture : MainWindowFixture {
 
     TrendWindow* openBy(const char* button) {
         window->findChild<QPushButton*>(QString::fromLatin1(button))->click();
-        return window->trendWindows().isEmpty() ? nullptr : window->trendWindows().last().data();
+        if (window->trendWindows().isEmpty()) return nullptr;
+        TrendWindow* w = window->trendWindows().last().data();
+        // Laid out and scrolled before a test clicks into it.
+        if (!QTest::qWaitForWindowExposed(w)) return nullptr;
+        QTest::qWait(50);
+        return w;
     }
     template <typename T>
     static T* child(QWidget* w, const QString& name) {
@@ -61,6 +67,8 @@ void clickCell(QTableView* view, int row, int column, Qt::MouseButton button = Q
 void doubleClickCell(QTableView* view, int row, int column) {
     const QModelIndex i = cellOf(view, row, column);
     view->scrollTo(i);
+    // The view takes a double click on the cell it was pressed on: a click comes first.
+    QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, view->visualRect(i).center());
     QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, view->visualRect(i).center());
 }
 

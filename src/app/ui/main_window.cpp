@@ -76,7 +76,10 @@ MainWindow::MainWindow(Session& session, WorkspaceList& workspaces, Prompter& pr
     loadFromSession();
 }
 
-MainWindow::~MainWindow() = default;
+MainWindow::~MainWindow() {
+    // The analysis windows use the board and their list here: they go while both still exist.
+    for (const QPointer<TrendWindow>& w : QList<QPointer<TrendWindow>>(m_trendWindows)) delete w.data();
+}
 
 const MenuActions& MainWindow::menuActions() const { return m_menu->actions(); }
 
@@ -486,7 +489,9 @@ TrendWindow* MainWindow::openTrend(TrendMember member) {
     connect(w, &TrendWindow::boardChanged, this, &MainWindow::renderBoard);
     connect(this, &MainWindow::boardRendered, w, &TrendWindow::showPicks);
     m_trendWindows.append(w);
-    connect(w, &QObject::destroyed, this, [this] { m_trendWindows.removeAll(nullptr); });
+    connect(w, &QObject::destroyed, this, [this, w] {
+        m_trendWindows.removeIf([w](const QPointer<TrendWindow>& p) { return p.isNull() || p.data() == w; });
+    });
     w->show();
     return w;
 }
