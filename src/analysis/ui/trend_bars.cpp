@@ -25,9 +25,12 @@ TrendBars::TrendBars(Zone zone, int columns, QWidget* parent) : QGroupBox(parent
     const QString suffix = front ? QString() : QStringLiteral("H");
     const int items = front ? kFrontItems : kBackItems;
     const int rows = (items + columns - 1) / columns;
+    QFont small = font();
+    small.setPointSizeF(8.0);
+    setFont(small);
     auto* grid = new QGridLayout(this);
     grid->setContentsMargins(4, 2, 4, 2);
-    grid->setHorizontalSpacing(10);
+    grid->setHorizontalSpacing(8);
     grid->setVerticalSpacing(1);
     for (int n = 1; n <= items; ++n) {
         auto* row = new QWidget(this);
@@ -39,12 +42,12 @@ TrendBars::TrendBars(Zone zone, int columns, QWidget* parent) : QGroupBox(parent
         auto* value = new QLabel(row);
         value->setObjectName(QStringLiteral("Label6%1(%2)").arg(suffix).arg(n - 1));
         value->setToolTip(kValueTip);
-        value->setFixedWidth(48);
+        value->setFixedWidth(44);
         value->setCursor(Qt::PointingHandCursor);
         value->installEventFilter(this);
         auto* bar = new ProbabilityBar(kFullScale, row);
         bar->setObjectName(QStringLiteral("Picture2%1(%2)").arg(suffix).arg(n - 1));
-        bar->setMinimumWidth(50);
+        bar->setMinimumWidth(30);
         h->addWidget(caption);
         h->addWidget(value);
         h->addWidget(bar, 1);

@@ -13,18 +13,26 @@
 #include <QHeaderView>
 #include <QMenu>
 #include <QMenuBar>
+#include <QScreen>
+#include <QShowEvent>
 #include <QScrollBar>
 #include <QSplitter>
 #include <QTableView>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace {
 // Column 0 holds the issues and the heads of the summary rows; a number column two digits or a
 // count of a few hundred. The summary rows take two lines, so that their heads wrap.
-constexpr int kIssueColumnWidth = 84;
+constexpr int kIssueColumnWidth = 76;
+constexpr double kGridPointSize = 8.0;
 constexpr int kNumberColumnWidth = 24;
 constexpr int kRowHeight = 18;
-constexpr int kSummaryRowHeight = 34;
+constexpr int kSummaryRowHeight = 42;
+
+// The width that shows every column of a zone's grid with its scroll bar.
+int gridWidth(int numbers) { return kIssueColumnWidth + numbers * kNumberColumnWidth + 24; }
 }  // namespace
 
 const TrendWindow::Options& TrendWindow::Options::of(TrendMember member) {
@@ -54,20 +62,25 @@ TrendWindow::TrendWindow(TrendMember member, Session& session, NumberBoard& boar
     const bool both = m_options.front && m_options.back;
     if (m_options.front) {
         m_zones.push_back(std::make_unique<ZoneView>(ZoneView{Zone::Front, {}}));
-        splitter->addWidget(makeZone(*m_zones.back(), m_options.frontAppearanceHead, 5));
+        splitter->addWidget(makeZone(*m_zones.back(), m_options.frontAppearanceHead, 6));
     }
     if (m_options.back) {
         m_zones.push_back(std::make_unique<ZoneView>(ZoneView{Zone::Back, {}}));
-        splitter->addWidget(makeZone(*m_zones.back(), TrendGrid::kAppearanceHead, both ? 2 : 4));
+        splitter->addWidget(makeZone(*m_zones.back(), TrendGrid::kAppearanceHead, 4));
     }
-    // The front grid has three times the back's columns.
+    // Each grid as wide as its columns, the front taking what a resize adds.
     if (both) {
-        splitter->setStretchFactor(0, 3);
-        splitter->setStretchFactor(1, 1);
+        splitter->setStretchFactor(0, 1);
+        splitter->setStretchFactor(1, 0);
+        m_splitter = splitter;
     }
     setCentralWidget(splitter);
     showPicks();
-    resize(both ? 1340 : m_options.front ? 1000 : 760, 700);
+    const int width = both ? gridWidth(m_session.frontSize()) + gridWidth(m_session.backSize())
+                           : gridWidth(m_options.front ? m_session.frontSize() : m_session.backSize());
+    // As wide as the grids, within the screen.
+    const QRect screen = this->screen()->availableGeometry();
+    resize(std::clamp(width + 16, 560, screen.width()), std::min(700, screen.height() - 40));
 }
 
 TrendWindow::~TrendWindow() = default;
@@ -96,18 +109,25 @@ QTableView* TrendWindow::makeView(ZoneView& z) {
     z.view = view;
     view->setObjectName(z.zone == Zone::Front ? QStringLiteral("MSFlexGrid1") : QStringLiteral("MSFlexGrid2"));
     view->setModel(z.model);
+    QFont font = view->font();
+    font.setPointSizeF(kGridPointSize);
+    view->setFont(font);
+    view->horizontalHeader()->setFont(font);
     view->verticalHeader()->hide();
     view->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     view->verticalHeader()->setDefaultSectionSize(kRowHeight);
     for (int row = z.model->omissionRow(); row < z.model->rowCount(); ++row)
         view->verticalHeader()->resizeSection(row, kSummaryRowHeight);
+    // The least width first: the style's least width would otherwise hold the columns wider.
+    view->horizontalHeader()->setMinimumSectionSize(kNumberColumnWidth);
     view->horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     view->horizontalHeader()->setDefaultSectionSize(kNumberColumnWidth);
-    view->horizontalHeader()->setMinimumSectionSize(kNumberColumnWidth);
     view->setColumnWidth(0, kIssueColumnWidth);
     view->setSelectionMode(QAbstractItemView::NoSelection);
     view->setEditTriggers(QAbstractItemView::NoEditTriggers);
     view->setWordWrap(true);
+    // A count of three digits fills its narrow cell to the border rather than turning into "…".
+    view->setTextElideMode(Qt::ElideNone);
     view->setMinimumWidth(kIssueColumnWidth + 6 * kNumberColumnWidth);
     view->viewport()->installEventFilter(this);
     const Zone zone = z.zone;
@@ -205,6 +225,17 @@ void TrendWindow::searchOmissions(ZoneView& z) {
     const auto issue = trend_search::askIssue(m_prompter, z.grid->drawCount(),
                                               [&z](int32_t i) { return z.grid->showOmissionsOf(i); });
     if (issue) z.model->omissionsChanged();
+}
+
+void TrendWindow::showEvent(QShowEvent* event) {
+    QMainWindow::showEvent(event);
+    // Once the window has its size, each grid gets the width of its columns; the front grid
+    // takes the rest.
+    if (m_splitter && !event->spontaneous()) {
+        const int back = gridWidth(m_session.backSize());
+        m_splitter->setSizes({std::max(m_splitter->width() - back, gridWidth(8)), back});
+        m_splitter = nullptr;
+    }
 }
 
 bool TrendWindow::eventFilter(QObject* watched, QEvent* event) {

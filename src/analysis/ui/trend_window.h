@@ -11,6 +11,7 @@
 class NumberBoard;
 class Prompter;
 class QMenu;
+class QSplitter;
 class QTableView;
 class Session;
 class TrendBars;
@@ -52,6 +53,7 @@ signals:
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
 private:
     struct ZoneView {
@@ -78,4 +80,5 @@ private:
     Prompter& m_prompter;
     std::vector<std::unique_ptr<ZoneView>> m_zones;
     bool m_followNewest = true;
+    QSplitter* m_splitter = nullptr;  // sized to the grids when first shown
 };
