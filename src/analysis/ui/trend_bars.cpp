@@ -21,7 +21,7 @@ constexpr int kBackItems = 24;
 TrendBars::TrendBars(Zone zone, int columns, QWidget* parent) : QGroupBox(parent), m_zone(zone) {
     const bool front = zone == Zone::Front;
     setTitle(front ? QStringLiteral("前区概率") : QStringLiteral("后区概率"));
-    setObjectName(front ? QStringLiteral("FrameGailv") : QStringLiteral("FrameGailvH"));
+    setObjectName(front ? QStringLiteral("frontProbabilities") : QStringLiteral("backProbabilities"));
     const QString suffix = front ? QString() : QStringLiteral("H");
     const int items = front ? kFrontItems : kBackItems;
     const int rows = (items + columns - 1) / columns;
@@ -54,6 +54,7 @@ TrendBars::TrendBars(Zone zone, int columns, QWidget* parent) : QGroupBox(parent
         // Numbers run down the columns, as on the board.
         grid->addWidget(row, (n - 1) % rows, (n - 1) / rows);
         m_rows << row;
+        m_captions << caption;
         m_values << value;
         m_bars << bar;
     }

@@ -37,6 +37,7 @@ protected:
 private:
     Zone m_zone;
     QList<QWidget*> m_rows;
-    QList<QLabel*> m_values;
-    QList<ProbabilityBar*> m_bars;
+    QList<QLabel*> m_captions;      // Label4(i) / Label4H(i)
+    QList<QLabel*> m_values;        // Label6(i) / Label6H(i)
+    QList<ProbabilityBar*> m_bars;  // Picture2(i) / Picture2H(i)
 };

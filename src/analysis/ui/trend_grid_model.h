@@ -4,7 +4,7 @@
 
 class TrendGrid;
 
-// MSFlexGrid1 / MSFlexGrid2 of the analysis windows: presents a TrendGrid. The header is the
+// The model of an analysis window's trend grid: presents a TrendGrid. The header is the
 // grid's head row ("历史期号" and the numbers); model row r - 1 is draw row r, and the three
 // summary rows follow the draws: omissions, appearance counts and the board's marks.
 class TrendGridModel : public QAbstractTableModel {

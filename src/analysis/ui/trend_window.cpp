@@ -80,7 +80,7 @@ TrendWindow::TrendWindow(TrendMember member, Session& session, NumberBoard& boar
                            : gridWidth(m_options.front ? m_session.frontSize() : m_session.backSize());
     // As wide as the grids, within the screen.
     const QRect screen = this->screen()->availableGeometry();
-    resize(std::clamp(width + 16, 560, screen.width()), std::min(700, screen.height() - 40));
+    resize(std::clamp(width + 16, 440, screen.width()), std::min(700, screen.height() - 40));
 }
 
 TrendWindow::~TrendWindow() = default;
@@ -122,7 +122,9 @@ QTableView* TrendWindow::makeView(ZoneView& z) {
     view->horizontalHeader()->setMinimumSectionSize(kNumberColumnWidth);
     view->horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     view->horizontalHeader()->setDefaultSectionSize(kNumberColumnWidth);
-    view->setColumnWidth(0, kIssueColumnWidth);
+    // The heads of the summary rows take two lines at most.
+    const int headWidth = view->fontMetrics().horizontalAdvance(z.model->index(z.model->appearanceRow(), 0).data().toString());
+    view->setColumnWidth(0, std::max(kIssueColumnWidth, headWidth / 2 + 16));
     view->setSelectionMode(QAbstractItemView::NoSelection);
     view->setEditTriggers(QAbstractItemView::NoEditTriggers);
     view->setWordWrap(true);

@@ -60,9 +60,9 @@ private:
         Zone zone;
         std::unique_ptr<TrendGrid> grid;
         TrendGridModel* model = nullptr;
-        QTableView* view = nullptr;
+        QTableView* view = nullptr;  // MSFlexGrid1 / MSFlexGrid2
         TrendBars* bars = nullptr;
-        QMenu* popup = nullptr;
+        QMenu* popup = nullptr;  // mnuDt / mnuDtHou
     };
     QWidget* makeZone(ZoneView& z, const QString& appearanceHead, int barColumns);
     QTableView* makeView(ZoneView& z);
