@@ -6,6 +6,8 @@
 #include "app/ui/main_window.h"
 #include "history/history_import.h"
 #include "support/main_window_fixture.h"
+#include "support/modal_answerer.h"
+#include "workspace/ui/qt_prompter.h"
 #include "workspace/ui/probability_bar.h"
 
 #include <QAction>
@@ -28,7 +30,8 @@ const QStringList kDraws{QStringLiteral("2025101 01 07 14 22 30 03 11"), QString
 
 struct Fixture : MainWindowFixture {
     QTemporaryDir files;
-    explicit Fixture(const QStringList& draws = kDraws) {
+    // With `windowPrompter` the windows ask through it instead of the scripted prompter.
+    explicit Fixture(const QStringList& draws = kDraws, Prompter* windowPrompter = nullptr) {
         const QString path = files.filePath(QStringLiteral("h.txt"));
         QFile f(path);
         f.open(QIODevice::WriteOnly);
@@ -36,7 +39,7 @@ struct Fixture : MainWindowFixture {
         f.close();
         open([this, path](Session& s) {
             if (!isEmptyFile(path)) HistoryImport(s, prompter).importFile(HistoryImport::Mode::Whole, path);
-        });
+        }, windowPrompter);
     }
     static bool isEmptyFile(const QString& path) { return QFile(path).size() == 0; }
 
@@ -83,6 +86,7 @@ private slots:
     void bankerPopupAndALeftClickOnABanker();
     void searchesAskThroughThePrompterAndRewriteTheirRows();
     void anEmptyHistoryGivesTheSummaryRowsOnly();
+    void realSearchBoxesComeOneAtATime();
 };
 
 void TrendWindowTest::membersOpenWithTheirCaptionsGridsAndBars() {
@@ -280,6 +284,26 @@ void TrendWindowTest::anEmptyHistoryGivesTheSummaryRowsOnly() {
     QCOMPARE(grid->model()->rowCount(), 3);
     QCOMPARE(grid->model()->headerData(0, Qt::Horizontal).toString(), QStringLiteral("历史期号"));
     QCOMPARE(grid->model()->index(0, 0).data().toString(), QStringLiteral("遗漏期数"));
+}
+
+void TrendWindowTest::realSearchBoxesComeOneAtATime() {
+    QtPrompter qtPrompter;
+    Fixture f(kDraws, &qtPrompter);
+    qtPrompter.setParent(f.window.get());
+    f.window->show();
+    TrendWindow* w = f.openBy("Command9");
+    auto* grid = Fixture::child<QTableView>(w, QStringLiteral("MSFlexGrid1"));
+    // The input box, then its error alone, then the box again.
+    ModalAnswerer answerer;
+    answerer.expect(QStringLiteral("历史次数检索"), ModalAnswerer::type(QStringLiteral("三")))
+        .expect(QStringLiteral("请输入数字"), ModalAnswerer::press(QMessageBox::Ok))
+        .expect(QStringLiteral("历史次数检索"), ModalAnswerer::type(QStringLiteral("1")));
+    doubleClickCell(grid, 2, 3);
+    QVERIFY2(answerer.allAnswered() && answerer.failures().isEmpty(),
+             qPrintable(answerer.failures().join(QLatin1Char('\n'))));
+    // The latest draw alone: 07 once, 01 not at all.
+    QCOMPARE(cellOf(grid, 6, 7).data().toString(), QStringLiteral("1"));
+    QCOMPARE(cellOf(grid, 6, 1).data().toString(), QStringLiteral("0"));
 }
 
 QTEST_MAIN(TrendWindowTest)
