@@ -56,7 +56,8 @@ double loadAverage() {
 }
 
 // Opens one window and waits until each of its grids has painted; milliseconds, or -1.
-double openOnce(TrendMember member, Session& session, NumberBoard& board, Prompter& prompter, bool* atNewest) {
+double openOnce(TrendMember member, Session& session, NumberBoard& board, Prompter& prompter,
+                bool* atNewest) {
     QElapsedTimer t;
     t.start();
     auto* w = new TrendWindow(member, session, board, prompter);
@@ -70,7 +71,8 @@ double openOnce(TrendMember member, Session& session, NumberBoard& board, Prompt
     w->resize(1340, 700);
     w->show();
     const auto painted = [&counters] {
-        return std::all_of(counters.begin(), counters.end(), [](const PaintCounter* c) { return c->paints > 0; });
+        return std::all_of(counters.begin(), counters.end(),
+                           [](const PaintCounter* c) { return c->paints > 0; });
     };
     while (!painted() && t.elapsed() < 60000) QCoreApplication::processEvents(QEventLoop::AllEvents);
     const double ms = painted() ? static_cast<double>(t.nsecsElapsed()) / 1e6 : -1;
@@ -113,11 +115,12 @@ int main(int argc, char** argv) {
     NumberBoard board(session.board(), static_cast<int16_t>(session.frontSize()),
                       static_cast<int16_t>(session.backSize()));
 
-    std::printf("%d draws, %d rounds, load average %.2f at the start, %u threads\n", session.drawCount(), rounds,
-                loadAverage(), std::thread::hardware_concurrency());
+    std::printf("%d draws, %d rounds, load average %.2f at the start, %u threads\n", session.drawCount(),
+                rounds, loadAverage(), std::thread::hardware_concurrency());
     std::printf("%-11s %9s %9s %s\n", "window", "median ms", "worst ms", "newest in view");
-    const std::pair<TrendMember, const char*> members[] = {
-        {TrendMember::BothZones, "frmpic"}, {TrendMember::FrontZone, "frmpicQian"}, {TrendMember::BackZone, "frmpicHou"}};
+    const std::pair<TrendMember, const char*> members[] = {{TrendMember::BothZones, "frmpic"},
+                                                           {TrendMember::FrontZone, "frmpicQian"},
+                                                           {TrendMember::BackZone, "frmpicHou"}};
     const double cpu0 = bench::cpuSeconds();
     for (const auto& [member, name] : members) {
         std::vector<double> times;
@@ -127,8 +130,8 @@ int main(int argc, char** argv) {
             times.push_back(openOnce(member, session, board, prompter, &atNewest));
             allAtNewest = allAtNewest && atNewest;
         }
-        std::printf("%-11s %9.1f %9.1f %s\n", name, median(times), *std::max_element(times.begin(), times.end()),
-                    allAtNewest ? "yes" : "NO");
+        std::printf("%-11s %9.1f %9.1f %s\n", name, median(times),
+                    *std::max_element(times.begin(), times.end()), allAtNewest ? "yes" : "NO");
     }
     std::printf("CPU %.2f s; load average %.2f at the end; peak %.0f MiB\n", bench::cpuSeconds() - cpu0,
                 loadAverage(), bench::peakMiB());

@@ -37,11 +37,12 @@ void TrendGrid::load() {
     // with fewer rows than draws leaves the grey figures of the rows it lacks out.
     SqliteDb& db = m_session.historyDb();
     const SqliteReadTransaction read(db);
-    SqliteStatement rows(db, QStringLiteral("SELECT %1 FROM [%2] ORDER BY [Qihao]")
-                                 .arg(omissionColumns(), omissionTable()));
+    SqliteStatement rows(
+        db, QStringLiteral("SELECT %1 FROM [%2] ORDER BY [Qihao]").arg(omissionColumns(), omissionTable()));
     const auto readRow = [this, &rows] {
         std::vector<int16_t> row(static_cast<size_t>(m_size + 1), 0);
-        for (int n = 1; n <= m_size; ++n) row[static_cast<size_t>(n)] = static_cast<int16_t>(rows.integer(n - 1));
+        for (int n = 1; n <= m_size; ++n)
+            row[static_cast<size_t>(n)] = static_cast<int16_t>(rows.integer(n - 1));
         return row;
     };
     std::vector<int16_t> row;
@@ -79,7 +80,9 @@ const TrendCell& TrendGrid::cell(int row, int number) const {
     return m_cells[static_cast<size_t>(row * (m_size + 1) + number)];
 }
 
-std::optional<int16_t> TrendGrid::currentOmission(int number) const { return m_current[static_cast<size_t>(number)]; }
+std::optional<int16_t> TrendGrid::currentOmission(int number) const {
+    return m_current[static_cast<size_t>(number)];
+}
 
 int TrendGrid::appearances(int number) const { return m_appearances[static_cast<size_t>(number)]; }
 

@@ -17,7 +17,7 @@ class Session;
 
 // One cell of a draw row.
 struct TrendCell {
-    int16_t figure = 0;     // the text of the cell, when shown
+    int16_t figure = 0;  // the text of the cell, when shown
     bool shown = false;
     bool drawn = false;     // the number came in this draw: green background
     bool omission = false;  // the figure is an omission count: grey text

@@ -37,7 +37,8 @@ std::optional<int> askCountStart(Prompter& prompter, int drawCount) {
     }
 }
 
-std::optional<int32_t> askIssue(Prompter& prompter, int drawCount, const std::function<bool(int32_t)>& accept) {
+std::optional<int32_t> askIssue(Prompter& prompter, int drawCount,
+                                const std::function<bool(int32_t)>& accept) {
     while (true) {
         const QString answer = prompter.askText(kTitle, kIssuePrompt, QString::number(drawCount));
         if (answer.isEmpty() || answer == QLatin1String("0")) return std::nullopt;

@@ -28,9 +28,10 @@ inline const QString kNotPositive = QStringLiteral("请输入一个正数");
 // with an empty answer.
 std::optional<int> askCountStart(Prompter& prompter, int drawCount);
 
-// Asks for an issue, proposing R. Returns the first issue that `accept` takes (it shows that issue); nothing when the
-// player ends with an empty answer or "0". A number below 1 or one that `accept` refuses is
-// answered with the second error, anything else that is no number with the first.
-std::optional<int32_t> askIssue(Prompter& prompter, int drawCount, const std::function<bool(int32_t)>& accept);
+// Asks for an issue, proposing R. Returns the first issue that `accept` takes (it shows that issue); nothing
+// when the player ends with an empty answer or "0". A number below 1 or one that `accept` refuses is answered
+// with the second error, anything else that is no number with the first.
+std::optional<int32_t> askIssue(Prompter& prompter, int drawCount,
+                                const std::function<bool(int32_t)>& accept);
 
 }  // namespace trend_search

@@ -10,9 +10,10 @@
 namespace {
 
 // Six draws; 07 and 12 come twice in a row, 33 lies above a front zone of 30.
-const QStringList kDraws{QStringLiteral("2025101 01 07 14 22 30 03 11"), QStringLiteral("2025102 05 07 19 26 33 03 09"),
-                         QStringLiteral("2025103 02 08 15 23 29 01 12"), QStringLiteral("2025104 10 13 18 27 35 06 12"),
-                         QStringLiteral("2025105 07 21 28 31 34 02 08"), QStringLiteral("2025106 01 02 03 04 05 11 12")};
+const QStringList kDraws{
+    QStringLiteral("2025101 01 07 14 22 30 03 11"), QStringLiteral("2025102 05 07 19 26 33 03 09"),
+    QStringLiteral("2025103 02 08 15 23 29 01 12"), QStringLiteral("2025104 10 13 18 27 35 06 12"),
+    QStringLiteral("2025105 07 21 28 31 34 02 08"), QStringLiteral("2025106 01 02 03 04 05 11 12")};
 
 struct Draw {
     int issue;
@@ -40,7 +41,9 @@ protected:
             ASSERT_TRUE(session->historyDb().exec(
                 QStringLiteral("UPDATE [%1] SET [ylqs%2] = rowid * 100 + %2").arg(table).arg(n)));
     }
-    static const std::vector<int>& numbersOf(const Draw& d, Zone zone) { return zone == Zone::Front ? d.front : d.back; }
+    static const std::vector<int>& numbersOf(const Draw& d, Zone zone) {
+        return zone == Zone::Front ? d.front : d.back;
+    }
 };
 
 TEST_F(TrendGridTest, DrawRowsHoldTheHitsAndTheFigureOfTheSameDrawsOmissionRowInTheCellBefore) {
@@ -74,7 +77,8 @@ TEST_F(TrendGridTest, DrawRowsHoldTheHitsAndTheFigureOfTheSameDrawsOmissionRowIn
             for (int n = 1; n <= size; ++n) {
                 const TrendCell& c = grid.cell(r, n);
                 const auto e = expected.find({r, n});
-                SCOPED_TRACE(QStringLiteral("zone %1 row %2 number %3").arg(int(zone)).arg(r).arg(n).toStdString());
+                SCOPED_TRACE(
+                    QStringLiteral("zone %1 row %2 number %3").arg(int(zone)).arg(r).arg(n).toStdString());
                 ASSERT_EQ(c.shown, e != expected.end());
                 EXPECT_EQ(c.drawn, green.count({r, n}) == 1);
                 if (!c.shown) continue;
@@ -177,7 +181,10 @@ TEST_F(TrendGridTest, MarksFollowTheBoardWithTheBankerFirst) {
 
 TEST(TrendSearch, CountAsksAgainAfterEachWrongAnswerAndCountsTheLatestDraws) {
     ScriptedPrompter p;
-    p.answer(QStringLiteral("abc")).answer(QStringLiteral("0")).answer(QStringLiteral("-3")).answer(QStringLiteral(" 4 "));
+    p.answer(QStringLiteral("abc"))
+        .answer(QStringLiteral("0"))
+        .answer(QStringLiteral("-3"))
+        .answer(QStringLiteral(" 4 "));
     EXPECT_EQ(trend_search::askCountStart(p, 10), 6);
     EXPECT_EQ(p.messages(), (QStringList{trend_search::kNotNumber, trend_search::kNotPositive,
                                          trend_search::kNotPositive}));
@@ -213,8 +220,10 @@ TEST(TrendSearch, CountAtOrOverAllButOneCountsAllDrawsAndAnEmptyAnswerEnds) {
 TEST(TrendSearch, IssueAsksAgainUntilAKnownIssueAndEndsOnZero) {
     const auto known = [](int32_t issue) { return issue == 2025103; };
     ScriptedPrompter p;
-    p.answer(QStringLiteral("x")).answer(QStringLiteral("2025199")).answer(QStringLiteral("-1")).answer(
-        QStringLiteral("2025103"));
+    p.answer(QStringLiteral("x"))
+        .answer(QStringLiteral("2025199"))
+        .answer(QStringLiteral("-1"))
+        .answer(QStringLiteral("2025103"));
     EXPECT_EQ(trend_search::askIssue(p, 6, known), 2025103);
     EXPECT_EQ(p.messages(), (QStringList{trend_search::kNotNumber, trend_search::kNotPositive,
                                          trend_search::kNotPositive}));

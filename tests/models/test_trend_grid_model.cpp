@@ -24,18 +24,17 @@ TEST_F(TrendGridModelTest, BackGridShowsDrawsSummaryRowsAndColours) {
     QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Warning);
     // The omission rows hold the omissions after each draw, so the figure before a hit is the
     // hit's own row: 0.
-    EXPECT_EQ(modelTsv(model),
-              QStringLiteral("历史期号\t01\t02\t03\t04\t05\t06\t07\t08\t09\t10\t11\t12\n"
-                             "2025101\t\t\t0\t0\t\t\t\t\t\t\t11\t\n"
-                             "2025102\t\t\t03\t0\t\t\t\t\t\t\t\t0\n"
-                             "2025103\t\t\t\t04\t\t\t\t\t\t\t\t12\n"
-                             "遗漏期数\t3\t3\t1\t0\t3\t3\t3\t3\t3\t3\t2\t0\n"
-                             "出现次(双击检索期数)\t0\t0\t2\t2\t0\t0\t0\t0\t0\t0\t1\t1\n"
-                             "拖'√'胆'◎'\t\t\t\t√\t\t\t\t\t\t\t\t◎\n"));
+    EXPECT_EQ(modelTsv(model), QStringLiteral("历史期号\t01\t02\t03\t04\t05\t06\t07\t08\t09\t10\t11\t12\n"
+                                              "2025101\t\t\t0\t0\t\t\t\t\t\t\t11\t\n"
+                                              "2025102\t\t\t03\t0\t\t\t\t\t\t\t\t0\n"
+                                              "2025103\t\t\t\t04\t\t\t\t\t\t\t\t12\n"
+                                              "遗漏期数\t3\t3\t1\t0\t3\t3\t3\t3\t3\t3\t2\t0\n"
+                                              "出现次(双击检索期数)\t0\t0\t2\t2\t0\t0\t0\t0\t0\t0\t1\t1\n"
+                                              "拖'√'胆'◎'\t\t\t\t√\t\t\t\t\t\t\t\t◎\n"));
     const auto colour = [&model](int row, int column, Qt::ItemDataRole role) {
         return model.index(row, column).data(role).value<QColor>();
     };
-    EXPECT_EQ(colour(0, 3, Qt::BackgroundRole), QColor(0, 255, 0));   // 03 drawn in the first draw
+    EXPECT_EQ(colour(0, 3, Qt::BackgroundRole), QColor(0, 255, 0));      // 03 drawn in the first draw
     EXPECT_EQ(colour(0, 3, Qt::ForegroundRole), QColor(196, 196, 196));  // and the figure of the next
     EXPECT_EQ(colour(0, 4, Qt::ForegroundRole), QColor(196, 196, 196));
     EXPECT_FALSE(model.index(0, 4).data(Qt::BackgroundRole).isValid());

@@ -7,8 +7,8 @@
 #include "history/history_import.h"
 #include "support/main_window_fixture.h"
 #include "support/modal_answerer.h"
-#include "workspace/ui/qt_prompter.h"
 #include "workspace/ui/probability_bar.h"
+#include "workspace/ui/qt_prompter.h"
 
 #include <QAction>
 #include <QFile>
@@ -24,9 +24,10 @@
 
 namespace {
 
-const QStringList kDraws{QStringLiteral("2025101 01 07 14 22 30 03 11"), QStringLiteral("2025102 05 07 19 26 33 03 09"),
-                         QStringLiteral("2025103 02 08 15 23 29 01 12"), QStringLiteral("2025104 10 13 18 27 35 06 12"),
-                         QStringLiteral("2025105 07 21 28 31 34 02 08")};
+const QStringList kDraws{
+    QStringLiteral("2025101 01 07 14 22 30 03 11"), QStringLiteral("2025102 05 07 19 26 33 03 09"),
+    QStringLiteral("2025103 02 08 15 23 29 01 12"), QStringLiteral("2025104 10 13 18 27 35 06 12"),
+    QStringLiteral("2025105 07 21 28 31 34 02 08")};
 
 struct Fixture : MainWindowFixture {
     QTemporaryDir files;
@@ -37,9 +38,12 @@ struct Fixture : MainWindowFixture {
         f.open(QIODevice::WriteOnly);
         f.write(draws.join(QLatin1Char('\n')).toUtf8());
         f.close();
-        open([this, path](Session& s) {
-            if (!isEmptyFile(path)) HistoryImport(s, prompter).importFile(HistoryImport::Mode::Whole, path);
-        }, windowPrompter);
+        open(
+            [this, path](Session& s) {
+                if (!isEmptyFile(path))
+                    HistoryImport(s, prompter).importFile(HistoryImport::Mode::Whole, path);
+            },
+            windowPrompter);
     }
     static bool isEmptyFile(const QString& path) { return QFile(path).size() == 0; }
 
@@ -123,7 +127,8 @@ void TrendWindowTest::membersOpenWithTheirCaptionsGridsAndBars() {
     // The analysis menus are there, their entries off until their windows exist.
     auto* statistics = Fixture::child<QMenu>(both, QStringLiteral("mnuCxbt"));
     QVERIFY(statistics && statistics->menuAction()->isEnabled());
-    QCOMPARE(Fixture::child<QAction>(both, QStringLiteral("mnuFljp(1)"))->text(), QStringLiteral("跳变统计(&J)"));
+    QCOMPARE(Fixture::child<QAction>(both, QStringLiteral("mnuFljp(1)"))->text(),
+             QStringLiteral("跳变统计(&J)"));
     QVERIFY(!Fixture::child<QAction>(both, QStringLiteral("mnuCcha"))->isEnabled());
     QVERIFY(!Fixture::child<QAction>(both, QStringLiteral("mnuLianBz")));
 
@@ -139,7 +144,11 @@ void TrendWindowTest::membersOpenWithTheirCaptionsGridsAndBars() {
     QCOMPARE(backOnly->windowTitle(), QStringLiteral("后区历史分析(号码走势图及概率分布图)"));
     QVERIFY(!Fixture::child<QTableView>(backOnly, QStringLiteral("MSFlexGrid1")));
     QVERIFY(!Fixture::child<QLabel>(backOnly, QStringLiteral("Label6(0)")));
-    QCOMPARE(Fixture::child<QTableView>(backOnly, QStringLiteral("MSFlexGrid2"))->model()->index(6, 0).data().toString(),
+    QCOMPARE(Fixture::child<QTableView>(backOnly, QStringLiteral("MSFlexGrid2"))
+                 ->model()
+                 ->index(6, 0)
+                 .data()
+                 .toString(),
              QStringLiteral("出现次(双击检索期数)"));
     QCOMPARE(f.window->trendWindows().size(), 3);
     backOnly->close();
@@ -184,7 +193,9 @@ void TrendWindowTest::picksKeepInStepWithTheBoardBothWays() {
     QVERIFY(f.boardButton(QStringLiteral("Command1(3)"))->isChecked());
     QCOMPARE(f.window->findChild<QLabel*>(QStringLiteral("Label5"))->text(), QStringLiteral("1"));
     QCOMPARE(cellOf(front, marks, 3).data().toString(), QStringLiteral("√"));
-    QVERIFY(Fixture::child<QLabel>(w, QStringLiteral("Label6(2)"))->styleSheet().contains(QStringLiteral("255,0,0")));
+    QVERIFY(Fixture::child<QLabel>(w, QStringLiteral("Label6(2)"))
+                ->styleSheet()
+                .contains(QStringLiteral("255,0,0")));
     // A click on the marks row picks too; clicking again takes the pick back.
     clickCell(back, marks, 4);
     QVERIFY(f.boardButton(QStringLiteral("Command2(4)"))->isChecked());
@@ -195,10 +206,15 @@ void TrendWindowTest::picksKeepInStepWithTheBoardBothWays() {
     // A pick on the main board shows in the open window.
     f.boardButton(QStringLiteral("Command1(9)"))->click();
     QCOMPARE(cellOf(front, marks, 9).data().toString(), QStringLiteral("√"));
-    QVERIFY(Fixture::child<QLabel>(w, QStringLiteral("Label6(8)"))->styleSheet().contains(QStringLiteral("255,0,0")));
+    QVERIFY(Fixture::child<QLabel>(w, QStringLiteral("Label6(8)"))
+                ->styleSheet()
+                .contains(QStringLiteral("255,0,0")));
     // Six front and two back numbers picked here make the board's ticket count.
-    for (int n : {11, 12, 13, 14}) QTest::mouseClick(Fixture::child<QLabel>(w, QStringLiteral("Label6(%1)").arg(n - 1)), Qt::LeftButton);
-    for (int n : {1, 2}) QTest::mouseClick(Fixture::child<QLabel>(w, QStringLiteral("Label6H(%1)").arg(n - 1)), Qt::LeftButton);
+    for (int n : {11, 12, 13, 14})
+        QTest::mouseClick(Fixture::child<QLabel>(w, QStringLiteral("Label6(%1)").arg(n - 1)), Qt::LeftButton);
+    for (int n : {1, 2})
+        QTest::mouseClick(Fixture::child<QLabel>(w, QStringLiteral("Label6H(%1)").arg(n - 1)),
+                          Qt::LeftButton);
     QCOMPARE(f.window->statusBar()->findChild<QLabel*>(QStringLiteral("StatusBar1.Panel3"))->text(),
              QStringLiteral("前区：6码 后区：2码 共计：6注"));
 }
@@ -247,7 +263,8 @@ void TrendWindowTest::searchesAskThroughThePrompterAndRewriteTheirRows() {
     f.prompter.clear();
     f.prompter.answer(QStringLiteral("两期")).answer(QStringLiteral("0")).answer(QStringLiteral("2"));
     doubleClickCell(front, 1, 3);
-    QCOMPARE(f.prompter.messages(), (QStringList{QStringLiteral("请输入数字"), QStringLiteral("请输入一个正数")}));
+    QCOMPARE(f.prompter.messages(),
+             (QStringList{QStringLiteral("请输入数字"), QStringLiteral("请输入一个正数")}));
     QCOMPARE(f.prompter.asked().first().title, QStringLiteral("历史次数检索"));
     // The latest two draws: 2025104 and 2025105 hold 07 once and 10 once, 01 not at all.
     QCOMPARE(cellOf(front, appearances, 7).data().toString(), QStringLiteral("1"));
@@ -265,7 +282,8 @@ void TrendWindowTest::searchesAskThroughThePrompterAndRewriteTheirRows() {
     f.prompter.answer(QStringLiteral("2025199")).answer(QStringLiteral("2025102"));
     doubleClickCell(front, omissions, 2);
     QCOMPARE(f.prompter.messages(), QStringList{QStringLiteral("请输入一个正数")});
-    QCOMPARE(f.prompter.asked().first().text, QStringLiteral("检索指定历史期号的遗漏期数。请输入过滤检索历史期号。"));
+    QCOMPARE(f.prompter.asked().first().text,
+             QStringLiteral("检索指定历史期号的遗漏期数。请输入过滤检索历史期号。"));
     QCOMPARE(cellOf(front, omissions, 1).data().toString(), QStringLiteral("1"));
     QCOMPARE(cellOf(front, omissions, 7).data().toString(), QStringLiteral("0"));
     QCOMPARE(f.session->stats().front.omission[1], int16_t(1));

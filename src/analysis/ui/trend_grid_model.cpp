@@ -22,7 +22,9 @@ int TrendGridModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : m_grid.drawCount() + kSummaryRows;
 }
 
-int TrendGridModel::columnCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : m_grid.size() + 1; }
+int TrendGridModel::columnCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : m_grid.size() + 1;
+}
 
 void TrendGridModel::rowChanged(int row) { emit dataChanged(index(row, 0), index(row, columnCount() - 1)); }
 
@@ -38,7 +40,8 @@ QVariant TrendGridModel::displayOf(int row, int column) const {
         const auto omission = m_grid.currentOmission(column);
         return omission ? QVariant(QString::number(*omission)) : QVariant();
     }
-    if (row == appearanceRow()) return column == 0 ? m_appearanceHead : QString::number(m_grid.appearances(column));
+    if (row == appearanceRow())
+        return column == 0 ? m_appearanceHead : QString::number(m_grid.appearances(column));
     return column == 0 ? TrendGrid::kMarksHead : m_grid.mark(column);
 }
 
@@ -49,14 +52,16 @@ QVariant TrendGridModel::data(const QModelIndex& index, int role) const {
         case Qt::DisplayRole:
             return displayOf(row, column);
         case Qt::TextAlignmentRole:
-            return column == 0 && row >= omissionRow() ? int(Qt::AlignLeft | Qt::AlignVCenter) : int(Qt::AlignCenter);
+            return column == 0 && row >= omissionRow() ? int(Qt::AlignLeft | Qt::AlignVCenter)
+                                                       : int(Qt::AlignCenter);
         case Qt::BackgroundRole:
             if (row >= omissionRow()) return kSummary;
             if (column > 0 && m_grid.cell(row + 1, column).drawn) return kDrawn;
             return {};
         case Qt::ForegroundRole:
             if (row < omissionRow() && column > 0 && m_grid.cell(row + 1, column).omission) return kOmission;
-            if (row == marksRow() && column > 0) return m_grid.banker(column) ? QColor(0, 140, 0) : QColor(255, 0, 0);
+            if (row == marksRow() && column > 0)
+                return m_grid.banker(column) ? QColor(0, 140, 0) : QColor(255, 0, 0);
             return {};
         case Qt::ToolTipRole:
             return column == 0 && row >= omissionRow() ? displayOf(row, column) : QVariant();

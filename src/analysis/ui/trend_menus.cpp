@@ -13,7 +13,7 @@ namespace {
 enum Members : unsigned { Both = 1, Front = 2, Back = 4, All = Both | Front | Back };
 
 struct Item {
-    const char* given;  // with "(%1)" for a family indexed from 0
+    const char* given;                  // with "(%1)" for a family indexed from 0
     std::vector<const char*> captions;  // one per index; one caption for a single item
     unsigned members = All;
     const char* submenu = nullptr;  // the submenu's given name and caption, when the item is one
@@ -103,9 +103,12 @@ const std::vector<Menu>& table() {
 
 unsigned bitOf(TrendMember m) {
     switch (m) {
-        case TrendMember::BothZones: return Both;
-        case TrendMember::FrontZone: return Front;
-        case TrendMember::BackZone: return Back;
+        case TrendMember::BothZones:
+            return Both;
+        case TrendMember::FrontZone:
+            return Front;
+        case TrendMember::BackZone:
+            return Back;
     }
     return Both;
 }

@@ -14,8 +14,8 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QScreen>
-#include <QShowEvent>
 #include <QScrollBar>
+#include <QShowEvent>
 #include <QSplitter>
 #include <QTableView>
 #include <QVBoxLayout>
@@ -38,21 +38,28 @@ int gridWidth(int numbers) { return kIssueColumnWidth + numbers * kNumberColumnW
 const TrendWindow::Options& TrendWindow::Options::of(TrendMember member) {
     static const Options both{"frmpic", QStringLiteral("历史分析(号码走势图及概率分布图)"), true, true,
                               TrendGrid::kAppearanceHead};
-    static const Options front{"frmpicQian", QStringLiteral("前区历史分析(号码走势图及概率分布图)"), true, false,
-                               QStringLiteral("出现次数(双击指定检索期数)")};
-    static const Options back{"frmpicHou", QStringLiteral("后区历史分析(号码走势图及概率分布图)"), false, true,
-                              TrendGrid::kAppearanceHead};
+    static const Options front{"frmpicQian", QStringLiteral("前区历史分析(号码走势图及概率分布图)"), true,
+                               false, QStringLiteral("出现次数(双击指定检索期数)")};
+    static const Options back{"frmpicHou", QStringLiteral("后区历史分析(号码走势图及概率分布图)"), false,
+                              true, TrendGrid::kAppearanceHead};
     switch (member) {
-        case TrendMember::BothZones: return both;
-        case TrendMember::FrontZone: return front;
-        case TrendMember::BackZone: return back;
+        case TrendMember::BothZones:
+            return both;
+        case TrendMember::FrontZone:
+            return front;
+        case TrendMember::BackZone:
+            return back;
     }
     return both;
 }
 
 TrendWindow::TrendWindow(TrendMember member, Session& session, NumberBoard& board, Prompter& prompter,
                          QWidget* parent)
-    : QMainWindow(parent), m_options(Options::of(member)), m_session(session), m_board(board), m_prompter(prompter) {
+    : QMainWindow(parent),
+      m_options(Options::of(member)),
+      m_session(session),
+      m_board(board),
+      m_prompter(prompter) {
     setObjectName(QString::fromLatin1(m_options.objectName));
     setWindowTitle(m_options.caption);
     trend_menus::build(menuBar(), member);
@@ -107,7 +114,8 @@ QWidget* TrendWindow::makeZone(ZoneView& z, const QString& appearanceHead, int b
 QTableView* TrendWindow::makeView(ZoneView& z) {
     auto* view = new QTableView(this);
     z.view = view;
-    view->setObjectName(z.zone == Zone::Front ? QStringLiteral("MSFlexGrid1") : QStringLiteral("MSFlexGrid2"));
+    view->setObjectName(z.zone == Zone::Front ? QStringLiteral("MSFlexGrid1")
+                                              : QStringLiteral("MSFlexGrid2"));
     view->setModel(z.model);
     QFont font = view->font();
     font.setPointSizeF(kGridPointSize);
@@ -123,7 +131,8 @@ QTableView* TrendWindow::makeView(ZoneView& z) {
     view->horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     view->horizontalHeader()->setDefaultSectionSize(kNumberColumnWidth);
     // The heads of the summary rows take two lines at most.
-    const int headWidth = view->fontMetrics().horizontalAdvance(z.model->index(z.model->appearanceRow(), 0).data().toString());
+    const int headWidth =
+        view->fontMetrics().horizontalAdvance(z.model->index(z.model->appearanceRow(), 0).data().toString());
     view->setColumnWidth(0, std::max(kIssueColumnWidth, headWidth / 2 + 16));
     view->setSelectionMode(QAbstractItemView::NoSelection);
     view->setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -152,7 +161,8 @@ QTableView* TrendWindow::makeView(ZoneView& z) {
     connect(view->verticalScrollBar(), &QScrollBar::rangeChanged, this, [this, view](int, int max) {
         if (m_followNewest) view->verticalScrollBar()->setValue(max);
     });
-    connect(view->verticalScrollBar(), &QScrollBar::actionTriggered, this, [this] { m_followNewest = false; });
+    connect(view->verticalScrollBar(), &QScrollBar::actionTriggered, this,
+            [this] { m_followNewest = false; });
     view->scrollToBottom();
     return view;
 }
