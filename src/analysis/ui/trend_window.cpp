@@ -8,7 +8,7 @@
 #include "workspace/session.h"
 
 #include <QAction>
-#include <QContextMenuEvent>
+#include <QMouseEvent>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QMenu>
