@@ -173,9 +173,9 @@ void MainMenu::addHistoryMenu(QMenuBar* bar) {
 void MainMenu::addWindowsMenu(QMenuBar* bar) {
     QMenu* wid = addMenu(bar, &MenuActions::windowsMenu, "windowsMenu", "meuWid", "功能窗口(&D)");
     addItems(wid,
-             {SQ_ITEM(analyseBothZones, "mnuSy", "前后历史分析(&S)", kLater),
-              SQ_ITEM(analyseFrontZone, "mnuSyQian", "前区历史分析(&F)", kLater),
-              SQ_ITEM(analyseBackZone, "mnuSyHou", "后区历史分析(&B)", kLater),
+             {SQ_ITEM(analyseBothZones, "mnuSy", "前后历史分析(&S)", kBuilt),
+              SQ_ITEM(analyseFrontZone, "mnuSyQian", "前区历史分析(&F)", kBuilt),
+              SQ_ITEM(analyseBackZone, "mnuSyHou", "后区历史分析(&B)", kBuilt),
               SQ_ITEM(profitLossReport, "meuRepot", "盈亏报告(&R)", kBuilt),
               SQ_ITEM(spinArrangement, "meuAgarr", "摇奖排列组合(&A)", kLater),
               SQ_ITEM(checkCombinations, "mnuzhInq", "组合中奖查询(&I)", kLater),

@@ -1,6 +1,7 @@
 #include "app/ui/main_window.h"
 
 #include "app/ui/filter_windows.h"
+#include "analysis/ui/trend_window.h"
 #include "app/ui/main_menu.h"
 #include "filter/ui/filter_window.h"
 #include "history/history_actions.h"
@@ -75,7 +76,10 @@ MainWindow::MainWindow(Session& session, WorkspaceList& workspaces, Prompter& pr
     loadFromSession();
 }
 
-MainWindow::~MainWindow() = default;
+MainWindow::~MainWindow() {
+    // The analysis windows use the board and their list here: they go while both still exist.
+    for (const QPointer<TrendWindow>& w : QList<QPointer<TrendWindow>>(m_trendWindows)) delete w.data();
+}
 
 const MenuActions& MainWindow::menuActions() const { return m_menu->actions(); }
 
@@ -255,6 +259,13 @@ void MainWindow::connectMenus() {
     }
     connect(menu.recallExpansion, &QAction::triggered, this,
             [this] { openFilter(FilterSource::StoredExpansion); });
+    const std::pair<QAction*, TrendMember> analyses[] = {{menu.analyseBothZones, TrendMember::BothZones},
+                                                         {menu.analyseFrontZone, TrendMember::FrontZone},
+                                                         {menu.analyseBackZone, TrendMember::BackZone}};
+    for (const auto& [item, member] : analyses) {
+        const TrendMember m = member;
+        connect(item, &QAction::triggered, this, [this, m] { openTrend(m); });
+    }
 
     // Prize rules, checks and reports.
     connect(menu.prizeRules, &QAction::triggered, this,
@@ -363,6 +374,7 @@ void MainWindow::renderBoard() {
     m_menu->enable(menu.bankerExpansion, b.modeMenu.bankerExpansion);
     m_menu->enable(menu.sixFrontMultiExpansion, b.modeMenu.sixFrontMultiExpansion);
     m_menu->enable(menu.sixFrontBankerExpansion, b.modeMenu.sixFrontBankerExpansion);
+    emit boardRendered();
 }
 
 void MainWindow::showBackSpinLabels(int k) {
@@ -370,10 +382,12 @@ void MainWindow::showBackSpinLabels(int k) {
 }
 
 void MainWindow::updateHistoryCommands() {
-    // The delete and analysis commands need a history; the analysis windows come later.
+    // The delete and analysis commands need a history.
     const bool any = m_session.drawCount() > 0;
     menuActions().deleteLastDraw->setEnabled(any);
-    m_menu->enable(menuActions().analyseBothZones, any);
+    for (QAction* item : {menuActions().analyseBothZones, menuActions().analyseFrontZone,
+                          menuActions().analyseBackZone})
+        m_menu->enable(item, any);
 }
 
 void MainWindow::checkOnly(const MenuActions::Family& family, int checked) {
@@ -464,6 +478,21 @@ FilterWindow* MainWindow::openFilter(FilterSource instance) {
         m_filterWindows.removeAll(w);
         w->deleteLater();
     });
+    return w;
+}
+
+TrendWindow* MainWindow::openTrend(TrendMember member) {
+    auto* w = new TrendWindow(member, m_session, *m_board, m_prompter, this);
+    w->setWindowFlag(Qt::Window);
+    w->setAttribute(Qt::WA_DeleteOnClose);
+    // Picks made there show on the board at once, and picks made here show there.
+    connect(w, &TrendWindow::boardChanged, this, &MainWindow::renderBoard);
+    connect(this, &MainWindow::boardRendered, w, &TrendWindow::showPicks);
+    m_trendWindows.append(w);
+    connect(w, &QObject::destroyed, this, [this, w] {
+        m_trendWindows.removeIf([w](const QPointer<TrendWindow>& p) { return p.isNull() || p.data() == w; });
+    });
+    w->show();
     return w;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "analysis/ui/trend_menus.h"
 #include "picking/number_board.h"
 
 #include "filter/filter_source.h"
@@ -24,6 +25,7 @@ class QTableView;
 class Session;
 class ProbabilityBars;
 class SpinRows;
+class TrendWindow;
 class WorkspaceList;
 class ZoneBoardWidget;
 
@@ -45,6 +47,9 @@ public:
     // Opens a filter window (an expansion of the board, or the stored table); null when refused.
     FilterWindow* openFilter(FilterSource instance);
     const QList<QPointer<FilterWindow>>& filterWindows() const { return m_filterWindows; }
+    // Opens a history analysis window, non-modal, kept in step with the number board.
+    TrendWindow* openTrend(TrendMember member);
+    const QList<QPointer<TrendWindow>>& trendWindows() const { return m_trendWindows; }
     // Draws the board's logic: buttons, counts, the mode menus, the spin commands, the status.
     void renderBoard();
 
@@ -55,6 +60,10 @@ public:
     QTableView* historyGrid() const override { return m_grid; }
     HistoryCommands& historyCommands() { return *m_history; }
     const QList<QLineEdit*>& entryBoxes() const override { return m_entryFields; }
+
+signals:
+    // The board was drawn after a change: open analysis windows redraw their marks.
+    void boardRendered();
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -105,4 +114,5 @@ private:
     QList<QLabel*> m_statusPanels;
     QHash<QString, QPushButton*> m_historyButtons;
     QList<QPointer<FilterWindow>> m_filterWindows;
+    QList<QPointer<TrendWindow>> m_trendWindows;
 };

@@ -4,28 +4,8 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QPainter>
 #include <QPushButton>
 #include <QVBoxLayout>
-
-ProbabilityBar::ProbabilityBar(QWidget* parent) : QWidget(parent) {
-    setFixedHeight(8);
-    setMinimumWidth(60);
-}
-
-void ProbabilityBar::setBarWidth(double units) {
-    m_units = units;
-    update();
-}
-
-void ProbabilityBar::paintEvent(QPaintEvent*) {
-    QPainter p(this);
-    p.fillRect(rect(), Qt::white);
-    p.setPen(QColor(160, 160, 160));
-    p.drawRect(rect().adjusted(0, 0, -1, -1));
-    const double w = qBound(0.0, m_units, kUnits) / kUnits * width();
-    p.fillRect(QRectF(0, 0, w, height()), Qt::blue);
-}
 
 namespace {
 // A cell of a spin row. Up to 16 cells show in a row, and the rows must fit under the number
@@ -137,7 +117,7 @@ QWidget* ProbabilityBars::makeBars(const QString& title, int count, int offset, 
         h->setContentsMargins(0, 0, 0, 0);
         h->setSpacing(2);
         auto* caption = new QLabel(QStringLiteral("%1的概率:").arg(n, 2, 10, QLatin1Char('0')), cell);
-        auto* bar = new ProbabilityBar(cell);
+        auto* bar = new ProbabilityBar(kBarUnits, cell);
         bar->setObjectName(QStringLiteral("Picture2(%1)").arg(offset + n));
         auto* pct = new QLabel(QStringLiteral("0"), cell);
         pct->setObjectName(QStringLiteral("Label6(%1)").arg(offset + n));

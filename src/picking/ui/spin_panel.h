@@ -1,26 +1,11 @@
 #pragma once
 
+#include "workspace/ui/probability_bar.h"
+
 #include <QWidget>
 
 class QLabel;
 class QPushButton;
-
-// A probability bar: a blue box whose width is given in the bar's own units (135 wide).
-class ProbabilityBar : public QWidget {
-    Q_OBJECT
-public:
-    static constexpr double kUnits = 135.0;
-    explicit ProbabilityBar(QWidget* parent = nullptr);
-    void setBarWidth(double units);
-    double barWidth() const { return m_units; }
-    QSize sizeHint() const override { return {100, 8}; }
-
-protected:
-    void paintEvent(QPaintEvent* event) override;
-
-private:
-    double m_units = 0;
-};
 
 // The spin rows (机选, 预测) of both zones with the start, pause and reset buttons.
 class SpinRows : public QWidget {
@@ -49,6 +34,7 @@ private:
 class ProbabilityBars : public QWidget {
     Q_OBJECT
 public:
+    static constexpr double kBarUnits = 135.0;  // the bars' full width in units
     static constexpr int kFrontBars = 35;  // the bar row has 35 places
     static constexpr int kBackOffset = 35;
 

@@ -1,0 +1,139 @@
+// The three history analysis windows on the whole bundled history, offscreen: each open is timed
+// from the constructor's call to the end of the first paint of every grid of the window (shown,
+// scrolled to the newest draws), and closed again.
+//
+//   trend_window_bench [--rounds N]
+//
+// Prints the median and the worst of N opens per window, and the load of the machine.
+#include "analysis/ui/trend_window.h"
+#include "bench_timing.h"
+#include "history/history_import.h"
+#include "picking/number_board.h"
+#include "workspace/data_root.h"
+#include "workspace/scripted_prompter.h"
+#include "workspace/session.h"
+#include "workspace/settings.h"
+#include "workspace/workspace_list.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QScrollBar>
+#include <QTableView>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <algorithm>
+#include <cstdio>
+#include <thread>
+#include <vector>
+
+namespace {
+
+// Counts the paint events of the widgets it watches.
+class PaintCounter : public QObject {
+public:
+    int paints = 0;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::Paint) ++paints;
+        return QObject::eventFilter(watched, event);
+    }
+};
+
+double median(std::vector<double> v) {
+    std::sort(v.begin(), v.end());
+    const size_t n = v.size();
+    return n == 0 ? 0 : n % 2 ? v[n / 2] : (v[n / 2 - 1] + v[n / 2]) / 2;
+}
+
+double loadAverage() {
+    QFile f(QStringLiteral("/proc/loadavg"));
+    if (!f.open(QIODevice::ReadOnly)) return -1;
+    return f.readAll().split(' ').value(0).toDouble();
+}
+
+// Opens one window and waits until each of its grids has painted; milliseconds, or -1.
+double openOnce(TrendMember member, Session& session, NumberBoard& board, Prompter& prompter,
+                bool* atNewest) {
+    QElapsedTimer t;
+    t.start();
+    auto* w = new TrendWindow(member, session, board, prompter);
+    QList<PaintCounter*> counters;
+    for (Zone z : {Zone::Front, Zone::Back}) {
+        if (QTableView* v = w->gridView(z)) {
+            counters << new PaintCounter;
+            v->viewport()->installEventFilter(counters.last());
+        }
+    }
+    w->resize(1340, 700);
+    w->show();
+    const auto painted = [&counters] {
+        return std::all_of(counters.begin(), counters.end(),
+                           [](const PaintCounter* c) { return c->paints > 0; });
+    };
+    while (!painted() && t.elapsed() < 60000) QCoreApplication::processEvents(QEventLoop::AllEvents);
+    const double ms = painted() ? static_cast<double>(t.nsecsElapsed()) / 1e6 : -1;
+    *atNewest = true;
+    for (Zone z : {Zone::Front, Zone::Back})
+        if (QTableView* v = w->gridView(z))
+            *atNewest = *atNewest && v->verticalScrollBar()->value() == v->verticalScrollBar()->maximum();
+    delete w;
+    qDeleteAll(counters);
+    return ms;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    const QStringList args = app.arguments();
+    int rounds = 7;
+    for (int i = 1; i + 1 < args.size(); ++i)
+        if (args[i] == QLatin1String("--rounds")) rounds = std::max(1, args[i + 1].toInt());
+
+    QTemporaryDir dir;
+    DataRoot root(dir.path());
+    root.ensureFirstStart();
+    Settings settings(root.settingsDir());
+    WorkspaceList list(settings, root);
+    list.load();
+    list.create(QStringLiteral("bench"), {});
+    ScriptedPrompter prompter;
+    const auto entered = list.enter(0, prompter);
+    Session session(root, settings);
+    if (!entered || !session.open(*entered)) {
+        std::fprintf(stderr, "cannot open the workspace\n");
+        return 1;
+    }
+    HistoryImport(session, prompter)
+        .importFile(HistoryImport::Mode::Whole,
+                    QDir(root.historyTextFolder()).filePath(QStringLiteral("大乐透历史开奖号码.txt")));
+    NumberBoard board(session.board(), static_cast<int16_t>(session.frontSize()),
+                      static_cast<int16_t>(session.backSize()));
+
+    std::printf("%d draws, %d rounds, load average %.2f at the start, %u threads\n", session.drawCount(),
+                rounds, loadAverage(), std::thread::hardware_concurrency());
+    std::printf("%-11s %9s %9s %s\n", "window", "median ms", "worst ms", "newest in view");
+    const std::pair<TrendMember, const char*> members[] = {{TrendMember::BothZones, "frmpic"},
+                                                           {TrendMember::FrontZone, "frmpicQian"},
+                                                           {TrendMember::BackZone, "frmpicHou"}};
+    const double cpu0 = bench::cpuSeconds();
+    for (const auto& [member, name] : members) {
+        std::vector<double> times;
+        bool allAtNewest = true;
+        for (int round = 0; round < rounds; ++round) {
+            bool atNewest = false;
+            times.push_back(openOnce(member, session, board, prompter, &atNewest));
+            allAtNewest = allAtNewest && atNewest;
+        }
+        std::printf("%-11s %9.1f %9.1f %s\n", name, median(times),
+                    *std::max_element(times.begin(), times.end()), allAtNewest ? "yes" : "NO");
+    }
+    std::printf("CPU %.2f s; load average %.2f at the end; peak %.0f MiB\n", bench::cpuSeconds() - cpu0,
+                loadAverage(), bench::peakMiB());
+    return 0;
+}
