@@ -11,8 +11,8 @@
 
 namespace {
 // Value label colours: a pick red, a banker green (on dark, as on the number board), else black.
-const QString kPicked = QStringLiteral("color: rgb(255,0,0); font-weight: bold;");
-const QString kBanker = QStringLiteral("color: rgb(0,255,0); font-weight: bold; background: rgb(40,40,40);");
+const QString kPicked = QStringLiteral("color: rgb(255,0,0);");
+const QString kBanker = QStringLiteral("color: rgb(0,255,0); background: rgb(40,40,40);");
 const QString kPlain = QStringLiteral("color: black;");
 constexpr int kFrontItems = 36;  // one item for each number of the largest zone
 constexpr int kBackItems = 24;
