@@ -54,8 +54,8 @@ bool DataRoot::isProgramFolder(const QString& folder) const {
 }
 
 static bool ensureTemplate(const QString& file, TemplateKind kind) {
-    if (QFile::exists(file)) return true;
-    return createTemplate(file, kind);
+    // A program started at the same moment may make it between the look and the making.
+    return QFile::exists(file) || createTemplate(file, kind) || QFile::exists(file);
 }
 
 bool DataRoot::ensureFirstStart() const {
