@@ -365,7 +365,7 @@ struct Windows {
         for (const auto& [heading, w] : windows) out.append({heading, w.get()});
         // The analysis window of both zones, which the main window owns.
         if (!fixture.window->trendWindows().isEmpty())
-            out.append({QStringLiteral("TrendWindow"), fixture.window->trendWindows().first().data()});
+            out.append({QStringLiteral("TrendWindow"), fixture.window->trendWindows().first()});
         return out;
     }
 };

@@ -50,7 +50,7 @@ struct Fixture : MainWindowFixture {
     TrendWindow* openBy(const char* button) {
         window->findChild<QPushButton*>(QString::fromLatin1(button))->click();
         if (window->trendWindows().isEmpty()) return nullptr;
-        TrendWindow* w = window->trendWindows().last().data();
+        TrendWindow* w = window->trendWindows().last();
         // Laid out and scrolled before a test clicks into it.
         if (!QTest::qWaitForWindowExposed(w)) return nullptr;
         QTest::qWait(50);

@@ -481,6 +481,13 @@ FilterWindow* MainWindow::openFilter(FilterSource instance) {
     return w;
 }
 
+QList<TrendWindow*> MainWindow::trendWindows() const {
+    QList<TrendWindow*> open;
+    for (const QPointer<TrendWindow>& w : m_trendWindows)
+        if (!w.isNull()) open.append(w.data());
+    return open;
+}
+
 TrendWindow* MainWindow::openTrend(TrendMember member) {
     auto* w = new TrendWindow(member, m_session, *m_board, m_prompter, this);
     w->setWindowFlag(Qt::Window);
@@ -488,10 +495,10 @@ TrendWindow* MainWindow::openTrend(TrendMember member) {
     // Picks made there show on the board at once, and picks made here show there.
     connect(w, &TrendWindow::boardChanged, this, &MainWindow::renderBoard);
     connect(this, &MainWindow::boardRendered, w, &TrendWindow::showPicks);
+    // A closed window leaves a null pointer behind, dropped here: while a window is being
+    // destroyed it is no longer a TrendWindow, and nothing may look at it as one.
+    m_trendWindows.removeIf([](const QPointer<TrendWindow>& p) { return p.isNull(); });
     m_trendWindows.append(w);
-    connect(w, &QObject::destroyed, this, [this, w] {
-        m_trendWindows.removeIf([w](const QPointer<TrendWindow>& p) { return p.isNull() || p.data() == w; });
-    });
     w->show();
     return w;
 }

@@ -49,7 +49,8 @@ public:
     const QList<QPointer<FilterWindow>>& filterWindows() const { return m_filterWindows; }
     // Opens a history analysis window, non-modal, kept in step with the number board.
     TrendWindow* openTrend(TrendMember member);
-    const QList<QPointer<TrendWindow>>& trendWindows() const { return m_trendWindows; }
+    // The analysis windows open now, in the order they were opened.
+    QList<TrendWindow*> trendWindows() const;
     // Draws the board's logic: buttons, counts, the mode menus, the spin commands, the status.
     void renderBoard();
 
