@@ -125,30 +125,42 @@ DrawParams core(std::span<const int> v, std::span<const int> prev, const Omissio
     return p;
 }
 
-std::optional<Fit> fittedLine(const FrontNumbers& x) {
-    // Six points: the origin and (i, xi) for i = 1..5.
-    constexpr double n = 6;
-    double sx = 0, sxx = 0, sy = 0, sxy = 0;
-    for (int i = 1; i <= 5; ++i) {
-        sx += i;
-        sxx += i * i;
-        sy += x[i - 1];
-        sxy += i * x[i - 1];
+LineFit lineFit(const FrontNumbers& x) {
+    // Point 0 is the origin; points 1..5 have x = i and so arrive sorted by x.
+    constexpr int n = 6;
+    std::array<double, n> px{}, py{};
+    for (int i = 1; i < n; ++i) {
+        px[i] = i;
+        py[i] = x[i - 1];
     }
-    const double denominator = sx * sx - n * sxx;
+    double sx = 0, sxx = 0, sy = 0, sxy = 0;
+    for (int i = 0; i < n; ++i) {
+        sx += px[i];
+        sxx += px[i] * px[i];
+        sy += py[i];
+        sxy += px[i] * py[i];
+    }
+    // D = Sx^2 - n*Sxx is -105 for these x, never zero.
+    const double d = sx * sx - n * sxx;
+    LineFit f;
+    f.A = (sxy * sx - sxx * sy) / d;
+    f.B = (sx * sy - n * sxy) / d;
     double sdxdy = 0, sdx2 = 0, sdy2 = 0;
-    for (int i = 0; i <= 5; ++i) {
-        const double dx = i - sx / n;
-        const double dy = (i == 0 ? 0.0 : x[i - 1]) - sy / n;
+    for (int i = 0; i < n; ++i) {
+        const double dx = sx / n - px[i];
+        const double dy = sy / n - py[i];
         sdxdy += dx * dy;
         sdx2 += dx * dx;
         sdy2 += dy * dy;
     }
-    if (denominator == 0 || sdx2 == 0 || sdy2 == 0) return std::nullopt;
-    Fit f;
-    f.a = static_cast<float>((sxy * sx - sxx * sy) / denominator);
-    f.R = static_cast<float>(sdxdy / (std::sqrt(sdx2) * std::sqrt(sdy2)));
+    if (sdy2 > 0) f.R = sdxdy / (std::sqrt(sdx2) * std::sqrt(sdy2));
     return f;
+}
+
+std::optional<Fit> fittedLine(const FrontNumbers& x) {
+    const LineFit line = lineFit(x);
+    if (!line.R) return std::nullopt;
+    return Fit{static_cast<float>(*line.R), static_cast<float>(line.A)};
 }
 
 void storeDecades(DrawParams& p, const std::array<int16_t, 4>& counted, Path path) {

@@ -50,8 +50,18 @@ int16_t complexity(std::span<const int> v);
 // The longest unbroken run of adjacent differences equal to 1.
 int16_t longestRun(std::span<const int> v);
 
-// Correlation R and intercept a of the line fitted through (0,0) and (i, xi), as the 32-bit
-// floats they are stored as. Empty when a denominator is zero (all five numbers 0).
+// The least-squares line through six points: the origin, counted as a sample on purpose so
+// that every line is pulled toward it, and (i, xi) for i = 1..5. A is the intercept, B the
+// slope and R the straightness (correlation of x and y, 1 for points on one rising line).
+// R is empty when y does not vary (all five numbers 0: the row before the first draw).
+struct LineFit {
+    double A = 0;
+    double B = 0;
+    std::optional<double> R;
+};
+LineFit lineFit(const FrontNumbers& x);
+
+// R and a of lineFit as the 32-bit floats they are stored as in fig. Empty when R is.
 struct Fit {
     float R = 0;
     float a = 0;

@@ -243,3 +243,28 @@ TEST(DamagedNumbers, ComplexityOfMoreThanSevenNumbers) {
     const std::array<int, 10> run{1, 2, 3, 4, 5, 6, 7, 8, 9, 10};
     EXPECT_EQ(complexity(run), 0);
 }
+
+// The fit of the analysis window: the origin is the sixth point, so a straight run that does
+// not point at the origin is not straight.
+TEST(LineFit, InterceptSlopeAndStraightness) {
+    const LineFit onLine = lineFit({2, 4, 6, 8, 10});
+    EXPECT_NEAR(onLine.A, 0.0, 1e-12);
+    EXPECT_DOUBLE_EQ(onLine.B, 2.0);
+    ASSERT_TRUE(onLine.R);
+    EXPECT_NEAR(*onLine.R, 1.0, 1e-12);
+
+    const LineFit run = lineFit({7, 8, 9, 10, 11});
+    ASSERT_TRUE(run.R);
+    EXPECT_LT(*run.R, 0.99);
+    EXPECT_NEAR(run.A, 300.0 / 105.0, 1e-12);  // the origin pulls the intercept down from 6
+
+    const LineFit stored = lineFit({22, 24, 29, 31, 35});
+    EXPECT_DOUBLE_EQ(stored.A, 915.0 / 105.0);
+    EXPECT_DOUBLE_EQ(stored.B, 621.0 / 105.0);
+
+    // The row before the first draw: a flat line with no straightness.
+    const LineFit none = lineFit({0, 0, 0, 0, 0});
+    EXPECT_EQ(none.A, 0.0);
+    EXPECT_EQ(none.B, 0.0);
+    EXPECT_FALSE(none.R);
+}
