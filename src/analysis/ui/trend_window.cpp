@@ -56,6 +56,7 @@ const TrendWindow::Options& TrendWindow::Options::of(TrendMember member) {
 TrendWindow::TrendWindow(TrendMember member, Session& session, NumberBoard& board, Prompter& prompter,
                          QWidget* parent)
     : QMainWindow(parent),
+      m_member(member),
       m_options(Options::of(member)),
       m_session(session),
       m_board(board),
@@ -63,6 +64,7 @@ TrendWindow::TrendWindow(TrendMember member, Session& session, NumberBoard& boar
     setObjectName(QString::fromLatin1(m_options.objectName));
     setWindowTitle(m_options.caption);
     trend_menus::build(menuBar(), member);
+    connectViews();
 
     auto* splitter = new QSplitter(Qt::Horizontal, this);
     splitter->setChildrenCollapsible(false);
@@ -91,6 +93,27 @@ TrendWindow::TrendWindow(TrendMember member, Session& session, NumberBoard& boar
 }
 
 TrendWindow::~TrendWindow() = default;
+
+void TrendWindow::connectViews() {
+    QList<AnalysisView> views = analysis_views::chartViews();
+    views += analysis_views::fitAnd3dViews();
+    for (const AnalysisView& view : views) {
+        auto* action = menuBar()->findChild<QAction*>(view.given);
+        if (!action) continue;  // not an entry of this member's menus
+        action->setEnabled(true);
+        connect(action, &QAction::triggered, this, [this, view] { openView(view); });
+    }
+}
+
+void TrendWindow::openView(const AnalysisView& view) {
+    QWidget* w = view.open(AnalysisContext{m_session, m_prompter, m_member, this});
+    if (!w) return;
+    w->setAttribute(Qt::WA_DeleteOnClose);
+    w->setWindowFlag(Qt::Window);
+    w->show();
+    w->raise();
+    w->activateWindow();
+}
 
 QWidget* TrendWindow::makeZone(ZoneView& z, const QString& appearanceHead, int barColumns) {
     // The grid is filled whole before the view sees its model.

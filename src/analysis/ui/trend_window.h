@@ -1,6 +1,7 @@
 #pragma once
 
 #include "analysis/trend_grid.h"
+#include "analysis/ui/analysis_views.h"
 #include "analysis/ui/trend_menus.h"
 
 #include <QMainWindow>
@@ -39,6 +40,7 @@ public:
     ~TrendWindow() override;
 
     const Options& options() const { return m_options; }
+    TrendMember member() const { return m_member; }
     // The grid of a zone; null when this member does not show the zone.
     QTableView* gridView(Zone zone) const;
     TrendBars* bars(Zone zone) const;
@@ -73,7 +75,10 @@ private:
     void openBankerPopup(Zone zone, int number, const QPoint& globalPos);
     void searchAppearances(ZoneView& z);
     void searchOmissions(ZoneView& z);
+    void connectViews();
+    void openView(const AnalysisView& view);
 
+    TrendMember m_member;
     const Options& m_options;
     Session& m_session;
     NumberBoard& m_board;

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "analysis/ui/trend_menus.h"
+
+#include <QList>
+#include <QString>
+
+#include <functional>
+
+class Prompter;
+class QWidget;
+class Session;
+
+// What a view opened from a trend window's menus gets: the workspace's state, the analysis
+// scope of the window it was opened from, and that window as parent.
+struct AnalysisContext {
+    Session& session;
+    Prompter& prompter;
+    TrendMember scope;
+    QWidget* parent;
+};
+
+// A menu entry of the trend windows that opens a view. The view is built by `open` as a
+// non-modal top-level window (a child of the context's parent, deleted when closed) and shown
+// by the caller. Entries are matched by the action's given name ("mnuTjwei(2)" for a family).
+struct AnalysisView {
+    QString given;
+    std::function<QWidget*(const AnalysisContext&)> open;
+};
+
+namespace analysis_views {
+// The line charts, their pie chart and their printing.
+QList<AnalysisView> chartViews();
+// The fitted-line window and the 3D view.
+QList<AnalysisView> fitAnd3dViews();
+}  // namespace analysis_views
