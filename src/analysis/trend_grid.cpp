@@ -4,6 +4,8 @@
 
 #include <QStringList>
 
+#include <algorithm>
+
 namespace {
 // The draw slots of a zone's numbers: front 1..5, back 6..7.
 struct Slots {
@@ -74,6 +76,27 @@ void TrendGrid::load() {
     }
     if (haveRow) setCurrentOmissions(row);
     countAppearances(0);
+    countRuns();
+}
+
+void TrendGrid::countRuns() {
+    m_runs.assign(static_cast<size_t>(m_size + 1), NumberRuns{});
+    for (int n = 1; n <= m_size; ++n) {
+        NumberRuns& runs = m_runs[static_cast<size_t>(n)];
+        int hits = 0, missing = 0, streak = 0;
+        for (int r = 1; r <= m_drawCount; ++r) {
+            if (cell(r, n).drawn) {
+                ++hits;
+                missing = 0;
+                runs.longestStreak = std::max(runs.longestStreak, ++streak);
+            } else {
+                streak = 0;
+                runs.longestOmission = std::max(runs.longestOmission, ++missing);
+            }
+        }
+        // hits + 1 gaps share the draws without the number.
+        runs.meanOmission = static_cast<double>(m_drawCount - hits) / (hits + 1);
+    }
 }
 
 const TrendCell& TrendGrid::cell(int row, int number) const {

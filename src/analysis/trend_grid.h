@@ -15,6 +15,15 @@
 
 class Session;
 
+// The runs of a number over the draws of the grid, as players read them off a chart: the mean
+// length of its omission runs (the gaps before, between and after its hits, an empty gap
+// counting as 0), its longest omission run and its longest run of consecutive hits.
+struct NumberRuns {
+    double meanOmission = 0;
+    int longestOmission = 0;
+    int longestStreak = 0;
+};
+
 // One cell of a draw row.
 struct TrendCell {
     int16_t figure = 0;  // the text of the cell, when shown
@@ -32,6 +41,10 @@ public:
     static inline const QString kMarksHead = QStringLiteral("拖'√'胆'◎'");
     static inline const QString kPickMark = QStringLiteral("√");
     static inline const QString kBankerMark = QStringLiteral("◎");
+    // Heads of the rows of run statistics, shown on request under the summary rows.
+    static inline const QString kMeanOmissionHead = QStringLiteral("平均遗漏");
+    static inline const QString kLongestOmissionHead = QStringLiteral("最大遗漏");
+    static inline const QString kLongestStreakHead = QStringLiteral("最大连出");
 
     TrendGrid(Session& session, Zone zone);
 
@@ -47,6 +60,7 @@ public:
     // The omission row: empty when the omission table has no row to read.
     std::optional<int16_t> currentOmission(int number) const;
     int appearances(int number) const;
+    const NumberRuns& runs(int number) const { return m_runs[static_cast<size_t>(number)]; }
     // The mark of a number on the board: banker, pick or none.
     QString mark(int number) const;
     // Whether the value label of a number shows a pick (red) or a banker (green).
@@ -64,6 +78,7 @@ private:
     QString omissionTable() const;
     QString omissionColumns() const;
     void setCurrentOmissions(const std::vector<int16_t>& row);
+    void countRuns();
     TrendCell& at(int row, int number) { return m_cells[static_cast<size_t>(row * (m_size + 1) + number)]; }
 
     Session& m_session;
@@ -75,4 +90,5 @@ private:
     std::vector<TrendCell> m_cells;                 // rows 0..R by columns 0..size
     std::vector<std::optional<int16_t>> m_current;  // by number
     std::vector<int> m_appearances;                 // by number
+    std::vector<NumberRuns> m_runs;                 // by number, over all draw rows
 };

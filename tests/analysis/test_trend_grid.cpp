@@ -155,6 +155,23 @@ TEST_F(TrendGridTest, NumbersAboveTheZoneHaveNoColumnAndAMissingOmissionTableLea
     EXPECT_FALSE(grid.showOmissionsOf(2025101));
 }
 
+TEST_F(TrendGridTest, RunsCountTheGapsAroundEveryHitAndTheLongestRuns) {
+    ASSERT_TRUE(importLines(kDraws).done());
+    TrendGrid front(*session, Zone::Front);
+    front.load();
+    const auto expect = [](const NumberRuns& r, double mean, int omission, int streak, int number) {
+        EXPECT_DOUBLE_EQ(r.meanOmission, mean) << number;
+        EXPECT_EQ(r.longestOmission, omission) << number;
+        EXPECT_EQ(r.longestStreak, streak) << number;
+    };
+    expect(front.runs(7), 3.0 / 4, 2, 2, 7);  // hit, hit, -, -, hit, -
+    expect(front.runs(35), 5.0 / 2, 3, 1, 35);  // only in the fourth draw
+    expect(front.runs(6), 6, 6, 0, 6);          // never drawn
+    TrendGrid back(*session, Zone::Back);
+    back.load();
+    expect(back.runs(12), 3.0 / 4, 2, 2, 12);  // -, -, hit, hit, -, hit
+}
+
 TEST_F(TrendGridTest, AnEmptyHistoryHasNoDrawRowsAndNoOmissions) {
     TrendGrid grid(*session, Zone::Back);
     grid.load();
@@ -162,6 +179,8 @@ TEST_F(TrendGridTest, AnEmptyHistoryHasNoDrawRowsAndNoOmissions) {
     for (int n = 1; n <= 12; ++n) {
         EXPECT_FALSE(grid.currentOmission(n).has_value());
         EXPECT_EQ(grid.appearances(n), 0);
+        EXPECT_EQ(grid.runs(n).meanOmission, 0);
+        EXPECT_EQ(grid.runs(n).longestOmission, 0);
     }
 }
 

@@ -45,6 +45,19 @@ TEST_F(TrendGridModelTest, BackGridShowsDrawsSummaryRowsAndColours) {
     session->board().back.pickFlag[1] = true;
     model.marksChanged();
     EXPECT_EQ(model.index(5, 1).data().toString(), QStringLiteral("√"));
+
+    // The run statistics come under the summary rows on request, and go again.
+    model.showRuns(true);
+    const QString others6 = QStringLiteral("\t3.0").repeated(6), threes6 = QStringLiteral("\t3").repeated(6),
+                  zeros6 = QStringLiteral("\t0").repeated(6);
+    EXPECT_TRUE(modelTsv(model).endsWith(
+        QStringLiteral("平均遗漏\t3.0\t3.0\t0.3\t0.3%1\t1.0\t1.0\n"
+                       "最大遗漏\t3\t3\t1\t1%2\t2\t2\n"
+                       "最大连出\t0\t0\t2\t2%3\t1\t1\n")
+            .arg(others6, threes6, zeros6)))
+        << modelTsv(model).toStdString();
+    model.showRuns(false);
+    EXPECT_EQ(model.rowCount(), 6);
 }
 
 TEST_F(TrendGridModelTest, NoDrawsLeaveTheHeadAndTheThreeSummaryRows) {

@@ -131,6 +131,18 @@ void TrendWindowTest::membersOpenWithTheirCaptionsGridsAndBars() {
              QStringLiteral("跳变统计(&J)"));
     QVERIFY(!Fixture::child<QAction>(both, QStringLiteral("mnuCcha"))->isEnabled());
     QVERIFY(!Fixture::child<QAction>(both, QStringLiteral("mnuLianBz")));
+    // The run statistics: off at first, three rows under the summary rows of both grids when on.
+    auto* runs = Fixture::child<QAction>(both, QStringLiteral("mnuYlTongji"));
+    QVERIFY(runs->isCheckable() && !runs->isChecked());
+    auto* backGrid = Fixture::child<QTableView>(both, QStringLiteral("MSFlexGrid2"));
+    const int backRows = backGrid->model()->rowCount();
+    runs->trigger();
+    QCOMPARE(backGrid->model()->rowCount(), backRows + 3);
+    QCOMPARE(backGrid->model()->index(backRows + 2, 0).data().toString(), QStringLiteral("最大连出"));
+    QCOMPARE(Fixture::child<QTableView>(both, QStringLiteral("MSFlexGrid1"))->model()->index(backRows, 0).data().toString(),
+             QStringLiteral("平均遗漏"));
+    runs->trigger();
+    QCOMPARE(backGrid->model()->rowCount(), backRows);
 
     TrendWindow* frontOnly = f.openBy("Command9");
     QCOMPARE(frontOnly->windowTitle(), QStringLiteral("前区历史分析(号码走势图及概率分布图)"));

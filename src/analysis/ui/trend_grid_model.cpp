@@ -19,7 +19,32 @@ TrendGridModel::TrendGridModel(const TrendGrid& grid, QString appearanceHead, QO
 int TrendGridModel::omissionRow() const { return m_grid.drawCount(); }
 
 int TrendGridModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : m_grid.drawCount() + kSummaryRows;
+    return parent.isValid() ? 0 : m_grid.drawCount() + kSummaryRows + (m_runsShown ? kRunRows : 0);
+}
+
+void TrendGridModel::showRuns(bool shown) {
+    if (shown == m_runsShown) return;
+    if (shown) {
+        beginInsertRows({}, runsRow(), runsRow() + kRunRows - 1);
+        m_runsShown = true;
+        endInsertRows();
+    } else {
+        beginRemoveRows({}, runsRow(), runsRow() + kRunRows - 1);
+        m_runsShown = false;
+        endRemoveRows();
+    }
+}
+
+QVariant TrendGridModel::runsDisplay(int row, int column) const {
+    const int which = row - runsRow();
+    if (column == 0) {
+        const QString* heads[] = {&TrendGrid::kMeanOmissionHead, &TrendGrid::kLongestOmissionHead,
+                                  &TrendGrid::kLongestStreakHead};
+        return *heads[which];
+    }
+    const NumberRuns& runs = m_grid.runs(column);
+    if (which == 0) return QString::number(runs.meanOmission, 'f', 1);
+    return QString::number(which == 1 ? runs.longestOmission : runs.longestStreak);
 }
 
 int TrendGridModel::columnCount(const QModelIndex& parent) const {
@@ -42,6 +67,7 @@ QVariant TrendGridModel::displayOf(int row, int column) const {
     }
     if (row == appearanceRow())
         return column == 0 ? m_appearanceHead : QString::number(m_grid.appearances(column));
+    if (row >= runsRow()) return runsDisplay(row, column);
     return column == 0 ? TrendGrid::kMarksHead : m_grid.mark(column);
 }
 

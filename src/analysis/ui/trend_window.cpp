@@ -65,6 +65,7 @@ TrendWindow::TrendWindow(TrendMember member, Session& session, NumberBoard& boar
     setWindowTitle(m_options.caption);
     trend_menus::build(menuBar(), member);
     connectViews();
+    addRunsItem();
 
     auto* splitter = new QSplitter(Qt::Horizontal, this);
     splitter->setChildrenCollapsible(false);
@@ -93,6 +94,17 @@ TrendWindow::TrendWindow(TrendMember member, Session& session, NumberBoard& boar
 }
 
 TrendWindow::~TrendWindow() = default;
+
+void TrendWindow::addRunsItem() {
+    auto* menu = menuBar()->findChild<QMenu*>(QStringLiteral("mnuSyl"));
+    menu->addSeparator();
+    QAction* item = menu->addAction(QStringLiteral("显示遗漏统计"));
+    item->setObjectName(QStringLiteral("mnuYlTongji"));
+    item->setCheckable(true);
+    connect(item, &QAction::toggled, this, [this](bool shown) {
+        for (const auto& z : m_zones) z->model->showRuns(shown);
+    });
+}
 
 void TrendWindow::connectViews() {
     QList<AnalysisView> views = analysis_views::chartViews();
@@ -173,7 +185,7 @@ QTableView* TrendWindow::makeView(ZoneView& z) {
         ZoneView& zv = *viewOf(zone);
         if (index.row() == zv.model->omissionRow())
             searchOmissions(zv);
-        else
+        else if (index.row() < zv.model->runsRow())
             searchAppearances(zv);
     });
     // The head row is the header; a double click there searches the appearances too.

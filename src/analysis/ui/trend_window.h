@@ -76,6 +76,8 @@ private:
     void searchAppearances(ZoneView& z);
     void searchOmissions(ZoneView& z);
     void connectViews();
+    // Beyond the analysis menus: the rows of run statistics under the summary rows, off at first.
+    void addRunsItem();
     void openView(const AnalysisView& view);
 
     TrendMember m_member;
