@@ -1,5 +1,6 @@
 #include "app/cli/command_table.h"
 
+#include "app/cli/analysis_commands.h"
 #include "app/cli/candidate_commands.h"
 #include "app/cli/history_commands.h"
 #include "app/cli/param_filter_commands.h"
@@ -55,7 +56,8 @@ const std::vector<std::unique_ptr<Command>>& all() {
              SettingSaveCommand, SettingLoadCommand, SettingListCommand, SettingDeleteCommand,
              SettingRenameCommand, RangeCommand, PrizeRulesShowCommand, PrizeRulesSetCommand,
              PrizeCheckCommand, PrizeListCommand, ReportWriteCommand, ReportListCommand, ReportShowCommand,
-             FortuneCommand, PrintTicketsCommand>();
+             FortuneCommand, PrintTicketsCommand, AnalysisTrendCommand, AnalysisFitCommand,
+             AnalysisKLineCommand, AnalysisMeansCommand>();
     return commands;
 }
 

@@ -1,0 +1,168 @@
+#include "app/cli/analysis_commands.h"
+
+#include "analysis/chart_lines.h"
+#include "analysis/trend_grid.h"
+#include "app/cli/cli_context.h"
+#include "history/draw_params.h"
+#include "workspace/draw_params_columns.h"
+#include "workspace/session.h"
+
+#include <QLocale>
+#include <QRegularExpression>
+
+#include <algorithm>
+
+namespace {
+
+const QString kLast = QStringLiteral("last");
+const QString kScope = QStringLiteral("scope");
+const QString kColumn = QStringLiteral("column");
+const QStringList kScopes{QStringLiteral("front"), QStringLiteral("back"), QStringLiteral("both")};
+
+QString shortest(double v) { return QString::number(v, 'g', QLocale::FloatingPointShortest); }
+QString twoDigits(int n) { return QStringLiteral("%1").arg(n, 2, 10, QLatin1Char('0')); }
+
+// The first draw row printed: all of them, or the last `--last` ones.
+int firstRow(const Args& args, int rows) {
+    return args.has(kLast) ? std::max(1, rows - args.integer(kLast) + 1) : 1;
+}
+
+// The scope's per-draw table and its name.
+const std::vector<DrawParams>& scopeTable(const DrawHistory& h, int scope) {
+    return scope == 0 ? h.front : scope == 1 ? h.back : h.both;
+}
+const QStringList& scopeColumns(int scope) {
+    return scope == 0   ? draw_params_columns::frontColumns()
+           : scope == 1 ? draw_params_columns::backColumns()
+                        : draw_params_columns::bothColumns();
+}
+QString lastProblem(const Args& args) {
+    if (args.has(kLast) && args.integer(kLast) < 1) return QStringLiteral("--last: %1 is not a count of draws").arg(args.text(kLast));
+    return {};
+}
+
+const char* scopeTableName(int scope) { return scope == 0 ? "fig" : scope == 1 ? "fighou" : "figquan"; }
+
+}  // namespace
+
+AnalysisTrendCommand::AnalysisTrendCommand()
+    : SessionCommand(QStringLiteral("analysis trend"), QStringLiteral("[--zone front|back] [--last N]"),
+                     QStringLiteral("Prints the trend grid of a zone: per draw its issue, then per number the "
+                                    "drawn number or the omission figure; then the rows of omissions, "
+                                    "appearances and the board's marks.")) {
+    setAccess(Access::Reads);
+    option(QStringLiteral("zone"), QStringLiteral("ZONE"), QStringLiteral("front (the default) or back."),
+           ValueKind::oneOf({QStringLiteral("front"), QStringLiteral("back")}));
+    option(kLast, QStringLiteral("N"),
+           QStringLiteral("Only the last N draw rows; the summary rows count every draw, as in the window."),
+           ValueKind::integer());
+}
+
+QString AnalysisTrendCommand::check(const Args& args) const { return lastProblem(args); }
+
+int AnalysisTrendCommand::run(CliContext& ctx, Session& s, const Args& args) const {
+    TrendGrid grid(s, args.choice(QStringLiteral("zone")) == 0 ? Zone::Front : Zone::Back);
+    grid.load();
+    ctx.out << TrendGrid::kIssueHead;
+    for (int n = 1; n <= grid.size(); ++n) ctx.out << '\t' << twoDigits(n);
+    ctx.out << '\n';
+    for (int r = firstRow(args, grid.drawCount()); r <= grid.drawCount(); ++r) {
+        ctx.out << grid.issue(r);
+        for (int n = 1; n <= grid.size(); ++n) {
+            const TrendCell& c = grid.cell(r, n);
+            ctx.out << '\t';
+            if (c.shown) ctx.out << (c.omission ? QString::number(c.figure) : twoDigits(c.figure));
+        }
+        ctx.out << '\n';
+    }
+    ctx.out << TrendGrid::kOmissionHead;
+    for (int n = 1; n <= grid.size(); ++n) {
+        const auto omission = grid.currentOmission(n);
+        ctx.out << '\t' << (omission ? QString::number(*omission) : QString());
+    }
+    ctx.out << '\n' << TrendGrid::kAppearanceHead;
+    for (int n = 1; n <= grid.size(); ++n) ctx.out << '\t' << grid.appearances(n);
+    ctx.out << '\n' << TrendGrid::kMarksHead;
+    for (int n = 1; n <= grid.size(); ++n) ctx.out << '\t' << grid.mark(n);
+    ctx.out << '\n';
+    return kDone;
+}
+
+AnalysisFitCommand::AnalysisFitCommand()
+    : SessionCommand(QStringLiteral("analysis fit"), QStringLiteral("RUNNING_NUMBER"),
+                     QStringLiteral("Prints the line fitted through a draw's five front numbers and the origin: "
+                                    "its intercept A, slope B and straightness R.")) {
+    setAccess(Access::Reads);
+    positional(QStringLiteral("RUNNING_NUMBER"),
+               QStringLiteral("The draw's running number, 1 for the first draw (0: the row before it)."),
+               ValueKind::integer());
+}
+
+int AnalysisFitCommand::run(CliContext& ctx, Session& s, const Args& args) const {
+    const int row = args.positionalInteger(0);
+    if (row < 0 || row > s.drawCount())
+        return ctx.fail(QStringLiteral("no draw %1: the history has %2 draws").arg(row).arg(s.drawCount()));
+    const draw_params::LineFit fit =
+        draw_params::lineFit(draw_params::frontOf(s.history().numbers[static_cast<size_t>(row)]));
+    ctx.out << "A\tB\tR\n"
+            << shortest(fit.A) << '\t' << shortest(fit.B) << '\t' << (fit.R ? shortest(*fit.R) : QString()) << '\n';
+    return kDone;
+}
+
+AnalysisKLineCommand::AnalysisKLineCommand()
+    : SessionCommand(QStringLiteral("analysis kline"),
+                     QStringLiteral("--column NAME [--scope front|back|both] [--last N]"),
+                     QStringLiteral("Prints a per-draw series and its weighted K line: a parameter column of the "
+                                    "scope's table, or fig1..fig7 for the numbers by position.")) {
+    setAccess(Access::Reads);
+    option(kColumn, QStringLiteral("NAME"), QStringLiteral("A column such as Znum or Lcz1, or fig1..fig7."));
+    option(kScope, QStringLiteral("SCOPE"), QStringLiteral("front (the default: fig), back (fighou) or both (figquan)."),
+           ValueKind::oneOf(kScopes));
+    option(kLast, QStringLiteral("N"), QStringLiteral("Only the last N draws; the K line is computed over all."),
+           ValueKind::integer());
+}
+
+QString AnalysisKLineCommand::check(const Args& args) const {
+    if (!args.has(kColumn)) return QStringLiteral("--column is required");
+    return lastProblem(args);
+}
+
+int AnalysisKLineCommand::run(CliContext& ctx, Session& s, const Args& args) const {
+    const QString column = args.text(kColumn);
+    const int scope = args.choice(kScope);
+    const DrawHistory& h = s.history();
+    std::vector<double> series;
+    static const QRegularExpression position(QStringLiteral("^fig([1-7])$"), QRegularExpression::CaseInsensitiveOption);
+    if (const auto m = position.match(column); m.hasMatch()) {
+        series = chart_lines::positionSeries(h, m.captured(1).toInt());
+    } else {
+        if (!scopeColumns(scope).contains(column, Qt::CaseInsensitive))
+            return ctx.fail(QStringLiteral("no column %1 in %2").arg(column, QLatin1String(scopeTableName(scope))));
+        const std::vector<DrawParams>& table = scopeTable(h, scope);
+        for (int i = 1; i <= h.drawCount(); ++i)
+            series.push_back(*draw_params_columns::value(table[static_cast<size_t>(i)], column));
+    }
+    const std::vector<int16_t> k = chart_lines::kLine(series);
+    ctx.out << "Idx\tQihao\t" << column << "\tK\n";
+    for (int i = firstRow(args, h.drawCount()); i <= h.drawCount(); ++i)
+        ctx.out << i << '\t' << h.numbers[static_cast<size_t>(i)][0] << '\t'
+                << shortest(series[static_cast<size_t>(i - 1)]) << '\t' << k[static_cast<size_t>(i - 1)] << '\n';
+    return kDone;
+}
+
+AnalysisMeansCommand::AnalysisMeansCommand()
+    : SessionCommand(QStringLiteral("analysis means"), {},
+                     QStringLiteral("Prints the ideal mean of each position (the centre of its band of the zone) "
+                                    "and its sample mean over every draw.")) {
+    setAccess(Access::Reads);
+}
+
+int AnalysisMeansCommand::run(CliContext& ctx, Session& s, const Args&) const {
+    // Twelve digits: 28 / 10 + 28 / 5 is 8.4 to the player, not 8.399999999999999.
+    const auto mean = [](double v) { return QString::number(v, 'g', 12); };
+    ctx.out << "Position\tIdeal\tSample\n";
+    for (int p = 1; p <= 7; ++p)
+        ctx.out << p << '\t' << mean(chart_lines::idealMean(p, s.frontSize(), s.backSize())) << '\t'
+                << mean(chart_lines::sampleMean(s.history(), p)) << '\n';
+    return kDone;
+}

@@ -1,0 +1,40 @@
+#pragma once
+
+// analysis trend, fit, kline and means: the history studied as the analysis windows show it,
+// printed as tab-separated text.
+
+#include "app/cli/session_command.h"
+
+class AnalysisTrendCommand : public SessionCommand {
+public:
+    AnalysisTrendCommand();
+
+protected:
+    QString check(const Args& args) const override;
+    int run(CliContext& ctx, Session& s, const Args& args) const override;
+};
+
+class AnalysisFitCommand : public SessionCommand {
+public:
+    AnalysisFitCommand();
+
+protected:
+    int run(CliContext& ctx, Session& s, const Args& args) const override;
+};
+
+class AnalysisKLineCommand : public SessionCommand {
+public:
+    AnalysisKLineCommand();
+
+protected:
+    QString check(const Args& args) const override;
+    int run(CliContext& ctx, Session& s, const Args& args) const override;
+};
+
+class AnalysisMeansCommand : public SessionCommand {
+public:
+    AnalysisMeansCommand();
+
+protected:
+    int run(CliContext& ctx, Session& s, const Args& args) const override;
+};

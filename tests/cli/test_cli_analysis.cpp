@@ -1,0 +1,95 @@
+#include "cli/cli_fixture.h"
+
+using CliAnalysis = CliTest;
+
+namespace {
+
+QStringList draw(std::initializer_list<int> numbers) {
+    QStringList words{"history", "add"};
+    for (int n : numbers) words << QString::number(n);
+    return words;
+}
+
+}  // namespace
+
+// The fit of a draw: the origin is a point of the line, so 2 4 6 8 10 is straight and a run of
+// five further from the origin is not; row 0 holds no draw and has no straightness.
+TEST_F(CliAnalysis, FitGivesInterceptSlopeAndStraightness) {
+    one({"workspace", "create", "w"});
+    one(draw({2, 4, 6, 8, 10, 1, 2}));
+    one(draw({7, 8, 9, 10, 11, 3, 4}));
+    EXPECT_EQ(one({"analysis", "fit", "1"}), QStringLiteral("A\tB\tR\n0\t2\t1"));
+    const QStringList run = one({"analysis", "fit", "2"}).split('\n').last().split('\t');
+    ASSERT_EQ(run.size(), 3);
+    EXPECT_NEAR(run[0].toDouble(), 300.0 / 105.0, 1e-12);
+    EXPECT_LT(run[2].toDouble(), 0.99);
+    EXPECT_EQ(cli.run({"analysis", "fit", "0"}).out, QStringLiteral("A\tB\tR\n0\t0\t\n"));
+    const CliRun past = cli.run({"analysis", "fit", "3"});
+    EXPECT_EQ(past.exitCode, 1);
+    EXPECT_TRUE(past.err.contains(QStringLiteral("no draw 3"))) << past.err.toStdString();
+}
+
+// Eleven draws whose first number is 1..11 and last number always 2: the K line rises with
+// weights 1..i over the first ten, then weighs the last ten 10..1 over 55.
+TEST_F(CliAnalysis, KLineOfAPositionAndOfAColumnOfTheScope) {
+    one({"workspace", "create", "w"});
+    for (int i = 1; i <= 11; ++i) one(draw({i, i + 10, i + 15, i + 20, i + 24, 1, 2}));
+    const QStringList rows = one({"analysis", "kline", "--column", "fig1"}).split('\n');
+    ASSERT_EQ(rows.size(), 12);
+    EXPECT_EQ(rows[0], QStringLiteral("Idx\tQihao\tfig1\tK"));
+    EXPECT_TRUE(rows[10].startsWith(QStringLiteral("10\t"))) << rows[10].toStdString();
+    EXPECT_TRUE(rows[10].endsWith(QStringLiteral("\t10\t7"))) << rows[10].toStdString();  // 385 / 55
+    EXPECT_TRUE(rows[11].endsWith(QStringLiteral("\t11\t8"))) << rows[11].toStdString();  // 439 / 55 = 7.98
+    // A constant series stays on its value, here shown for the last two draws only.
+    const QStringList back = one({"analysis", "kline", "--column", "fig7", "--last", "2"}).split('\n');
+    ASSERT_EQ(back.size(), 3);
+    for (int i = 1; i <= 2; ++i) EXPECT_TRUE(back[i].endsWith(QStringLiteral("\t2\t2"))) << back[i].toStdString();
+    // The sum of the back numbers in the back table, named in any case.
+    EXPECT_TRUE(one({"analysis", "kline", "--column", "znum", "--scope", "back", "--last", "1"})
+                    .endsWith(QStringLiteral("\t3\t3")));
+    // A column the scope's table lacks, and a missing column.
+    const CliRun lacking = cli.run({"analysis", "kline", "--column", "DZnum", "--scope", "back"});
+    EXPECT_EQ(lacking.exitCode, 1);
+    EXPECT_TRUE(lacking.err.contains(QStringLiteral("no column DZnum in fighou"))) << lacking.err.toStdString();
+    EXPECT_EQ(cli.run({"analysis", "kline"}).exitCode, 2);
+    EXPECT_EQ(cli.run({"analysis", "kline", "--column", "fig1", "--last", "0"}).exitCode, 2);
+}
+
+TEST_F(CliAnalysis, MeansFollowTheZoneSizes) {
+    one({"workspace", "create", "w"});
+    one({"rules", "set", "--front", "28"});
+    one(draw({1, 2, 3, 4, 5, 1, 2}));
+    one(draw({3, 6, 9, 12, 15, 3, 12}));
+    EXPECT_EQ(one({"analysis", "means"}), QStringLiteral("Position\tIdeal\tSample\n"
+                                                         "1\t2.8\t2\n"
+                                                         "2\t8.4\t4\n"
+                                                         "3\t14\t6\n"
+                                                         "4\t19.6\t8\n"
+                                                         "5\t25.2\t10\n"
+                                                         "6\t3\t2\n"
+                                                         "7\t9\t7"));
+}
+
+// The trend grid as text: the head, the last draw rows asked for, and the three summary rows
+// counted over every draw.
+TEST_F(CliAnalysis, TrendPrintsTheGridOfAZone) {
+    one({"workspace", "create", "w"});
+    one({"workspace", "create", "empty"});
+    const QStringList empty = one({"--workspace", "empty", "analysis", "trend", "--zone", "back"}).split('\n');
+    ASSERT_EQ(empty.size(), 4);
+    EXPECT_TRUE(empty[1].startsWith(QStringLiteral("遗漏期数")));
+    for (const QStringList& d : {draw({1, 2, 3, 4, 5, 1, 2}), draw({3, 6, 9, 12, 15, 3, 12}),
+                                 draw({3, 7, 9, 22, 35, 1, 12})})
+        one(QStringList{"--workspace", "w"} + d);
+    const QStringList rows = one({"--workspace", "w", "analysis", "trend", "--zone", "back", "--last", "2"}).split('\n');
+    ASSERT_EQ(rows.size(), 6);
+    EXPECT_EQ(rows[0], QStringLiteral("历史期号\t01\t02\t03\t04\t05\t06\t07\t08\t09\t10\t11\t12"));
+    // The two newest draws; the first of them holds 03 and 12.
+    EXPECT_EQ(rows[1].split('\t')[3], QStringLiteral("03"));
+    EXPECT_EQ(rows[2].split('\t')[12], QStringLiteral("12"));
+    EXPECT_EQ(rows[4].split('\t').mid(0, 4),
+              (QStringList{QStringLiteral("出现次(双击检索期数)"), "2", "1", "1"}));
+    EXPECT_EQ(rows[4].split('\t')[12], QStringLiteral("2"));
+    EXPECT_TRUE(rows[5].startsWith(QStringLiteral("拖'√'胆'◎'")));
+    EXPECT_EQ(one({"--workspace", "w", "analysis", "trend"}).split('\n')[0].split('\t').size(), 36);
+}
