@@ -16,6 +16,7 @@
 #include "filter/ui/filter_window.h"
 #include "generation/expansion.h"
 #include "history/history_import.h"
+#include "paint_counter.h"
 #include "workspace/data_root.h"
 #include "workspace/scripted_prompter.h"
 #include "workspace/session.h"
@@ -27,7 +28,6 @@
 #include <QCheckBox>
 #include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QLineEdit>
 #include <QTabBar>
 #include <QTableView>
@@ -41,17 +41,9 @@
 
 namespace {
 
-// Counts the paint events of a widget.
-class PaintCounter : public QObject {
-public:
-    int paints = 0;
-
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override {
-        if (event->type() == QEvent::Paint) ++paints;
-        return QObject::eventFilter(watched, event);
-    }
-};
+using bench::loadAverage;
+using bench::median;
+using bench::PaintCounter;
 
 class Driver {
 public:
@@ -91,18 +83,6 @@ private:
     PaintCounter m_paints;
     std::map<QString, std::vector<double>> m_times;
 };
-
-double median(std::vector<double> v) {
-    std::sort(v.begin(), v.end());
-    const size_t n = v.size();
-    return n == 0 ? 0 : n % 2 ? v[n / 2] : (v[n / 2 - 1] + v[n / 2]) / 2;
-}
-
-double loadAverage() {
-    QFile f(QStringLiteral("/proc/loadavg"));
-    if (!f.open(QIODevice::ReadOnly)) return -1;
-    return f.readAll().split(' ').value(0).toDouble();
-}
 
 // Prints one line per action, and the target it is held to.
 void report(const Driver& d) {

@@ -8,6 +8,7 @@
 #include "analysis/ui/trend_window.h"
 #include "bench_timing.h"
 #include "history/history_import.h"
+#include "paint_counter.h"
 #include "picking/number_board.h"
 #include "workspace/data_root.h"
 #include "workspace/scripted_prompter.h"
@@ -18,7 +19,6 @@
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QScrollBar>
 #include <QTableView>
 #include <QTemporaryDir>
@@ -31,29 +31,9 @@
 
 namespace {
 
-// Counts the paint events of the widgets it watches.
-class PaintCounter : public QObject {
-public:
-    int paints = 0;
-
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override {
-        if (event->type() == QEvent::Paint) ++paints;
-        return QObject::eventFilter(watched, event);
-    }
-};
-
-double median(std::vector<double> v) {
-    std::sort(v.begin(), v.end());
-    const size_t n = v.size();
-    return n == 0 ? 0 : n % 2 ? v[n / 2] : (v[n / 2 - 1] + v[n / 2]) / 2;
-}
-
-double loadAverage() {
-    QFile f(QStringLiteral("/proc/loadavg"));
-    if (!f.open(QIODevice::ReadOnly)) return -1;
-    return f.readAll().split(' ').value(0).toDouble();
-}
+using bench::loadAverage;
+using bench::median;
+using bench::PaintCounter;
 
 // Opens one window and waits until each of its grids has painted; milliseconds, or -1.
 double openOnce(TrendMember member, Session& session, NumberBoard& board, Prompter& prompter,
