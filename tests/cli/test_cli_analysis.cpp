@@ -93,3 +93,54 @@ TEST_F(CliAnalysis, TrendPrintsTheGridOfAZone) {
     EXPECT_TRUE(rows[5].startsWith(QStringLiteral("拖'√'胆'◎'")));
     EXPECT_EQ(one({"--workspace", "w", "analysis", "trend"}).split('\n')[0].split('\t').size(), 36);
 }
+
+// Three draws whose pairs and followers can be counted by hand.
+TEST_F(CliAnalysis, CorrelationTransitionsAndMoments) {
+    one({"workspace", "create", "w"});
+    one(draw({1, 2, 3, 4, 5, 1, 2}));
+    one(draw({3, 9, 17, 28, 35, 3, 12}));
+    one(draw({2, 3, 17, 30, 35, 1, 12}));
+    // The back zone's pairs below the diagonal: (1, 2) once, (1, 12) once, (3, 12) once.
+    const QStringList back = cli.run({"analysis", "correlation", "--scope", "back"}).out.split('\n');
+    ASSERT_EQ(back.size(), 14);
+    EXPECT_EQ(back[0], QStringLiteral("相关参数\t01\t02\t03\t04\t05\t06\t07\t08\t09\t10\t11\t12"));
+    EXPECT_EQ(back[2], QStringLiteral("02\t1\t\t\t\t\t\t\t\t\t\t\t"));
+    EXPECT_EQ(back[12], QStringLiteral("12\t1\t0\t1\t0\t0\t0\t0\t0\t0\t0\t0\t"));
+    // With 3 in front: the draws holding 3, 17 with 35 twice.
+    const QStringList with3 = one({"analysis", "correlation", "--with", "3"}).split('\n');
+    EXPECT_EQ(with3[35].split('\t')[17], QStringLiteral("2"));
+    EXPECT_EQ(with3[35].split('\t')[3], QStringLiteral("0"));
+    const CliRun outside = cli.run({"analysis", "correlation", "--with", "13", "--scope", "back"});
+    EXPECT_EQ(outside.exitCode, 1);
+    EXPECT_TRUE(outside.err.contains(QStringLiteral("请输入1~12之间的数字"))) << outside.err.toStdString();
+
+    // One draw skipped: the first draw to the third; the follow rows are the second draw's.
+    const QStringList skip = one({"analysis", "transitions", "--gap", "2"}).split('\n');
+    ASSERT_EQ(skip.size(), 1 + 35 + 1 + 5 + 1);
+    EXPECT_EQ(skip[0].split('\t')[0], QStringLiteral("前期\\下期"));
+    EXPECT_EQ(skip[5].split('\t')[30], QStringLiteral("1"));  // 5 then 30
+    EXPECT_EQ(skip[36], QStringLiteral("上2期跟随"));
+    EXPECT_TRUE(skip[37].startsWith(QStringLiteral("03\t"))) << skip[37].toStdString();
+    EXPECT_EQ(skip[37].split('\t')[30], QStringLiteral("1"));
+    EXPECT_EQ(skip[42].split('\t')[0], QStringLiteral("上2期总跟随"));
+    // Of the second draw's numbers only 3 came in the first draw, and 35 in the third.
+    EXPECT_EQ(skip[42].split('\t')[35], QStringLiteral("1"));
+    EXPECT_EQ(cli.run({"analysis", "transitions", "--gap", "3"}).exitCode, 2);
+
+    const QStringList moments = one({"analysis", "moments"}).split('\n');
+    ASSERT_EQ(moments.size(), 10);
+    EXPECT_EQ(moments[0], QStringLiteral("第1位\t第2位\t第3位\t第4位\t第5位"));  // trimmed of its leading tab
+    EXPECT_EQ(moments[1], QStringLiteral("理想均值\t3.5\t10.5\t17.5\t24.5\t31.5"));
+    EXPECT_EQ(moments[2].split('\t')[1], QStringLiteral("2"));  // (1 + 3 + 2) / 3
+    EXPECT_EQ(moments[3].split('\t')[1], QStringLiteral("1"));  // ((1-2)^2 + 1 + 0) / 2
+}
+
+TEST_F(CliAnalysis, MomentsOfOneDrawLeaveTheRowsOverRMinusOneEmpty) {
+    one({"workspace", "create", "w"});
+    one(draw({1, 2, 3, 4, 5, 1, 2}));
+    const CliRun r = cli.run({"analysis", "moments"});
+    const QStringList rows = r.out.split('\n');
+    EXPECT_EQ(rows[3], QStringLiteral("样本方差\t\t\t\t\t"));
+    EXPECT_EQ(rows[7], QStringLiteral("理想方差\t\t\t\t\t"));
+    EXPECT_EQ(rows[5], QStringLiteral("二阶中心矩\t0\t0\t0\t0\t0"));
+}

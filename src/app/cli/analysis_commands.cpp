@@ -1,6 +1,8 @@
 #include "app/cli/analysis_commands.h"
 
 #include "analysis/chart_lines.h"
+#include "analysis/number_relations.h"
+#include "analysis/position_moments.h"
 #include "analysis/trend_grid.h"
 #include "app/cli/cli_context.h"
 #include "history/draw_params.h"
@@ -39,6 +41,24 @@ const QStringList& scopeColumns(int scope) {
 QString lastProblem(const Args& args) {
     if (args.has(kLast) && args.integer(kLast) < 1) return QStringLiteral("--last: %1 is not a count of draws").arg(args.text(kLast));
     return {};
+}
+
+HistoryView scopeOf(const Args& args) { return kAllViews[static_cast<size_t>(args.choice(kScope))]; }
+
+// A matrix of counts as a grid: the corner, the numbers as heads, and a cell where `shown` says.
+template <typename Shown>
+void printMatrix(CliContext& ctx, const QString& corner, const NumberMatrix& m, int size, Shown shown) {
+    ctx.out << corner;
+    for (int b = 1; b <= size; ++b) ctx.out << '\t' << twoDigits(b);
+    ctx.out << '\n';
+    for (int a = 1; a <= size; ++a) {
+        ctx.out << twoDigits(a);
+        for (int b = 1; b <= size; ++b) {
+            ctx.out << '\t';
+            if (shown(a, b)) ctx.out << m.at(a, b);
+        }
+        ctx.out << '\n';
+    }
 }
 
 const char* scopeTableName(int scope) { return scope == 0 ? "fig" : scope == 1 ? "fighou" : "figquan"; }
@@ -164,5 +184,95 @@ int AnalysisMeansCommand::run(CliContext& ctx, Session& s, const Args&) const {
     for (int p = 1; p <= 7; ++p)
         ctx.out << p << '\t' << mean(chart_lines::idealMean(p, s.frontSize(), s.backSize())) << '\t'
                 << mean(chart_lines::sampleMean(s.history(), p)) << '\n';
+    return kDone;
+}
+
+AnalysisCorrelationCommand::AnalysisCorrelationCommand()
+    : SessionCommand(QStringLiteral("analysis correlation"), QStringLiteral("[--with N] [--scope front|back|both]"),
+                     QStringLiteral("Prints how often two numbers came in one draw (below the diagonal: row "
+                                    "with column); with --with, over the draws holding N, the pairs of the "
+                                    "other numbers.")) {
+    setAccess(Access::Reads);
+    option(QStringLiteral("with"), QStringLiteral("N"), QStringLiteral("Count the draws that hold N."),
+           ValueKind::integer());
+    option(kScope, QStringLiteral("SCOPE"), QStringLiteral("front (the default), back or both."),
+           ValueKind::oneOf(kScopes));
+}
+
+int AnalysisCorrelationCommand::run(CliContext& ctx, Session& s, const Args& args) const {
+    const HistoryView scope = scopeOf(args);
+    const int size = number_relations::gridSize(scope, s.frontSize(), s.backSize());
+    NumberMatrix m;
+    if (args.has(QStringLiteral("with"))) {
+        const int x = args.integer(QStringLiteral("with"));
+        if (x < 1 || x > size) return ctx.fail(QStringLiteral("请输入1~%1之间的数字").arg(size));
+        m = number_relations::pairsWith(s.history(), scope, x);
+    } else {
+        m = number_relations::pairs(s.history(), scope);
+    }
+    // Row r, column c shows the count of (c, r) below the diagonal.
+    ctx.out << QStringLiteral("相关参数");
+    for (int c = 1; c <= size; ++c) ctx.out << '\t' << twoDigits(c);
+    ctx.out << '\n';
+    for (int r = 1; r <= size; ++r) {
+        ctx.out << twoDigits(r);
+        for (int c = 1; c <= size; ++c) {
+            ctx.out << '\t';
+            if (c < r) ctx.out << m.at(c, r);
+        }
+        ctx.out << '\n';
+    }
+    return kDone;
+}
+
+AnalysisTransitionsCommand::AnalysisTransitionsCommand()
+    : SessionCommand(QStringLiteral("analysis transitions"), QStringLiteral("--gap 1|2 [--scope front|back|both]"),
+                     QStringLiteral("Prints how often each number (column) came GAP draws after each number "
+                                    "(row), then the rows of the numbers whose followers come next and their "
+                                    "total.")) {
+    setAccess(Access::Reads);
+    option(QStringLiteral("gap"), QStringLiteral("GAP"), QStringLiteral("1: the following draw; 2: one draw skipped."),
+           ValueKind::oneOf({QStringLiteral("1"), QStringLiteral("2")}));
+    option(kScope, QStringLiteral("SCOPE"), QStringLiteral("front (the default), back or both."),
+           ValueKind::oneOf(kScopes));
+}
+
+int AnalysisTransitionsCommand::run(CliContext& ctx, Session& s, const Args& args) const {
+    const HistoryView scope = scopeOf(args);
+    const int size = number_relations::gridSize(scope, s.frontSize(), s.backSize());
+    const int gap = args.choice(QStringLiteral("gap")) + 1;
+    const NumberMatrix m = number_relations::transitions(s.history(), scope, gap);
+    printMatrix(ctx, QStringLiteral("前期\\下期"), m, size, [](int, int) { return true; });
+    const number_relations::FollowRows f = number_relations::followRows(s.history(), scope, gap, m, size);
+    ctx.out << QStringLiteral("上%1期跟随").arg(gap) << '\n';
+    for (size_t i = 0; i < f.numbers.size(); ++i) {
+        ctx.out << twoDigits(f.numbers[i]);
+        for (int b = 1; b <= size; ++b) ctx.out << '\t' << f.rows[i][static_cast<size_t>(b)];
+        ctx.out << '\n';
+    }
+    ctx.out << QStringLiteral("上%1期总跟随").arg(gap);
+    for (int b = 1; b <= size; ++b) ctx.out << '\t' << f.total[static_cast<size_t>(b)];
+    ctx.out << '\n';
+    return kDone;
+}
+
+AnalysisMomentsCommand::AnalysisMomentsCommand()
+    : SessionCommand(QStringLiteral("analysis moments"), {},
+                     QStringLiteral("Prints the means, variances and central moments of the front positions "
+                                    "about their sample and their ideal means; a row that divides by zero is "
+                                    "empty.")) {
+    setAccess(Access::Reads);
+}
+
+int AnalysisMomentsCommand::run(CliContext& ctx, Session& s, const Args&) const {
+    const position_moments::Table t = position_moments::compute(s.history(), s.frontSize(), s.backSize());
+    for (int p = 1; p <= position_moments::kPositions; ++p) ctx.out << '\t' << QStringLiteral("第%1位").arg(p);
+    ctx.out << '\n';
+    for (int r = 0; r < position_moments::kRows; ++r) {
+        ctx.out << position_moments::heads()[static_cast<size_t>(r)];
+        for (const std::optional<double>& v : t[static_cast<size_t>(r)])
+            ctx.out << '\t' << (v ? QString::number(*v, 'g', 12) : QString());
+        ctx.out << '\n';
+    }
     return kDone;
 }

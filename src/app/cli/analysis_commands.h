@@ -1,7 +1,7 @@
 #pragma once
 
-// analysis trend, fit, kline and means: the history studied as the analysis windows show it,
-// printed as tab-separated text.
+// analysis trend, fit, kline, means, correlation, transitions and moments: the history studied
+// as the analysis windows show it, printed as tab-separated text.
 
 #include "app/cli/session_command.h"
 
@@ -34,6 +34,30 @@ protected:
 class AnalysisMeansCommand : public SessionCommand {
 public:
     AnalysisMeansCommand();
+
+protected:
+    int run(CliContext& ctx, Session& s, const Args& args) const override;
+};
+
+class AnalysisCorrelationCommand : public SessionCommand {
+public:
+    AnalysisCorrelationCommand();
+
+protected:
+    int run(CliContext& ctx, Session& s, const Args& args) const override;
+};
+
+class AnalysisTransitionsCommand : public SessionCommand {
+public:
+    AnalysisTransitionsCommand();
+
+protected:
+    int run(CliContext& ctx, Session& s, const Args& args) const override;
+};
+
+class AnalysisMomentsCommand : public SessionCommand {
+public:
+    AnalysisMomentsCommand();
 
 protected:
     int run(CliContext& ctx, Session& s, const Args& args) const override;

@@ -57,7 +57,8 @@ const std::vector<std::unique_ptr<Command>>& all() {
              SettingRenameCommand, RangeCommand, PrizeRulesShowCommand, PrizeRulesSetCommand,
              PrizeCheckCommand, PrizeListCommand, ReportWriteCommand, ReportListCommand, ReportShowCommand,
              FortuneCommand, PrintTicketsCommand, AnalysisTrendCommand, AnalysisFitCommand,
-             AnalysisKLineCommand, AnalysisMeansCommand>();
+             AnalysisKLineCommand, AnalysisMeansCommand, AnalysisCorrelationCommand, AnalysisTransitionsCommand,
+             AnalysisMomentsCommand>();
     return commands;
 }
 
