@@ -45,9 +45,10 @@ QString lastProblem(const Args& args) {
 
 HistoryView scopeOf(const Args& args) { return kAllViews[static_cast<size_t>(args.choice(kScope))]; }
 
-// A matrix of counts as a grid: the corner, the numbers as heads, and a cell where `shown` says.
-template <typename Shown>
-void printMatrix(CliContext& ctx, const QString& corner, const NumberMatrix& m, int size, Shown shown) {
+// A grid over the numbers 1..size: the corner, the numbers as heads, and in row a, column b
+// what `cell(a, b)` gives (nothing for an empty cell).
+template <typename Cell>
+void printGrid(CliContext& ctx, const QString& corner, int size, Cell cell) {
     ctx.out << corner;
     for (int b = 1; b <= size; ++b) ctx.out << '\t' << twoDigits(b);
     ctx.out << '\n';
@@ -55,7 +56,7 @@ void printMatrix(CliContext& ctx, const QString& corner, const NumberMatrix& m, 
         ctx.out << twoDigits(a);
         for (int b = 1; b <= size; ++b) {
             ctx.out << '\t';
-            if (shown(a, b)) ctx.out << m.at(a, b);
+            if (const std::optional<int> v = cell(a, b)) ctx.out << *v;
         }
         ctx.out << '\n';
     }
@@ -211,17 +212,8 @@ int AnalysisCorrelationCommand::run(CliContext& ctx, Session& s, const Args& arg
         m = number_relations::pairs(s.history(), scope);
     }
     // Row r, column c shows the count of (c, r) below the diagonal.
-    ctx.out << QStringLiteral("相关参数");
-    for (int c = 1; c <= size; ++c) ctx.out << '\t' << twoDigits(c);
-    ctx.out << '\n';
-    for (int r = 1; r <= size; ++r) {
-        ctx.out << twoDigits(r);
-        for (int c = 1; c <= size; ++c) {
-            ctx.out << '\t';
-            if (c < r) ctx.out << m.at(c, r);
-        }
-        ctx.out << '\n';
-    }
+    printGrid(ctx, QStringLiteral("相关参数"), size,
+              [&m](int r, int c) { return c < r ? std::optional<int>(m.at(c, r)) : std::nullopt; });
     return kDone;
 }
 
@@ -242,7 +234,7 @@ int AnalysisTransitionsCommand::run(CliContext& ctx, Session& s, const Args& arg
     const int size = number_relations::gridSize(scope, s.frontSize(), s.backSize());
     const int gap = args.choice(QStringLiteral("gap")) + 1;
     const NumberMatrix m = number_relations::transitions(s.history(), scope, gap);
-    printMatrix(ctx, QStringLiteral("前期\\下期"), m, size, [](int, int) { return true; });
+    printGrid(ctx, QStringLiteral("前期\\下期"), size, [&m](int a, int b) { return std::optional<int>(m.at(a, b)); });
     const number_relations::FollowRows f = number_relations::followRows(s.history(), scope, gap, m, size);
     ctx.out << QStringLiteral("上%1期跟随").arg(gap) << '\n';
     for (size_t i = 0; i < f.numbers.size(); ++i) {
