@@ -144,3 +144,28 @@ TEST_F(CliAnalysis, MomentsOfOneDrawLeaveTheRowsOverRMinusOneEmpty) {
     EXPECT_EQ(rows[7], QStringLiteral("理想方差\t\t\t\t\t"));
     EXPECT_EQ(rows[5], QStringLiteral("二阶中心矩\t0\t0\t0\t0\t0"));
 }
+
+TEST_F(CliAnalysis, DistributionAndTheParameterList) {
+    one({"workspace", "create", "w"});
+    one(draw({1, 2, 3, 4, 5, 1, 2}));
+    one(draw({10, 15, 20, 25, 30, 3, 9}));
+    one(draw({1, 2, 3, 4, 5, 11, 12}));
+    // The back sums 3, 12 and 23: every value between, with the draws of each.
+    const QStringList sums = one({"analysis", "distribution", "--column", "Znum", "--scope", "back"}).split('\n');
+    ASSERT_EQ(sums.size(), 1 + 23 - 3 + 1);
+    EXPECT_EQ(sums[1], QStringLiteral("Znum\t3\t1"));
+    EXPECT_EQ(sums[2], QStringLiteral("Znum\t4\t0"));
+    EXPECT_EQ(sums.last(), QStringLiteral("Znum\t23\t1"));
+    EXPECT_EQ(one({"analysis", "distribution", "--column", "qnum"}).split('\n').size(), 1 + 18);
+    const CliRun lacking = cli.run({"analysis", "distribution", "--column", "Fcodp", "--scope", "back"});
+    EXPECT_EQ(lacking.exitCode, 1);
+    EXPECT_TRUE(lacking.err.contains(QStringLiteral("no column Fcodp in fighou"))) << lacking.err.toStdString();
+
+    // The front list sorted by the sum: 15, 15, 100, equal sums in the order of their issues.
+    const QStringList list = one({"analysis", "table", "--sort", "znum"}).split('\n');
+    ASSERT_EQ(list.size(), 4);
+    EXPECT_TRUE(list[0].startsWith(QStringLiteral("开奖期号\t第1位\t第2位\t第3位\t第4位\t第5位\t1~10区间")));
+    EXPECT_TRUE(list[3].split('\t')[1] == QStringLiteral("10")) << list[3].toStdString();
+    EXPECT_LT(list[1].split('\t')[0].toLongLong(), list[2].split('\t')[0].toLongLong());
+    EXPECT_EQ(cli.run({"analysis", "table", "--sort", "Lnum", "--scope", "both"}).exitCode, 1);
+}

@@ -2,6 +2,8 @@
 
 #include "analysis/chart_lines.h"
 #include "analysis/number_relations.h"
+#include "analysis/param_distribution.h"
+#include "analysis/param_lists.h"
 #include "analysis/position_moments.h"
 #include "analysis/trend_grid.h"
 #include "app/cli/cli_context.h"
@@ -19,6 +21,7 @@ namespace {
 const QString kLast = QStringLiteral("last");
 const QString kScope = QStringLiteral("scope");
 const QString kColumn = QStringLiteral("column");
+const QString kColumnRequired = QStringLiteral("--column is required");
 const QStringList kScopes{QStringLiteral("front"), QStringLiteral("back"), QStringLiteral("both")};
 
 QString shortest(double v) { return QString::number(v, 'g', QLocale::FloatingPointShortest); }
@@ -144,7 +147,7 @@ AnalysisKLineCommand::AnalysisKLineCommand()
 }
 
 QString AnalysisKLineCommand::check(const Args& args) const {
-    if (!args.has(kColumn)) return QStringLiteral("--column is required");
+    if (!args.has(kColumn)) return kColumnRequired;
     return lastProblem(args);
 }
 
@@ -265,6 +268,66 @@ int AnalysisMomentsCommand::run(CliContext& ctx, Session& s, const Args&) const 
         for (const std::optional<double>& v : t[static_cast<size_t>(r)])
             ctx.out << '\t' << (v ? QString::number(*v, 'g', 12) : QString());
         ctx.out << '\n';
+    }
+    return kDone;
+}
+
+AnalysisDistributionCommand::AnalysisDistributionCommand()
+    : SessionCommand(QStringLiteral("analysis distribution"), QStringLiteral("--column NAME [--scope front|back|both]"),
+                     QStringLiteral("Prints how many draws have each value of a column of the scope's table "
+                                    "(Qnum: the three decade counts, values 0 to 5).")) {
+    setAccess(Access::Reads);
+    option(kColumn, QStringLiteral("NAME"), QStringLiteral("A column such as Znum or fig1, or Qnum."));
+    option(kScope, QStringLiteral("SCOPE"), QStringLiteral("front (the default: fig), back (fighou) or both (figquan)."),
+           ValueKind::oneOf(kScopes));
+}
+
+QString AnalysisDistributionCommand::check(const Args& args) const {
+    return args.has(kColumn) ? QString() : kColumnRequired;
+}
+
+int AnalysisDistributionCommand::run(CliContext& ctx, Session& s, const Args& args) const {
+    const HistoryView scope = scopeOf(args);
+    const QString column = args.text(kColumn);
+    const bool decades = column.compare(QLatin1String("Qnum"), Qt::CaseInsensitive) == 0;
+    if (!decades && param_distribution::storedColumn(s.historyDb(), scope, column).isEmpty())
+        return ctx.fail(QStringLiteral("no column %1 in %2").arg(column, viewInfo(scope).drawTable));
+    ctx.out << "Column\tValue\tDraws\n";
+    for (const DistributionGroup& g : param_distribution::count(s.historyDb(), scope, column))
+        for (const auto& [value, draws] : g.counts) ctx.out << g.column << '\t' << value << '\t' << draws << '\n';
+    return kDone;
+}
+
+AnalysisTableCommand::AnalysisTableCommand()
+    : SessionCommand(QStringLiteral("analysis table"), QStringLiteral("[--sort COLUMN] [--scope front|back|both]"),
+                     QStringLiteral("Prints the parameter list of the scope: one row per draw, its columns "
+                                    "headed as in the list window, sorted by a column's stored value.")) {
+    setAccess(Access::Reads);
+    option(QStringLiteral("sort"), QStringLiteral("COLUMN"), QStringLiteral("A column of the list, such as Znum."));
+    option(kScope, QStringLiteral("SCOPE"), QStringLiteral("front (the default: fig), back (fighou) or both (figquan)."),
+           ValueKind::oneOf(kScopes));
+}
+
+int AnalysisTableCommand::run(CliContext& ctx, Session& s, const Args& args) const {
+    const HistoryView scope = scopeOf(args);
+    const std::vector<ListColumn>& columns = param_lists::columns(scope);
+    std::optional<int> sort;
+    if (args.has(QStringLiteral("sort"))) {
+        const QString name = args.text(QStringLiteral("sort"));
+        const auto it = std::find_if(columns.begin(), columns.end(), [&name](const ListColumn& c) {
+            return c.column.compare(name, Qt::CaseInsensitive) == 0;
+        });
+        if (it == columns.end())
+            return ctx.fail(QStringLiteral("no column %1 in the list of %2").arg(name, viewInfo(scope).drawTable));
+        sort = static_cast<int>(it - columns.begin());
+    }
+    QStringList heads;
+    for (const ListColumn& c : columns) heads << c.head;
+    ctx.out << heads.join(QLatin1Char('\t')) << '\n';
+    for (const QVariantList& row : param_lists::rows(s.historyDb(), scope, sort)) {
+        QStringList cells;
+        for (const QVariant& v : row) cells << v.toString();
+        ctx.out << cells.join(QLatin1Char('\t')) << '\n';
     }
     return kDone;
 }

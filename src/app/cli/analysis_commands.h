@@ -1,7 +1,7 @@
 #pragma once
 
-// analysis trend, fit, kline, means, correlation, transitions and moments: the history studied
-// as the analysis windows show it, printed as tab-separated text.
+// analysis trend, fit, kline, means, correlation, transitions, moments, distribution and table:
+// the history studied as the analysis windows show it, printed as tab-separated text.
 
 #include "app/cli/session_command.h"
 
@@ -58,6 +58,23 @@ protected:
 class AnalysisMomentsCommand : public SessionCommand {
 public:
     AnalysisMomentsCommand();
+
+protected:
+    int run(CliContext& ctx, Session& s, const Args& args) const override;
+};
+
+class AnalysisDistributionCommand : public SessionCommand {
+public:
+    AnalysisDistributionCommand();
+
+protected:
+    QString check(const Args& args) const override;
+    int run(CliContext& ctx, Session& s, const Args& args) const override;
+};
+
+class AnalysisTableCommand : public SessionCommand {
+public:
+    AnalysisTableCommand();
 
 protected:
     int run(CliContext& ctx, Session& s, const Args& args) const override;

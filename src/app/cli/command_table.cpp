@@ -58,7 +58,7 @@ const std::vector<std::unique_ptr<Command>>& all() {
              PrizeCheckCommand, PrizeListCommand, ReportWriteCommand, ReportListCommand, ReportShowCommand,
              FortuneCommand, PrintTicketsCommand, AnalysisTrendCommand, AnalysisFitCommand,
              AnalysisKLineCommand, AnalysisMeansCommand, AnalysisCorrelationCommand, AnalysisTransitionsCommand,
-             AnalysisMomentsCommand>();
+             AnalysisMomentsCommand, AnalysisDistributionCommand, AnalysisTableCommand>();
     return commands;
 }
 
