@@ -115,16 +115,23 @@ TEST_F(CliAnalysis, CorrelationTransitionsAndMoments) {
     EXPECT_TRUE(outside.err.contains(QStringLiteral("请输入1~12之间的数字"))) << outside.err.toStdString();
 
     // One draw skipped: the first draw to the third; the follow rows are the second draw's.
-    const QStringList skip = one({"analysis", "transitions", "--gap", "2"}).split('\n');
-    ASSERT_EQ(skip.size(), 1 + 35 + 1 + 5 + 1);
+    // The grid: heads, 35 rows, an empty row, the follow rows' head and rows, their total at
+    // row 43 (35 + 8), and an empty row.
+    const QStringList skip = cli.run({"analysis", "transitions", "--gap", "2"}).out.split('\n');
+    ASSERT_EQ(skip.size(), 35 + 10 + 1);
     EXPECT_EQ(skip[0].split('\t')[0], QStringLiteral("前期\\下期"));
     EXPECT_EQ(skip[5].split('\t')[30], QStringLiteral("1"));  // 5 then 30
-    EXPECT_EQ(skip[36], QStringLiteral("上2期跟随"));
-    EXPECT_TRUE(skip[37].startsWith(QStringLiteral("03\t"))) << skip[37].toStdString();
-    EXPECT_EQ(skip[37].split('\t')[30], QStringLiteral("1"));
-    EXPECT_EQ(skip[42].split('\t')[0], QStringLiteral("上2期总跟随"));
+    EXPECT_EQ(skip[36], QString(35, QLatin1Char('\t')));
+    EXPECT_EQ(skip[37].split('\t')[0], QStringLiteral("上2期跟随"));
+    EXPECT_TRUE(skip[38].startsWith(QStringLiteral("03\t"))) << skip[38].toStdString();
+    EXPECT_EQ(skip[38].split('\t')[30], QStringLiteral("1"));
+    EXPECT_EQ(skip[43].split('\t')[0], QStringLiteral("上2期总跟随"));
     // Of the second draw's numbers only 3 came in the first draw, and 35 in the third.
-    EXPECT_EQ(skip[42].split('\t')[35], QStringLiteral("1"));
+    EXPECT_EQ(skip[43].split('\t')[35], QStringLiteral("1"));
+    // Both zones: seven follow rows push the total down to row 45.
+    const QStringList both = cli.run({"analysis", "transitions", "--gap", "1", "--scope", "both"}).out.split('\n');
+    EXPECT_EQ(both[45].split('\t')[0], QStringLiteral("上1期总跟随"));
+    EXPECT_EQ(both[44].split('\t')[0], QStringLiteral("12"));
     EXPECT_EQ(cli.run({"analysis", "transitions", "--gap", "3"}).exitCode, 2);
 
     const QStringList moments = one({"analysis", "moments"}).split('\n');

@@ -5,6 +5,7 @@
 #include "analysis/param_distribution.h"
 #include "analysis/param_lists.h"
 #include "analysis/position_moments.h"
+#include "analysis/statistics_grids.h"
 #include "analysis/trend_grid.h"
 #include "app/cli/cli_context.h"
 #include "history/draw_params.h"
@@ -48,21 +49,8 @@ QString lastProblem(const Args& args) {
 
 HistoryView scopeOf(const Args& args) { return kAllViews[static_cast<size_t>(args.choice(kScope))]; }
 
-// A grid over the numbers 1..size: the corner, the numbers as heads, and in row a, column b
-// what `cell(a, b)` gives (nothing for an empty cell).
-template <typename Cell>
-void printGrid(CliContext& ctx, const QString& corner, int size, Cell cell) {
-    ctx.out << corner;
-    for (int b = 1; b <= size; ++b) ctx.out << '\t' << twoDigits(b);
-    ctx.out << '\n';
-    for (int a = 1; a <= size; ++a) {
-        ctx.out << twoDigits(a);
-        for (int b = 1; b <= size; ++b) {
-            ctx.out << '\t';
-            if (const std::optional<int> v = cell(a, b)) ctx.out << *v;
-        }
-        ctx.out << '\n';
-    }
+void printGrid(CliContext& ctx, const TextGrid& g) {
+    for (const QStringList& row : g.rows) ctx.out << row.join(QLatin1Char('\t')) << '\n';
 }
 
 const char* scopeTableName(int scope) { return scope == 0 ? "fig" : scope == 1 ? "fighou" : "figquan"; }
@@ -214,9 +202,7 @@ int AnalysisCorrelationCommand::run(CliContext& ctx, Session& s, const Args& arg
     } else {
         m = number_relations::pairs(s.history(), scope);
     }
-    // Row r, column c shows the count of (c, r) below the diagonal.
-    printGrid(ctx, QStringLiteral("相关参数"), size,
-              [&m](int r, int c) { return c < r ? std::optional<int>(m.at(c, r)) : std::nullopt; });
+    printGrid(ctx, statistics_grids::correlation(m, size));
     return kDone;
 }
 
@@ -237,17 +223,8 @@ int AnalysisTransitionsCommand::run(CliContext& ctx, Session& s, const Args& arg
     const int size = number_relations::gridSize(scope, s.frontSize(), s.backSize());
     const int gap = args.choice(QStringLiteral("gap")) + 1;
     const NumberMatrix m = number_relations::transitions(s.history(), scope, gap);
-    printGrid(ctx, QStringLiteral("前期\\下期"), size, [&m](int a, int b) { return std::optional<int>(m.at(a, b)); });
-    const number_relations::FollowRows f = number_relations::followRows(s.history(), scope, gap, m, size);
-    ctx.out << QStringLiteral("上%1期跟随").arg(gap) << '\n';
-    for (size_t i = 0; i < f.numbers.size(); ++i) {
-        ctx.out << twoDigits(f.numbers[i]);
-        for (int b = 1; b <= size; ++b) ctx.out << '\t' << f.rows[i][static_cast<size_t>(b)];
-        ctx.out << '\n';
-    }
-    ctx.out << QStringLiteral("上%1期总跟随").arg(gap);
-    for (int b = 1; b <= size; ++b) ctx.out << '\t' << f.total[static_cast<size_t>(b)];
-    ctx.out << '\n';
+    printGrid(ctx, statistics_grids::transitions(m, number_relations::followRows(s.history(), scope, gap, m, size),
+                                                 size, gap));
     return kDone;
 }
 
@@ -260,15 +237,7 @@ AnalysisMomentsCommand::AnalysisMomentsCommand()
 }
 
 int AnalysisMomentsCommand::run(CliContext& ctx, Session& s, const Args&) const {
-    const position_moments::Table t = position_moments::compute(s.history(), s.frontSize(), s.backSize());
-    for (int p = 1; p <= position_moments::kPositions; ++p) ctx.out << '\t' << QStringLiteral("第%1位").arg(p);
-    ctx.out << '\n';
-    for (int r = 0; r < position_moments::kRows; ++r) {
-        ctx.out << position_moments::heads()[static_cast<size_t>(r)];
-        for (const std::optional<double>& v : t[static_cast<size_t>(r)])
-            ctx.out << '\t' << (v ? QString::number(*v, 'g', 12) : QString());
-        ctx.out << '\n';
-    }
+    printGrid(ctx, statistics_grids::moments(position_moments::compute(s.history(), s.frontSize(), s.backSize())));
     return kDone;
 }
 
