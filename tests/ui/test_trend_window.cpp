@@ -5,7 +5,7 @@
 #include "analysis/ui/trend_window.h"
 #include "app/ui/main_window.h"
 #include "history/history_import.h"
-#include "support/main_window_fixture.h"
+#include "support/trend_fixture.h"
 #include "support/modal_answerer.h"
 #include "workspace/ui/probability_bar.h"
 #include "workspace/ui/qt_prompter.h"
@@ -24,44 +24,8 @@
 
 namespace {
 
-const QStringList kDraws{
-    QStringLiteral("2025101 01 07 14 22 30 03 11"), QStringLiteral("2025102 05 07 19 26 33 03 09"),
-    QStringLiteral("2025103 02 08 15 23 29 01 12"), QStringLiteral("2025104 10 13 18 27 35 06 12"),
-    QStringLiteral("2025105 07 21 28 31 34 02 08")};
-
-struct Fixture : MainWindowFixture {
-    QTemporaryDir files;
-    // With `windowPrompter` the windows ask through it instead of the scripted prompter.
-    explicit Fixture(const QStringList& draws = kDraws, Prompter* windowPrompter = nullptr) {
-        const QString path = files.filePath(QStringLiteral("h.txt"));
-        QFile f(path);
-        f.open(QIODevice::WriteOnly);
-        f.write(draws.join(QLatin1Char('\n')).toUtf8());
-        f.close();
-        open(
-            [this, path](Session& s) {
-                if (!isEmptyFile(path))
-                    HistoryImport(s, prompter).importFile(HistoryImport::Mode::Whole, path);
-            },
-            windowPrompter);
-    }
-    static bool isEmptyFile(const QString& path) { return QFile(path).size() == 0; }
-
-    TrendWindow* openBy(const char* button) {
-        window->findChild<QPushButton*>(QString::fromLatin1(button))->click();
-        if (window->trendWindows().isEmpty()) return nullptr;
-        TrendWindow* w = window->trendWindows().last();
-        // Laid out and scrolled before a test clicks into it.
-        if (!QTest::qWaitForWindowExposed(w)) return nullptr;
-        QTest::qWait(50);
-        return w;
-    }
-    template <typename T>
-    static T* child(QWidget* w, const QString& name) {
-        return w->findChild<T*>(name);
-    }
-    QPushButton* boardButton(const QString& name) const { return window->findChild<QPushButton*>(name); }
-};
+const QStringList& kDraws = kTrendDraws;
+using Fixture = TrendFixture;
 
 QModelIndex cellOf(QTableView* view, int row, int column) { return view->model()->index(row, column); }
 

@@ -33,4 +33,6 @@ namespace analysis_views {
 QList<AnalysisView> chartViews();
 // The fitted-line window and the 3D view.
 QList<AnalysisView> fitAnd3dViews();
+// The pair counts, the transitions and the moments.
+QList<AnalysisView> statisticsViews();
 }  // namespace analysis_views

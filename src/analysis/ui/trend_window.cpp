@@ -109,6 +109,7 @@ void TrendWindow::addRunsItem() {
 void TrendWindow::connectViews() {
     QList<AnalysisView> views = analysis_views::chartViews();
     views += analysis_views::fitAnd3dViews();
+    views += analysis_views::statisticsViews();
     for (const AnalysisView& view : views) {
         auto* action = menuBar()->findChild<QAction*>(view.given);
         if (!action) continue;  // not an entry of this member's menus

@@ -1,0 +1,108 @@
+// The statistics windows opened from the trend windows' menus: the pair counts with the
+// three-number question, the transitions to the next draw and the one after, the moments.
+#include "analysis/ui/statistics_window.h"
+#include "support/trend_fixture.h"
+
+#include <QMenu>
+#include <QTableView>
+
+namespace {
+
+QString cell(StatisticsWindow* w, int row, int column) {
+    return w->grid()->model()->index(row, column).data().toString();
+}
+
+}  // namespace
+
+class StatisticsWindowTest : public QObject {
+    Q_OBJECT
+private slots:
+    void pairCountsAndTheThreeNumberQuestion();
+    void transitionsOfTheNextDrawAndTheOneAfter();
+    void momentsOfTheFrontPositions();
+};
+
+void StatisticsWindowTest::pairCountsAndTheThreeNumberQuestion() {
+    TrendFixture f;
+    TrendWindow* front = f.openBy("Command9");
+    QVERIFY(front);
+    auto* xg = TrendFixture::openView<StatisticsWindow>(front, QStringLiteral("mnuXg"), QStringLiteral("FrmXg"));
+    QVERIFY(xg);
+    QCOMPARE(xg->windowTitle(), QStringLiteral("列表排序(鼠标右键可以切换2/3个码的历史相关)"));
+    QCOMPARE(xg->grid()->model()->rowCount(), 36);
+    QCOMPARE(cell(xg, 0, 0), QStringLiteral("相关参数"));
+    // 07 with 21 (draw 5) below the diagonal; the cell above it stays empty.
+    QCOMPARE(cell(xg, 21, 7), QStringLiteral("1"));
+    QCOMPARE(cell(xg, 7, 21), QString());
+    QCOMPARE(cell(xg, 14, 1), QStringLiteral("1"));
+
+    // Three numbers: a word and a number outside the zone are told, then 7 is taken.
+    f.prompter.clear();
+    f.prompter.answer(QStringLiteral("七")).answer(QStringLiteral("36")).answer(QStringLiteral("7"));
+    xg->findChild<QAction*>(QStringLiteral("mnuXiangguan(3)"))->trigger();
+    QCOMPARE(f.prompter.messages(), (QStringList{QStringLiteral("请输入数字"), QStringLiteral("请输入1~35之间的数字")}));
+    QCOMPARE(f.prompter.asked().first().title, QStringLiteral("相关数输入"));
+    QCOMPARE(cell(xg, 14, 1), QStringLiteral("1"));  // 01 and 14 came with 07
+    QCOMPARE(cell(xg, 15, 2), QStringLiteral("0"));  // 02 and 15 came without it
+    QCOMPARE(cell(xg, 21, 7), QStringLiteral("0"));  // 07 itself is left out
+    // Cancelled, the grid stays; two numbers again from the same menu.
+    f.prompter.cancel();
+    xg->findChild<QAction*>(QStringLiteral("mnuXiangguan(3)"))->trigger();
+    QCOMPARE(cell(xg, 15, 2), QStringLiteral("0"));
+    xg->findChild<QAction*>(QStringLiteral("mnuXiangguan(2)"))->trigger();
+    QCOMPARE(cell(xg, 15, 2), QStringLiteral("1"));
+
+    // The back window counts the back zone's pairs.
+    TrendWindow* back = f.openBy("Command10");
+    auto* backXg = TrendFixture::openView<StatisticsWindow>(back, QStringLiteral("mnuXg"), QStringLiteral("FrmXg"));
+    QVERIFY(backXg && backXg != xg);
+    QCOMPARE(backXg->grid()->model()->rowCount(), 13);
+    QCOMPARE(cell(backXg, 12, 1), QStringLiteral("1"));
+}
+
+void StatisticsWindowTest::transitionsOfTheNextDrawAndTheOneAfter() {
+    TrendFixture f;
+    TrendWindow* front = f.openBy("Command9");
+    auto* next = TrendFixture::openView<StatisticsWindow>(front, QStringLiteral("mnuFljp(0)"), QStringLiteral("FrmGs"));
+    QVERIFY(next);
+    QCOMPARE(next->windowTitle(), QStringLiteral("历史变换统计"));
+    QCOMPARE(next->grid()->model()->rowCount(), 35 + 10);
+    QCOMPARE(cell(next, 0, 0), QStringLiteral("前期\\下期"));
+    QCOMPARE(cell(next, 7, 7), QStringLiteral("1"));  // 07 in draws 1 and 2
+    QCOMPARE(cell(next, 37, 0), QStringLiteral("上1期跟随"));
+    QCOMPARE(cell(next, 38, 0), QStringLiteral("07"));  // the newest draw's numbers
+    QCOMPARE(cell(next, 43, 0), QStringLiteral("上1期总跟随"));
+    next->close();
+
+    auto* skip = TrendFixture::openView<StatisticsWindow>(front, QStringLiteral("mnuFljp(1)"), QStringLiteral("FrmGs"));
+    QVERIFY(skip);
+    QCOMPARE(cell(skip, 37, 0), QStringLiteral("上2期跟随"));
+    QCOMPARE(cell(skip, 38, 0), QStringLiteral("10"));  // the draw before the newest
+    // 02 of draw 3, then 07 of draw 5; 07 of draws 1 and 2 has no 07 two draws on.
+    QCOMPARE(cell(skip, 2, 7), QStringLiteral("1"));
+    QCOMPARE(cell(skip, 7, 7), QStringLiteral("0"));
+}
+
+void StatisticsWindowTest::momentsOfTheFrontPositions() {
+    TrendFixture f;
+    TrendWindow* both = f.openBy("Command48");
+    auto* gl = TrendFixture::openView<StatisticsWindow>(both, QStringLiteral("mnuGl"), QStringLiteral("frmGl"));
+    QVERIFY(gl);
+    QCOMPARE(gl->windowTitle(), QStringLiteral("高级概率参数"));
+    QCOMPARE(gl->grid()->model()->rowCount(), 10);
+    QCOMPARE(cell(gl, 0, 1), QStringLiteral("第1位"));
+    QCOMPARE(cell(gl, 1, 0), QStringLiteral("理想均值"));
+    QCOMPARE(cell(gl, 1, 5), QStringLiteral("31.5"));
+    QCOMPARE(cell(gl, 2, 1), QStringLiteral("5"));  // (1 + 5 + 2 + 10 + 7) / 5
+
+    // One draw: the rows over R - 1 stay empty.
+    TrendFixture one({QStringLiteral("2025101 01 07 14 22 30 03 11")});
+    auto* single = TrendFixture::openView<StatisticsWindow>(one.openBy("Command48"), QStringLiteral("mnuGl"),
+                                                            QStringLiteral("frmGl"));
+    QVERIFY(single && single != gl);
+    QCOMPARE(cell(single, 3, 1), QString());
+    QCOMPARE(cell(single, 5, 1), QStringLiteral("0"));
+}
+
+QTEST_MAIN(StatisticsWindowTest)
+#include "test_statistics_windows.moc"
