@@ -101,6 +101,8 @@ int StatisticsWindow::gridSize() const {
 }
 
 void StatisticsWindow::sizeColumns(int width) {
+    // The style's least width would otherwise hold the narrow number columns wider.
+    m_view->horizontalHeader()->setMinimumSectionSize(16);
     m_view->horizontalHeader()->setDefaultSectionSize(width);
     m_view->setColumnWidth(0, kHeadWidth);
 }
