@@ -1,8 +1,13 @@
 // The statistics windows opened from the trend windows' menus: the pair counts with the
 // three-number question, the transitions to the next draw and the one after, the moments.
+#include "analysis/ui/distribution_window.h"
+#include "analysis/ui/param_list_window.h"
 #include "analysis/ui/statistics_window.h"
 #include "support/trend_fixture.h"
 
+#include <QBarSeries>
+#include <QBarSet>
+#include <QHeaderView>
 #include <QMenu>
 #include <QTableView>
 
@@ -20,6 +25,8 @@ private slots:
     void pairCountsAndTheThreeNumberQuestion();
     void transitionsOfTheNextDrawAndTheOneAfter();
     void momentsOfTheFrontPositions();
+    void parameterListsSortByTheClickedColumn();
+    void distributionChartsOfTheScopesColumns();
 };
 
 void StatisticsWindowTest::pairCountsAndTheThreeNumberQuestion() {
@@ -102,6 +109,55 @@ void StatisticsWindowTest::momentsOfTheFrontPositions() {
     QVERIFY(single && single != gl);
     QCOMPARE(cell(single, 3, 1), QString());
     QCOMPARE(cell(single, 5, 1), QStringLiteral("0"));
+}
+
+void StatisticsWindowTest::parameterListsSortByTheClickedColumn() {
+    TrendFixture f;
+    auto* list = TrendFixture::openView<ParamListWindow>(f.openBy("Command9"), QStringLiteral("mnuCcha"),
+                                                         QStringLiteral("FrmJcsarr"));
+    QVERIFY(list);
+    QAbstractItemModel* m = list->grid()->model();
+    QCOMPARE(m->rowCount(), 5);
+    QCOMPARE(m->columnCount(), 6 + 27 + 5);
+    QCOMPARE(m->headerData(9, Qt::Horizontal).toString(), QStringLiteral("各位数字和"));
+    QCOMPARE(m->index(0, 0).data().toString(), QStringLiteral("2025101"));
+    // Sums 74, 90, 77, 103, 121: a click on the sum's head puts draw 1, 3, 2, 4, 5 in order.
+    list->grid()->horizontalHeader()->sectionClicked(9);
+    QStringList issues;
+    for (int r = 0; r < 5; ++r) issues << m->index(r, 0).data().toString();
+    QCOMPARE(issues, (QStringList{"2025101", "2025103", "2025102", "2025104", "2025105"}));
+    QCOMPARE(m->index(0, 9).data().toString(), QStringLiteral("74"));
+
+    auto* back = TrendFixture::openView<ParamListWindow>(f.openBy("Command10"), QStringLiteral("mnuCcha"),
+                                                         QStringLiteral("FrmJcsarrHou"));
+    QVERIFY(back);
+    QCOMPARE(back->grid()->model()->headerData(back->grid()->model()->columnCount() - 1, Qt::Horizontal).toString(),
+             QStringLiteral("后2位标准差"));
+}
+
+void StatisticsWindowTest::distributionChartsOfTheScopesColumns() {
+    TrendFixture f;
+    TrendWindow* front = f.openBy("Command9");
+    auto* decades = TrendFixture::openView<DistributionWindow>(front, QStringLiteral("mnuTjqujian"),
+                                                               QStringLiteral("frm3Dtj"));
+    QVERIFY(decades);
+    QCOMPARE(decades->windowTitle(), QStringLiteral("参数分布统计分析条形图"));
+    QCOMPARE(decades->series()->count(), 3);
+    QCOMPARE(decades->series()->barSets().first()->count(), 6);
+    // The front table has no sixth number: an empty chart, no message.
+    f.prompter.clear();
+    auto* sixth = TrendFixture::openView<DistributionWindow>(front, QStringLiteral("mnuTjwei(5)"),
+                                                             QStringLiteral("frm3Dtj"));
+    QVERIFY(sixth && sixth != decades);
+    QCOMPARE(sixth->series()->count(), 0);
+    QVERIFY(f.prompter.messages().isEmpty());
+    // In both zones it counts the first back number: 03 twice, 01, 06 and 02 once each.
+    auto* both = TrendFixture::openView<DistributionWindow>(f.openBy("Command48"), QStringLiteral("mnuTjwei(5)"),
+                                                            QStringLiteral("frm3Dtj"));
+    QVERIFY(both);
+    QCOMPARE(both->groups().size(), size_t{1});
+    QCOMPARE(both->groups()[0].counts.front(), (std::pair<qint64, int>{1, 1}));
+    QCOMPARE(both->groups()[0].counts[2], (std::pair<qint64, int>{3, 2}));
 }
 
 QTEST_MAIN(StatisticsWindowTest)

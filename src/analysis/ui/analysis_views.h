@@ -1,6 +1,7 @@
 #pragma once
 
 #include "analysis/ui/trend_menus.h"
+#include "history/history_views.h"
 
 #include <QList>
 #include <QString>
@@ -18,6 +19,13 @@ struct AnalysisContext {
     Prompter& prompter;
     TrendMember scope;
     QWidget* parent;
+
+    // The scope as the view of the history it reads: fig, fighou or figquan.
+    HistoryView view() const {
+        return scope == TrendMember::FrontZone  ? HistoryView::Front
+               : scope == TrendMember::BackZone ? HistoryView::Back
+                                                : HistoryView::Both;
+    }
 };
 
 // A menu entry of the trend windows that opens a view. The view is built by `open` as a
@@ -33,6 +41,6 @@ namespace analysis_views {
 QList<AnalysisView> chartViews();
 // The fitted-line window and the 3D view.
 QList<AnalysisView> fitAnd3dViews();
-// The pair counts, the transitions and the moments.
+// The parameter lists, the distribution charts, the pair counts, the transitions and the moments.
 QList<AnalysisView> statisticsViews();
 }  // namespace analysis_views

@@ -1,16 +1,44 @@
 #include "analysis/ui/analysis_views.h"
+#include "analysis/ui/distribution_window.h"
+#include "analysis/ui/param_list_window.h"
 #include "analysis/ui/statistics_window.h"
 
 namespace analysis_views {
+
+namespace {
+
+// The distribution chart's menu entries and the column each counts.
+const std::vector<std::pair<const char*, const char*>>& distributionEntries() {
+    static const std::vector<std::pair<const char*, const char*>> entries{
+        {"mnuTjwei(0)", "fig1"},        {"mnuTjwei(1)", "fig2"},       {"mnuTjwei(2)", "fig3"},
+        {"mnuTjwei(3)", "fig4"},        {"mnuTjwei(4)", "fig5"},       {"mnuTjwei(5)", "fig6"},
+        {"mnuTjwei(6)", "fig7"},        {"mnuTjheshu", "Znum"},        {"mnuTjqujian", "Qnum"},
+        {"mnuTjchonghao", "Cnum"},      {"mnuTjoushu", "Onum"},        {"mnuTjdashu", "Bignum"},
+        {"mnuTjshunhao", "Lnum"},       {"mnuTjgaolian", "Lxnum"},     {"mnuTjchuizhou", "Apzounum"},
+        {"mnuTjac", "Fcodp"},           {"mnuTjgetong", "Modenum"},    {"mnuzsgwh", "Zgnum"},
+        {"mnuzsjsh", "Zjnum"},          {"mnuzsosh", "Zonum"},         {"mnuzsxsh", "Xznum"},
+        {"mnuzsdsh", "DZnum"},          {"mnuzsylh", "Zynum"},         {"mnuYlZfT", "intYljz"},
+        {"mnuTjzuizhou", "Mxzounum"}};
+    return entries;
+}
+
+}  // namespace
 
 QList<AnalysisView> statisticsViews() {
     const auto opens = [](StatisticsWindow::Kind kind) {
         return [kind](const AnalysisContext& c) -> QWidget* { return new StatisticsWindow(kind, c); };
     };
-    return {{QStringLiteral("mnuXg"), opens(StatisticsWindow::Kind::Correlation)},
+    QList<AnalysisView> views{{QStringLiteral("mnuXg"), opens(StatisticsWindow::Kind::Correlation)},
             {QStringLiteral("mnuFljp(0)"), opens(StatisticsWindow::Kind::Following)},
             {QStringLiteral("mnuFljp(1)"), opens(StatisticsWindow::Kind::Skipping)},
-            {QStringLiteral("mnuGl"), opens(StatisticsWindow::Kind::Moments)}};
+            {QStringLiteral("mnuGl"), opens(StatisticsWindow::Kind::Moments)},
+            {QStringLiteral("mnuCcha"), [](const AnalysisContext& c) -> QWidget* { return new ParamListWindow(c); }}};
+    for (const auto& [entry, column] : distributionEntries()) {
+        const QString counted = QString::fromLatin1(column);
+        views.append({QString::fromLatin1(entry),
+                      [counted](const AnalysisContext& c) -> QWidget* { return new DistributionWindow(c, counted); }});
+    }
+    return views;
 }
 
 }  // namespace analysis_views

@@ -13,18 +13,6 @@
 
 namespace {
 
-HistoryView viewOf(TrendMember m) {
-    switch (m) {
-        case TrendMember::FrontZone:
-            return HistoryView::Front;
-        case TrendMember::BackZone:
-            return HistoryView::Back;
-        case TrendMember::BothZones:
-            return HistoryView::Both;
-    }
-    return HistoryView::Front;
-}
-
 const char* objectNameOf(StatisticsWindow::Kind k) {
     switch (k) {
         case StatisticsWindow::Kind::Correlation:
@@ -96,7 +84,7 @@ StatisticsWindow::StatisticsWindow(Kind kind, const AnalysisContext& context)
 }
 
 int StatisticsWindow::gridSize() const {
-    return number_relations::gridSize(viewOf(m_context.scope), m_context.session.frontSize(),
+    return number_relations::gridSize(m_context.view(), m_context.session.frontSize(),
                                       m_context.session.backSize());
 }
 
@@ -108,7 +96,7 @@ void StatisticsWindow::sizeColumns(int width) {
 }
 
 void StatisticsWindow::showPairs() {
-    const auto m = number_relations::pairs(m_context.session.history(), viewOf(m_context.scope));
+    const auto m = number_relations::pairs(m_context.session.history(), m_context.view());
     m_model->setGrid(statistics_grids::correlation(m, gridSize()));
     sizeColumns(kCorrelationWidth);
 }
@@ -129,7 +117,7 @@ void StatisticsWindow::showPairsWithANumber() {
             m_context.prompter.inform(QStringLiteral("输入错误"), QStringLiteral("请输入1~%1之间的数字").arg(size));
             continue;
         }
-        const auto m = number_relations::pairsWith(m_context.session.history(), viewOf(m_context.scope),
+        const auto m = number_relations::pairsWith(m_context.session.history(), m_context.view(),
                                                    static_cast<int>(x));
         m_model->setGrid(statistics_grids::correlation(m, size));
         return;
@@ -138,7 +126,7 @@ void StatisticsWindow::showPairsWithANumber() {
 
 void StatisticsWindow::showTransitions(int gap) {
     const int size = gridSize();
-    const HistoryView scope = viewOf(m_context.scope);
+    const HistoryView scope = m_context.view();
     const DrawHistory& h = m_context.session.history();
     const NumberMatrix m = number_relations::transitions(h, scope, gap);
     m_model->setGrid(
