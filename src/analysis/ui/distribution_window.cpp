@@ -1,13 +1,26 @@
 #include "analysis/ui/distribution_window.h"
 
+#include "analysis/param_lists.h"
 #include "workspace/session.h"
 
-#include <QBarCategoryAxis>
 #include <QBarSeries>
 #include <QBarSet>
+#include <QCategoryAxis>
 #include <QChart>
 #include <QChartView>
 #include <QValueAxis>
+
+namespace {
+constexpr qsizetype kMostLabels = 16;
+
+// The column's head in the parameter lists beside its name: "各位数字和 (Znum)".
+QString titleOf(const QString& column) {
+    for (HistoryView v : kAllViews)
+        for (const ListColumn& c : param_lists::columns(v))
+            if (c.column.compare(column, Qt::CaseInsensitive) == 0) return QStringLiteral("%1 (%2)").arg(c.head, column);
+    return column;
+}
+}  // namespace
 
 DistributionWindow::DistributionWindow(const AnalysisContext& context, const QString& column)
     : QMainWindow(context.parent),
@@ -15,7 +28,7 @@ DistributionWindow::DistributionWindow(const AnalysisContext& context, const QSt
     setObjectName(QStringLiteral("frm3Dtj"));
     setWindowTitle(QStringLiteral("参数分布统计分析条形图"));
     auto* chart = new QChart;
-    chart->setTitle(column);
+    chart->setTitle(titleOf(column));
     chart->legend()->setVisible(m_groups.size() > 1);
     m_series = new QBarSeries(chart);
     QStringList values;
@@ -32,8 +45,16 @@ DistributionWindow::DistributionWindow(const AnalysisContext& context, const QSt
             for (const auto& entry : g.counts) values << QString::number(entry.first);
     }
     chart->addSeries(m_series);
-    auto* categories = new QBarCategoryAxis(chart);
-    categories->append(values);
+    // The bars stand at 0, 1, .. on a value axis labelled with their values: a column of a
+    // hundred values labels every fifth or so instead of squeezing every label into "...".
+    auto* categories = new QCategoryAxis(chart);
+    categories->setLabelsPosition(QCategoryAxis::AxisLabelsPositionOnValue);
+    categories->setRange(-0.5, values.size() - 0.5);
+    qsizetype step = 1;
+    for (qsizetype nice : {2, 5, 10, 20, 50})
+        if (values.size() > step * kMostLabels) step = nice;
+    for (qsizetype i = 0; i < values.size(); i += step) categories->append(values[i], static_cast<qreal>(i));
+    categories->setGridLineVisible(false);
     chart->addAxis(categories, Qt::AlignBottom);
     m_series->attachAxis(categories);
     auto* counts = new QValueAxis(chart);
