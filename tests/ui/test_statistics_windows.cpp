@@ -3,9 +3,12 @@
 #include "analysis/ui/distribution_window.h"
 #include "analysis/ui/param_list_window.h"
 #include "analysis/ui/statistics_window.h"
+#include "analysis/ui/tally_model.h"
+#include "analysis/ui/tally_window.h"
 #include "support/trend_fixture.h"
 
 #include <QBarSeries>
+#include <QColor>
 #include <QBarSet>
 #include <QHeaderView>
 #include <QMenu>
@@ -27,6 +30,7 @@ private slots:
     void momentsOfTheFrontPositions();
     void parameterListsSortByTheClickedColumn();
     void distributionChartsOfTheScopesColumns();
+    void tallyTablesMarkTheDrawsValues();
 };
 
 void StatisticsWindowTest::pairCountsAndTheThreeNumberQuestion() {
@@ -158,6 +162,35 @@ void StatisticsWindowTest::distributionChartsOfTheScopesColumns() {
     QCOMPARE(both->groups().size(), size_t{1});
     QCOMPARE(both->groups()[0].counts.front(), (std::pair<qint64, int>{1, 1}));
     QCOMPARE(both->groups()[0].counts[2], (std::pair<qint64, int>{3, 2}));
+}
+
+void StatisticsWindowTest::tallyTablesMarkTheDrawsValues() {
+    TrendFixture f;
+    TrendWindow* front = f.openBy("Command9");
+    auto* repeats = TrendFixture::openView<TallyWindow>(front, QStringLiteral("mnuChongBz"), QStringLiteral("frmPicChonghao"));
+    QVERIFY(repeats);
+    QCOMPARE(repeats->windowTitle(), QStringLiteral("重上期号参数"));
+    const QAbstractItemModel* m = repeats->grid()->model();
+    QCOMPARE(m->rowCount(), 1 + 5 + 1);
+    QCOMPARE(m->index(0, 1).data().toString(), QStringLiteral("0个"));
+    // 07 repeats in the second draw: its row marks the column of one repeat, green.
+    QCOMPARE(m->index(2, 0).data().toString(), QStringLiteral("2025102"));
+    QCOMPARE(m->index(2, 2).data().toString(), QStringLiteral("1"));
+    QCOMPARE(m->index(2, 2).data(Qt::BackgroundRole).value<QColor>(), QColor(0, 255, 0));
+    QVERIFY(!m->index(2, 1).data().isValid());
+    QCOMPARE(m->index(6, 0).data().toString(), QStringLiteral("期数"));
+    QCOMPARE(m->index(6, 1).data().toString(), QStringLiteral("4"));  // every draw but the second repeats nothing
+
+    // The bands have a row of group heads over the count columns; the back window its own zone.
+    auto* bands = TrendFixture::openView<TallyWindow>(f.openBy("Command10"), QStringLiteral("mnu5qu"), QStringLiteral("frmPicQj5"));
+    QVERIFY(bands);
+    QCOMPARE(bands->model()->headRows(), 2);
+    QCOMPARE(bands->grid()->model()->index(0, 11).data().toString(), QStringLiteral("11~12"));
+    QCOMPARE(bands->grid()->model()->index(0, 11).data(Qt::BackgroundRole).value<QColor>(), QColor(0, 0, 255));
+    // Odd, even, big and small share one window name, each with its caption.
+    auto* big = TrendFixture::openView<TallyWindow>(front, QStringLiteral("mnuJodx(2)"), QStringLiteral("frmPicJODS"));
+    QVERIFY(big);
+    QCOMPARE(big->windowTitle(), QStringLiteral("参数列表 - 大数个数"));
 }
 
 QTEST_MAIN(StatisticsWindowTest)

@@ -2,6 +2,7 @@
 #include "analysis/ui/distribution_window.h"
 #include "analysis/ui/param_list_window.h"
 #include "analysis/ui/statistics_window.h"
+#include "analysis/ui/tally_window.h"
 
 namespace analysis_views {
 
@@ -22,6 +23,18 @@ const std::vector<std::pair<const char*, const char*>>& distributionEntries() {
     return entries;
 }
 
+// The tally tables' menu entries.
+const std::vector<std::pair<const char*, TallyKind>>& tallyEntries() {
+    static const std::vector<std::pair<const char*, TallyKind>> entries{
+        {"mnu5qu", TallyKind::Intervals},      {"mnuWeiBz", TallyKind::Tails},
+        {"mnuJodx(0)", TallyKind::Odd},        {"mnuJodx(1)", TallyKind::Even},
+        {"mnuJodx(2)", TallyKind::Big},        {"mnuJodx(3)", TallyKind::Small},
+        {"mnuBianBz", TallyKind::Edges},       {"mnuChongBz", TallyKind::Repeats},
+        {"mnuLianBz", TallyKind::Runs},        {"mnuJoLianBz", TallyKind::ParityRuns},
+        {"mnuYlbg", TallyKind::Omissions},     {"mnu10Bg", TallyKind::RecentAppearances}};
+    return entries;
+}
+
 }  // namespace
 
 QList<AnalysisView> statisticsViews() {
@@ -38,6 +51,9 @@ QList<AnalysisView> statisticsViews() {
         views.append({QString::fromLatin1(entry),
                       [counted](const AnalysisContext& c) -> QWidget* { return new DistributionWindow(c, counted); }});
     }
+    for (const auto& [entry, kind] : tallyEntries())
+        views.append({QString::fromLatin1(entry),
+                      [kind](const AnalysisContext& c) -> QWidget* { return new TallyWindow(c, kind); }});
     return views;
 }
 

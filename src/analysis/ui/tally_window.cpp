@@ -1,0 +1,39 @@
+#include "analysis/ui/tally_window.h"
+
+#include "analysis/number_relations.h"
+#include "analysis/ui/tally_model.h"
+#include "workspace/session.h"
+
+#include <QHeaderView>
+#include <QTableView>
+#include <QTimer>
+
+namespace {
+constexpr int kIssueWidth = 64;
+constexpr int kCellWidth = 34;
+}  // namespace
+
+TallyWindow::TallyWindow(const AnalysisContext& context, TallyKind kind) : QMainWindow(context.parent) {
+    const auto& kinds = draw_tallies::kinds();
+    const auto info = std::find_if(kinds.begin(), kinds.end(), [kind](const auto& k) { return k.kind == kind; });
+    setObjectName(QString::fromLatin1(info->window));
+    const int size = number_relations::gridSize(context.view(), context.session.frontSize(), context.session.backSize());
+    m_model = new TallyModel(draw_tallies::build(context.session.history(), context.view(), size, kind), this);
+    setWindowTitle(m_model->table().caption);
+    m_view = new QTableView(this);
+    m_view->setObjectName(QStringLiteral("MSFlexGrid1"));
+    m_view->setModel(m_model);
+    m_view->horizontalHeader()->hide();
+    m_view->verticalHeader()->hide();
+    m_view->verticalHeader()->setDefaultSectionSize(20);
+    m_view->horizontalHeader()->setMinimumSectionSize(16);
+    m_view->horizontalHeader()->setDefaultSectionSize(kCellWidth);
+    m_view->setColumnWidth(0, kIssueWidth);
+    m_view->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_view->setSelectionMode(QAbstractItemView::NoSelection);
+    setCentralWidget(m_view);
+    const int width = kIssueWidth + (m_model->columnCount() - 1) * kCellWidth + 24;
+    resize(std::clamp(width, 360, 1300), 640);
+    // Opened on the newest draws and the foot rows, once laid out.
+    QTimer::singleShot(0, m_view, &QTableView::scrollToBottom);
+}

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "analysis/draw_tallies.h"
+#include "analysis/ui/analysis_views.h"
+
+#include <QMainWindow>
+
+class QTableView;
+class TallyModel;
+
+// A tally table of the history in a grid, opened on the newest draws.
+class TallyWindow : public QMainWindow {
+    Q_OBJECT
+public:
+    TallyWindow(const AnalysisContext& context, TallyKind kind);
+
+    QTableView* grid() const { return m_view; }
+    TallyModel* model() const { return m_model; }
+
+private:
+    TallyModel* m_model;
+    QTableView* m_view;
+};
