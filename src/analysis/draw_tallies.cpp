@@ -245,4 +245,27 @@ TallyTable build(const DrawHistory& history, HistoryView scope, int zoneSize, Ta
     return t;
 }
 
+TextGrid asText(const TallyTable& t) {
+    TextGrid g;
+    const int columns = static_cast<int>(t.heads.size()) + 1;
+    if (headRows(t) == 2) {
+        QStringList groups(columns, QString());
+        groups[0] = QStringLiteral("区间");
+        for (size_t i = 0; i < t.groupStarts.size(); ++i) groups[t.groupStarts[i] + 1] = t.groupHeads[static_cast<qsizetype>(i)];
+        g.rows.push_back(groups);
+    }
+    g.rows.push_back(QStringList{QStringLiteral("期号")} + t.heads);
+    for (size_t r = 0; r < t.cells.size(); ++r) {
+        QStringList row{QString::number(t.issues[r])};
+        for (const std::optional<int>& cell : t.cells[r]) row << (cell ? QString::number(*cell) : QString());
+        g.rows.push_back(row);
+    }
+    for (const TallyTable::Foot& f : t.foot) {
+        QStringList row{f.head};
+        for (int v : f.values) row << QString::number(v);
+        g.rows.push_back(row);
+    }
+    return g;
+}
+
 }  // namespace draw_tallies

@@ -5,6 +5,7 @@
 // in a band of the zone ...), the cell of the draw's value marked and holding it, and foot rows
 // that total the columns. One builder for all kinds; a kind says what is counted.
 
+#include "analysis/text_grid.h"
 #include "history/history_views.h"
 
 #include <QString>
@@ -54,5 +55,10 @@ struct KindInfo {
 const std::vector<KindInfo>& kinds();
 
 TallyTable build(const DrawHistory& history, HistoryView scope, int zoneSize, TallyKind kind);
+
+// The table as text: a row of group heads when there are several groups, the row of column
+// heads ("期号" first), a row per draw, the foot rows.
+TextGrid asText(const TallyTable& t);
+inline int headRows(const TallyTable& t) { return t.groupStarts.size() > 1 ? 2 : 1; }
 
 }  // namespace draw_tallies

@@ -7,15 +7,7 @@
 #include "analysis/number_relations.h"
 #include "analysis/position_moments.h"
 
-#include <QStringList>
-
-#include <vector>
-
-struct TextGrid {
-    std::vector<QStringList> rows;
-    int rowCount() const { return static_cast<int>(rows.size()); }
-    int columnCount() const { return rows.empty() ? 0 : static_cast<int>(rows.front().size()); }
-};
+#include "analysis/text_grid.h"
 
 namespace statistics_grids {
 

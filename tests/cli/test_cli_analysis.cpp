@@ -169,10 +169,21 @@ TEST_F(CliAnalysis, DistributionAndTheParameterList) {
     EXPECT_TRUE(lacking.err.contains(QStringLiteral("no column Fcodp in fighou"))) << lacking.err.toStdString();
 
     // The front list sorted by the sum: 15, 15, 100, equal sums in the order of their issues.
-    const QStringList list = one({"analysis", "table", "--sort", "znum"}).split('\n');
+    const QStringList list = one({"analysis", "table", "list", "--sort", "znum"}).split('\n');
     ASSERT_EQ(list.size(), 4);
     EXPECT_TRUE(list[0].startsWith(QStringLiteral("开奖期号\t第1位\t第2位\t第3位\t第4位\t第5位\t1~10区间")));
     EXPECT_TRUE(list[3].split('\t')[1] == QStringLiteral("10")) << list[3].toStdString();
     EXPECT_LT(list[1].split('\t')[0].toLongLong(), list[2].split('\t')[0].toLongLong());
-    EXPECT_EQ(cli.run({"analysis", "table", "--sort", "Lnum", "--scope", "both"}).exitCode, 1);
+    EXPECT_EQ(cli.run({"analysis", "table", "list", "--sort", "Lnum", "--scope", "both"}).exitCode, 1);
+
+    // A tally table: the heads, a row per draw, the foot; the bands with their group row.
+    const QStringList repeats = cli.run({"analysis", "table", "repeats", "--scope", "back"}).out.split('\n');
+    ASSERT_EQ(repeats.size(), 1 + 3 + 1 + 1);
+    EXPECT_EQ(repeats[0], QStringLiteral("期号\t0个\t1个\t2个"));
+    EXPECT_TRUE(repeats[3].endsWith(QStringLiteral("\t0\t\t"))) << repeats[3].toStdString();  // 11 12 after 3 9
+    EXPECT_EQ(repeats[4], QStringLiteral("期数\t3\t0\t0"));
+    const QStringList bands = cli.run({"analysis", "table", "intervals"}).out.split('\n');
+    EXPECT_TRUE(bands[0].startsWith(QStringLiteral("区间\t01~05\t\t\t\t\t06~10"))) << bands[0].toStdString();
+    EXPECT_EQ(bands[bands.size() - 2].split('\t')[0], QStringLiteral("近十区间次"));
+    EXPECT_EQ(cli.run({"analysis", "table", "nonsense"}).exitCode, 2);
 }

@@ -13,7 +13,7 @@ public:
     explicit TallyModel(TallyTable table, QObject* parent = nullptr);
 
     const TallyTable& table() const { return m_table; }
-    int headRows() const { return m_groupRow ? 2 : 1; }
+    int headRows() const { return draw_tallies::headRows(m_table); }
     int firstFootRow() const { return headRows() + static_cast<int>(m_table.cells.size()); }
 
     int rowCount(const QModelIndex& parent = {}) const override;
@@ -21,9 +21,8 @@ public:
     QVariant data(const QModelIndex& index, int role) const override;
 
 private:
-    QVariant display(int row, int column) const;
     bool startsGroup(int column) const;
 
     TallyTable m_table;
-    bool m_groupRow;
+    TextGrid m_text;
 };

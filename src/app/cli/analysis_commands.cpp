@@ -1,6 +1,7 @@
 #include "app/cli/analysis_commands.h"
 
 #include "analysis/chart_lines.h"
+#include "analysis/draw_tallies.h"
 #include "analysis/number_relations.h"
 #include "analysis/param_distribution.h"
 #include "analysis/param_lists.h"
@@ -268,10 +269,13 @@ int AnalysisDistributionCommand::run(CliContext& ctx, Session& s, const Args& ar
 }
 
 AnalysisTableCommand::AnalysisTableCommand()
-    : SessionCommand(QStringLiteral("analysis table"), QStringLiteral("[--sort COLUMN] [--scope front|back|both]"),
-                     QStringLiteral("Prints the parameter list of the scope: one row per draw, its columns "
-                                    "headed as in the list window, sorted by a column's stored value.")) {
+    : SessionCommand(QStringLiteral("analysis table"), QStringLiteral("NAME [--sort COLUMN] [--scope front|back|both]"),
+                     QStringLiteral("Prints a table of the history: NAME list (the parameter list, sorted by a "
+                                    "column's stored value with --sort) or a tally table with its foot rows.")) {
     setAccess(Access::Reads);
+    QStringList names{QStringLiteral("list")};
+    for (const draw_tallies::KindInfo& k : draw_tallies::kinds()) names << QString::fromLatin1(k.name);
+    positional(QStringLiteral("NAME"), names.join(QStringLiteral(", ")), ValueKind::oneOf(names));
     option(QStringLiteral("sort"), QStringLiteral("COLUMN"), QStringLiteral("A column of the list, such as Znum."));
     option(kScope, QStringLiteral("SCOPE"), QStringLiteral("front (the default: fig), back (fighou) or both (figquan)."),
            ValueKind::oneOf(kScopes));
@@ -279,6 +283,14 @@ AnalysisTableCommand::AnalysisTableCommand()
 
 int AnalysisTableCommand::run(CliContext& ctx, Session& s, const Args& args) const {
     const HistoryView scope = scopeOf(args);
+    if (args.positional(0) != QLatin1String("list")) {
+        const auto& kinds = draw_tallies::kinds();
+        const auto k = std::find_if(kinds.begin(), kinds.end(),
+                                    [&args](const draw_tallies::KindInfo& i) { return args.positional(0) == QLatin1String(i.name); });
+        const int size = number_relations::gridSize(scope, s.frontSize(), s.backSize());
+        printGrid(ctx, draw_tallies::asText(draw_tallies::build(s.history(), scope, size, k->kind)));
+        return kDone;
+    }
     const std::vector<ListColumn>& columns = param_lists::columns(scope);
     std::optional<int> sort;
     if (args.has(QStringLiteral("sort"))) {
