@@ -6,9 +6,11 @@
 #include "analysis/ui/tally_model.h"
 #include "analysis/ui/tally_window.h"
 #include "support/trend_fixture.h"
+#include "support/xlsx_reader.h"
 
 #include <QBarSeries>
 #include <QColor>
+#include <QDir>
 #include <QBarSet>
 #include <QHeaderView>
 #include <QMenu>
@@ -31,6 +33,7 @@ private slots:
     void parameterListsSortByTheClickedColumn();
     void distributionChartsOfTheScopesColumns();
     void tallyTablesMarkTheDrawsValues();
+    void tablesExportEveryRowWithItsColours();
 };
 
 void StatisticsWindowTest::pairCountsAndTheThreeNumberQuestion() {
@@ -191,6 +194,36 @@ void StatisticsWindowTest::tallyTablesMarkTheDrawsValues() {
     auto* big = TrendFixture::openView<TallyWindow>(front, QStringLiteral("mnuJodx(2)"), QStringLiteral("frmPicJODS"));
     QVERIFY(big);
     QCOMPARE(big->windowTitle(), QStringLiteral("参数列表 - 大数个数"));
+}
+
+void StatisticsWindowTest::tablesExportEveryRowWithItsColours() {
+    if (!xlsx_reader::available()) QSKIP("unzip is not installed");
+    TrendFixture f;
+    TrendWindow* front = f.openBy("Command9");
+    auto* omissions = TrendFixture::openView<TallyWindow>(front, QStringLiteral("mnuYlbg"), QStringLiteral("frmPicYL"));
+    QVERIFY(omissions);
+    QCOMPARE(omissions->findChild<QMenu*>(QStringLiteral("mnuMlp"))->title(), QStringLiteral("操作(&M)"));
+    f.prompter.clear();
+    omissions->findChild<QAction*>(QStringLiteral("mnuPrint"))->trigger();
+    const QString path = QDir(f.home.root.path(QString())).filePath(QStringLiteral("Print.xlsx"));
+    QCOMPARE(f.prompter.messages(), QStringList{path});
+    // Every row whatever the scroll: the heads, five draws and the foot, with their colours.
+    XlsxSheet sheet = xlsx_reader::read(path);
+    QVERIFY2(sheet.error.isEmpty(), qPrintable(sheet.error));
+    QCOMPARE(sheet.rows.size(), 1 + 5 + 1);
+    QCOMPARE(sheet.rows[0].value(5), QStringLiteral("4次以上"));
+    QCOMPARE(sheet.rows[1].value(1), QStringLiteral("5"));  // nothing came before the first draw
+    QCOMPARE(sheet.backgrounds[1].value(1), QStringLiteral("00FF00"));
+    QCOMPARE(sheet.backgrounds[1].value(2), QString());
+    QCOMPARE(sheet.rows[6].value(0), QStringLiteral("遗漏总计"));
+
+    // The parameter list exports its heads and rows.
+    auto* list = TrendFixture::openView<ParamListWindow>(front, QStringLiteral("mnuCcha"), QStringLiteral("FrmJcsarr"));
+    list->findChild<QAction*>(QStringLiteral("mnuPrint"))->trigger();
+    sheet = xlsx_reader::read(path);
+    QCOMPARE(sheet.rows.size(), 1 + 5);
+    QCOMPARE(sheet.rows[0].value(0), QStringLiteral("开奖期号"));
+    QCOMPARE(sheet.rows[5].value(0), QStringLiteral("2025105"));
 }
 
 QTEST_MAIN(StatisticsWindowTest)

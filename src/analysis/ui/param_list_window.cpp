@@ -1,9 +1,11 @@
 #include "analysis/ui/param_list_window.h"
 
 #include "analysis/param_lists.h"
+#include "analysis/ui/grid_export.h"
 #include "workspace/session.h"
 
 #include <QHeaderView>
+#include <QMenuBar>
 #include <QStandardItemModel>
 #include <QTableView>
 
@@ -36,6 +38,11 @@ ParamListWindow::ParamListWindow(const AnalysisContext& context)
     connect(m_view->horizontalHeader(), &QHeaderView::sectionClicked, this,
             [this](int column) { show(column); });
     setCentralWidget(m_view);
+    QAction* print = menuBar()->addAction(QStringLiteral("打印图形窗体(&P)"));
+    print->setObjectName(QStringLiteral("mnuPrint"));
+    connect(print, &QAction::triggered, this, [this] {
+        grid_export::exportModel(*m_model, true, m_context.session, m_context.prompter, windowTitle());
+    });
     show(std::nullopt);
     resize(1200, 640);
 }

@@ -1,10 +1,13 @@
 #include "analysis/ui/tally_window.h"
 
 #include "analysis/number_relations.h"
+#include "analysis/ui/grid_export.h"
 #include "analysis/ui/tally_model.h"
 #include "workspace/session.h"
 
+#include <QContextMenuEvent>
 #include <QHeaderView>
+#include <QMenu>
 #include <QTableView>
 #include <QTimer>
 
@@ -13,7 +16,8 @@ constexpr int kIssueWidth = 64;
 constexpr int kCellWidth = 34;
 }  // namespace
 
-TallyWindow::TallyWindow(const AnalysisContext& context, TallyKind kind) : QMainWindow(context.parent) {
+TallyWindow::TallyWindow(const AnalysisContext& context, TallyKind kind)
+    : QMainWindow(context.parent), m_context(context) {
     const auto& kinds = draw_tallies::kinds();
     const auto info = std::find_if(kinds.begin(), kinds.end(), [kind](const auto& k) { return k.kind == kind; });
     setObjectName(QString::fromLatin1(info->window));
@@ -32,8 +36,28 @@ TallyWindow::TallyWindow(const AnalysisContext& context, TallyKind kind) : QMain
     m_view->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_view->setSelectionMode(QAbstractItemView::NoSelection);
     setCentralWidget(m_view);
+    makePopup();
     const int width = kIssueWidth + (m_model->columnCount() - 1) * kCellWidth + 24;
     resize(std::clamp(width, 360, 1300), 640);
     // Opened on the newest draws and the foot rows, once laid out.
     QTimer::singleShot(0, m_view, &QTableView::scrollToBottom);
+}
+
+void TallyWindow::makePopup() {
+    m_popup = new QMenu(QStringLiteral("操作(&M)"), this);
+    m_popup->setObjectName(QStringLiteral("mnuMlp"));
+    QAction* print = m_popup->addAction(QStringLiteral("打印预览(&P)"));
+    print->setObjectName(QStringLiteral("mnuPrint"));
+    connect(print, &QAction::triggered, this, [this] {
+        grid_export::exportModel(*m_model, false, m_context.session, m_context.prompter, windowTitle());
+    });
+    m_view->viewport()->installEventFilter(this);
+}
+
+bool TallyWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == m_view->viewport() && event->type() == QEvent::ContextMenu) {
+        m_popup->popup(static_cast<QContextMenuEvent*>(event)->globalPos());
+        return true;
+    }
+    return QMainWindow::eventFilter(watched, event);
 }

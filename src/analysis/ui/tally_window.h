@@ -5,6 +5,7 @@
 
 #include <QMainWindow>
 
+class QMenu;
 class QTableView;
 class TallyModel;
 
@@ -17,7 +18,14 @@ public:
     QTableView* grid() const { return m_view; }
     TallyModel* model() const { return m_model; }
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
+    void makePopup();
+
+    AnalysisContext m_context;
+    QMenu* m_popup = nullptr;
     TallyModel* m_model;
     QTableView* m_view;
 };
