@@ -385,7 +385,7 @@ QStringList foldersOf(const QString& heading) {
         {QStringLiteral("FortuneWindow"),
          {QStringLiteral("src/tools/ui/fortune_window"), QStringLiteral("src/tools/ui/fortune_strip")}},
         {QStringLiteral("TextPrintWindow"), {QStringLiteral("src/tools/ui/text_print_window")}},
-        {QStringLiteral("TrendWindow"), {QStringLiteral("src/analysis/ui")}}};
+        {QStringLiteral("TrendWindow"), {QStringLiteral("src/analysis/ui/trend_")}}};
     const auto i = folders.find(heading);
     return i == folders.end() ? QStringList{} : i->second;
 }
