@@ -6,7 +6,7 @@
 
 #include <QHeaderView>
 #include <QMenuBar>
-#include <QStandardItemModel>
+#include <QAbstractTableModel>
 #include <QTableView>
 
 namespace {
@@ -15,7 +15,7 @@ const char* objectNameOf(HistoryView v) {
     return v == HistoryView::Front ? "FrmJcsarr" : v == HistoryView::Back ? "FrmJcsarrHou" : "FrmJcsarrQuan";
 }
 
-// A stored value as the list shows it: whole numbers as they are, reals to four places at most.
+// A stored value as the list shows it: whole numbers as they are, reals to six digits at most.
 QString shown(const QVariant& v) {
     if (v.typeId() == QMetaType::Double) return QString::number(v.toDouble(), 'g', 6);
     return v.toString();
@@ -23,11 +23,41 @@ QString shown(const QVariant& v) {
 
 }  // namespace
 
+// The rows as read, formatted only when painted: a list of every draw opens at once.
+class ParamListModel : public QAbstractTableModel {
+public:
+    ParamListModel(QStringList heads, QObject* parent) : QAbstractTableModel(parent), m_heads(std::move(heads)) {}
+
+    void setRows(QList<QVariantList> rows) {
+        beginResetModel();
+        m_rows = std::move(rows);
+        endResetModel();
+    }
+    int rowCount(const QModelIndex& parent = {}) const override { return parent.isValid() ? 0 : static_cast<int>(m_rows.size()); }
+    int columnCount(const QModelIndex& parent = {}) const override { return parent.isValid() ? 0 : static_cast<int>(m_heads.size()); }
+    QVariant data(const QModelIndex& index, int role) const override {
+        if (!index.isValid()) return {};
+        if (role == Qt::DisplayRole) return shown(m_rows[index.row()].value(index.column()));
+        if (role == Qt::TextAlignmentRole) return int(Qt::AlignCenter);
+        return {};
+    }
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override {
+        if (orientation == Qt::Horizontal && role == Qt::DisplayRole) return m_heads.value(section);
+        return QAbstractTableModel::headerData(section, orientation, role);
+    }
+
+private:
+    QStringList m_heads;
+    QList<QVariantList> m_rows;
+};
+
 ParamListWindow::ParamListWindow(const AnalysisContext& context)
     : QMainWindow(context.parent), m_context(context), m_scope(context.view()) {
     setObjectName(QString::fromLatin1(objectNameOf(m_scope)));
     setWindowTitle(QStringLiteral("参数查询"));
-    m_model = new QStandardItemModel(this);
+    QStringList heads;
+    for (const ListColumn& c : param_lists::columns(m_scope)) heads << c.head;
+    m_model = new ParamListModel(heads, this);
     m_view = new QTableView(this);
     m_view->setObjectName(QStringLiteral("DataGrid1"));
     m_view->setModel(m_model);
@@ -44,24 +74,17 @@ ParamListWindow::ParamListWindow(const AnalysisContext& context)
         grid_export::exportModel(*m_model, true, m_context.session, m_context.prompter, windowTitle());
     });
     show(std::nullopt);
+    // Each column as wide as its head, and at least as its widest figure of the first rows.
+    const QFontMetrics metrics = m_view->horizontalHeader()->fontMetrics();
+    for (int c = 0; c < m_model->columnCount(); ++c) {
+        int width = metrics.horizontalAdvance(heads[c]);
+        for (int r = 0; r < std::min(m_model->rowCount(), 50); ++r)
+            width = std::max(width, metrics.horizontalAdvance(m_model->index(r, c).data().toString()));
+        m_view->setColumnWidth(c, width + 12);
+    }
     resize(1200, 640);
 }
 
 void ParamListWindow::show(std::optional<int> sortColumn) {
-    const std::vector<ListColumn>& columns = param_lists::columns(m_scope);
-    const QList<QVariantList> rows = param_lists::rows(m_context.session.historyDb(), m_scope, sortColumn);
-    m_model->clear();
-    QStringList heads;
-    for (const ListColumn& c : columns) heads << c.head;
-    m_model->setHorizontalHeaderLabels(heads);
-    for (const QVariantList& row : rows) {
-        QList<QStandardItem*> items;
-        for (const QVariant& v : row) {
-            auto* item = new QStandardItem(shown(v));
-            item->setTextAlignment(Qt::AlignCenter);
-            items << item;
-        }
-        m_model->appendRow(items);
-    }
-    m_view->resizeColumnsToContents();
+    m_model->setRows(param_lists::rows(m_context.session.historyDb(), m_scope, sortColumn));
 }

@@ -4,7 +4,7 @@
 
 #include <QMainWindow>
 
-class QStandardItemModel;
+class ParamListModel;
 class QTableView;
 
 // The per-draw parameters of the scope as a list, one row per draw; a click on a column's head
@@ -21,6 +21,6 @@ public:
 private:
     AnalysisContext m_context;
     HistoryView m_scope;
-    QStandardItemModel* m_model;
+    ParamListModel* m_model;
     QTableView* m_view;
 };
