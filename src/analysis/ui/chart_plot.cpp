@@ -1,0 +1,146 @@
+#include "analysis/ui/chart_plot.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+#include <QTimer>
+
+#include <algorithm>
+
+namespace {
+
+using trend_charts::Chart;
+
+constexpr int kMargin = 6;
+constexpr int kLabelRoom = 54;   // right of the grid, for the line labels
+constexpr int kScaleRoom = 30;   // left of the grid, for the scale's end labels
+constexpr int kReplayStepMs = 15;
+const QColor kBackground(236, 236, 236);
+const QColor kGridGrey(168, 168, 168);
+
+QColor toColour(const trend_charts::Rgb& c) { return QColor(c.red, c.green, c.blue); }
+
+bool hasLabels(const Chart& c) {
+    return std::any_of(c.lines.begin(), c.lines.end(), [](const auto& l) { return !l.label.isEmpty(); });
+}
+
+// The value's height and the slot's place inside the grid rectangle.
+struct Mapping {
+    QRectF grid;
+    const Chart& chart;
+    double y(double v) const {
+        const double span = chart.max - chart.min;
+        const double t = span > 0 ? (chart.max - v) / span : 0;
+        return grid.top() + std::clamp(t, 0.0, 1.0) * grid.height();
+    }
+    double x(size_t slot) const {
+        const int gaps = std::max(1, chart.points - 1);
+        return grid.left() + static_cast<double>(slot) * grid.width() / gaps;
+    }
+};
+
+void drawGrid(QPainter& p, const Mapping& m) {
+    const QRectF g = m.grid;
+    const int cols = std::max(1, m.chart.columns);
+    const int rows = std::max(1, m.chart.rows);
+    // The white lines sit one pixel beside the grey ones, which gives the grid its groove.
+    for (const QColor& colour : {QColor(Qt::white), kGridGrey}) {
+        const double shift = colour == kGridGrey ? 0 : 1;
+        p.setPen(QPen(colour, 0));
+        for (int i = 0; i <= cols; ++i) {
+            const double x = g.left() + i * g.width() / cols + shift;
+            p.drawLine(QPointF(x, g.top()), QPointF(x, g.bottom()));
+        }
+        for (int i = 0; i <= rows; ++i) {
+            const double y = g.top() + i * g.height() / rows + shift;
+            p.drawLine(QPointF(g.left(), y), QPointF(g.right(), y));
+        }
+    }
+}
+
+void drawHeadings(QPainter& p, const Mapping& m) {
+    const QFontMetrics fm = p.fontMetrics();
+    double x = m.grid.left() + 4;
+    for (qsizetype i = 0; i < m.chart.headings.size(); ++i) {
+        p.setPen(toColour(m.chart.headingColours.value(i)));
+        const QString& text = m.chart.headings[i];
+        p.drawText(QPointF(x, m.grid.top() + fm.ascent() + 2), text);
+        x += fm.horizontalAdvance(text) + 12;
+    }
+}
+
+void drawScaleLabels(QPainter& p, const Mapping& m) {
+    p.setPen(Qt::black);
+    const QFontMetrics fm = p.fontMetrics();
+    if (!m.chart.topLabel.isEmpty())
+        p.drawText(QPointF(kMargin, m.grid.top() + fm.ascent()), m.chart.topLabel);
+    if (!m.chart.bottomLabel.isEmpty())
+        p.drawText(QPointF(kMargin, m.grid.bottom()), m.chart.bottomLabel);
+}
+
+}  // namespace
+
+ChartPlot::ChartPlot(QWidget* parent) : QWidget(parent), m_replayTimer(new QTimer(this)) {
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setMinimumSize(240, 120);
+    m_replayTimer->setInterval(kReplayStepMs);
+    connect(m_replayTimer, &QTimer::timeout, this, &ChartPlot::advance);
+}
+
+void ChartPlot::setChart(trend_charts::Chart chart) {
+    m_chart = std::move(chart);
+    m_replayTimer->stop();
+    m_shownPoints = SIZE_MAX;
+    update();
+}
+
+void ChartPlot::replay() {
+    m_shownPoints = 1;
+    m_replayTimer->start();
+    update();
+}
+
+bool ChartPlot::replaying() const { return m_replayTimer->isActive(); }
+
+void ChartPlot::advance() {
+    size_t longest = 0;
+    for (const auto& line : m_chart.lines) longest = std::max(longest, line.values.size());
+    if (++m_shownPoints >= longest) {
+        m_shownPoints = SIZE_MAX;
+        m_replayTimer->stop();
+    }
+    update();
+}
+
+void ChartPlot::mousePressEvent(QMouseEvent* event) { emit clicked(event->button()); }
+
+void ChartPlot::paintEvent(QPaintEvent*) {
+    QPainter p(this);
+    p.fillRect(rect(), kBackground);
+    const bool scaleLabels = !m_chart.topLabel.isEmpty() || !m_chart.bottomLabel.isEmpty();
+    QRectF grid = QRectF(rect()).adjusted(kMargin + (scaleLabels ? kScaleRoom : 0), kMargin,
+                                          -kMargin - (hasLabels(m_chart) ? kLabelRoom : 0), -kMargin);
+    const Mapping m{grid, m_chart};
+    drawGrid(p, m);
+    p.setRenderHint(QPainter::Antialiasing);
+    for (const auto& level : m_chart.levels) {
+        p.setPen(QPen(toColour(level.colour), 2));
+        p.drawLine(QPointF(grid.left(), m.y(level.value)), QPointF(grid.right(), m.y(level.value)));
+    }
+    for (const auto& line : m_chart.lines) {
+        const size_t n = std::min(line.values.size(), m_shownPoints);
+        if (n == 0) continue;
+        QPolygonF points;
+        for (size_t i = 0; i < n; ++i) points << QPointF(m.x(i), m.y(line.values[i]));
+        p.setPen(QPen(toColour(line.colour), line.width));
+        p.drawPolyline(points);
+        if (m_chart.markLastPoint && n == line.values.size()) {
+            p.setBrush(toColour(line.colour));
+            p.drawEllipse(points.last(), 3.5, 3.5);
+            p.setBrush(Qt::NoBrush);
+        }
+        if (!line.label.isEmpty())
+            p.drawText(QPointF(grid.right() + 4, points.last().y() + p.fontMetrics().ascent() / 2.0), line.label);
+    }
+    drawScaleLabels(p, m);
+    drawHeadings(p, m);
+}
