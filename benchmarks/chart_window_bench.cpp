@@ -16,6 +16,7 @@
 #include "workspace/settings.h"
 #include "workspace/workspace_list.h"
 
+#include <QAbstractScrollArea>
 #include <QApplication>
 #include <QPushButton>
 #include <QDir>
@@ -61,9 +62,8 @@ QList<QWidget*> chartsOf(QWidget* w) {
     for (QWidget* child : w->findChildren<QWidget*>()) {
         const QByteArray type = child->metaObject()->className();
         if (type == "ChartPlot") out << child;
-        if (type == "QChartView") out << child->findChild<QWidget*>(QStringLiteral("qt_scrollarea_viewport"));
+        if (auto* view = qobject_cast<QAbstractScrollArea*>(child); view && type == "QChartView") out << view->viewport();
     }
-    out.removeAll(nullptr);
     return out;
 }
 
@@ -82,7 +82,7 @@ double openOnce(const AnalysisView& view, const AnalysisContext& ctx) {
         return !counters.isEmpty() &&
                std::all_of(counters.begin(), counters.end(), [](const PaintCounter* c) { return c->paints > 0; });
     };
-    while (!painted() && t.elapsed() < 60000) QCoreApplication::processEvents(QEventLoop::AllEvents);
+    while (!painted() && t.elapsed() < 10000) QCoreApplication::processEvents(QEventLoop::AllEvents);
     const double ms = painted() ? static_cast<double>(t.nsecsElapsed()) / 1e6 : -1;
     delete w;
     qDeleteAll(counters);

@@ -252,8 +252,10 @@ Chart hundredPlot(const DrawHistory& history, const WindowSpec& window, const Pl
     c.points = kHundred + 1;
     c.markLastPoint = true;
     c.headings = scope == ParamSet::Both && !plot.wholeScopeHeadings.isEmpty() ? plot.wholeScopeHeadings : plot.headings;
+    // A heading per line takes its line's colour; the titles of a one-line plot stay black.
+    const bool headingPerLine = plot.sources.size() > 1;
     for (qsizetype i = 0; i < c.headings.size(); ++i)
-        c.headingColours << (c.headings.size() > 1 ? kLineColours[static_cast<size_t>(i) % 2] : kBlack);
+        c.headingColours << (headingPerLine ? kLineColours[static_cast<size_t>(i) % 2] : kBlack);
     if (window.blankIn.contains(scope)) return c;
     const DrawSpan span = lastHundred(static_cast<size_t>(history.drawCount()));
     for (qsizetype i = 0; i < plot.sources.size(); ++i) {

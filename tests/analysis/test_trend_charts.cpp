@@ -172,6 +172,7 @@ TEST(TrendCharts, HundredPlotsFollowTheScope) {
     EXPECT_EQ(sums.lines[0].values.back(), 130);
     EXPECT_TRUE(sums.markLastPoint);
     EXPECT_EQ(sums.headings.size(), 2);
+    EXPECT_EQ(sums.headingColours[1], (Rgb{0, 0, 0}));  // a title, not a line
     EXPECT_TRUE(hundredPlot(h, standard, plotNamed(standard, "Picture6"), ParamSet::Back).lines.isEmpty());
 
     // No draws: the grid and the headings only.

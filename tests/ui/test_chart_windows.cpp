@@ -235,6 +235,7 @@ void ChartWindowsTest::clicksOpenTheEnlargedSumsAndThePie() {
     auto* pie = ranges->findChild<PieWindow*>();
     QVERIFY(pie && pie->isVisible());
     QCOMPARE(pie->series()->count(), 4);
+    saveShot(pie, QStringLiteral("both-firCir-ranges"));
     double total = 0;
     for (const QPieSlice* s : pie->series()->slices()) total += s->value();
     const auto& stats = f.session->stats().front;

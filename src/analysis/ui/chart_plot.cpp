@@ -30,7 +30,7 @@ struct Mapping {
     double y(double v) const {
         const double span = chart.max - chart.min;
         const double t = span > 0 ? (chart.max - v) / span : 0;
-        return grid.top() + std::clamp(t, 0.0, 1.0) * grid.height();
+        return grid.top() + t * grid.height();
     }
     double x(size_t slot) const {
         const int gaps = std::max(1, chart.points - 1);
@@ -63,8 +63,32 @@ void drawHeadings(QPainter& p, const Mapping& m) {
     for (qsizetype i = 0; i < m.chart.headings.size(); ++i) {
         p.setPen(toColour(m.chart.headingColours.value(i)));
         const QString& text = m.chart.headings[i];
-        p.drawText(QPointF(x, m.grid.top() + fm.ascent() + 2), text);
+        p.drawText(QPointF(x, m.grid.top() - fm.descent() - 2), text);
         x += fm.horizontalAdvance(text) + 12;
+    }
+}
+
+// The labels at the right end of the lines, each at its line's last height, moved apart
+// where they would overlap.
+void drawLineLabels(QPainter& p, const Mapping& m, size_t shownPoints) {
+    struct Placed {
+        double y;
+        const trend_charts::Line* line;
+    };
+    std::vector<Placed> labels;
+    for (const auto& line : m.chart.lines) {
+        const size_t n = std::min(line.values.size(), shownPoints);
+        if (!line.label.isEmpty() && n > 0) labels.push_back({m.y(line.values[n - 1]), &line});
+    }
+    std::sort(labels.begin(), labels.end(), [](const Placed& a, const Placed& b) { return a.y < b.y; });
+    const double step = p.fontMetrics().height();
+    for (size_t i = 1; i < labels.size(); ++i) labels[i].y = std::max(labels[i].y, labels[i - 1].y + step);
+    // Labels pushed below the grid move back up together.
+    const double overflow = labels.empty() ? 0 : labels.back().y - m.grid.bottom();
+    for (auto& l : labels) {
+        const double y = overflow > 0 ? l.y - overflow : l.y;
+        p.setPen(toColour(l.line->colour));
+        p.drawText(QPointF(m.grid.right() + 4, y + p.fontMetrics().ascent() / 2.0), l.line->label);
     }
 }
 
@@ -117,7 +141,9 @@ void ChartPlot::paintEvent(QPaintEvent*) {
     QPainter p(this);
     p.fillRect(rect(), kBackground);
     const bool scaleLabels = !m_chart.topLabel.isEmpty() || !m_chart.bottomLabel.isEmpty();
-    QRectF grid = QRectF(rect()).adjusted(kMargin + (scaleLabels ? kScaleRoom : 0), kMargin,
+    // The headings stand in a strip above the grid.
+    const int headingRoom = m_chart.headings.isEmpty() ? 0 : fontMetrics().height() + 2;
+    QRectF grid = QRectF(rect()).adjusted(kMargin + (scaleLabels ? kScaleRoom : 0), kMargin + headingRoom,
                                           -kMargin - (hasLabels(m_chart) ? kLabelRoom : 0), -kMargin);
     const Mapping m{grid, m_chart};
     drawGrid(p, m);
@@ -126,6 +152,8 @@ void ChartPlot::paintEvent(QPaintEvent*) {
         p.setPen(QPen(toColour(level.colour), 2));
         p.drawLine(QPointF(grid.left(), m.y(level.value)), QPointF(grid.right(), m.y(level.value)));
     }
+    // Values beyond the scale leave the grid rather than flatten on its edge.
+    p.setClipRect(grid.adjusted(-4, -4, 4, 4));
     for (const auto& line : m_chart.lines) {
         const size_t n = std::min(line.values.size(), m_shownPoints);
         if (n == 0) continue;
@@ -138,9 +166,9 @@ void ChartPlot::paintEvent(QPaintEvent*) {
             p.drawEllipse(points.last(), 3.5, 3.5);
             p.setBrush(Qt::NoBrush);
         }
-        if (!line.label.isEmpty())
-            p.drawText(QPointF(grid.right() + 4, points.last().y() + p.fontMetrics().ascent() / 2.0), line.label);
     }
+    p.setClipping(false);
+    drawLineLabels(p, m, m_shownPoints);
     drawScaleLabels(p, m);
     drawHeadings(p, m);
 }
