@@ -148,7 +148,10 @@ double sumScaleTop(int frontSize) { return (frontSize - 3) * 7.0; }
 
 Chart sumChart(const DrawHistory& history, ParamSet set, int frontSize) {
     const auto sums = columnSeries(history, set, QStringLiteral("Znum")).value_or(std::vector<double>{});
-    return seriesWithKLine(sums, 0, sumScaleTop(frontSize));
+    Chart c = seriesWithKLine(sums, 0, sumScaleTop(frontSize));
+    c.coordinates = true;
+    c.firstDraw = static_cast<int>(latestDraws(sums.size()).first) + 1;
+    return c;
 }
 
 WindowSpec hundredWindowSpec(HundredWindow which, int frontSize) {

@@ -72,6 +72,10 @@ struct Chart {
     bool markLastPoint = false;  // the thick dot on the newest value
     QString topLabel;            // at the top of the scale ("+20")
     QString bottomLabel;         // at the bottom ("-20")
+    // With coordinates: the scale's values beside every fifth grid row and the draw numbers
+    // under every fifth point, the first point being draw `firstDraw`.
+    bool coordinates = false;
+    int firstDraw = 1;
 };
 
 // ---- The 40-draw windows -------------------------------------------------------------
@@ -96,7 +100,7 @@ QString offsetButtonCaption(int position);
 std::vector<double> offsetSeries(const DrawHistory& history, int position);
 Chart offsetChart(const DrawHistory& history, int position);
 
-// The sum chart of the scope with its K line; scale 0 to (F-3)*7.
+// The sum chart of the scope with its K line and coordinates; scale 0 to (F-3)*7.
 double sumScaleTop(int frontSize);
 Chart sumChart(const DrawHistory& history, ParamSet set, int frontSize);
 

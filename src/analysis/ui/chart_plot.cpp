@@ -92,6 +92,25 @@ void drawLineLabels(QPainter& p, const Mapping& m, size_t shownPoints) {
     }
 }
 
+// The scale's values at the left of every fifth row, the draw numbers under every fifth point.
+void drawCoordinates(QPainter& p, const Mapping& m) {
+    constexpr int kEvery = 5;
+    const Chart& c = m.chart;
+    const QFontMetrics fm = p.fontMetrics();
+    p.setPen(Qt::black);
+    for (int row = 0; row <= c.rows; row += kEvery) {
+        const double v = c.max - row * (c.max - c.min) / std::max(1, c.rows);
+        const QString text = QString::number(v, 'f', 0);
+        p.drawText(QPointF(m.grid.left() - fm.horizontalAdvance(text) - 4, m.y(v) + fm.ascent() / 2.0), text);
+    }
+    for (int point = 0; point < c.points; point += kEvery) {
+        const QString text = QString::number(c.firstDraw + point);
+        p.drawText(QPointF(m.x(static_cast<size_t>(point)) - fm.horizontalAdvance(text) / 2.0,
+                           m.grid.bottom() + fm.ascent() + 2),
+                   text);
+    }
+}
+
 void drawScaleLabels(QPainter& p, const Mapping& m) {
     p.setPen(Qt::black);
     const QFontMetrics fm = p.fontMetrics();
@@ -143,8 +162,12 @@ void ChartPlot::paintEvent(QPaintEvent*) {
     const bool scaleLabels = !m_chart.topLabel.isEmpty() || !m_chart.bottomLabel.isEmpty();
     // The headings stand in a strip above the grid.
     const int headingRoom = m_chart.headings.isEmpty() ? 0 : fontMetrics().height() + 2;
-    QRectF grid = QRectF(rect()).adjusted(kMargin + (scaleLabels ? kScaleRoom : 0), kMargin + headingRoom,
-                                          -kMargin - (hasLabels(m_chart) ? kLabelRoom : 0), -kMargin);
+    const bool leftRoom = scaleLabels || m_chart.coordinates;
+    const int bottomRoom = m_chart.coordinates ? fontMetrics().height() + 2 : 0;
+    // The last draw number needs half the room of a line label.
+    const int rightRoom = hasLabels(m_chart) ? kLabelRoom : m_chart.coordinates ? kLabelRoom / 2 : 0;
+    QRectF grid = QRectF(rect()).adjusted(kMargin + (leftRoom ? kScaleRoom : 0), kMargin + headingRoom,
+                                          -kMargin - rightRoom, -kMargin - bottomRoom);
     const Mapping m{grid, m_chart};
     drawGrid(p, m);
     p.setRenderHint(QPainter::Antialiasing);
@@ -170,5 +193,6 @@ void ChartPlot::paintEvent(QPaintEvent*) {
     p.setClipping(false);
     drawLineLabels(p, m, m_shownPoints);
     drawScaleLabels(p, m);
+    if (m_chart.coordinates) drawCoordinates(p, m);
     drawHeadings(p, m);
 }
