@@ -130,7 +130,7 @@ struct WindowSpec {
 
 enum class HundredWindow { Standard, Advanced, Gaps, Ranges, Sums };  // frmTec, frmTec2..5
 WindowSpec hundredWindowSpec(HundredWindow which, int frontSize);
-// A plot of the spec for the scope over the last hundred draws; a source the scope's set
+// One plot of the window for the scope over the last hundred draws; a source the scope's set
 // lacks gives no line.
 Chart hundredPlot(const DrawHistory& history, const WindowSpec& window, const PlotSpec& plot, ParamSet scope);
 
