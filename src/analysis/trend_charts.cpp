@@ -35,25 +35,21 @@ Chart seriesWithKLine(const std::vector<double>& series, double min, double max)
 
 }  // namespace
 
-const std::vector<DrawParams>& paramsOf(const DrawHistory& history, ParamSet set) {
-    switch (set) {
-    case ParamSet::Front: return history.front;
-    case ParamSet::Back: return history.back;
-    case ParamSet::Both: break;
-    }
-    return history.both;
+const std::vector<DrawParams>& paramsOf(const DrawHistory& history, HistoryView set) {
+    // The history's own accessor hands out the arrays for writing; here they are only read.
+    return ::paramsOf(const_cast<DrawHistory&>(history), set);
 }
 
-const QStringList& columnsOf(ParamSet set) {
+const QStringList& columnsOf(HistoryView set) {
     switch (set) {
-    case ParamSet::Front: return draw_params_columns::frontColumns();
-    case ParamSet::Back: return draw_params_columns::backColumns();
-    case ParamSet::Both: break;
+    case HistoryView::Front: return draw_params_columns::frontColumns();
+    case HistoryView::Back: return draw_params_columns::backColumns();
+    case HistoryView::Both: break;
     }
     return draw_params_columns::bothColumns();
 }
 
-std::optional<std::vector<double>> columnSeries(const DrawHistory& history, ParamSet set, const QString& column) {
+std::optional<std::vector<double>> columnSeries(const DrawHistory& history, HistoryView set, const QString& column) {
     if (!columnsOf(set).contains(column, Qt::CaseInsensitive)) return std::nullopt;
     const std::vector<DrawParams>& rows = paramsOf(history, set);
     std::vector<double> out;
@@ -131,7 +127,7 @@ std::vector<double> offsetSeries(const DrawHistory& history, int position) {
     // The back numbers' offsets are the first two offset columns of the back set.
     const bool front = position <= 5;
     const QString column = QStringLiteral("Lcz%1").arg(front ? position : position - 5);
-    return columnSeries(history, front ? ParamSet::Front : ParamSet::Back, column).value_or(std::vector<double>{});
+    return columnSeries(history, front ? HistoryView::Front : HistoryView::Back, column).value_or(std::vector<double>{});
 }
 
 Chart offsetChart(const DrawHistory& history, int position) {
@@ -146,7 +142,7 @@ Chart offsetChart(const DrawHistory& history, int position) {
 
 double sumScaleTop(int frontSize) { return (frontSize - 3) * 7.0; }
 
-Chart sumChart(const DrawHistory& history, ParamSet set, int frontSize) {
+Chart sumChart(const DrawHistory& history, HistoryView set, int frontSize) {
     const auto sums = columnSeries(history, set, QStringLiteral("Znum")).value_or(std::vector<double>{});
     Chart c = seriesWithKLine(sums, 0, sumScaleTop(frontSize));
     c.coordinates = true;
@@ -192,15 +188,15 @@ WindowSpec hundredWindowSpec(HundredWindow which, int frontSize) {
         // The largest gap is read from the front set in the scopes that draw it.
         w = {QStringLiteral("frmTec3"), QStringLiteral("轴距走势"),
              {{QStringLiteral("Picture1"), {QStringLiteral("最大差值走势")}, {},
-               {SeriesSource{{QStringLiteral("Mxzounum")}, ParamSet::Front}}, 0, f, 1},
+               {SeriesSource{{QStringLiteral("Mxzounum")}, HistoryView::Front}}, 0, f, 1},
               {QStringLiteral("Picture2"), {QStringLiteral("首尾差值走势")}, {QStringLiteral("前后去同号个数走势")},
                {one("Apzounum")}, 0, f, 1}},
-             {ParamSet::Back}};
+             {HistoryView::Back}};
         break;
     case HundredWindow::Ranges: {
         // The range counts are the decade counts of the drawn front numbers; 21 and above
         // joins the last two decades.
-        const auto front = [](QStringList columns) { return SeriesSource{columns, ParamSet::Front}; };
+        const auto front = [](QStringList columns) { return SeriesSource{columns, HistoryView::Front}; };
         w = {QStringLiteral("frmTec4"), QStringLiteral("区间分布"),
              {{QStringLiteral("Picture1"), {QStringLiteral("01--10")}, {}, {front({QStringLiteral("Qnum0")})}, 0, 5, 1},
               {QStringLiteral("Picture2"), {QStringLiteral("10--20")}, {}, {front({QStringLiteral("Qnum1")})}, 0, 5, 1},
@@ -231,8 +227,8 @@ namespace {
 
 // The sum of the source's columns over all draws; nullopt when the set lacks one.
 std::optional<std::vector<double>> sourceSeries(const DrawHistory& history, const SeriesSource& source,
-                                                ParamSet scope) {
-    const ParamSet set = source.fixedSet.value_or(scope);
+                                                HistoryView scope) {
+    const HistoryView set = source.fixedSet.value_or(scope);
     std::vector<double> sum;
     for (const QString& column : source.columns) {
         const auto s = columnSeries(history, set, column);
@@ -245,7 +241,7 @@ std::optional<std::vector<double>> sourceSeries(const DrawHistory& history, cons
 
 }  // namespace
 
-Chart hundredPlot(const DrawHistory& history, const WindowSpec& window, const PlotSpec& plot, ParamSet scope) {
+Chart hundredPlot(const DrawHistory& history, const WindowSpec& window, const PlotSpec& plot, HistoryView scope) {
     static const std::array<Rgb, 2> kLineColours{kBlue, kRed};
     Chart c;
     c.min = plot.min;
@@ -254,7 +250,7 @@ Chart hundredPlot(const DrawHistory& history, const WindowSpec& window, const Pl
     c.rows = std::max(1, static_cast<int>((plot.max - plot.min) / plot.gridStep + 0.5));
     c.points = kHundred + 1;
     c.markLastPoint = true;
-    c.headings = scope == ParamSet::Both && !plot.wholeScopeHeadings.isEmpty() ? plot.wholeScopeHeadings : plot.headings;
+    c.headings = scope == HistoryView::Both && !plot.wholeScopeHeadings.isEmpty() ? plot.wholeScopeHeadings : plot.headings;
     // A heading per line takes its line's colour; the titles of a one-line plot stay black.
     const bool headingPerLine = plot.sources.size() > 1;
     for (qsizetype i = 0; i < c.headings.size(); ++i)

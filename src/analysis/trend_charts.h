@@ -4,6 +4,7 @@
 // its scale and its derived lines, and the slices of the probability pie. The windows only
 // draw what these functions give; nothing here knows a widget.
 
+#include "history/history_views.h"
 #include "workspace/shared_state.h"
 
 #include <QList>
@@ -16,8 +17,6 @@
 
 namespace trend_charts {
 
-// The per-draw parameter set a chart reads: the analysis scope of the window it opens from.
-enum class ParamSet { Front, Back, Both };  // fig, figHou, figQuan
 
 // A colour as red, green and blue; the windows turn it into their own colour type.
 struct Rgb {
@@ -27,11 +26,12 @@ struct Rgb {
     bool operator==(const Rgb&) const = default;
 };
 
-const std::vector<DrawParams>& paramsOf(const DrawHistory& history, ParamSet set);
+// The per-draw parameters a chart reads are the view of its window's analysis scope.
+const std::vector<DrawParams>& paramsOf(const DrawHistory& history, HistoryView set);
 // The columns the set's table holds; a chart leaves out a column its set lacks.
-const QStringList& columnsOf(ParamSet set);
+const QStringList& columnsOf(HistoryView set);
 // A column over draws 1..R, oldest first; nullopt when the set lacks the column.
-std::optional<std::vector<double>> columnSeries(const DrawHistory& history, ParamSet set, const QString& column);
+std::optional<std::vector<double>> columnSeries(const DrawHistory& history, HistoryView set, const QString& column);
 
 // A span of draws given as indices into a series of draws 1..R (0 = draw 1), end exclusive.
 struct DrawSpan {
@@ -102,7 +102,7 @@ Chart offsetChart(const DrawHistory& history, int position);
 
 // The sum chart of the scope with its K line and coordinates; scale 0 to (F-3)*7.
 double sumScaleTop(int frontSize);
-Chart sumChart(const DrawHistory& history, ParamSet set, int frontSize);
+Chart sumChart(const DrawHistory& history, HistoryView set, int frontSize);
 
 // ---- The hundred-draw windows ----------------------------------------------------------
 
@@ -110,7 +110,7 @@ Chart sumChart(const DrawHistory& history, ParamSet set, int frontSize);
 // whatever the scope (nullopt: the scope's set).
 struct SeriesSource {
     QStringList columns;
-    std::optional<ParamSet> fixedSet;
+    std::optional<HistoryView> fixedSet;
 };
 struct PlotSpec {
     QString given;  // objectName of the plot
@@ -125,14 +125,14 @@ struct WindowSpec {
     QString given;
     QString caption;
     QList<PlotSpec> plots;
-    QList<ParamSet> blankIn;  // scopes in which the window draws no line at all
+    QList<HistoryView> blankIn;  // scopes in which the window draws no line at all
 };
 
 enum class HundredWindow { Standard, Advanced, Gaps, Ranges, Sums };  // frmTec, frmTec2..5
 WindowSpec hundredWindowSpec(HundredWindow which, int frontSize);
 // One plot of the window for the scope over the last hundred draws; a source the scope's set
 // lacks gives no line.
-Chart hundredPlot(const DrawHistory& history, const WindowSpec& window, const PlotSpec& plot, ParamSet scope);
+Chart hundredPlot(const DrawHistory& history, const WindowSpec& window, const PlotSpec& plot, HistoryView scope);
 
 // ---- The pie -----------------------------------------------------------------------------
 

@@ -63,10 +63,10 @@ TEST(TrendCharts, DrawWindowsKeepTheNewestAtTheRight) {
 
 TEST(TrendCharts, ColumnsTheSetLacksGiveNoSeries) {
     const DrawHistory h = historyOf(3);
-    EXPECT_EQ(columnSeries(h, ParamSet::Back, QStringLiteral("Znum")), (std::vector<double>{1001, 1002, 1003}));
-    EXPECT_FALSE(columnSeries(h, ParamSet::Back, QStringLiteral("Mxzounum")));
-    EXPECT_FALSE(columnSeries(h, ParamSet::Both, QStringLiteral("R")));
-    EXPECT_TRUE(columnSeries(h, ParamSet::Front, QStringLiteral("a")));
+    EXPECT_EQ(columnSeries(h, HistoryView::Back, QStringLiteral("Znum")), (std::vector<double>{1001, 1002, 1003}));
+    EXPECT_FALSE(columnSeries(h, HistoryView::Back, QStringLiteral("Mxzounum")));
+    EXPECT_FALSE(columnSeries(h, HistoryView::Both, QStringLiteral("R")));
+    EXPECT_TRUE(columnSeries(h, HistoryView::Front, QStringLiteral("a")));
 }
 
 TEST(TrendCharts, PositionStatesAllSevenOrOneWithItsDerivedLines) {
@@ -127,57 +127,57 @@ TEST(TrendCharts, OffsetsReadTheFrontThenTheBackSet) {
 
 TEST(TrendCharts, SumChartReadsTheScopeOnItsScale) {
     const DrawHistory h = historyOf(3);
-    EXPECT_EQ(sumChart(h, ParamSet::Both, 35).lines[0].values, (std::vector<double>{2001, 2002, 2003}));
-    EXPECT_EQ(sumChart(h, ParamSet::Front, 35).max, 224);
-    EXPECT_EQ(sumChart(h, ParamSet::Front, 28).max, 175);
-    EXPECT_TRUE(sumChart(DrawHistory{}, ParamSet::Front, 35).lines[0].values.empty());
+    EXPECT_EQ(sumChart(h, HistoryView::Both, 35).lines[0].values, (std::vector<double>{2001, 2002, 2003}));
+    EXPECT_EQ(sumChart(h, HistoryView::Front, 35).max, 224);
+    EXPECT_EQ(sumChart(h, HistoryView::Front, 28).max, 175);
+    EXPECT_TRUE(sumChart(DrawHistory{}, HistoryView::Front, 35).lines[0].values.empty());
 }
 
 TEST(TrendCharts, HundredPlotsFollowTheScope) {
     const DrawHistory h = historyOf(130);
     // The whole ticket has no fitted line: its advanced window draws the complexity only.
     const WindowSpec advanced = hundredWindowSpec(HundredWindow::Advanced, 35);
-    EXPECT_EQ(hundredPlot(h, advanced, plotNamed(advanced, "Picture4"), ParamSet::Both).lines.size(), 1);
-    EXPECT_TRUE(hundredPlot(h, advanced, plotNamed(advanced, "Picture3"), ParamSet::Both).lines.isEmpty());
-    EXPECT_TRUE(hundredPlot(h, advanced, plotNamed(advanced, "Picture2"), ParamSet::Both).lines.isEmpty());
-    EXPECT_EQ(hundredPlot(h, advanced, plotNamed(advanced, "Picture2"), ParamSet::Front).lines.size(), 1);
+    EXPECT_EQ(hundredPlot(h, advanced, plotNamed(advanced, "Picture4"), HistoryView::Both).lines.size(), 1);
+    EXPECT_TRUE(hundredPlot(h, advanced, plotNamed(advanced, "Picture3"), HistoryView::Both).lines.isEmpty());
+    EXPECT_TRUE(hundredPlot(h, advanced, plotNamed(advanced, "Picture2"), HistoryView::Both).lines.isEmpty());
+    EXPECT_EQ(hundredPlot(h, advanced, plotNamed(advanced, "Picture2"), HistoryView::Front).lines.size(), 1);
 
     // The gaps: nothing in the back scope; the largest gap from the front set in the others;
     // the second plot's heading by scope.
     const WindowSpec gaps = hundredWindowSpec(HundredWindow::Gaps, 35);
-    for (const PlotSpec& p : gaps.plots) EXPECT_TRUE(hundredPlot(h, gaps, p, ParamSet::Back).lines.isEmpty());
-    const Chart largest = hundredPlot(h, gaps, plotNamed(gaps, "Picture1"), ParamSet::Both);
+    for (const PlotSpec& p : gaps.plots) EXPECT_TRUE(hundredPlot(h, gaps, p, HistoryView::Back).lines.isEmpty());
+    const Chart largest = hundredPlot(h, gaps, plotNamed(gaps, "Picture1"), HistoryView::Both);
     EXPECT_EQ(largest.lines[0].values, std::vector<double>(101, 7));
     EXPECT_EQ(largest.max, 35);
     const PlotSpec& span = plotNamed(gaps, "Picture2");
-    EXPECT_EQ(hundredPlot(h, gaps, span, ParamSet::Front).headings, QStringList{QStringLiteral("首尾差值走势")});
-    const Chart wholeSpan = hundredPlot(h, gaps, span, ParamSet::Both);
+    EXPECT_EQ(hundredPlot(h, gaps, span, HistoryView::Front).headings, QStringList{QStringLiteral("首尾差值走势")});
+    const Chart wholeSpan = hundredPlot(h, gaps, span, HistoryView::Both);
     EXPECT_EQ(wholeSpan.headings, QStringList{QStringLiteral("前后去同号个数走势")});
     EXPECT_EQ(wholeSpan.lines[0].values.back(), 12);
 
     // Ranges: front decades, the last two joined; two-line plots carry one heading per line.
     const WindowSpec ranges = hundredWindowSpec(HundredWindow::Ranges, 35);
-    EXPECT_EQ(hundredPlot(h, ranges, plotNamed(ranges, "Picture1"), ParamSet::Both).lines[0].values.back(), 1);
-    EXPECT_EQ(hundredPlot(h, ranges, plotNamed(ranges, "Picture2"), ParamSet::Both).lines[0].values.back(), 2);
-    EXPECT_EQ(hundredPlot(h, ranges, plotNamed(ranges, "Picture3"), ParamSet::Both).lines[0].values.back(), 2);
-    const Chart odd = hundredPlot(h, ranges, plotNamed(ranges, "Picture4"), ParamSet::Back);
+    EXPECT_EQ(hundredPlot(h, ranges, plotNamed(ranges, "Picture1"), HistoryView::Both).lines[0].values.back(), 1);
+    EXPECT_EQ(hundredPlot(h, ranges, plotNamed(ranges, "Picture2"), HistoryView::Both).lines[0].values.back(), 2);
+    EXPECT_EQ(hundredPlot(h, ranges, plotNamed(ranges, "Picture3"), HistoryView::Both).lines[0].values.back(), 2);
+    const Chart odd = hundredPlot(h, ranges, plotNamed(ranges, "Picture4"), HistoryView::Back);
     EXPECT_EQ(odd.lines.size(), 2);
     EXPECT_EQ(odd.headings, (QStringList{QStringLiteral("奇数个数"), QStringLiteral("偶数个数")}));
     EXPECT_EQ(odd.headingColours[1], odd.lines[1].colour);
 
     // The sums of the standard window: the last point is R, drawn with its dot.
     const WindowSpec standard = hundredWindowSpec(HundredWindow::Standard, 35);
-    const Chart sums = hundredPlot(h, standard, plotNamed(standard, "Picture1"), ParamSet::Front);
+    const Chart sums = hundredPlot(h, standard, plotNamed(standard, "Picture1"), HistoryView::Front);
     EXPECT_EQ(sums.lines[0].values.front(), 30);
     EXPECT_EQ(sums.lines[0].values.back(), 130);
     EXPECT_TRUE(sums.markLastPoint);
     EXPECT_EQ(sums.headings.size(), 2);
     EXPECT_EQ(sums.headingColours[1], (Rgb{0, 0, 0}));  // a title, not a line
-    EXPECT_TRUE(hundredPlot(h, standard, plotNamed(standard, "Picture6"), ParamSet::Back).lines.isEmpty());
+    EXPECT_TRUE(hundredPlot(h, standard, plotNamed(standard, "Picture6"), HistoryView::Back).lines.isEmpty());
 
     // No draws: the grid and the headings only.
     for (const PlotSpec& p : standard.plots) {
-        const Chart empty = hundredPlot(DrawHistory{}, standard, p, ParamSet::Front);
+        const Chart empty = hundredPlot(DrawHistory{}, standard, p, HistoryView::Front);
         EXPECT_FALSE(empty.headings.isEmpty());
         for (const Line& l : empty.lines) EXPECT_TRUE(l.values.empty());
     }

@@ -16,7 +16,7 @@ class ChartPanelWindow : public ChartWindow {
 public:
     struct Options {
         trend_charts::WindowSpec spec;
-        trend_charts::ParamSet scope = trend_charts::ParamSet::Both;
+        HistoryView scope = HistoryView::Both;
         QHash<QString, QString> tips;  // by plot name
         // Called with the window, the plot's given name and the button pressed.
         std::function<void(ChartPanelWindow* window, const QString& plot, Qt::MouseButton button)> clicked;

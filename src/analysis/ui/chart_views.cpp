@@ -10,13 +10,13 @@ namespace {
 
 using namespace trend_charts;
 
-ParamSet setOf(TrendMember scope) {
+HistoryView setOf(TrendMember scope) {
     switch (scope) {
-    case TrendMember::FrontZone: return ParamSet::Front;
-    case TrendMember::BackZone: return ParamSet::Back;
+    case TrendMember::FrontZone: return HistoryView::Front;
+    case TrendMember::BackZone: return HistoryView::Back;
     case TrendMember::BothZones: break;
     }
-    return ParamSet::Both;
+    return HistoryView::Both;
 }
 
 // A window opened from a chart window, as the trend windows open theirs.
@@ -50,7 +50,7 @@ QWidget* offsetWindow(const AnalysisContext& ctx) {
                                ctx.prompter, ctx.parent);
 }
 
-QWidget* sumWindow(Session& s, Prompter& prompter, ParamSet set, QWidget* parent) {
+QWidget* sumWindow(Session& s, Prompter& prompter, HistoryView set, QWidget* parent) {
     return new ChartZoomWindow(
         {QStringLiteral("frmBigt"),
          QStringLiteral("历史总和图放大分析(横坐标表示开奖轮次,纵坐标表示和数的大小,绿线表示加权平均K线走势)"),
@@ -63,7 +63,7 @@ QWidget* sumWindow(Session& s, Prompter& prompter, ParamSet set, QWidget* parent
 QWidget* panelWindow(const AnalysisContext& ctx, HundredWindow which) {
     Session& s = ctx.session;
     Prompter& prompter = ctx.prompter;
-    const ParamSet set = setOf(ctx.scope);
+    const HistoryView set = setOf(ctx.scope);
     ChartPanelWindow::Options options{hundredWindowSpec(which, s.frontSize()), set, {}, {}};
     if (which == HundredWindow::Standard) {
         // The sums plot opens its enlarged chart with a scale.
