@@ -35,11 +35,6 @@ Chart seriesWithKLine(const std::vector<double>& series, double min, double max)
 
 }  // namespace
 
-const std::vector<DrawParams>& paramsOf(const DrawHistory& history, HistoryView set) {
-    // The history's own accessor hands out the arrays for writing; here they are only read.
-    return ::paramsOf(const_cast<DrawHistory&>(history), set);
-}
-
 const QStringList& columnsOf(HistoryView set) {
     switch (set) {
     case HistoryView::Front: return draw_params_columns::frontColumns();

@@ -26,8 +26,6 @@ struct Rgb {
     bool operator==(const Rgb&) const = default;
 };
 
-// The per-draw parameters a chart reads are the view of its window's analysis scope.
-const std::vector<DrawParams>& paramsOf(const DrawHistory& history, HistoryView set);
 // The columns the set's table holds; a chart leaves out a column its set lacks.
 const QStringList& columnsOf(HistoryView set);
 // A column over draws 1..R, oldest first; nullopt when the set lacks the column.

@@ -1,5 +1,7 @@
 #include "history/history_views.h"
 
+#include <utility>
+
 #include <QtGlobal>
 
 const ViewInfo& viewInfo(HistoryView v) {
@@ -27,7 +29,7 @@ const NumberStats& statsOf(const StatsViews& s, HistoryView v) {
     return statsOf(const_cast<StatsViews&>(s), v);
 }
 
-std::vector<DrawParams>& paramsOf(DrawHistory& h, HistoryView v) {
+const std::vector<DrawParams>& paramsOf(const DrawHistory& h, HistoryView v) {
     switch (v) {
         case HistoryView::Front:
             return h.front;
@@ -37,6 +39,10 @@ std::vector<DrawParams>& paramsOf(DrawHistory& h, HistoryView v) {
             return h.both;
     }
     return h.front;
+}
+
+std::vector<DrawParams>& paramsOf(DrawHistory& h, HistoryView v) {
+    return const_cast<std::vector<DrawParams>&>(paramsOf(std::as_const(h), v));
 }
 
 std::span<const int32_t> numbersOf(const DrawNumbers& d, HistoryView v) {

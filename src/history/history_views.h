@@ -32,6 +32,7 @@ const ViewInfo& viewInfo(HistoryView v);
 NumberStats& statsOf(StatsViews& s, HistoryView v);
 const NumberStats& statsOf(const StatsViews& s, HistoryView v);
 std::vector<DrawParams>& paramsOf(DrawHistory& h, HistoryView v);
+const std::vector<DrawParams>& paramsOf(const DrawHistory& h, HistoryView v);
 
 // The numbers of a draw that the view counts: five, two, or all seven.
 std::span<const int32_t> numbersOf(const DrawNumbers& d, HistoryView v);

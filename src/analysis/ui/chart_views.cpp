@@ -10,15 +10,6 @@ namespace {
 
 using namespace trend_charts;
 
-HistoryView setOf(TrendMember scope) {
-    switch (scope) {
-    case TrendMember::FrontZone: return HistoryView::Front;
-    case TrendMember::BackZone: return HistoryView::Back;
-    case TrendMember::BothZones: break;
-    }
-    return HistoryView::Both;
-}
-
 // A window opened from a chart window, as the trend windows open theirs.
 void showChild(QWidget* w) {
     w->setAttribute(Qt::WA_DeleteOnClose);
@@ -63,7 +54,7 @@ QWidget* sumWindow(Session& s, Prompter& prompter, HistoryView set, QWidget* par
 QWidget* panelWindow(const AnalysisContext& ctx, HundredWindow which) {
     Session& s = ctx.session;
     Prompter& prompter = ctx.prompter;
-    const HistoryView set = setOf(ctx.scope);
+    const HistoryView set = ctx.view();
     ChartPanelWindow::Options options{hundredWindowSpec(which, s.frontSize()), set, {}, {}};
     if (which == HundredWindow::Standard) {
         // The sums plot opens its enlarged chart with a scale.
@@ -92,7 +83,7 @@ QList<AnalysisView> chartViews() {
         {QStringLiteral("mnuZshi"), positionWindow},
         {QStringLiteral("mnuBzhun"), offsetWindow},
         {QStringLiteral("mnuLsheshu"),
-         [](const AnalysisContext& ctx) { return sumWindow(ctx.session, ctx.prompter, setOf(ctx.scope), ctx.parent); }},
+         [](const AnalysisContext& ctx) { return sumWindow(ctx.session, ctx.prompter, ctx.view(), ctx.parent); }},
         panel("mnuCsheshu", HundredWindow::Sums),
         panel("mnuFenbu", HundredWindow::Ranges),
         panel("mnuZou", HundredWindow::Gaps),

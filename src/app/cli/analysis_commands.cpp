@@ -7,10 +7,10 @@
 #include "analysis/param_lists.h"
 #include "analysis/position_moments.h"
 #include "analysis/statistics_grids.h"
+#include "analysis/trend_charts.h"
 #include "analysis/trend_grid.h"
 #include "app/cli/cli_context.h"
 #include "history/draw_params.h"
-#include "workspace/draw_params_columns.h"
 #include "workspace/session.h"
 
 #include <QLocale>
@@ -34,15 +34,6 @@ int firstRow(const Args& args, int rows) {
     return args.has(kLast) ? std::max(1, rows - args.integer(kLast) + 1) : 1;
 }
 
-// The scope's per-draw table and its name.
-const std::vector<DrawParams>& scopeTable(const DrawHistory& h, int scope) {
-    return scope == 0 ? h.front : scope == 1 ? h.back : h.both;
-}
-const QStringList& scopeColumns(int scope) {
-    return scope == 0   ? draw_params_columns::frontColumns()
-           : scope == 1 ? draw_params_columns::backColumns()
-                        : draw_params_columns::bothColumns();
-}
 QString lastProblem(const Args& args) {
     if (args.has(kLast) && args.integer(kLast) < 1) return QStringLiteral("--last: %1 is not a count of draws").arg(args.text(kLast));
     return {};
@@ -54,7 +45,6 @@ void printGrid(CliContext& ctx, const TextGrid& g) {
     for (const QStringList& row : g.rows) ctx.out << row.join(QLatin1Char('\t')) << '\n';
 }
 
-const char* scopeTableName(int scope) { return scope == 0 ? "fig" : scope == 1 ? "fighou" : "figquan"; }
 
 }  // namespace
 
@@ -142,18 +132,16 @@ QString AnalysisKLineCommand::check(const Args& args) const {
 
 int AnalysisKLineCommand::run(CliContext& ctx, Session& s, const Args& args) const {
     const QString column = args.text(kColumn);
-    const int scope = args.choice(kScope);
+    const HistoryView scope = scopeOf(args);
     const DrawHistory& h = s.history();
     std::vector<double> series;
     static const QRegularExpression position(QStringLiteral("^fig([1-7])$"), QRegularExpression::CaseInsensitiveOption);
     if (const auto m = position.match(column); m.hasMatch()) {
         series = chart_lines::positionSeries(h, m.captured(1).toInt());
+    } else if (auto values = trend_charts::columnSeries(h, scope, column)) {
+        series = std::move(*values);
     } else {
-        if (!scopeColumns(scope).contains(column, Qt::CaseInsensitive))
-            return ctx.fail(QStringLiteral("no column %1 in %2").arg(column, QLatin1String(scopeTableName(scope))));
-        const std::vector<DrawParams>& table = scopeTable(h, scope);
-        for (int i = 1; i <= h.drawCount(); ++i)
-            series.push_back(*draw_params_columns::value(table[static_cast<size_t>(i)], column));
+        return ctx.fail(QStringLiteral("no column %1 in %2").arg(column, viewInfo(scope).drawTable));
     }
     const std::vector<int16_t> k = chart_lines::kLine(series);
     ctx.out << "Idx\tQihao\t" << column << "\tK\n";
