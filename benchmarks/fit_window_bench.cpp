@@ -3,9 +3,10 @@
 // frame of frm3D), and closed again. frm3D needs OpenGL: run under a display (Xvfb) to time it,
 // offscreen it is skipped.
 //
-//   fit_window_bench [--rounds N] [--history FILE]
+//   fit_window_bench [--rounds N] [--history FILE] [--shots DIR]
 //
-// Prints the median and the worst of N opens per window.
+// Prints the median and the worst of N opens per window. With --shots, saves a picture of each
+// window (frm3D in each of its types) into DIR, to look at what was timed.
 #include "analysis/ui/fit_plot.h"
 #include "analysis/ui/fit_window.h"
 #include "analysis/ui/view_3d_window.h"
@@ -22,7 +23,11 @@
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QPushButton>
+#include <QRadioButton>
+#include <QScreen>
+#include <QTest>
 #include <QTemporaryDir>
 
 #include <algorithm>
@@ -96,6 +101,27 @@ double open3dWindow(const DrawHistory& history, bool allDraws) {
     return ms;
 }
 
+// Pictures of frmNh, and of frm3D in each type when it can draw: from the screen, which holds
+// the graph's frame (a widget grab does not).
+void saveShots(const DrawHistory& history, const QString& dir) {
+    QDir().mkpath(dir);
+    FitWindow fit(history);
+    fit.show();
+    QTest::qWait(200);
+    fit.grab().save(QDir(dir).filePath(QStringLiteral("frmNh.png")));
+    if (!View3dWindow::openGlAvailable()) return;
+    View3dWindow view(history);
+    view.resize(1000, 640);
+    view.show();
+    for (int type = 0; type < view_3d::kChartTypes; ++type) {
+        view.findChild<QRadioButton*>(QStringLiteral("Option1(%1)").arg(type))->click();
+        QTest::qWait(700);
+        view.screen()
+            ->grabWindow(view.winId())
+            .save(QDir(dir).filePath(QStringLiteral("frm3D-%1.png").arg(type)));
+    }
+}
+
 void report(const char* name, int rounds, const std::function<double()>& open) {
     std::vector<double> times;
     for (int round = 0; round < rounds; ++round) times.push_back(open());
@@ -111,9 +137,11 @@ int main(int argc, char** argv) {
     const QStringList args = app.arguments();
     int rounds = 7;
     QString historyFile;
+    QString shots;
     for (int i = 1; i + 1 < args.size(); ++i) {
         if (args[i] == QLatin1String("--rounds")) rounds = std::max(1, args[i + 1].toInt());
         if (args[i] == QLatin1String("--history")) historyFile = args[i + 1];
+        if (args[i] == QLatin1String("--shots")) shots = args[i + 1];
     }
 
     QTemporaryDir dir;
@@ -130,9 +158,25 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "cannot open the workspace\n");
         return 1;
     }
-    if (historyFile.isEmpty())
-        historyFile = QDir(root.historyTextFolder()).filePath(QStringLiteral("大乐透历史开奖号码.txt"));
-    HistoryImport(session, prompter).importFile(HistoryImport::Mode::Whole, historyFile);
+    // The import leaves a copy beside the file it reads: a given file is read from a copy in the
+    // temporary data root, so that its folder stays as it was.
+    const QString bundled = QDir(root.historyTextFolder()).filePath(QStringLiteral("大乐透历史开奖号码.txt"));
+    if (!historyFile.isEmpty()) {
+        QFile::remove(bundled);
+        if (!QFile::copy(historyFile, bundled)) {
+            std::fprintf(stderr, "cannot read %s\n", qPrintable(historyFile));
+            return 1;
+        }
+    }
+    historyFile = bundled;
+    const HistoryActionResult imported =
+        HistoryImport(session, prompter).importFile(HistoryImport::Mode::Whole, historyFile);
+    if (session.drawCount() == 0) {
+        std::fprintf(stderr, "no draws imported from %s (outcome %d, %d asked): %s\n", qPrintable(historyFile),
+                     static_cast<int>(imported.outcome), static_cast<int>(prompter.asked().size()),
+                     qPrintable(prompter.messages().join(QLatin1Char('\n'))));
+        return 1;
+    }
 
     std::printf("%d draws, %d rounds, platform %s\n", session.drawCount(), rounds,
                 qPrintable(QGuiApplication::platformName()));
@@ -146,6 +190,7 @@ int main(int argc, char** argv) {
     } else {
         std::printf("frm3D skipped: no OpenGL context on this platform\n");
     }
+    if (!shots.isEmpty()) saveShots(history, shots);
     std::printf("CPU %.2f s; peak %.0f MiB\n", bench::cpuSeconds() - cpu0, bench::peakMiB());
     return 0;
 }

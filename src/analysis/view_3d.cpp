@@ -49,6 +49,17 @@ Table arrange(const DrawHistory& history, int first, int last, Orientation orien
     return t;
 }
 
+QStringList thinnedLabels(const QStringList& labels, int most) {
+    const int n = static_cast<int>(labels.size());
+    if (n <= most) return labels;
+    const int step = (n + most - 1) / most;
+    QStringList thinned;
+    thinned.reserve(n);
+    // Counted back from the newest, so that it keeps its label.
+    for (int i = 0; i < n; ++i) thinned << ((n - 1 - i) % step == 0 ? labels[i] : QString());
+    return thinned;
+}
+
 int firstShown(int drawCount, int shown) { return std::max(1, drawCount - std::max(shown, 1) + 1); }
 
 }  // namespace view_3d

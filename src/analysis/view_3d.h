@@ -61,6 +61,13 @@ struct Table {
 // are labelled by the position ("1".."7") or by the draw's issue.
 Table arrange(const DrawHistory& history, int first, int last, Orientation orientation);
 
+// At most this many labels are drawn along an axis: each label is a texture of the graph, and
+// a label per draw makes a graph of a hundred draws slow to open and its labels unreadable.
+inline constexpr int kMostAxisLabels = 20;
+// The labels with all but every k-th blanked, k the smallest step that keeps at most `most`;
+// the newest (last) label is always kept.
+QStringList thinnedLabels(const QStringList& labels, int most = kMostAxisLabels);
+
 // The first draw shown when `shown` of the newest draws are shown (at least one, at most all).
 int firstShown(int drawCount, int shown);
 

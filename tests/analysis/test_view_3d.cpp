@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 using namespace view_3d;
 
 namespace {
@@ -74,4 +76,18 @@ TEST(View3d, TheNewestDrawsShownAndTheRangeKeptInsideTheHistory) {
     const Table empty = arrange(DrawHistory{}, 1, 0, Orientation::OverTime);
     EXPECT_EQ(empty.rows(), kPositions);
     EXPECT_EQ(empty.columns(), 0);
+}
+
+TEST(View3d, AxisLabelsThinnedToAFewKeepingTheNewest) {
+    QStringList labels;
+    for (int i = 1; i <= 45; ++i) labels << QString::number(i);
+    EXPECT_EQ(thinnedLabels(labels.mid(0, 20), 20), labels.mid(0, 20));
+    const QStringList thinned = thinnedLabels(labels, 20);  // every third of 45
+    ASSERT_EQ(thinned.size(), 45);
+    EXPECT_EQ(thinned.back(), QStringLiteral("45"));
+    EXPECT_EQ(thinned[41], QStringLiteral("42"));
+    EXPECT_TRUE(thinned[42].isEmpty() && thinned[43].isEmpty());
+    EXPECT_TRUE(thinned.front().isEmpty());  // 44 back from the newest
+    EXPECT_EQ(thinned[2], QStringLiteral("3"));
+    EXPECT_EQ(std::count_if(thinned.begin(), thinned.end(), [](const QString& s) { return !s.isEmpty(); }), 15);
 }

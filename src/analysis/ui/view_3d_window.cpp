@@ -17,6 +17,7 @@
 namespace {
 
 constexpr float kHighestNumber = 36;  // the top of the largest front zone
+constexpr float kFlatWidthToDepth = 10;
 const QString kNoGraphics = QStringLiteral("无法创建 OpenGL 图形环境, 3D 走势图不能显示.");
 
 void placeCamera(QAbstract3DGraph* graph, bool flat) {
@@ -50,14 +51,6 @@ View3dWindow::View3dWindow(const DrawHistory& history, QWidget* parent) : QWidge
     m_noGraphics->setObjectName(QStringLiteral("noGraphics"));
     m_noGraphics->setAlignment(Qt::AlignCenter);
     m_stack->addWidget(m_noGraphics);
-    if (m_graphics) {
-        m_bars = new Q3DBars;
-        m_barsBox = QWidget::createWindowContainer(m_bars, m_stack);
-        m_surface = new Q3DSurface;
-        m_surfaceBox = QWidget::createWindowContainer(m_surface, m_stack);
-        m_stack->addWidget(m_barsBox);
-        m_stack->addWidget(m_surfaceBox);
-    }
 
     auto* layout = new QHBoxLayout(this);
     layout->addWidget(m_stack, 1);
@@ -115,8 +108,22 @@ void View3dWindow::redraw() {
         showSurface();
 }
 
+// Each graph holds an OpenGL context of its own: made when a type first needs it.
+// Thousands of bars stay smooth without shadows and with the graph's static optimisation.
+QWidget* View3dWindow::embed(QAbstract3DGraph* graph) {
+    graph->setShadowQuality(QAbstract3DGraph::ShadowQualityNone);
+    graph->setOptimizationHints(QAbstract3DGraph::OptimizationStatic);
+    QWidget* box = QWidget::createWindowContainer(graph, m_stack);
+    m_stack->addWidget(box);
+    return box;
+}
+
 void View3dWindow::showBars() {
     const view_3d::ChartType& type = chartType();
+    if (!m_bars) {
+        m_bars = new Q3DBars;
+        m_barsBox = embed(m_bars);
+    }
     auto* rows = new QBarDataArray;
     rows->reserve(m_table.rows());
     for (const std::vector<int>& values : m_table.values) {
@@ -138,18 +145,27 @@ void View3dWindow::showBars() {
         m_bars->columnAxis()->setTitleVisible(true);
     }
     QBar3DSeries* series = m_bars->seriesList().front();
-    series->dataProxy()->resetArray(rows, m_table.rowLabels, m_table.columnLabels);
+    series->dataProxy()->resetArray(rows, view_3d::thinnedLabels(m_table.rowLabels),
+                                    view_3d::thinnedLabels(m_table.columnLabels));
     m_bars->rowAxis()->setTitle(axisTitle(type.orientation, false));
     m_bars->columnAxis()->setTitle(axisTitle(type.orientation, true));
     // Steps: the bars of a series stand side by side without a gap.
     m_bars->setBarSpacingRelative(true);
     m_bars->setBarSpacing(type.touching ? QSizeF(0.0, 0.5) : QSizeF(0.5, 0.5));
+    // Seen from the front only the width counts: a few columns before many rows are widened
+    // to the rows' extent.
+    m_bars->setBarThickness(type.flat ? std::max(1.0f, float(m_table.rows()) / float(std::max(m_table.columns(), 1)))
+                                      : 1.0f);
     placeCamera(m_bars, type.flat);
     m_stack->setCurrentWidget(m_barsBox);
 }
 
 void View3dWindow::showSurface() {
     const view_3d::ChartType& type = chartType();
+    if (!m_surface) {
+        m_surface = new Q3DSurface;
+        m_surfaceBox = embed(m_surface);
+    }
     auto* rows = new QSurfaceDataArray;
     rows->reserve(m_table.rows());
     for (int r = 0; r < m_table.rows(); ++r) {
@@ -177,6 +193,8 @@ void View3dWindow::showSurface() {
     m_surface->axisZ()->setTitle(axisTitle(type.orientation, false));
     m_surface->axisX()->setRange(1, std::max(m_table.columns(), 2));
     m_surface->axisZ()->setRange(1, std::max(m_table.rows(), 2));
+    // From the front the depth is not seen: the x axis takes the width (0: by the axes' ranges).
+    m_surface->setHorizontalAspectRatio(type.flat ? kFlatWidthToDepth : 0.0f);
     placeCamera(m_surface, type.flat);
     m_stack->setCurrentWidget(m_surfaceBox);
 }

@@ -13,6 +13,7 @@ class QPushButton;
 class QRadioButton;
 class QSpinBox;
 class QStackedWidget;
+class QAbstract3DGraph;
 
 // The 3D trend view (frm3D): the seven numbers of the newest draws as a 3D (or flat) chart,
 // in one of twelve types picked by Option1(0..11). The graphs need OpenGL; where no context
@@ -26,7 +27,7 @@ public:
     const view_3d::ChartType& chartType() const { return view_3d::chartTypes()[m_type]; }
     const view_3d::Table& table() const { return m_table; }
     bool hasGraphics() const { return m_graphics; }
-    // The shown graph, null without OpenGL.
+    // The graphs, each made when first shown; null without OpenGL.
     Q3DBars* bars() const { return m_bars; }
     Q3DSurface* surface() const { return m_surface; }
 
@@ -38,6 +39,7 @@ private:
     void redraw();
     void showBars();
     void showSurface();
+    QWidget* embed(QAbstract3DGraph* graph);
 
     const DrawHistory& m_history;
     int m_type = 0;
