@@ -152,10 +152,6 @@ void View3dWindow::showBars() {
     // Steps: the bars of a series stand side by side without a gap.
     m_bars->setBarSpacingRelative(true);
     m_bars->setBarSpacing(type.touching ? QSizeF(0.0, 0.5) : QSizeF(0.5, 0.5));
-    // Seen from the front only the width counts: a few columns before many rows are widened
-    // to the rows' extent.
-    m_bars->setBarThickness(type.flat ? std::max(1.0f, float(m_table.rows()) / float(std::max(m_table.columns(), 1)))
-                                      : 1.0f);
     placeCamera(m_bars, type.flat);
     m_stack->setCurrentWidget(m_barsBox);
 }
