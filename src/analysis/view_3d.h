@@ -63,7 +63,7 @@ Table arrange(const DrawHistory& history, int first, int last, Orientation orien
 
 // At most this many labels are drawn along an axis: each label is a texture of the graph, and
 // a label per draw makes a graph of a hundred draws slow to open and its labels unreadable.
-inline constexpr int kMostAxisLabels = 20;
+inline constexpr int kMostAxisLabels = 12;
 // The labels with all but every k-th blanked, k the smallest step that keeps at most `most`;
 // the newest (last) label is always kept.
 QStringList thinnedLabels(const QStringList& labels, int most = kMostAxisLabels);
