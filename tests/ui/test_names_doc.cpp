@@ -4,6 +4,7 @@
 // when the committed file differs, or when a window has a named control the file lacks.
 //
 //     test_names_doc --write     rewrites docs/names.md
+#include "analysis/ui/analysis_views.h"
 #include "analysis/ui/trend_menus.h"
 #include "analysis/ui/trend_window.h"
 #include "app/ui/main_menu.h"
@@ -306,7 +307,8 @@ std::map<QString, Row> controlsOf(const QWidget* window, const QStringList& fold
         if (name.isEmpty() || name.startsWith(QLatin1String("qt_")) || name.startsWith(QLatin1Char('_')))
             continue;
         if (qobject_cast<const QAction*>(o) || qobject_cast<const QMenu*>(o)) {
-            if (qobject_cast<const QMainWindow*>(window)) continue;  // the menu section lists them
+            // The menu sections list the menus of these two.
+            if (qobject_cast<const MainWindow*>(window) || qobject_cast<const TrendWindow*>(window)) continue;
         }
         const QString key = familyOf(name);
         if (rows.count(key)) continue;
@@ -326,6 +328,8 @@ std::map<QString, Row> controlsOf(const QWidget* window, const QStringList& fold
 struct Windows {
     MainWindowFixture fixture;
     std::vector<std::pair<QString, std::unique_ptr<QWidget>>> windows;  // heading, window
+    // The views the trend windows' menus open, one of each given name; their trend window owns them.
+    QList<std::pair<QString, const QWidget*>> views;
 
     Windows() {
         fixture.open();
@@ -356,6 +360,27 @@ struct Windows {
                              std::make_unique<FortuneWindow>(s.settings(), fixture.prompter, QDate(2026, 1, 1)));
         windows.emplace_back(QStringLiteral("TextPrintWindow"), std::make_unique<TextPrintWindow>(QString()));
         main->openTrend(TrendMember::BothZones);
+        openViews(main);
+    }
+
+    void openViews(MainWindow* main) {
+        QList<AnalysisView> all = analysis_views::chartViews();
+        all += analysis_views::fitAnd3dViews();
+        all += analysis_views::statisticsViews();
+        QStringList seen;
+        for (TrendMember member : {TrendMember::FrontZone, TrendMember::BackZone, TrendMember::BothZones}) {
+            TrendWindow* from = main->openTrend(member);
+            for (const AnalysisView& view : all) {
+                if (!from->findChild<QAction*>(view.given)) continue;
+                QWidget* w = view.open(AnalysisContext{*fixture.session, fixture.prompter, member, from});
+                if (seen.contains(w->objectName())) {
+                    delete w;
+                    continue;
+                }
+                seen << w->objectName();
+                views.append({QString::fromLatin1(w->metaObject()->className()), w});
+            }
+        }
     }
     // Every window to document: those above, the main window and the filter window it opened.
     QList<std::pair<QString, const QWidget*>> all() const {
@@ -366,6 +391,7 @@ struct Windows {
         // The analysis window of both zones, which the main window owns.
         if (!fixture.window->trendWindows().isEmpty())
             out.append({QStringLiteral("TrendWindow"), fixture.window->trendWindows().first()});
+        out += views;
         return out;
     }
 };
@@ -387,7 +413,15 @@ QStringList foldersOf(const QString& heading) {
         {QStringLiteral("TextPrintWindow"), {QStringLiteral("src/tools/ui/text_print_window")}},
         {QStringLiteral("TrendWindow"), {QStringLiteral("src/analysis/ui/trend_")}}};
     const auto i = folders.find(heading);
-    return i == folders.end() ? QStringList{} : i->second;
+    if (i != folders.end()) return i->second;
+    // The views of the trend windows' menus are headed by their class: its file in the analysis
+    // windows' folder ("ChartPanelWindow" in src/analysis/ui/chart_panel_window).
+    QString stem;
+    for (const QChar c : heading) {
+        if (c.isUpper() && !stem.isEmpty()) stem += QLatin1Char('_');
+        stem += c.toLower();
+    }
+    return {QStringLiteral("src/analysis/ui/") + stem};
 }
 
 QString windowSection(const QString& heading, const QWidget* window) {
