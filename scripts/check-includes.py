@@ -21,7 +21,7 @@ LOGIC = {
     "filter": {"engine", "workspace"},
     "generation": {"engine", "workspace"},
     "prize": {"engine", "workspace"},
-    "analysis": {"engine", "workspace", "history", "picking"},
+    "analysis": {"engine", "workspace", "history", "picking", "tools"},
     "tools": {"engine", "workspace", "history"},
 }
 INCLUDE = re.compile(r'^\s*#\s*include\s+"([^"]+)"', re.M)

@@ -42,31 +42,181 @@ int parityRunsOf(const Numbers& numbers) {
     return runsOf(odd, 2) + runsOf(even, 2);
 }
 
-// What a kind counts for one draw: the value of each column (0 for an unmarked cell).
+// What a kind counts for one draw: the value of each column, -1 for an unmarked cell.
 using RowCounter = std::function<std::vector<int>(int row, const Numbers& numbers)>;
 
-// The layout of a kind whose columns are the values 0..most of a single count.
-void countColumns(TallyTable& t, int most, const QString& unit) {
-    for (int v = 0; v <= most; ++v) t.heads << QStringLiteral("%1%2").arg(v).arg(unit);
+// A kind: its table's caption and layout, what a row counts, and what its foot rows total.
+struct Spec {
+    TallyTable layout;
+    RowCounter counter;
+    // The foot rows count the draws marked in each column ("期数"), or sum the cells, over
+    // every draw and, where a kind has a head for it, over the latest ten.
+    bool sums = false;
+    QString allHead = QStringLiteral("期数");
+    QString recentHead;
+};
+
+// What the specs read besides the row's numbers.
+struct Source {
+    const DrawHistory& history;
+    HistoryView scope;
+    int zoneSize;
+    int perDraw;                   // numbers a draw holds in the scope
+    const std::vector<int>& lastSeen;  // per number, the last draw before the counted one that held it
+};
+
+void oneGroup(TallyTable& t) {
     t.groupStarts = {0};
     t.groupHeads = {QString()};
 }
 
-// A single count as a row: its value's column marked with it.
-std::vector<int> markedAt(int columns, int value) {
-    std::vector<int> row(static_cast<size_t>(columns), -1);
-    if (value >= 0 && value < columns) row[static_cast<size_t>(value)] = value;
-    return row;
+// A single count per draw: columns for its values 0..most, the draw's value marked.
+Spec singleCount(const QString& caption, int most, std::function<int(int, const Numbers&)> count) {
+    Spec s;
+    s.layout.caption = caption;
+    for (int v = 0; v <= most; ++v) s.layout.heads << QStringLiteral("%1个").arg(v);
+    oneGroup(s.layout);
+    s.counter = [count = std::move(count), most](int row, const Numbers& numbers) {
+        std::vector<int> values(static_cast<size_t>(most + 1), -1);
+        const int v = count(row, numbers);
+        if (v >= 0 && v <= most) values[static_cast<size_t>(v)] = v;
+        return values;
+    };
+    return s;
 }
 
-void countBandColumns(TallyTable& t, const QString& unit) {
-    for (int b = 0; b < kCountBands - 1; ++b) t.heads << QStringLiteral("%1%2").arg(b).arg(unit);
-    t.heads << QStringLiteral("%1%2以上").arg(kCountBands - 1).arg(unit);
-    t.groupStarts = {0};
-    t.groupHeads = {QString()};
+// Per band of 0, 1, 2, 3 and 4 or more: how many of the draw's numbers have a figure there.
+Spec countBands(const QString& caption, const QString& allHead, std::function<int(int, int)> figure) {
+    Spec s;
+    s.layout.caption = caption;
+    for (int b = 0; b < kCountBands - 1; ++b) s.layout.heads << QStringLiteral("%1次").arg(b);
+    s.layout.heads << QStringLiteral("%1次以上").arg(kCountBands - 1);
+    oneGroup(s.layout);
+    s.counter = [figure = std::move(figure)](int row, const Numbers& numbers) {
+        std::vector<int> values(kCountBands, -1);
+        for (int n : numbers) {
+            if (n < 1 || n >= kNumberSlots) continue;
+            int& cell = values[static_cast<size_t>(std::min(figure(row, n), kCountBands - 1))];
+            cell = cell < 0 ? 1 : cell + 1;
+        }
+        return values;
+    };
+    s.sums = true;
+    s.allHead = allHead;
+    return s;
 }
 
-int countBand(int value) { return std::min(value, kCountBands - 1); }
+Spec intervals(int zoneSize) {
+    Spec s;
+    s.layout.caption = QStringLiteral("5区间参数");
+    const int bands = (zoneSize + kBandWidth - 1) / kBandWidth;
+    for (int b = 0; b < bands; ++b) {
+        s.layout.groupStarts.push_back(static_cast<int>(s.layout.heads.size()));
+        s.layout.groupHeads << QStringLiteral("%1~%2")
+                                   .arg(b * kBandWidth + 1, 2, 10, QLatin1Char('0'))
+                                   .arg(std::min((b + 1) * kBandWidth, zoneSize), 2, 10, QLatin1Char('0'));
+        for (int c = 1; c <= kBandWidth; ++c) s.layout.heads << QString::number(c);
+    }
+    // Within a band's group, the column of the band's count holds it.
+    s.counter = [bands](int, const Numbers& numbers) {
+        std::vector<int> values(static_cast<size_t>(bands * kBandWidth), -1);
+        std::vector<int> inBand(static_cast<size_t>(bands), 0);
+        for (int n : numbers)
+            if (n >= 1 && (n - 1) / kBandWidth < bands) ++inBand[static_cast<size_t>((n - 1) / kBandWidth)];
+        for (int b = 0; b < bands; ++b)
+            if (const int c = inBand[static_cast<size_t>(b)]; c > 0)
+                values[static_cast<size_t>(b * kBandWidth + std::min(c, kBandWidth) - 1)] = c;
+        return values;
+    };
+    s.allHead = QStringLiteral("区间总计");
+    s.recentHead = QStringLiteral("近十区间次");
+    return s;
+}
+
+Spec tails() {
+    Spec s;
+    s.layout.caption = QStringLiteral("尾数参数");
+    for (int d = 0; d <= 9; ++d) s.layout.heads << QStringLiteral("%1尾").arg(d);
+    oneGroup(s.layout);
+    s.counter = [](int, const Numbers& numbers) {
+        std::vector<int> values(10, -1);
+        for (int n : numbers) {
+            int& cell = values[static_cast<size_t>(n % 10)];
+            cell = cell < 0 ? 1 : cell + 1;
+        }
+        return values;
+    };
+    s.sums = true;
+    s.allHead = QStringLiteral("尾数次总计");
+    s.recentHead = QStringLiteral("近十尾数次");
+    return s;
+}
+
+// Odd, even, big (above the middle of the zone) or small.
+Spec parity(TallyKind kind, const Source& src) {
+    static const std::array<const char*, 4> captions{"奇数个数", "偶数个数", "大数个数", "小数个数"};
+    const int which = static_cast<int>(kind) - static_cast<int>(TallyKind::Odd);
+    const double middle = src.zoneSize / 2.0;
+    return singleCount(QStringLiteral("参数列表 - %1").arg(QString::fromUtf8(captions[static_cast<size_t>(which)])),
+                       src.perDraw, [which, middle](int, const Numbers& numbers) {
+                           return static_cast<int>(std::count_if(numbers.begin(), numbers.end(), [&](int n) {
+                               switch (which) {
+                                   case 0: return n % 2 == 1;
+                                   case 1: return n % 2 == 0;
+                                   case 2: return n > middle;
+                                   default: return n <= middle;
+                               }
+                           }));
+                       });
+}
+
+// The numbers of the previous draw that a number of this one meets as `meets` says.
+Spec againstPrevious(const QString& caption, const Source& src, std::function<bool(const Numbers&, int)> meets) {
+    return singleCount(caption, src.perDraw, [&src, meets = std::move(meets)](int row, const Numbers& numbers) {
+        const Numbers before = row > 1 ? numbersOfDraw(src.history, row - 1, src.scope) : Numbers{};
+        return static_cast<int>(
+            std::count_if(numbers.begin(), numbers.end(), [&](int n) { return meets(before, n); }));
+    });
+}
+
+Spec specOf(TallyKind kind, const Source& src) {
+    switch (kind) {
+        case TallyKind::Intervals:
+            return intervals(src.zoneSize);
+        case TallyKind::Tails:
+            return tails();
+        case TallyKind::Odd:
+        case TallyKind::Even:
+        case TallyKind::Big:
+        case TallyKind::Small:
+            return parity(kind, src);
+        case TallyKind::Edges:
+            return againstPrevious(QStringLiteral("边号参数"), src, [](const Numbers& before, int n) {
+                return holds(before, n - 1) || holds(before, n + 1);
+            });
+        case TallyKind::Repeats:
+            return againstPrevious(QStringLiteral("重上期号参数"), src,
+                                   [](const Numbers& before, int n) { return holds(before, n); });
+        case TallyKind::Runs:
+            return singleCount(QStringLiteral("连号参数"), src.perDraw / 2,
+                               [](int, const Numbers& numbers) { return runsOf(numbers, 1); });
+        case TallyKind::ParityRuns:
+            return singleCount(QStringLiteral("奇偶连号参数"), src.perDraw / 2,
+                               [](int, const Numbers& numbers) { return parityRunsOf(numbers); });
+        case TallyKind::Omissions:
+            return countBands(QStringLiteral("遗漏分布"), QStringLiteral("遗漏总计"), [&src](int row, int n) {
+                return row - 1 - src.lastSeen[static_cast<size_t>(n)];
+            });
+        case TallyKind::RecentAppearances:
+            return countBands(QStringLiteral("前10期出现次数分布"), QStringLiteral("总计"), [&src](int row, int n) {
+                int seen = 0;
+                for (int before = std::max(1, row - kRecentDraws); before < row; ++before)
+                    seen += holds(numbersOfDraw(src.history, before, src.scope), n) ? 1 : 0;
+                return seen;
+            });
+    }
+    return {};
+}
 
 }  // namespace
 
@@ -82,156 +232,22 @@ const std::vector<KindInfo>& kinds() {
 }
 
 TallyTable build(const DrawHistory& history, HistoryView scope, int zoneSize, TallyKind kind) {
-    TallyTable t;
-    const int r = history.drawCount();
-    const int perDraw = static_cast<int>(numbersOf(history.numbers.front(), scope).size());
-    const double middle = zoneSize / 2.0;
-    // Draws since each number last came, before the draw being counted; appearances over the
-    // draws before it are counted from the rows themselves.
     std::vector<int> lastSeen(static_cast<size_t>(kNumberSlots), 0);
-    RowCounter counter;
-    // Foot rows: draws marked per column ("期数") or the sum of the cells, over every draw and,
-    // where a kind has it, over the latest ten.
-    enum class Foot { DrawsPerValue, Sums };
-    Foot foot = Foot::DrawsPerValue;
-    QString allHead = QStringLiteral("期数"), recentHead;
-    const auto single = [&](const QString& caption, int most, const QString& unit,
-                            std::function<int(int, const Numbers&)> count) {
-        t.caption = caption;
-        countColumns(t, most, unit);
-        counter = [count, most](int row, const Numbers& numbers) { return markedAt(most + 1, count(row, numbers)); };
-    };
-    const auto previous = [&history, scope](int row) {
-        return row > 1 ? numbersOfDraw(history, row - 1, scope) : Numbers{};
-    };
-    switch (kind) {
-        case TallyKind::Intervals: {
-            t.caption = QStringLiteral("5区间参数");
-            const int bands = (zoneSize + kBandWidth - 1) / kBandWidth;
-            for (int b = 0; b < bands; ++b) {
-                t.groupStarts.push_back(static_cast<int>(t.heads.size()));
-                t.groupHeads << QStringLiteral("%1~%2").arg(b * kBandWidth + 1, 2, 10, QLatin1Char('0'))
-                                    .arg(std::min((b + 1) * kBandWidth, zoneSize), 2, 10, QLatin1Char('0'));
-                for (int c = 1; c <= kBandWidth; ++c) t.heads << QString::number(c);
-            }
-            counter = [bands](int, const Numbers& numbers) {
-                std::vector<int> row(static_cast<size_t>(bands * kBandWidth), -1);
-                std::vector<int> inBand(static_cast<size_t>(bands), 0);
-                for (int n : numbers)
-                    if (n >= 1 && (n - 1) / kBandWidth < bands) ++inBand[static_cast<size_t>((n - 1) / kBandWidth)];
-                for (int b = 0; b < bands; ++b) {
-                    const int c = inBand[static_cast<size_t>(b)];
-                    if (c > 0) row[static_cast<size_t>(b * kBandWidth + std::min(c, kBandWidth) - 1)] = c;
-                }
-                return row;
-            };
-            allHead = QStringLiteral("区间总计");
-            recentHead = QStringLiteral("近十区间次");
-            break;
-        }
-        case TallyKind::Tails:
-            t.caption = QStringLiteral("尾数参数");
-            for (int d = 0; d <= 9; ++d) t.heads << QStringLiteral("%1尾").arg(d);
-            t.groupStarts = {0};
-            t.groupHeads = {QString()};
-            counter = [](int, const Numbers& numbers) {
-                std::vector<int> row(10, -1);
-                for (int n : numbers) {
-                    int& cell = row[static_cast<size_t>(n % 10)];
-                    cell = cell < 0 ? 1 : cell + 1;
-                }
-                return row;
-            };
-            foot = Foot::Sums;
-            allHead = QStringLiteral("尾数次总计");
-            recentHead = QStringLiteral("近十尾数次");
-            break;
-        case TallyKind::Odd:
-        case TallyKind::Even:
-        case TallyKind::Big:
-        case TallyKind::Small: {
-            static const std::array<const char*, 4> captions{"奇数个数", "偶数个数", "大数个数", "小数个数"};
-            const int which = static_cast<int>(kind) - static_cast<int>(TallyKind::Odd);
-            single(QStringLiteral("参数列表 - %1").arg(QString::fromUtf8(captions[static_cast<size_t>(which)])),
-                   perDraw, QStringLiteral("个"), [which, middle](int, const Numbers& numbers) {
-                       return static_cast<int>(std::count_if(numbers.begin(), numbers.end(), [&](int n) {
-                           switch (which) {
-                               case 0: return n % 2 == 1;
-                               case 1: return n % 2 == 0;
-                               case 2: return n > middle;
-                               default: return n <= middle;
-                           }
-                       }));
-                   });
-            break;
-        }
-        case TallyKind::Edges:
-            single(QStringLiteral("边号参数"), perDraw, QStringLiteral("个"), [&](int row, const Numbers& numbers) {
-                const Numbers before = previous(row);
-                return static_cast<int>(std::count_if(numbers.begin(), numbers.end(), [&](int n) {
-                    return holds(before, n - 1) || holds(before, n + 1);
-                }));
-            });
-            break;
-        case TallyKind::Repeats:
-            single(QStringLiteral("重上期号参数"), perDraw, QStringLiteral("个"), [&](int row, const Numbers& numbers) {
-                const Numbers before = previous(row);
-                return static_cast<int>(
-                    std::count_if(numbers.begin(), numbers.end(), [&](int n) { return holds(before, n); }));
-            });
-            break;
-        case TallyKind::Runs:
-            single(QStringLiteral("连号参数"), perDraw / 2, QStringLiteral("个"),
-                   [](int, const Numbers& numbers) { return runsOf(numbers, 1); });
-            break;
-        case TallyKind::ParityRuns:
-            single(QStringLiteral("奇偶连号参数"), perDraw / 2, QStringLiteral("个"),
-                   [](int, const Numbers& numbers) { return parityRunsOf(numbers); });
-            break;
-        case TallyKind::Omissions:
-            t.caption = QStringLiteral("遗漏分布");
-            countBandColumns(t, QStringLiteral("次"));
-            counter = [&lastSeen](int row, const Numbers& numbers) {
-                std::vector<int> row5(kCountBands, -1);
-                for (int n : numbers) {
-                    if (n < 1 || n >= kNumberSlots) continue;
-                    int& cell = row5[static_cast<size_t>(countBand(row - 1 - lastSeen[static_cast<size_t>(n)]))];
-                    cell = cell < 0 ? 1 : cell + 1;
-                }
-                return row5;
-            };
-            foot = Foot::Sums;
-            allHead = QStringLiteral("遗漏总计");
-            break;
-        case TallyKind::RecentAppearances:
-            t.caption = QStringLiteral("前10期出现次数分布");
-            countBandColumns(t, QStringLiteral("次"));
-            counter = [&history, scope](int row, const Numbers& numbers) {
-                std::vector<int> row5(kCountBands, -1);
-                for (int n : numbers) {
-                    int seen = 0;
-                    for (int before = std::max(1, row - kRecentDraws); before < row; ++before)
-                        seen += holds(numbersOfDraw(history, before, scope), n) ? 1 : 0;
-                    int& cell = row5[static_cast<size_t>(countBand(seen))];
-                    cell = cell < 0 ? 1 : cell + 1;
-                }
-                return row5;
-            };
-            foot = Foot::Sums;
-            allHead = QStringLiteral("总计");
-            break;
-    }
-
+    const Source src{history, scope, zoneSize,
+                     static_cast<int>(numbersOf(history.numbers.front(), scope).size()), lastSeen};
+    Spec spec = specOf(kind, src);
+    TallyTable t = std::move(spec.layout);
+    const int r = history.drawCount();
     const size_t columns = static_cast<size_t>(t.heads.size());
     std::vector<int> all(columns, 0), recent(columns, 0);
     for (int row = 1; row <= r; ++row) {
         const Numbers numbers = numbersOfDraw(history, row, scope);
-        const std::vector<int> values = counter(row, numbers);
+        const std::vector<int> values = spec.counter(row, numbers);
         std::vector<std::optional<int>> cells(columns);
         for (size_t c = 0; c < columns; ++c) {
             if (values[c] < 0) continue;
             cells[c] = values[c];
-            const int add = foot == Foot::Sums ? values[c] : 1;
+            const int add = spec.sums ? values[c] : 1;
             all[c] += add;
             if (row > r - kRecentDraws) recent[c] += add;
         }
@@ -240,8 +256,8 @@ TallyTable build(const DrawHistory& history, HistoryView scope, int zoneSize, Ta
         for (int n : numbers)
             if (n >= 1 && n < kNumberSlots) lastSeen[static_cast<size_t>(n)] = row;
     }
-    t.foot.push_back({allHead, all});
-    if (!recentHead.isEmpty()) t.foot.push_back({recentHead, recent});
+    t.foot.push_back({spec.allHead, all});
+    if (!spec.recentHead.isEmpty()) t.foot.push_back({spec.recentHead, recent});
     return t;
 }
 

@@ -280,4 +280,30 @@ QList<Slice> rangeSlices(const NumberStats& stats, int frontSize) {
     return out;
 }
 
+std::vector<Chart> parameterStrips(const DrawHistory& history, HistoryView set, const QString& column) {
+    const int r = history.drawCount();
+    const int first = std::max(1, r - kStrips * kDrawWindow + 1);
+    const std::optional<std::vector<double>> series = columnSeries(history, set, column);
+    double top = 0;
+    if (series)
+        for (int i = first + 1; i <= r; ++i) top = std::max(top, (*series)[static_cast<size_t>(i - 1)]);
+    std::vector<Chart> strips(kStrips);
+    for (int k = 0; k < kStrips; ++k) {
+        Chart& c = strips[static_cast<size_t>(k)];
+        c.min = 0;
+        c.max = top > 0 ? top : 1;
+        c.rows = 10;
+        c.coordinates = true;
+        const int from = first + k * kDrawWindow;
+        const int to = std::min(r, from + kDrawWindow - 1);
+        Line line{{}, kBlue, {}, 1};
+        for (int i = from; i <= to; ++i) {
+            c.pointLabels << QString::number(history.numbers[static_cast<size_t>(i)][0]);
+            if (series) line.values.push_back((*series)[static_cast<size_t>(i - 1)]);
+        }
+        if (!line.values.empty()) c.lines << line;
+    }
+    return strips;
+}
+
 }  // namespace trend_charts

@@ -74,6 +74,8 @@ struct Chart {
     // under every fifth point, the first point being draw `firstDraw`.
     bool coordinates = false;
     int firstDraw = 1;
+    // With coordinates: these texts under every fifth point instead of draw numbers (issues).
+    QStringList pointLabels;
 };
 
 // ---- The 40-draw windows -------------------------------------------------------------
@@ -131,6 +133,15 @@ WindowSpec hundredWindowSpec(HundredWindow which, int frontSize);
 // One plot of the window for the scope over the last hundred draws; a source the scope's set
 // lacks gives no line.
 Chart hundredPlot(const DrawHistory& history, const WindowSpec& window, const PlotSpec& plot, HistoryView scope);
+
+// ---- The parameter strips ---------------------------------------------------------------
+
+// The latest 240 draws of a column as six strips of 40, oldest first, each with the issues
+// under every fifth point. The scale runs from 0 to the column's greatest value after the first
+// draw of the span (that draw itself is not looked at). Fewer draws start at draw 1 and leave the
+// last strips short or empty; a column the scope's set lacks gives empty strips.
+inline constexpr int kStrips = 6;
+std::vector<Chart> parameterStrips(const DrawHistory& history, HistoryView set, const QString& column);
 
 // ---- The pie -----------------------------------------------------------------------------
 

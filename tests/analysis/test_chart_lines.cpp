@@ -1,4 +1,5 @@
 #include "analysis/chart_lines.h"
+#include "analysis/trend_charts.h"
 
 #include <gtest/gtest.h>
 
@@ -60,4 +61,30 @@ TEST(Means, IdealBandsAndTheSampleOverEveryDraw) {
     EXPECT_DOUBLE_EQ(sampleMean(h, 5), 20);
     EXPECT_DOUBLE_EQ(sampleMean(h, 7), 7);
     EXPECT_EQ(positionSeries(h, 2), (std::vector<double>{2, 12}));
+}
+
+// The parameter strips: 45 draws fill the first strip and five points of the second; the scale
+// leaves the first draw out, however high it is.
+TEST(ParameterStrips, FewDrawsStartAtTheFirstAndTheScaleSkipsIt) {
+    DrawHistory h;
+    for (int i = 1; i <= 45; ++i) {
+        h.numbers.push_back({2025000 + i, 1, 2, 3, 4, 5, 1, 2});
+        DrawParams p;
+        p.omissionSum = static_cast<int16_t>(i == 1 ? 500 : i);
+        h.front.push_back(p);
+    }
+    const auto strips = trend_charts::parameterStrips(h, HistoryView::Front, QStringLiteral("zynum"));
+    ASSERT_EQ(strips.size(), 6u);
+    ASSERT_EQ(strips[0].lines.size(), 1);
+    EXPECT_EQ(strips[0].lines[0].values.size(), 40u);
+    EXPECT_EQ(strips[0].lines[0].values.front(), 500);
+    EXPECT_EQ(strips[0].pointLabels.front(), QStringLiteral("2025001"));
+    EXPECT_EQ(strips[1].lines[0].values.size(), 5u);
+    EXPECT_EQ(strips[1].pointLabels.last(), QStringLiteral("2025045"));
+    EXPECT_TRUE(strips[2].lines.isEmpty());
+    EXPECT_EQ(strips[0].max, 45);
+    // A column the back set lacks draws nothing.
+    const auto lacking = trend_charts::parameterStrips(h, HistoryView::Back, QStringLiteral("DZnum"));
+    EXPECT_TRUE(lacking[0].lines.isEmpty());
+    EXPECT_EQ(lacking[0].pointLabels.size(), 40);
 }

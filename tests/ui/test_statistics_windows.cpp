@@ -1,7 +1,9 @@
 // The statistics windows opened from the trend windows' menus: the pair counts with the
 // three-number question, the transitions to the next draw and the one after, the moments.
 #include "analysis/ui/distribution_window.h"
+#include "analysis/ui/chart_plot.h"
 #include "analysis/ui/param_list_window.h"
+#include "analysis/ui/param_strips_window.h"
 #include "analysis/ui/statistics_window.h"
 #include "analysis/ui/tally_model.h"
 #include "analysis/ui/tally_window.h"
@@ -34,6 +36,7 @@ private slots:
     void distributionChartsOfTheScopesColumns();
     void tallyTablesMarkTheDrawsValues();
     void tablesExportEveryRowWithItsColours();
+    void parameterStripsOfTheLatestDraws();
 };
 
 void StatisticsWindowTest::pairCountsAndTheThreeNumberQuestion() {
@@ -224,6 +227,20 @@ void StatisticsWindowTest::tablesExportEveryRowWithItsColours() {
     QCOMPARE(sheet.rows.size(), 1 + 5);
     QCOMPARE(sheet.rows[0].value(0), QStringLiteral("开奖期号"));
     QCOMPARE(sheet.rows[5].value(0), QStringLiteral("2025105"));
+}
+
+void StatisticsWindowTest::parameterStripsOfTheLatestDraws() {
+    TrendFixture f;
+    TrendWindow* front = f.openBy("Command9");
+    auto* strips = TrendFixture::openView<ParamStripsWindow>(front, QStringLiteral("mnuylhs"), QStringLiteral("frm3Dtec"));
+    QVERIFY(strips);
+    QCOMPARE(strips->windowTitle(), QStringLiteral("参数走势"));
+    // Five draws: the first strip holds them all, with their issues; the others stay empty.
+    QCOMPARE(strips->strip(0)->chart().lines.size(), 1);
+    QCOMPARE(strips->strip(0)->chart().lines[0].values.size(), size_t{5});
+    QCOMPARE(strips->strip(0)->chart().pointLabels.first(), QStringLiteral("2025101"));
+    QVERIFY(strips->strip(5)->chart().lines.isEmpty());
+    QVERIFY(strips->findChild<QAction*>(QStringLiteral("mnuPrint")));
 }
 
 QTEST_MAIN(StatisticsWindowTest)

@@ -93,7 +93,7 @@ void TrendWindowTest::membersOpenWithTheirCaptionsGridsAndBars() {
     QVERIFY(statistics && statistics->menuAction()->isEnabled());
     QCOMPARE(Fixture::child<QAction>(both, QStringLiteral("mnuFljp(1)"))->text(),
              QStringLiteral("跳变统计(&J)"));
-    QVERIFY(!Fixture::child<QAction>(both, QStringLiteral("mnuCcha"))->isEnabled());
+    QVERIFY(Fixture::child<QAction>(both, QStringLiteral("mnuCcha"))->isEnabled());
     QVERIFY(!Fixture::child<QAction>(both, QStringLiteral("mnuLianBz")));
     // The run statistics: off at first, three rows under the summary rows of both grids when on.
     auto* runs = Fixture::child<QAction>(both, QStringLiteral("mnuYlTongji"));
@@ -114,6 +114,8 @@ void TrendWindowTest::membersOpenWithTheirCaptionsGridsAndBars() {
     auto* frontGrid = Fixture::child<QTableView>(frontOnly, QStringLiteral("MSFlexGrid1"));
     QCOMPARE(frontGrid->model()->index(6, 0).data().toString(), QStringLiteral("出现次数(双击指定检索期数)"));
     QVERIFY(Fixture::child<QAction>(frontOnly, QStringLiteral("mnuLianBz")));
+    // The picking entries of the front window wait for their commands.
+    QVERIFY(!Fixture::child<QAction>(frontOnly, QStringLiteral("mnuHihg"))->isEnabled());
     QVERIFY(Fixture::child<QMenu>(frontOnly, QStringLiteral("mnuGaiv")));
 
     TrendWindow* backOnly = f.openBy("Command10");

@@ -104,7 +104,8 @@ void drawCoordinates(QPainter& p, const Mapping& m) {
         p.drawText(QPointF(m.grid.left() - fm.horizontalAdvance(text) - 4, m.y(v) + fm.ascent() / 2.0), text);
     }
     for (int point = 0; point < c.points; point += kEvery) {
-        const QString text = QString::number(c.firstDraw + point);
+        if (!c.pointLabels.isEmpty() && point >= c.pointLabels.size()) break;
+        const QString text = c.pointLabels.isEmpty() ? QString::number(c.firstDraw + point) : c.pointLabels[point];
         p.drawText(QPointF(m.x(static_cast<size_t>(point)) - fm.horizontalAdvance(text) / 2.0,
                            m.grid.bottom() + fm.ascent() + 2),
                    text);

@@ -1,6 +1,7 @@
 #include "analysis/ui/analysis_views.h"
 #include "analysis/ui/distribution_window.h"
 #include "analysis/ui/param_list_window.h"
+#include "analysis/ui/param_strips_window.h"
 #include "analysis/ui/statistics_window.h"
 #include "analysis/ui/tally_window.h"
 
@@ -20,6 +21,14 @@ const std::vector<std::pair<const char*, const char*>>& distributionEntries() {
         {"mnuzsjsh", "Zjnum"},          {"mnuzsosh", "Zonum"},         {"mnuzsxsh", "Xznum"},
         {"mnuzsdsh", "DZnum"},          {"mnuzsylh", "Zynum"},         {"mnuYlZfT", "intYljz"},
         {"mnuTjzuizhou", "Mxzounum"}};
+    return entries;
+}
+
+// The parameter strips' menu entries and the column each draws.
+const std::vector<std::pair<const char*, const char*>>& stripEntries() {
+    static const std::vector<std::pair<const char*, const char*>> entries{
+        {"mnugwhs", "Zgnum"}, {"mnujshs", "Zjnum"}, {"mnuoshs", "Zonum"},  {"mnuxshs", "Xznum"},
+        {"mnudshs", "DZnum"}, {"mnuylhs", "Zynum"}, {"mnuYlZf", "intYljz"}};
     return entries;
 }
 
@@ -50,6 +59,11 @@ QList<AnalysisView> statisticsViews() {
         const QString counted = QString::fromLatin1(column);
         views.append({QString::fromLatin1(entry),
                       [counted](const AnalysisContext& c) -> QWidget* { return new DistributionWindow(c, counted); }});
+    }
+    for (const auto& [entry, column] : stripEntries()) {
+        const QString drawn = QString::fromLatin1(column);
+        views.append({QString::fromLatin1(entry),
+                      [drawn](const AnalysisContext& c) -> QWidget* { return new ParamStripsWindow(c, drawn); }});
     }
     for (const auto& [entry, kind] : tallyEntries())
         views.append({QString::fromLatin1(entry),
