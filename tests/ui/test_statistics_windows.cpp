@@ -12,6 +12,7 @@
 
 #include <QBarSeries>
 #include <QColor>
+#include <QContextMenuEvent>
 #include <QDir>
 #include <QBarSet>
 #include <QHeaderView>
@@ -89,6 +90,24 @@ void StatisticsWindowTest::transitionsOfTheNextDrawAndTheOneAfter() {
     QCOMPARE(cell(next, 37, 0), QStringLiteral("上1期跟随"));
     QCOMPARE(cell(next, 38, 0), QStringLiteral("07"));  // the newest draw's numbers
     QCOMPARE(cell(next, 43, 0), QStringLiteral("上1期总跟随"));
+
+    // The heads pick as the trend grid does: a click makes 07 a pick on the board and in the
+    // trend window, a right click opens the banker pop-up of the trend window for 09.
+    QTableView* grid = next->grid();
+    grid->scrollTo(grid->model()->index(0, 7));
+    QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, grid->visualRect(grid->model()->index(0, 7)).center());
+    QVERIFY(f.session->board().front.pickFlag[7]);
+    QCOMPARE(cell(next, 0, 7), QStringLiteral("07√"));
+    QCOMPARE(cell(next, 7, 0), QStringLiteral("07√"));
+    auto* popup = front->findChild<QMenu*>(QStringLiteral("mnuDt"));
+    const QPoint at9 = grid->visualRect(grid->model()->index(9, 0)).center();
+    QContextMenuEvent rightClick(QContextMenuEvent::Mouse, at9, grid->viewport()->mapToGlobal(at9));
+    QCoreApplication::sendEvent(grid->viewport(), &rightClick);
+    QTRY_VERIFY(popup->isVisible());
+    front->findChild<QAction*>(QStringLiteral("munDan"))->trigger();
+    popup->close();
+    QVERIFY(f.session->board().front.bankerFlag[9]);
+    QCOMPARE(cell(next, 0, 9), QStringLiteral("09◎"));
     next->close();
 
     auto* skip = TrendFixture::openView<StatisticsWindow>(front, QStringLiteral("mnuFljp(1)"), QStringLiteral("FrmGs"));

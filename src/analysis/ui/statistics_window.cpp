@@ -2,7 +2,9 @@
 
 #include "analysis/number_relations.h"
 #include "analysis/position_moments.h"
+#include "analysis/trend_grid.h"
 #include "analysis/ui/text_grid_model.h"
+#include "analysis/ui/trend_window.h"
 #include "workspace/prompter.h"
 #include "workspace/session.h"
 
@@ -70,9 +72,11 @@ StatisticsWindow::StatisticsWindow(Kind kind, const AnalysisContext& context)
             break;
         case Kind::Following:
             showTransitions(1);
+            connectPicking();
             break;
         case Kind::Skipping:
             showTransitions(2);
+            connectPicking();
             break;
         case Kind::Moments:
             showMoments();
@@ -141,6 +145,38 @@ void StatisticsWindow::showMoments() {
     m_view->setColumnWidth(0, 110);
 }
 
+Zone StatisticsWindow::zone() const { return m_context.scope == TrendMember::BackZone ? Zone::Back : Zone::Front; }
+
+void StatisticsWindow::connectPicking() {
+    m_trend = qobject_cast<TrendWindow*>(m_context.parent);
+    if (!m_trend) return;
+    m_view->setToolTip(QStringLiteral("可以用鼠标选号，鼠标反键选胆"));
+    connect(m_view, &QTableView::clicked, this, [this](const QModelIndex& index) {
+        if (const int n = numberAt(index)) m_trend->pick(zone(), n);
+    });
+    connect(m_trend, &TrendWindow::picksShown, this, &StatisticsWindow::showMarks);
+    showMarks();
+}
+
+int StatisticsWindow::numberAt(const QModelIndex& index) const {
+    const int size = gridSize();
+    if (index.row() == 0 && index.column() >= 1 && index.column() <= size) return index.column();
+    if (index.column() == 0 && index.row() >= 1 && index.row() <= size) return index.row();
+    return 0;
+}
+
+void StatisticsWindow::showMarks() {
+    const ZoneBoardState& board = zone() == Zone::Back ? m_context.session.board().back : m_context.session.board().front;
+    for (int n = 1; n <= gridSize(); ++n) {
+        const QString mark = board.bankerFlag[static_cast<size_t>(n)] ? TrendGrid::kBankerMark
+                             : board.pickFlag[static_cast<size_t>(n)] ? TrendGrid::kPickMark
+                                                                       : QString();
+        const QString head = QStringLiteral("%1%2").arg(n, 2, 10, QLatin1Char('0')).arg(mark);
+        m_model->setText(0, n, head);
+        m_model->setText(n, 0, head);
+    }
+}
+
 void StatisticsWindow::makePairsMenu() {
     m_pairsMenu = new QMenu(this);
     m_pairsMenu->setObjectName(QStringLiteral("mnuXiangguanMenu"));
@@ -154,9 +190,16 @@ void StatisticsWindow::makePairsMenu() {
 
 bool StatisticsWindow::eventFilter(QObject* watched, QEvent* event) {
     // The pair counts switch between two and three numbers from the grid's pop-up menu.
-    if (m_pairsMenu && watched == m_view->viewport() && event->type() == QEvent::ContextMenu) {
-        m_pairsMenu->popup(static_cast<QContextMenuEvent*>(event)->globalPos());
-        return true;
+    if (watched == m_view->viewport() && event->type() == QEvent::ContextMenu) {
+        const auto* menuEvent = static_cast<QContextMenuEvent*>(event);
+        if (m_pairsMenu) {
+            m_pairsMenu->popup(menuEvent->globalPos());
+            return true;
+        }
+        if (m_trend) {
+            if (const int n = numberAt(m_view->indexAt(menuEvent->pos()))) m_trend->openBankerPopup(zone(), n, menuEvent->globalPos());
+            return true;
+        }
     }
     return QMainWindow::eventFilter(watched, event);
 }

@@ -1,10 +1,12 @@
 #pragma once
 
 #include "analysis/ui/analysis_views.h"
+#include "picking/number_board.h"
 
 #include <QMainWindow>
 
 class QMenu;
+class TrendWindow;
 class QTableView;
 class TextGridModel;
 
@@ -28,6 +30,11 @@ protected:
 
 private:
     void makePairsMenu();
+    // The transitions' heads pick numbers as the trend grid's marks row does, and show the marks.
+    void connectPicking();
+    void showMarks();
+    int numberAt(const QModelIndex& index) const;
+    Zone zone() const;
     void showTransitions(int gap);
     void showMoments();
     void sizeColumns(int width);
@@ -38,4 +45,5 @@ private:
     TextGridModel* m_model;
     QTableView* m_view;
     QMenu* m_pairsMenu = nullptr;
+    TrendWindow* m_trend = nullptr;  // the window picks go through, for the transitions
 };

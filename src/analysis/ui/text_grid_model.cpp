@@ -8,6 +8,11 @@ void TextGridModel::setGrid(TextGrid grid) {
     endResetModel();
 }
 
+void TextGridModel::setText(int row, int column, const QString& text) {
+    m_grid.rows[static_cast<size_t>(row)][column] = text;
+    emit dataChanged(index(row, column), index(row, column));
+}
+
 int TextGridModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : m_grid.rowCount(); }
 
 int TextGridModel::columnCount(const QModelIndex& parent) const {

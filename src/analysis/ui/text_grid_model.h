@@ -12,6 +12,7 @@ public:
 
     void setGrid(TextGrid grid);
     const TextGrid& grid() const { return m_grid; }
+    void setText(int row, int column, const QString& text);
 
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;

@@ -248,6 +248,7 @@ void TrendWindow::showPicks() {
         z->model->marksChanged();
         z->bars->render(*z->grid);
     }
+    emit picksShown();
 }
 
 void TrendWindow::pick(Zone zone, int number) {

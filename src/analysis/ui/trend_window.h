@@ -46,12 +46,19 @@ public:
     TrendBars* bars(Zone zone) const;
     const TrendGrid* grid(Zone zone) const;
 
+    // A number picked as a left click on the number board picks it (a banker becomes a pick);
+    // the banker pop-up for a number, as a right click opens it. For the views opened from here.
+    void pick(Zone zone, int number);
+    void openBankerPopup(Zone zone, int number, const QPoint& globalPos);
+
 public slots:
     // The marks row, the value labels' colours and the bars from the board.
     void showPicks();
 
 signals:
     void boardChanged();
+    // The board's marks were drawn again: views showing marks follow.
+    void picksShown();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -71,8 +78,6 @@ private:
     void makePopup(ZoneView& z);
     ZoneView* viewOf(Zone zone);
     const ZoneView* viewOf(Zone zone) const;
-    void pick(Zone zone, int number);
-    void openBankerPopup(Zone zone, int number, const QPoint& globalPos);
     void searchAppearances(ZoneView& z);
     void searchOmissions(ZoneView& z);
     void connectViews();
