@@ -196,22 +196,24 @@ void StatisticsWindowTest::tallyTablesMarkTheDrawsValues() {
     QVERIFY(repeats);
     QCOMPARE(repeats->windowTitle(), QStringLiteral("重上期号参数"));
     const QAbstractItemModel* m = repeats->grid()->model();
-    QCOMPARE(m->rowCount(), 1 + 5 + 1);
-    QCOMPARE(m->index(0, 1).data().toString(), QStringLiteral("0个"));
+    QCOMPARE(m->rowCount(), 5 + 1);
+    QCOMPARE(m->headerData(1, Qt::Horizontal).toString(), QStringLiteral("0个"));
     // 07 repeats in the second draw: its row marks the column of one repeat, green.
-    QCOMPARE(m->index(2, 0).data().toString(), QStringLiteral("2025102"));
-    QCOMPARE(m->index(2, 2).data().toString(), QStringLiteral("1"));
-    QCOMPARE(m->index(2, 2).data(Qt::BackgroundRole).value<QColor>(), QColor(0, 255, 0));
-    QVERIFY(!m->index(2, 1).data().isValid());
-    QCOMPARE(m->index(6, 0).data().toString(), QStringLiteral("期数"));
-    QCOMPARE(m->index(6, 1).data().toString(), QStringLiteral("4"));  // every draw but the second repeats nothing
+    QCOMPARE(m->index(1, 0).data().toString(), QStringLiteral("2025102"));
+    QCOMPARE(m->index(1, 2).data().toString(), QStringLiteral("1"));
+    QCOMPARE(m->index(1, 2).data(Qt::BackgroundRole).value<QColor>(), QColor(0, 255, 0));
+    QVERIFY(!m->index(1, 1).data().isValid());
+    QCOMPARE(m->index(5, 0).data().toString(), QStringLiteral("期数"));
+    QCOMPARE(m->index(5, 1).data().toString(), QStringLiteral("4"));  // every draw but the second repeats nothing
 
     // The bands have a row of group heads over the count columns; the back window its own zone.
     auto* bands = TrendFixture::openView<TallyWindow>(f.openBy("Command10"), QStringLiteral("mnu5qu"), QStringLiteral("frmPicQj5"));
     QVERIFY(bands);
-    QCOMPARE(bands->model()->headRows(), 2);
-    QCOMPARE(bands->grid()->model()->index(0, 11).data().toString(), QStringLiteral("11~12"));
-    QCOMPARE(bands->grid()->model()->index(0, 11).data(Qt::BackgroundRole).value<QColor>(), QColor(0, 0, 255));
+    // The group's head over its first column's, in the header that stays in view.
+    QCOMPARE(bands->grid()->model()->headerData(11, Qt::Horizontal).toString(), QStringLiteral("11~12\n1"));
+    QCOMPARE(bands->grid()->model()->headerData(11, Qt::Horizontal, Qt::BackgroundRole).value<QColor>(),
+             QColor(0, 0, 255));
+    QCOMPARE(bands->grid()->model()->headerData(12, Qt::Horizontal).toString(), QStringLiteral("\n2"));
     // Odd, even, big and small share one window name, each with its caption.
     auto* big = TrendFixture::openView<TallyWindow>(front, QStringLiteral("mnuJodx(2)"), QStringLiteral("frmPicJODS"));
     QVERIFY(big);
@@ -234,6 +236,7 @@ void StatisticsWindowTest::tablesExportEveryRowWithItsColours() {
     QVERIFY2(sheet.error.isEmpty(), qPrintable(sheet.error));
     QCOMPARE(sheet.rows.size(), 1 + 5 + 1);
     QCOMPARE(sheet.rows[0].value(5), QStringLiteral("4次以上"));
+    QCOMPARE(sheet.rows[0].value(0), QStringLiteral("期号"));
     QCOMPARE(sheet.rows[1].value(1), QStringLiteral("5"));  // nothing came before the first draw
     QCOMPARE(sheet.backgrounds[1].value(1), QStringLiteral("00FF00"));
     QCOMPARE(sheet.backgrounds[1].value(2), QString());

@@ -4,21 +4,22 @@
 
 #include <QAbstractTableModel>
 
-// A tally table as a grid: the group heads (when there are several groups) and the column heads
-// as the first rows, one row per draw with its marked cells, then the foot rows. Column 0 holds
-// the issues and the heads of the foot rows.
+// A tally table as a grid: one row per draw with its marked cells, then the foot rows; the
+// heads (a group's head over its first column's, when there are several groups) are the
+// horizontal header, so that they stay in view. Column 0 holds the issues and the foot rows'
+// heads.
 class TallyModel : public QAbstractTableModel {
     Q_OBJECT
 public:
     explicit TallyModel(TallyTable table, QObject* parent = nullptr);
 
     const TallyTable& table() const { return m_table; }
-    int headRows() const { return draw_tallies::headRows(m_table); }
-    int firstFootRow() const { return headRows() + static_cast<int>(m_table.cells.size()); }
+    int firstFootRow() const { return static_cast<int>(m_table.cells.size()); }
 
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
 private:
     bool startsGroup(int column) const;

@@ -27,12 +27,23 @@ TallyWindow::TallyWindow(const AnalysisContext& context, TallyKind kind)
     m_view = new QTableView(this);
     m_view->setObjectName(QStringLiteral("MSFlexGrid1"));
     m_view->setModel(m_model);
-    m_view->horizontalHeader()->hide();
     m_view->verticalHeader()->hide();
     m_view->verticalHeader()->setDefaultSectionSize(20);
     m_view->horizontalHeader()->setMinimumSectionSize(16);
     m_view->horizontalHeader()->setDefaultSectionSize(kCellWidth);
-    m_view->setColumnWidth(0, kIssueWidth);
+    // The issue column as wide as the longest foot row's head.
+    int issueWidth = kIssueWidth;
+    for (const TallyTable::Foot& f : m_model->table().foot)
+        issueWidth = std::max(issueWidth, m_view->fontMetrics().horizontalAdvance(f.head) + 12);
+    m_view->setColumnWidth(0, issueWidth);
+    // A column as wide as the longest line of its head ("01~05" over a band's first count).
+    const QFontMetrics heads = m_view->horizontalHeader()->fontMetrics();
+    for (int c = 1; c < m_model->columnCount(); ++c) {
+        int width = kCellWidth;
+        for (const QString& line : m_model->headerData(c, Qt::Horizontal, Qt::DisplayRole).toString().split(QLatin1Char('\n')))
+            width = std::max(width, heads.horizontalAdvance(line) + 10);
+        m_view->setColumnWidth(c, width);
+    }
     m_view->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_view->setSelectionMode(QAbstractItemView::NoSelection);
     setCentralWidget(m_view);
@@ -49,7 +60,7 @@ void TallyWindow::makePopup() {
     QAction* print = m_popup->addAction(QStringLiteral("打印预览(&P)"));
     print->setObjectName(QStringLiteral("mnuPrint"));
     connect(print, &QAction::triggered, this, [this] {
-        grid_export::exportModel(*m_model, false, m_context.session, m_context.prompter, windowTitle());
+        grid_export::exportModel(*m_model, true, m_context.session, m_context.prompter, windowTitle());
     });
     m_view->viewport()->installEventFilter(this);
 }
