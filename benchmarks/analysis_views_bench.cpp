@@ -7,19 +7,13 @@
 #include "analysis/ui/analysis_views.h"
 #include "analysis/ui/trend_window.h"
 #include "bench_timing.h"
-#include "history/history_import.h"
+#include "bench_workspace.h"
 #include "picking/number_board.h"
-#include "workspace/data_root.h"
-#include "workspace/scripted_prompter.h"
-#include "workspace/session.h"
-#include "workspace/settings.h"
-#include "workspace/workspace_list.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
-#include <QTemporaryDir>
 
 #include <algorithm>
 #include <cstdio>
@@ -55,23 +49,11 @@ int main(int argc, char** argv) {
         if (args[i] == QLatin1String("--only")) only = args[i + 1];
     }
 
-    QTemporaryDir dir;
-    DataRoot root(dir.path());
-    root.ensureFirstStart();
-    Settings settings(root.settingsDir());
-    WorkspaceList list(settings, root);
-    list.load();
-    list.create(QStringLiteral("bench"), {});
-    ScriptedPrompter prompter;
-    const auto entered = list.enter(0, prompter);
-    Session session(root, settings);
-    if (!entered || !session.open(*entered)) {
-        std::fprintf(stderr, "cannot open the workspace\n");
-        return 1;
-    }
-    HistoryImport(session, prompter)
-        .importFile(HistoryImport::Mode::Whole,
-                    QDir(root.historyTextFolder()).filePath(QStringLiteral("大乐透历史开奖号码.txt")));
+    bench::BenchWorkspace home;
+    if (!home.ok()) return 1;
+    Session& session = *home.session;
+    ScriptedPrompter& prompter = home.prompter;
+    home.importHistory(home.bundledHistory());
     NumberBoard board(session.board(), static_cast<int16_t>(session.frontSize()),
                       static_cast<int16_t>(session.backSize()));
 

@@ -9,12 +9,7 @@
 // into DIR.
 #include "analysis/ui/analysis_views.h"
 #include "bench_timing.h"
-#include "history/history_import.h"
-#include "workspace/data_root.h"
-#include "workspace/scripted_prompter.h"
-#include "workspace/session.h"
-#include "workspace/settings.h"
-#include "workspace/workspace_list.h"
+#include "bench_workspace.h"
 
 #include <QAbstractScrollArea>
 #include <QApplication>
@@ -22,7 +17,6 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
-#include <QTemporaryDir>
 #include <QWidget>
 
 #include <algorithm>
@@ -119,23 +113,11 @@ int main(int argc, char** argv) {
         if (args[i] == QLatin1String("--shots")) shots = args[i + 1];
     }
 
-    QTemporaryDir dir;
-    DataRoot root(dir.path());
-    root.ensureFirstStart();
-    Settings settings(root.settingsDir());
-    WorkspaceList list(settings, root);
-    list.load();
-    list.create(QStringLiteral("bench"), {});
-    ScriptedPrompter prompter;
-    const auto entered = list.enter(0, prompter);
-    Session session(root, settings);
-    if (!entered || !session.open(*entered)) {
-        std::fprintf(stderr, "cannot open the workspace\n");
-        return 1;
-    }
-    HistoryImport(session, prompter)
-        .importFile(HistoryImport::Mode::Whole,
-                    QDir(root.historyTextFolder()).filePath(QStringLiteral("大乐透历史开奖号码.txt")));
+    bench::BenchWorkspace home;
+    if (!home.ok()) return 1;
+    Session& session = *home.session;
+    ScriptedPrompter& prompter = home.prompter;
+    home.importHistory(home.bundledHistory());
 
     std::printf("%d draws, %d rounds, load average %.2f at the start, %u threads\n", session.drawCount(),
                 rounds, loadAverage(), std::thread::hardware_concurrency());

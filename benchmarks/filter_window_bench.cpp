@@ -11,17 +11,12 @@
 // tab, reset last, invert all, invert last, the all-rows view and pages.
 // Prints the median and the worst of N rounds per action, and the load of the machine.
 #include "bench_timing.h"
+#include "bench_workspace.h"
 #include "filter/filter_workspace.h"
 #include "filter/result_grid_model.h"
 #include "filter/ui/filter_window.h"
 #include "generation/expansion.h"
-#include "history/history_import.h"
 #include "paint_counter.h"
-#include "workspace/data_root.h"
-#include "workspace/scripted_prompter.h"
-#include "workspace/session.h"
-#include "workspace/settings.h"
-#include "workspace/workspace_list.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -31,7 +26,6 @@
 #include <QLineEdit>
 #include <QTabBar>
 #include <QTableView>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <algorithm>
@@ -113,23 +107,11 @@ int main(int argc, char** argv) {
         if (args[i] == QLatin1String("--only")) only = args[i + 1];
     }
 
-    QTemporaryDir dir;
-    DataRoot root(dir.path());
-    root.ensureFirstStart();
-    Settings settings(root.settingsDir());
-    WorkspaceList list(settings, root);
-    list.load();
-    list.create(QStringLiteral("bench"), {});
-    ScriptedPrompter prompter;
-    const auto entered = list.enter(0, prompter);
-    Session session(root, settings);
-    if (!entered || !session.open(*entered)) {
-        std::fprintf(stderr, "cannot open the workspace\n");
-        return 1;
-    }
-    HistoryImport(session, prompter)
-        .importFile(HistoryImport::Mode::Whole,
-                    QDir(root.historyTextFolder()).filePath(QStringLiteral("大乐透历史开奖号码.txt")));
+    bench::BenchWorkspace home;
+    if (!home.ok()) return 1;
+    Session& session = *home.session;
+    ScriptedPrompter& prompter = home.prompter;
+    home.importHistory(home.bundledHistory());
 
     ExpansionInput in;
     for (int n = 1; n <= 35; ++n) in.front.push_back(static_cast<int16_t>(n));
@@ -140,7 +122,7 @@ int main(int argc, char** argv) {
         return 1;
     }
     // A folder is no database: each write of the record fails at once.
-    const QString record = withoutRecord ? dir.path() : session.paths().filterDb();
+    const QString record = withoutRecord ? home.dir.path() : session.paths().filterDb();
     auto workspace = std::make_unique<FilterWorkspace>(FilterSource::Expansion, record);
     workspace->openMade(std::move(expanded.table), expanded.captionCount);
     FilterWindow window(FilterSource::Expansion, std::move(workspace), session, prompter);

@@ -11,12 +11,7 @@
 #include "analysis/ui/fit_window.h"
 #include "analysis/ui/view_3d_window.h"
 #include "bench_timing.h"
-#include "history/history_import.h"
-#include "workspace/data_root.h"
-#include "workspace/scripted_prompter.h"
-#include "workspace/session.h"
-#include "workspace/settings.h"
-#include "workspace/workspace_list.h"
+#include "bench_workspace.h"
 
 #include <QtDataVisualization/Q3DBars>
 
@@ -28,7 +23,6 @@
 #include <QRadioButton>
 #include <QScreen>
 #include <QTest>
-#include <QTemporaryDir>
 
 #include <algorithm>
 #include <cstdio>
@@ -144,23 +138,13 @@ int main(int argc, char** argv) {
         if (args[i] == QLatin1String("--shots")) shots = args[i + 1];
     }
 
-    QTemporaryDir dir;
-    DataRoot root(dir.path());
-    root.ensureFirstStart();
-    Settings settings(root.settingsDir());
-    WorkspaceList list(settings, root);
-    list.load();
-    list.create(QStringLiteral("bench"), {});
-    ScriptedPrompter prompter;
-    const auto entered = list.enter(0, prompter);
-    Session session(root, settings);
-    if (!entered || !session.open(*entered)) {
-        std::fprintf(stderr, "cannot open the workspace\n");
-        return 1;
-    }
+    bench::BenchWorkspace home;
+    if (!home.ok()) return 1;
+    Session& session = *home.session;
+    ScriptedPrompter& prompter = home.prompter;
     // The import leaves a copy beside the file it reads: a given file is read from a copy in the
     // temporary data root, so that its folder stays as it was.
-    const QString bundled = QDir(root.historyTextFolder()).filePath(QStringLiteral("大乐透历史开奖号码.txt"));
+    const QString bundled = home.bundledHistory();
     if (!historyFile.isEmpty()) {
         QFile::remove(bundled);
         if (!QFile::copy(historyFile, bundled)) {
@@ -169,11 +153,9 @@ int main(int argc, char** argv) {
         }
     }
     historyFile = bundled;
-    const HistoryActionResult imported =
-        HistoryImport(session, prompter).importFile(HistoryImport::Mode::Whole, historyFile);
+    home.importHistory(historyFile);
     if (session.drawCount() == 0) {
-        std::fprintf(stderr, "no draws imported from %s (outcome %d, %d asked): %s\n", qPrintable(historyFile),
-                     static_cast<int>(imported.outcome), static_cast<int>(prompter.asked().size()),
+        std::fprintf(stderr, "no draws imported from %s: %s\n", qPrintable(historyFile),
                      qPrintable(prompter.messages().join(QLatin1Char('\n'))));
         return 1;
     }
