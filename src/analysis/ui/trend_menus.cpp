@@ -27,7 +27,7 @@ struct Menu {
     unsigned members = All;
 };
 
-// The menu table. No item's window is built yet.
+// The menu table.
 const std::vector<Menu>& table() {
     static const std::vector<Menu> menus{
         {"mnuCxbt",
@@ -133,7 +133,7 @@ void addItem(QMenu* menu, const Item& item, QList<Name>& names) {
         const QString given = family ? pattern.arg(i) : pattern;
         QAction* a = target->addAction(u(item.captions[i]));
         a->setObjectName(given);
-        a->setEnabled(false);  // its window is not built yet
+        a->setEnabled(false);  // until a view is registered for it
         names.append({given, a->text()});
     }
 }

@@ -9,8 +9,8 @@ class QMenuBar;
 enum class TrendMember { BothZones, FrontZone, BackZone };
 
 // The analysis menus of a trend window, built from the menu table: each menu and item carries
-// its given name as objectName (families as "mnuFljp(0)"). The windows they open come later:
-// every item stays disabled until its window exists.
+// its given name as objectName (families as "mnuFljp(0)"). Every item is built disabled; the
+// trend window enables those for which a view is registered (analysis_views.h).
 namespace trend_menus {
 
 struct Name {
