@@ -41,11 +41,9 @@ QString captionOf(StatisticsWindow::Kind k) {
     return {};
 }
 
-// Column widths in pixels for the number grids (450 and 400 twips at 15 twips a pixel) and the
-// moments' wider figures.
+// Column widths in pixels for the number grids: 450 and 400 twips at 15 twips a pixel.
 constexpr int kCorrelationWidth = 30;
 constexpr int kTransitionWidth = 27;
-constexpr int kMomentsWidth = 96;
 constexpr int kHeadWidth = 84;
 
 }  // namespace
@@ -82,9 +80,10 @@ StatisticsWindow::StatisticsWindow(Kind kind, const AnalysisContext& context)
             showMoments();
             break;
     }
-    const int columns = m_model->columnCount();
-    const int width = kHeadWidth + (columns - 1) * m_view->columnWidth(1) + 24;
-    resize(std::min(width, 1300), kind == Kind::Moments ? 260 : 680);
+    int width = 24;
+    for (int c = 0; c < m_model->columnCount(); ++c) width += m_view->columnWidth(c);
+    const int height = kind == Kind::Moments ? m_model->rowCount() * 20 + 28 : 680;
+    resize(std::min(width, 1300), height);
 }
 
 int StatisticsWindow::gridSize() const {
@@ -141,8 +140,8 @@ void StatisticsWindow::showTransitions(int gap) {
 void StatisticsWindow::showMoments() {
     m_model->setGrid(statistics_grids::moments(position_moments::compute(
         m_context.session.history(), m_context.session.frontSize(), m_context.session.backSize())));
-    sizeColumns(kMomentsWidth);
-    m_view->setColumnWidth(0, 110);
+    // Ten rows of up to twelve digits: each column as wide as its figures.
+    m_view->resizeColumnsToContents();
 }
 
 Zone StatisticsWindow::zone() const { return m_context.scope == TrendMember::BackZone ? Zone::Back : Zone::Front; }
