@@ -67,7 +67,7 @@ QList<AnalysisView> statisticsViews() {
     }
     for (const auto& [entry, kind] : tallyEntries())
         views.append({QString::fromLatin1(entry),
-                      [kind](const AnalysisContext& c) -> QWidget* { return new TallyWindow(c, kind); }});
+                      [kind = kind](const AnalysisContext& c) -> QWidget* { return new TallyWindow(c, kind); }});
     return views;
 }
 
