@@ -10,6 +10,7 @@
 #include "analysis/ui/analysis_views.h"
 #include "bench_timing.h"
 #include "bench_workspace.h"
+#include "paint_counter.h"
 
 #include <QAbstractScrollArea>
 #include <QApplication>
@@ -26,17 +27,7 @@
 
 namespace {
 
-// Counts the paint events of the widgets it watches.
-class PaintCounter : public QObject {
-public:
-    int paints = 0;
-
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override {
-        if (event->type() == QEvent::Paint) ++paints;
-        return QObject::eventFilter(watched, event);
-    }
-};
+using bench::PaintCounter;
 
 double median(std::vector<double> v) {
     std::sort(v.begin(), v.end());

@@ -46,8 +46,8 @@ int parityRunsOf(const Numbers& numbers) {
 using RowCounter = std::function<std::vector<int>(int row, const Numbers& numbers)>;
 
 // A kind: its table's caption and layout, what a row counts, and what its foot rows total.
-struct Spec {
-    TallyTable layout;
+struct KindLayout {
+    TallyTable table;
     RowCounter counter;
     // The foot rows count the draws marked in each column ("期数"), or sum the cells, over
     // every draw and, where a kind has a head for it, over the latest ten.
@@ -56,7 +56,7 @@ struct Spec {
     QString recentHead;
 };
 
-// What the specs read besides the row's numbers.
+// What the kinds read besides the row's numbers.
 struct Source {
     const DrawHistory& history;
     HistoryView scope;
@@ -71,11 +71,11 @@ void oneGroup(TallyTable& t) {
 }
 
 // A single count per draw: columns for its values 0..most, the draw's value marked.
-Spec singleCount(const QString& caption, int most, std::function<int(int, const Numbers&)> count) {
-    Spec s;
-    s.layout.caption = caption;
-    for (int v = 0; v <= most; ++v) s.layout.heads << QStringLiteral("%1个").arg(v);
-    oneGroup(s.layout);
+KindLayout singleCount(const QString& caption, int most, std::function<int(int, const Numbers&)> count) {
+    KindLayout s;
+    s.table.caption = caption;
+    for (int v = 0; v <= most; ++v) s.table.heads << QStringLiteral("%1个").arg(v);
+    oneGroup(s.table);
     s.counter = [count = std::move(count), most](int row, const Numbers& numbers) {
         std::vector<int> values(static_cast<size_t>(most + 1), -1);
         const int v = count(row, numbers);
@@ -86,12 +86,12 @@ Spec singleCount(const QString& caption, int most, std::function<int(int, const 
 }
 
 // Per band of 0, 1, 2, 3 and 4 or more: how many of the draw's numbers have a figure there.
-Spec countBands(const QString& caption, const QString& allHead, std::function<int(int, int)> figure) {
-    Spec s;
-    s.layout.caption = caption;
-    for (int b = 0; b < kCountBands - 1; ++b) s.layout.heads << QStringLiteral("%1次").arg(b);
-    s.layout.heads << QStringLiteral("%1次以上").arg(kCountBands - 1);
-    oneGroup(s.layout);
+KindLayout countBands(const QString& caption, const QString& allHead, std::function<int(int, int)> figure) {
+    KindLayout s;
+    s.table.caption = caption;
+    for (int b = 0; b < kCountBands - 1; ++b) s.table.heads << QStringLiteral("%1次").arg(b);
+    s.table.heads << QStringLiteral("%1次以上").arg(kCountBands - 1);
+    oneGroup(s.table);
     s.counter = [figure = std::move(figure)](int row, const Numbers& numbers) {
         std::vector<int> values(kCountBands, -1);
         for (int n : numbers) {
@@ -106,16 +106,16 @@ Spec countBands(const QString& caption, const QString& allHead, std::function<in
     return s;
 }
 
-Spec intervals(int zoneSize) {
-    Spec s;
-    s.layout.caption = QStringLiteral("5区间参数");
+KindLayout intervals(int zoneSize) {
+    KindLayout s;
+    s.table.caption = QStringLiteral("5区间参数");
     const int bands = (zoneSize + kBandWidth - 1) / kBandWidth;
     for (int b = 0; b < bands; ++b) {
-        s.layout.groupStarts.push_back(static_cast<int>(s.layout.heads.size()));
-        s.layout.groupHeads << QStringLiteral("%1~%2")
+        s.table.groupStarts.push_back(static_cast<int>(s.table.heads.size()));
+        s.table.groupHeads << QStringLiteral("%1~%2")
                                    .arg(b * kBandWidth + 1, 2, 10, QLatin1Char('0'))
                                    .arg(std::min((b + 1) * kBandWidth, zoneSize), 2, 10, QLatin1Char('0'));
-        for (int c = 1; c <= kBandWidth; ++c) s.layout.heads << QString::number(c);
+        for (int c = 1; c <= kBandWidth; ++c) s.table.heads << QString::number(c);
     }
     // Within a band's group, the column of the band's count holds it.
     s.counter = [bands](int, const Numbers& numbers) {
@@ -133,11 +133,11 @@ Spec intervals(int zoneSize) {
     return s;
 }
 
-Spec tails() {
-    Spec s;
-    s.layout.caption = QStringLiteral("尾数参数");
-    for (int d = 0; d <= 9; ++d) s.layout.heads << QStringLiteral("%1尾").arg(d);
-    oneGroup(s.layout);
+KindLayout tails() {
+    KindLayout s;
+    s.table.caption = QStringLiteral("尾数参数");
+    for (int d = 0; d <= 9; ++d) s.table.heads << QStringLiteral("%1尾").arg(d);
+    oneGroup(s.table);
     s.counter = [](int, const Numbers& numbers) {
         std::vector<int> values(10, -1);
         for (int n : numbers) {
@@ -153,7 +153,7 @@ Spec tails() {
 }
 
 // Odd, even, big (above the middle of the zone) or small.
-Spec parity(TallyKind kind, const Source& src) {
+KindLayout parity(TallyKind kind, const Source& src) {
     static const std::array<const char*, 4> captions{"奇数个数", "偶数个数", "大数个数", "小数个数"};
     const int which = static_cast<int>(kind) - static_cast<int>(TallyKind::Odd);
     const double middle = src.zoneSize / 2.0;
@@ -171,7 +171,7 @@ Spec parity(TallyKind kind, const Source& src) {
 }
 
 // The numbers of the previous draw that a number of this one meets as `meets` says.
-Spec againstPrevious(const QString& caption, const Source& src, std::function<bool(const Numbers&, int)> meets) {
+KindLayout againstPrevious(const QString& caption, const Source& src, std::function<bool(const Numbers&, int)> meets) {
     return singleCount(caption, src.perDraw, [&src, meets = std::move(meets)](int row, const Numbers& numbers) {
         const Numbers before = row > 1 ? numbersOfDraw(src.history, row - 1, src.scope) : Numbers{};
         return static_cast<int>(
@@ -179,7 +179,7 @@ Spec againstPrevious(const QString& caption, const Source& src, std::function<bo
     });
 }
 
-Spec specOf(TallyKind kind, const Source& src) {
+KindLayout layoutOf(TallyKind kind, const Source& src) {
     switch (kind) {
         case TallyKind::Intervals:
             return intervals(src.zoneSize);
@@ -235,19 +235,19 @@ TallyTable build(const DrawHistory& history, HistoryView scope, int zoneSize, Ta
     std::vector<int> lastSeen(static_cast<size_t>(kNumberSlots), 0);
     const Source src{history, scope, zoneSize,
                      static_cast<int>(numbersOf(history.numbers.front(), scope).size()), lastSeen};
-    Spec spec = specOf(kind, src);
-    TallyTable t = std::move(spec.layout);
+    KindLayout layout = layoutOf(kind, src);
+    TallyTable t = std::move(layout.table);
     const int r = history.drawCount();
     const size_t columns = static_cast<size_t>(t.heads.size());
     std::vector<int> all(columns, 0), recent(columns, 0);
     for (int row = 1; row <= r; ++row) {
         const Numbers numbers = numbersOfDraw(history, row, scope);
-        const std::vector<int> values = spec.counter(row, numbers);
+        const std::vector<int> values = layout.counter(row, numbers);
         std::vector<std::optional<int>> cells(columns);
         for (size_t c = 0; c < columns; ++c) {
             if (values[c] < 0) continue;
             cells[c] = values[c];
-            const int add = spec.sums ? values[c] : 1;
+            const int add = layout.sums ? values[c] : 1;
             all[c] += add;
             if (row > r - kRecentDraws) recent[c] += add;
         }
@@ -256,8 +256,8 @@ TallyTable build(const DrawHistory& history, HistoryView scope, int zoneSize, Ta
         for (int n : numbers)
             if (n >= 1 && n < kNumberSlots) lastSeen[static_cast<size_t>(n)] = row;
     }
-    t.foot.push_back({spec.allHead, all});
-    if (!spec.recentHead.isEmpty()) t.foot.push_back({spec.recentHead, recent});
+    t.foot.push_back({layout.allHead, all});
+    if (!layout.recentHead.isEmpty()) t.foot.push_back({layout.recentHead, recent});
     return t;
 }
 

@@ -145,10 +145,10 @@ Chart sumChart(const DrawHistory& history, HistoryView set, int frontSize) {
     return c;
 }
 
-WindowSpec hundredWindowSpec(HundredWindow which, int frontSize) {
+WindowPlan hundredWindowPlan(HundredWindow which, int frontSize) {
     const auto one = [](const char* column) { return SeriesSource{{QString::fromLatin1(column)}, {}}; };
     const double f = frontSize;
-    WindowSpec w;
+    WindowPlan w;
     switch (which) {
     case HundredWindow::Standard:
         w = {QStringLiteral("frmTec"), QStringLiteral("参数参考分析"),
@@ -236,7 +236,7 @@ std::optional<std::vector<double>> sourceSeries(const DrawHistory& history, cons
 
 }  // namespace
 
-Chart hundredPlot(const DrawHistory& history, const WindowSpec& window, const PlotSpec& plot, HistoryView scope) {
+Chart hundredPlot(const DrawHistory& history, const WindowPlan& window, const PlotPlan& plot, HistoryView scope) {
     static const std::array<Rgb, 2> kLineColours{kBlue, kRed};
     Chart c;
     c.min = plot.min;

@@ -112,7 +112,7 @@ struct SeriesSource {
     QStringList columns;
     std::optional<HistoryView> fixedSet;
 };
-struct PlotSpec {
+struct PlotPlan {
     QString given;  // objectName of the plot
     QStringList headings;
     QStringList wholeScopeHeadings;  // replaces `headings` in the whole scope when not empty
@@ -121,18 +121,18 @@ struct PlotSpec {
     double max = 1;
     double gridStep = 1;  // scale units per grid row
 };
-struct WindowSpec {
+struct WindowPlan {
     QString given;
     QString caption;
-    QList<PlotSpec> plots;
+    QList<PlotPlan> plots;
     QList<HistoryView> blankIn;  // scopes in which the window draws no line at all
 };
 
 enum class HundredWindow { Standard, Advanced, Gaps, Ranges, Sums };  // frmTec, frmTec2..5
-WindowSpec hundredWindowSpec(HundredWindow which, int frontSize);
+WindowPlan hundredWindowPlan(HundredWindow which, int frontSize);
 // One plot of the window for the scope over the last hundred draws; a source the scope's set
 // lacks gives no line.
-Chart hundredPlot(const DrawHistory& history, const WindowSpec& window, const PlotSpec& plot, HistoryView scope);
+Chart hundredPlot(const DrawHistory& history, const WindowPlan& window, const PlotPlan& plot, HistoryView scope);
 
 // ---- The parameter strips ---------------------------------------------------------------
 

@@ -37,8 +37,8 @@ DrawHistory historyOf(int draws) {
     return h;
 }
 
-const PlotSpec& plotNamed(const WindowSpec& w, const char* given) {
-    for (const PlotSpec& p : w.plots)
+const PlotPlan& plotNamed(const WindowPlan& w, const char* given) {
+    for (const PlotPlan& p : w.plots)
         if (p.given == QLatin1String(given)) return p;
     throw std::runtime_error(given);
 }
@@ -136,7 +136,7 @@ TEST(TrendCharts, SumChartReadsTheScopeOnItsScale) {
 TEST(TrendCharts, HundredPlotsFollowTheScope) {
     const DrawHistory h = historyOf(130);
     // The whole ticket has no fitted line: its advanced window draws the complexity only.
-    const WindowSpec advanced = hundredWindowSpec(HundredWindow::Advanced, 35);
+    const WindowPlan advanced = hundredWindowPlan(HundredWindow::Advanced, 35);
     EXPECT_EQ(hundredPlot(h, advanced, plotNamed(advanced, "Picture4"), HistoryView::Both).lines.size(), 1);
     EXPECT_TRUE(hundredPlot(h, advanced, plotNamed(advanced, "Picture3"), HistoryView::Both).lines.isEmpty());
     EXPECT_TRUE(hundredPlot(h, advanced, plotNamed(advanced, "Picture2"), HistoryView::Both).lines.isEmpty());
@@ -144,19 +144,19 @@ TEST(TrendCharts, HundredPlotsFollowTheScope) {
 
     // The gaps: nothing in the back scope; the largest gap from the front set in the others;
     // the second plot's heading by scope.
-    const WindowSpec gaps = hundredWindowSpec(HundredWindow::Gaps, 35);
-    for (const PlotSpec& p : gaps.plots) EXPECT_TRUE(hundredPlot(h, gaps, p, HistoryView::Back).lines.isEmpty());
+    const WindowPlan gaps = hundredWindowPlan(HundredWindow::Gaps, 35);
+    for (const PlotPlan& p : gaps.plots) EXPECT_TRUE(hundredPlot(h, gaps, p, HistoryView::Back).lines.isEmpty());
     const Chart largest = hundredPlot(h, gaps, plotNamed(gaps, "Picture1"), HistoryView::Both);
     EXPECT_EQ(largest.lines[0].values, std::vector<double>(101, 7));
     EXPECT_EQ(largest.max, 35);
-    const PlotSpec& span = plotNamed(gaps, "Picture2");
+    const PlotPlan& span = plotNamed(gaps, "Picture2");
     EXPECT_EQ(hundredPlot(h, gaps, span, HistoryView::Front).headings, QStringList{QStringLiteral("首尾差值走势")});
     const Chart wholeSpan = hundredPlot(h, gaps, span, HistoryView::Both);
     EXPECT_EQ(wholeSpan.headings, QStringList{QStringLiteral("前后去同号个数走势")});
     EXPECT_EQ(wholeSpan.lines[0].values.back(), 12);
 
     // Ranges: front decades, the last two joined; two-line plots carry one heading per line.
-    const WindowSpec ranges = hundredWindowSpec(HundredWindow::Ranges, 35);
+    const WindowPlan ranges = hundredWindowPlan(HundredWindow::Ranges, 35);
     EXPECT_EQ(hundredPlot(h, ranges, plotNamed(ranges, "Picture1"), HistoryView::Both).lines[0].values.back(), 1);
     EXPECT_EQ(hundredPlot(h, ranges, plotNamed(ranges, "Picture2"), HistoryView::Both).lines[0].values.back(), 2);
     EXPECT_EQ(hundredPlot(h, ranges, plotNamed(ranges, "Picture3"), HistoryView::Both).lines[0].values.back(), 2);
@@ -166,7 +166,7 @@ TEST(TrendCharts, HundredPlotsFollowTheScope) {
     EXPECT_EQ(odd.headingColours[1], odd.lines[1].colour);
 
     // The sums of the standard window: the last point is R, drawn with its dot.
-    const WindowSpec standard = hundredWindowSpec(HundredWindow::Standard, 35);
+    const WindowPlan standard = hundredWindowPlan(HundredWindow::Standard, 35);
     const Chart sums = hundredPlot(h, standard, plotNamed(standard, "Picture1"), HistoryView::Front);
     EXPECT_EQ(sums.lines[0].values.front(), 30);
     EXPECT_EQ(sums.lines[0].values.back(), 130);
@@ -176,7 +176,7 @@ TEST(TrendCharts, HundredPlotsFollowTheScope) {
     EXPECT_TRUE(hundredPlot(h, standard, plotNamed(standard, "Picture6"), HistoryView::Back).lines.isEmpty());
 
     // No draws: the grid and the headings only.
-    for (const PlotSpec& p : standard.plots) {
+    for (const PlotPlan& p : standard.plots) {
         const Chart empty = hundredPlot(DrawHistory{}, standard, p, HistoryView::Front);
         EXPECT_FALSE(empty.headings.isEmpty());
         for (const Line& l : empty.lines) EXPECT_TRUE(l.values.empty());

@@ -6,17 +6,17 @@
 
 ChartPanelWindow::ChartPanelWindow(const DrawHistory& history, Options options, Prompter& prompter,
                                    QWidget* parent)
-    : ChartWindow(options.spec.given, options.spec.caption, prompter, parent), m_options(std::move(options)) {
+    : ChartWindow(options.plan.given, options.plan.caption, prompter, parent), m_options(std::move(options)) {
     auto* central = new QWidget(this);
     auto* grid = new QGridLayout(central);
-    const auto& plots = m_options.spec.plots;
+    const auto& plots = m_options.plan.plots;
     for (qsizetype i = 0; i < plots.size(); ++i) {
-        const auto& spec = plots[i];
+        const auto& plan = plots[i];
         auto* plot = new ChartPlot(central);
-        plot->setObjectName(spec.given);
-        plot->setToolTip(m_options.tips.value(spec.given));
-        plot->setChart(trend_charts::hundredPlot(history, m_options.spec, spec, m_options.scope));
-        connect(plot, &ChartPlot::clicked, this, [this, given = spec.given](Qt::MouseButton button) {
+        plot->setObjectName(plan.given);
+        plot->setToolTip(m_options.tips.value(plan.given));
+        plot->setChart(trend_charts::hundredPlot(history, m_options.plan, plan, m_options.scope));
+        connect(plot, &ChartPlot::clicked, this, [this, given = plan.given](Qt::MouseButton button) {
             if (m_options.clicked) m_options.clicked(this, given, button);
         });
         // With an odd count the first plot, the window's main one, takes a whole row.

@@ -15,7 +15,7 @@ class ChartPanelWindow : public ChartWindow {
     Q_OBJECT
 public:
     struct Options {
-        trend_charts::WindowSpec spec;
+        trend_charts::WindowPlan plan;
         HistoryView scope = HistoryView::Both;
         QHash<QString, QString> tips;  // by plot name
         // Called with the window, the plot's given name and the button pressed.

@@ -55,7 +55,7 @@ QWidget* panelWindow(const AnalysisContext& ctx, HundredWindow which) {
     Session& s = ctx.session;
     Prompter& prompter = ctx.prompter;
     const HistoryView set = ctx.view();
-    ChartPanelWindow::Options options{hundredWindowSpec(which, s.frontSize()), set, {}, {}};
+    ChartPanelWindow::Options options{hundredWindowPlan(which, s.frontSize()), set, {}, {}};
     if (which == HundredWindow::Standard) {
         // The sums plot opens its enlarged chart with a scale.
         options.tips.insert(QStringLiteral("Picture1"), QStringLiteral("单击左键将会得到本图带坐标的放大效果"));
