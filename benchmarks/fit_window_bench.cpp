@@ -95,6 +95,32 @@ double open3dWindow(const DrawHistory& history, bool allDraws) {
     return ms;
 }
 
+// A kept frm3D closed and opened again: from show() to the graph's next frame.
+struct Kept3dWindow {
+    explicit Kept3dWindow(const DrawHistory& history) : window(history) {
+        window.bars()->installEventFilter(&frames);
+        window.bars()->installEventFilter(&exposes);
+        window.resize(1000, 640);
+        window.show();
+        QElapsedTimer t;
+        t.start();
+        waitFor(t, [&] { return frames.seen > 0; });
+    }
+    double reopen() {
+        window.close();
+        QCoreApplication::processEvents(QEventLoop::AllEvents);
+        QElapsedTimer t;
+        t.start();
+        const int before = frames.seen + exposes.seen;
+        window.show();
+        // A graph shown again draws its frame on the expose itself.
+        return waitFor(t, [&] { return frames.seen + exposes.seen > before; });
+    }
+    View3dWindow window;
+    EventCounter frames{QEvent::UpdateRequest};
+    EventCounter exposes{QEvent::Expose};
+};
+
 // Pictures of frmNh, and of frm3D in each type when it can draw: from the screen, which holds
 // the graph's frame (a widget grab does not).
 void saveShots(const DrawHistory& history, const QString& dir) {
@@ -169,6 +195,8 @@ int main(int argc, char** argv) {
     if (View3dWindow::openGlAvailable()) {
         report("frm3D (newest 100)", rounds, [&] { return open3dWindow(history, false); });
         report("frm3D widened to all", rounds, [&] { return open3dWindow(history, true); });
+        Kept3dWindow kept(history);
+        report("frm3D opened again", rounds, [&] { return kept.reopen(); });
     } else {
         std::printf("frm3D skipped: no OpenGL context on this platform\n");
     }

@@ -4,6 +4,7 @@
 #include "analysis/ui/fit_window.h"
 #include "analysis/ui/trend_window.h"
 #include "analysis/ui/view_3d_window.h"
+#include "history/draw_entry.h"
 #include "history/history_import.h"
 #include "support/main_window_fixture.h"
 #include "support/window_shot.h"
@@ -80,6 +81,7 @@ private slots:
     void fewerThanEightDrawsLeaveTheEightPlotsEmpty();
     void theCloseButtonAndAClickOnTheWindow();
     void the3dViewOffersTwelveTypesAndSaysWhenItCannotDraw();
+    void the3dViewIsKeptWhenClosedAndShowsDrawsAddedMeanwhile();
 };
 
 void FitWindowTest::theFrontMenuOpensTheEightNewestFits() {
@@ -190,6 +192,30 @@ void FitWindowTest::the3dViewOffersTwelveTypesAndSaysWhenItCannotDraw() {
     QCOMPARE(message->isVisible(), !w->hasGraphics());
     if (!w->hasGraphics()) QVERIFY(!w->bars() && !w->surface());
     saveShot(w, QStringLiteral("frm3D"));
+}
+
+// Making a graph is costly: closing frm3D hides it, and the entry shows the same window again,
+// with a draw entered meanwhile at the end of its table.
+void FitWindowTest::the3dViewIsKeptWhenClosedAndShowsDrawsAddedMeanwhile() {
+    Fixture f;
+    QPointer<View3dWindow> w = f.openView<View3dWindow>("Command48", "mnu3D");
+    QVERIFY(w);
+    w->findChild<QRadioButton*>(QStringLiteral("Option1(5)"))->click();  // draws as rows
+    QCOMPARE(w->table().rows(), 8);
+    QVERIFY(w->close());
+    QVERIFY(w && !w->isVisible());
+
+    DrawEntry::Boxes boxes{QStringLiteral("03"), QStringLiteral("11"), QStringLiteral("19"), QStringLiteral("24"),
+                           QStringLiteral("33"), QStringLiteral("02"), QStringLiteral("09")};
+    QVERIFY(DrawEntry(*f.session, f.prompter).submit(boxes).done());
+
+    TrendWindow* trend = f.window->trendWindows().last();
+    trend->menuBar()->findChild<QAction*>(QStringLiteral("mnu3D"))->trigger();
+    QCOMPARE(trend->findChildren<View3dWindow*>().size(), 1);
+    QVERIFY(w && w->isVisible());
+    QCOMPARE(w->table().rows(), 9);
+    QCOMPARE(w->table().values.back(), (std::vector<int>{3, 11, 19, 24, 33, 2, 9}));
+    QCOMPARE(w->findChild<QRadioButton*>(QStringLiteral("Option1(5)"))->isChecked(), true);
 }
 
 QTEST_MAIN(FitWindowTest)

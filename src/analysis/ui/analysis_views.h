@@ -31,9 +31,12 @@ struct AnalysisContext {
 // A menu entry of the trend windows that opens a view. The view is built by `open` as a
 // non-modal top-level window (a child of the context's parent, deleted when closed) and shown
 // by the caller. Entries are matched by the action's given name ("mnuTjwei(2)" for a family).
+// A kept view is built once per trend window: closing hides it and the entry shows it again,
+// for views whose making is costly (a graphics context and its shaders).
 struct AnalysisView {
     QString given;
     std::function<QWidget*(const AnalysisContext&)> open;
+    bool kept = false;
 };
 
 namespace analysis_views {

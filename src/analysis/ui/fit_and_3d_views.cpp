@@ -11,7 +11,8 @@ QList<AnalysisView> fitAnd3dViews() {
         {QStringLiteral("mnuNihe"),
          [](const AnalysisContext& c) -> QWidget* { return new FitWindow(c.session.history(), c.parent); }},
         {QStringLiteral("mnu3D"),
-         [](const AnalysisContext& c) -> QWidget* { return new View3dWindow(c.session.history(), c.parent); }},
+         [](const AnalysisContext& c) -> QWidget* { return new View3dWindow(c.session.history(), c.parent); },
+         /*kept=*/true},
     };
 }
 

@@ -119,10 +119,14 @@ void TrendWindow::connectViews() {
 }
 
 void TrendWindow::openView(const AnalysisView& view) {
-    QWidget* w = view.open(AnalysisContext{m_session, m_prompter, m_member, this});
-    if (!w) return;
-    w->setAttribute(Qt::WA_DeleteOnClose);
-    w->setWindowFlag(Qt::Window);
+    QWidget* w = view.kept ? m_keptViews.value(view.given).data() : nullptr;
+    if (!w) {
+        w = view.open(AnalysisContext{m_session, m_prompter, m_member, this});
+        if (!w) return;
+        w->setAttribute(Qt::WA_DeleteOnClose, !view.kept);
+        w->setWindowFlag(Qt::Window);
+        if (view.kept) m_keptViews.insert(view.given, w);
+    }
     w->show();
     w->raise();
     w->activateWindow();

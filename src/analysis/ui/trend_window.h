@@ -4,7 +4,9 @@
 #include "analysis/ui/analysis_views.h"
 #include "analysis/ui/trend_menus.h"
 
+#include <QHash>
 #include <QMainWindow>
+#include <QPointer>
 
 #include <memory>
 #include <vector>
@@ -93,4 +95,5 @@ private:
     std::vector<std::unique_ptr<ZoneView>> m_zones;
     bool m_followNewest = true;
     QSplitter* m_splitter = nullptr;  // sized to the grids when first shown
+    QHash<QString, QPointer<QWidget>> m_keptViews;  // by the entry's given name
 };

@@ -33,6 +33,10 @@ public:
 
     static bool openGlAvailable();
 
+protected:
+    // Shown again after draws were added: the newest are drawn, and all of them when all were.
+    void showEvent(QShowEvent* event) override;
+
 private:
     QWidget* makeControls();
     void pickType(int type);
