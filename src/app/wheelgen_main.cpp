@@ -1,0 +1,101 @@
+// shuangqu-wheelgen: searches a small wheel for a guarantee and writes it as text, a ticket of
+// positions a line. Started from a shipped table (--start) it tries to improve it; Ctrl+C stops
+// the search and keeps the best wheel found so far.
+#include "generation/wheels/wheel_check.h"
+#include "generation/wheels/wheel_search.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QElapsedTimer>
+
+#include <csignal>
+#include <cstdio>
+
+namespace {
+
+std::atomic<bool> g_cancel{false};
+
+void onInterrupt(int) { g_cancel = true; }
+
+int fail(const QString& message) {
+    std::fprintf(stderr, "shuangqu-wheelgen: %s\n", qPrintable(message));
+    return 2;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    QCoreApplication app(argc, argv);
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral(
+        "Searches a wheel of K-position tickets over positions 1..N such that whichever P positions "
+        "are drawn, some ticket holds at least T of them (P = T: every T positions lie in a ticket)."));
+    parser.addHelpOption();
+    parser.addPositionalArgument(QStringLiteral("N K P T"), QStringLiteral("The positions, the ticket size, the guarantee."));
+    const QCommandLineOption seed(QStringLiteral("seed"), QStringLiteral("First random seed (default 1)."), QStringLiteral("S"), QStringLiteral("1"));
+    const QCommandLineOption threads(QStringLiteral("threads"), QStringLiteral("Independent searches (default 2)."), QStringLiteral("T"), QStringLiteral("2"));
+    const QCommandLineOption target(QStringLiteral("target"), QStringLiteral("Stop at this many tickets."), QStringLiteral("SIZE"), QStringLiteral("0"));
+    const QCommandLineOption moves(QStringLiteral("moves"), QStringLiteral("Moves per search (default 2000000)."), QStringLiteral("M"), QStringLiteral("2000000"));
+    const QCommandLineOption seconds(QStringLiteral("seconds"), QStringLiteral("Stop after this long."), QStringLiteral("S"), QStringLiteral("0"));
+    const QCommandLineOption start(QStringLiteral("start"), QStringLiteral("A valid wheel to improve."), QStringLiteral("FILE"));
+    const QCommandLineOption out(QStringLiteral("out"), QStringLiteral("Write the wheel here (default: standard output)."), QStringLiteral("FILE"));
+    const QCommandLineOption quiet(QStringLiteral("quiet"), QStringLiteral("No progress lines."));
+    parser.addOptions({seed, threads, target, moves, seconds, start, out, quiet});
+    parser.process(app);
+
+    const QStringList args = parser.positionalArguments();
+    if (args.size() != 4) return fail(QStringLiteral("give N K P T, e.g. 12 5 4 3"));
+    wheels::Guarantee g{args[0].toInt(), args[1].toInt(), args[2].toInt(), args[3].toInt()};
+    if (!g.valid()) return fail(QStringLiteral("no such guarantee: %1").arg(args.join(QLatin1Char(' '))));
+
+    bool ok = true;
+    const auto number = [&](const QCommandLineOption& o) {
+        bool good = false;
+        const double v = parser.value(o).toDouble(&good);
+        if (!good || v < 0) ok = false;
+        return v;
+    };
+    wheels::SearchOptions options;
+    options.seed = static_cast<uint64_t>(number(seed));
+    options.threads = static_cast<int>(number(threads));
+    options.targetTickets = static_cast<size_t>(number(target));
+    options.movesPerThread = static_cast<uint64_t>(number(moves));
+    options.seconds = number(seconds);
+    if (!ok) return fail(QStringLiteral("--seed, --threads, --target, --moves and --seconds take numbers of 0 or more"));
+    options.cancel = &g_cancel;
+
+    std::vector<wheels::Block> begin;
+    if (parser.isSet(start)) {
+        const wheels::ReadResult read = wheels::readFile(parser.value(start), g);
+        if (!read.error.isEmpty()) return fail(read.error);
+        const wheels::CheckResult c = wheels::check({g, read.blocks});
+        if (!c.holds) return fail(QStringLiteral("%1 does not keep %2").arg(parser.value(start), g.name()));
+        begin = read.blocks;
+    }
+
+    QElapsedTimer clock;
+    clock.start();
+    qint64 lastReport = -1000;
+    if (!parser.isSet(quiet))
+        options.progress = [&](const wheels::SearchProgress& p) {
+            if (clock.elapsed() - lastReport < 1000) return;
+            lastReport = clock.elapsed();
+            std::fprintf(stderr, "%6.1f s  search %d: %zu tickets, %zu unmet, best %zu, %llu moves\n",
+                         clock.elapsed() / 1000.0, p.thread, p.tickets, p.unsatisfied, p.bestTickets,
+                         static_cast<unsigned long long>(p.moves));
+        };
+    std::signal(SIGINT, onInterrupt);
+    const wheels::SearchResult r = wheels::search(g, options, begin);
+
+    const wheels::CheckResult c = wheels::check({g, r.blocks});
+    if (r.blocks.empty() || !c.holds) return fail(QStringLiteral("no valid wheel found for %1").arg(g.name()));
+    std::fprintf(stderr, "%s: %zu tickets after %llu moves in %.1f s%s\n", qPrintable(g.name()), r.blocks.size(),
+                 static_cast<unsigned long long>(r.moves), clock.elapsed() / 1000.0, r.cancelled ? " (stopped)" : "");
+    if (parser.isSet(out)) {
+        const QString error = wheels::writeFile(parser.value(out), r.blocks);
+        if (!error.isEmpty()) return fail(error);
+    } else {
+        std::fputs(wheels::toText(r.blocks).toUtf8().constData(), stdout);
+    }
+    return 0;
+}
