@@ -29,6 +29,8 @@ CoverState::CoverState(const Guarantee& g) : m_g(g) {
     m_tsetCount.assign(tsets, 0);
     m_metBy.assign(targets, 0);
     m_weight.assign(targets, 1);
+    m_seen.assign(targets, 0);
+    m_change.assign(targets, 0);
     m_supersetCount = static_cast<uint32_t>(kBinomials(g.n - g.t, g.p - g.t));
     m_supersets.reserve(tsets * m_supersetCount);
     const Block all = g.n == kMostPositions ? ~Block{0} : (Block{1} << g.n) - 1;
@@ -103,13 +105,48 @@ void CoverState::move(size_t i, int x, int y) {
     m_blocks[i] = rest | (Block{1} << y);
 }
 
+// Without changing anything: each drawn set above a t-set that the move takes from its last
+// ticket loses one, each above a t-set that it gives to a first ticket gains one; a drawn set
+// changes state when its count crosses 0 on the balance.
 CoverState::Delta CoverState::tryMove(size_t i, int x, int y) {
-    const uint64_t weighted = m_weighted;
-    const size_t unsat = m_unsat.size();
-    move(i, x, y);
-    const Delta d{static_cast<int64_t>(m_weighted) - static_cast<int64_t>(weighted),
-                  static_cast<int64_t>(m_unsat.size()) - static_cast<int64_t>(unsat)};
-    move(i, y, x);
+    if (++m_stamp == 0) {
+        std::fill(m_seen.begin(), m_seen.end(), 0u);
+        m_stamp = 1;
+    }
+    m_touched.clear();
+    const auto change = [&](uint32_t rank, int16_t by) {
+        const uint32_t* above = m_supersets.data() + size_t{rank} * m_supersetCount;
+        for (uint32_t k = 0; k < m_supersetCount; ++k) {
+            const uint32_t target = above[k];
+            if (m_seen[target] != m_stamp) {
+                m_seen[target] = m_stamp;
+                m_change[target] = 0;
+                m_touched.push_back(target);
+            }
+            m_change[target] = static_cast<int16_t>(m_change[target] + by);
+        }
+    };
+    const Block rest = m_blocks[i] & ~(Block{1} << x);
+    forEachTSet(rest, x, [&](Block tset) {
+        const uint32_t rank = colexRank(tset);
+        if (m_tsetCount[rank] == 1) change(rank, -1);
+    });
+    forEachTSet(rest, y, [&](Block tset) {
+        const uint32_t rank = colexRank(tset);
+        if (m_tsetCount[rank] == 0) change(rank, +1);
+    });
+    Delta d{0, 0};
+    for (uint32_t target : m_touched) {
+        const int before = m_metBy[target];
+        const int after = before + m_change[target];
+        if (before == 0 && after > 0) {
+            d.weighted -= m_weight[target];
+            --d.unsatisfied;
+        } else if (before > 0 && after == 0) {
+            d.weighted += m_weight[target];
+            ++d.unsatisfied;
+        }
+    }
     return d;
 }
 

@@ -62,6 +62,11 @@ private:
     std::vector<uint32_t> m_unsat;       // ranks of the unmet drawn sets
     std::vector<int32_t> m_unsatIndex;   // where each drawn set stands in m_unsat, or -1
     uint64_t m_weighted = 0;
+    // Scratch of tryMove: the balance of each drawn set it touches, marked by a stamp.
+    std::vector<uint32_t> m_seen;
+    std::vector<int16_t> m_change;
+    std::vector<uint32_t> m_touched;
+    uint32_t m_stamp = 0;
 };
 
 }  // namespace wheels
