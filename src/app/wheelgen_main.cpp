@@ -1,14 +1,19 @@
 // shuangqu-wheelgen: searches a small wheel for a guarantee and writes it as text, a ticket of
 // positions a line. Started from a shipped table (--start) it tries to improve it; Ctrl+C stops
-// the search and keeps the best wheel found so far.
+// the search and keeps the best wheel found so far. With --family it works on the tables of
+// the wheel menus kept in the data folder: each is made when missing and replaced only by a
+// smaller wheel that passes the check.
+#include "generation/wheels/wheel_catalogue.h"
 #include "generation/wheels/wheel_check.h"
 #include "generation/wheels/wheel_search.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QDir>
 #include <QElapsedTimer>
 
 #include <csignal>
+#include <optional>
 #include <cstdio>
 
 namespace {
@@ -20,6 +25,47 @@ void onInterrupt(int) { g_cancel = true; }
 int fail(const QString& message) {
     std::fprintf(stderr, "shuangqu-wheelgen: %s\n", qPrintable(message));
     return 2;
+}
+
+std::optional<wheels::Family> familyOf(const QString& word) {
+    for (wheels::Family f : {wheels::Family::Basic, wheels::Family::Super, wheels::Family::Banker, wheels::Family::Six})
+        if (wheels::familyWord(f) == word) return f;
+    return std::nullopt;
+}
+
+// Makes or improves one table's file; 0 when the file holds a valid wheel afterwards.
+int improveTable(const wheels::WheelTable& table, const QString& dataDir, wheels::SearchOptions options) {
+    const QString folder = QDir(dataDir).filePath(wheels::familyWord(table.family));
+    QDir().mkpath(folder);
+    const QString file = QDir(folder).filePath(table.name + QStringLiteral(".txt"));
+    const wheels::Guarantee& g = table.design;
+    std::vector<wheels::Block> kept;
+    if (QFile::exists(file)) {
+        const wheels::ReadResult read = wheels::readFile(file, {g.n, g.k, g.p, std::max(g.t, 1)});
+        if (!read.error.isEmpty()) return fail(read.error);
+        kept = read.blocks;
+    }
+    std::vector<wheels::Block> found;
+    if (table.single() || table.full()) {
+        found = wheels::builtDesign(table);
+    } else if (kept.empty() || kept.size() > static_cast<size_t>(table.bestKnown)) {
+        if (!kept.empty() && !wheels::check({g, kept}).holds) return fail(file + QStringLiteral(" does not keep its promise"));
+        options.targetTickets = static_cast<size_t>(table.bestKnown);
+        found = wheels::search(g, options, kept).blocks;
+        if (!found.empty() && !wheels::check({g, found}).holds) return fail(QStringLiteral("the search gave a wheel that fails"));
+    }
+    const bool better = !found.empty() && (kept.empty() || found.size() < kept.size());
+    if (better) {
+        const QString error = wheels::writeFile(file, found);
+        if (!error.isEmpty()) return fail(error);
+        kept = found;
+    }
+    if (kept.empty()) return fail(QStringLiteral("no wheel for %1 %2").arg(wheels::familyWord(table.family), table.name));
+    std::printf("%-7s %-7s %-16s %5zu tickets, best known %5d, ratio %.3f%s\n", qPrintable(wheels::familyWord(table.family)),
+                qPrintable(table.name), qPrintable(g.name()), kept.size(), table.bestKnown,
+                table.bestKnown ? double(kept.size()) / table.bestKnown : 0.0, better ? "  (new)" : "");
+    std::fflush(stdout);
+    return 0;
 }
 
 }  // namespace
@@ -40,13 +86,15 @@ int main(int argc, char** argv) {
     const QCommandLineOption start(QStringLiteral("start"), QStringLiteral("A valid wheel to improve."), QStringLiteral("FILE"));
     const QCommandLineOption out(QStringLiteral("out"), QStringLiteral("Write the wheel here (default: standard output)."), QStringLiteral("FILE"));
     const QCommandLineOption quiet(QStringLiteral("quiet"), QStringLiteral("No progress lines."));
-    parser.addOptions({seed, threads, target, moves, seconds, start, out, quiet});
+    const QCommandLineOption family(QStringLiteral("family"),
+                                    QStringLiteral("Work on the menus' tables of a family: basic, super, banker, six or all."),
+                                    QStringLiteral("F"));
+    const QCommandLineOption table(QStringLiteral("table"), QStringLiteral("The one table of the family (default: all)."),
+                                   QStringLiteral("NAME"));
+    const QCommandLineOption data(QStringLiteral("data"), QStringLiteral("The tables' folder (default data/wheels)."),
+                                  QStringLiteral("DIR"), QStringLiteral("data/wheels"));
+    parser.addOptions({seed, threads, target, moves, seconds, start, out, quiet, family, table, data});
     parser.process(app);
-
-    const QStringList args = parser.positionalArguments();
-    if (args.size() != 4) return fail(QStringLiteral("give N K P T, e.g. 12 5 4 3"));
-    wheels::Guarantee g{args[0].toInt(), args[1].toInt(), args[2].toInt(), args[3].toInt()};
-    if (!g.valid()) return fail(QStringLiteral("no such guarantee: %1").arg(args.join(QLatin1Char(' '))));
 
     bool ok = true;
     const auto number = [&](const QCommandLineOption& o) {
@@ -63,6 +111,28 @@ int main(int argc, char** argv) {
     options.seconds = number(seconds);
     if (!ok) return fail(QStringLiteral("--seed, --threads, --target, --moves and --seconds take numbers of 0 or more"));
     options.cancel = &g_cancel;
+    std::signal(SIGINT, onInterrupt);
+
+    if (parser.isSet(family)) {
+        const QString word = parser.value(family);
+        const std::optional<wheels::Family> only = familyOf(word);
+        if (!only && word != QLatin1String("all")) return fail(QStringLiteral("no family \"%1\"").arg(word));
+        options.progress = {};
+        int status = 0, matched = 0;
+        for (const wheels::WheelTable& t : wheels::catalogue()) {
+            if (g_cancel) break;
+            if ((only && t.family != *only) || (parser.isSet(table) && t.name != parser.value(table))) continue;
+            ++matched;
+            status = std::max(status, improveTable(t, parser.value(data), options));
+        }
+        if (matched == 0) return fail(QStringLiteral("no table \"%1\" in that family").arg(parser.value(table)));
+        return status;
+    }
+
+    const QStringList args = parser.positionalArguments();
+    if (args.size() != 4) return fail(QStringLiteral("give N K P T, e.g. 12 5 4 3"));
+    wheels::Guarantee g{args[0].toInt(), args[1].toInt(), args[2].toInt(), args[3].toInt()};
+    if (!g.valid()) return fail(QStringLiteral("no such guarantee: %1").arg(args.join(QLatin1Char(' '))));
 
     std::vector<wheels::Block> begin;
     if (parser.isSet(start)) {
@@ -84,7 +154,6 @@ int main(int argc, char** argv) {
                          clock.elapsed() / 1000.0, p.thread, p.tickets, p.unsatisfied, p.bestTickets,
                          static_cast<unsigned long long>(p.moves));
         };
-    std::signal(SIGINT, onInterrupt);
     const wheels::SearchResult r = wheels::search(g, options, begin);
 
     const wheels::CheckResult c = wheels::check({g, r.blocks});
