@@ -2,6 +2,7 @@
 // and the generator tool run as a process.
 #include "generation/wheels/cover_state.h"
 #include "generation/wheels/subsets.h"
+#include "generation/wheels/wheel_catalogue.h"
 #include "generation/wheels/wheel_check.h"
 #include "generation/wheels/wheel_search.h"
 
@@ -197,4 +198,54 @@ TEST(WheelCheck, DesignsOfTheSharedCollectionHoldAndFailWithoutTheirLastTicket) 
         w.blocks.pop_back();
         EXPECT_FALSE(check(w).holds) << file.toStdString();
     }
+}
+
+TEST(WheelCatalogue, NamesTheTablesOfTheMenus) {
+    const WheelTable* basic = findTable(Family::Basic, QStringLiteral("12"));
+    ASSERT_TRUE(basic);
+    EXPECT_EQ(basic->design.name(), QStringLiteral("L(12,5,4,3)"));
+    EXPECT_EQ(basic->bestKnown, 12);
+    const WheelTable* super = findTable(Family::Super, QStringLiteral("1243"));
+    ASSERT_TRUE(super);
+    EXPECT_EQ(super->bestKnown, 12);
+    EXPECT_EQ(findTable(Family::Super, QStringLiteral("0922"))->design.name(), QStringLiteral("C(9,5,2)"));
+    EXPECT_EQ(findTable(Family::Six, QStringLiteral("561044"))->design.name(), QStringLiteral("C(10,6,4)"));
+    EXPECT_FALSE(findTable(Family::Basic, QStringLiteral("8")));
+    EXPECT_FALSE(findTable(Family::Basic, QStringLiteral("23")));
+    for (const WheelTable& t : catalogue()) {
+        const int most = t.family == Family::Six ? kMostRows6 : kMostRows5;
+        EXPECT_LE(t.bestKnown, most) << t.name.toStdString();
+    }
+}
+
+// Two bankers and eight drags, 中5保5: with both bankers drawn every three drags must be
+// in a ticket: all 56 choices, the bankers at positions 1 and 2 of every row.
+TEST(WheelCatalogue, BankerTablesPutTheBankersFirstInEveryRow) {
+    const WheelTable* t = findTable(Family::Banker, QStringLiteral("2D1055"));
+    ASSERT_TRUE(t);
+    EXPECT_EQ(t->design.name(), QStringLiteral("C(8,3,3)"));
+    ASSERT_TRUE(t->full());
+    const std::vector<Block> design = builtDesign(*t);
+    EXPECT_EQ(design.size(), 56u);
+    const auto rows = tableRows(*t, design);
+    for (const std::vector<int>& row : rows) {
+        ASSERT_EQ(row.size(), 5u);
+        EXPECT_EQ(row[0], 1);
+        EXPECT_EQ(row[1], 2);
+        EXPECT_TRUE(std::is_sorted(row.begin(), row.end()));
+        EXPECT_LE(row.back(), 10);
+    }
+    // As a wheel over all ten positions it keeps 中5保5 for every draw that holds both bankers.
+    std::vector<Block> whole;
+    for (const auto& row : rows) whole.push_back(blockOf(row));
+    forEachSubset(10, 5, [&](uint32_t drawn) {
+        if ((drawn & 3u) != 3u) return;
+        EXPECT_TRUE(std::any_of(whole.begin(), whole.end(), [&](Block b) { return b == drawn; }));
+    });
+    // Four bankers, 中4保4: the four bankers alone are the one ticket.
+    const WheelTable* four = findTable(Family::Banker, QStringLiteral("4D1444"));
+    ASSERT_TRUE(four && four->single());
+    const auto single = tableRows(*four, builtDesign(*four));
+    ASSERT_EQ(single.size(), 1u);
+    EXPECT_EQ(single[0], (std::vector<int>{1, 2, 3, 4, 5}));
 }
