@@ -3,6 +3,7 @@
 #include "app/ui/qt_translations.h"
 #include "app/ui/single_instance.h"
 #include "app/ui/start_window.h"
+#include "generation/wheels/wheel_store.h"
 #include "workspace/data_root.h"
 #include "workspace/session.h"
 #include "workspace/settings.h"
@@ -56,6 +57,9 @@ int main(int argc, char** argv) {
         prompter.inform(Session::kFatalTitle, Session::kFatalText, Prompter::Icon::Critical);
         return 1;
     }
+    // Without its wheel databases the program goes on: the wheel entries stay disabled.
+    if (QString error; !wheel_store::ensureDatabases(root.root(), &error))
+        qWarning("wheel databases not written: %s", qPrintable(error));
 
     Settings settings(root.settingsDir());
     // A workspace list or fortune file that cannot be read would read as defaults and be saved

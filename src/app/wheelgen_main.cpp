@@ -33,6 +33,26 @@ std::optional<wheels::Family> familyOf(const QString& word) {
     return std::nullopt;
 }
 
+// The table's line of the wheel list in docs/: its size against the best known.
+void reportTable(const wheels::WheelTable& table, const QString& dataDir) {
+    const QString file = QDir(dataDir).filePath(wheels::familyWord(table.family) + QLatin1Char('/') + table.name +
+                                                QStringLiteral(".txt"));
+    const wheels::Guarantee& g = table.design;
+    size_t tickets = 0;
+    if (table.single() || table.full())
+        tickets = wheels::builtDesign(table).size();
+    else if (QFile::exists(file))
+        tickets = wheels::readFile(file, g).blocks.size();
+    const QString ratio = table.bestKnown && tickets ? QString::number(double(tickets) / table.bestKnown, 'f', 3)
+                                                     : QStringLiteral("-");
+    std::printf("| %s | %s | %d | %d | 中%d保%d | %s | %zu | %s | %s |\n", qPrintable(wheels::familyWord(table.family)),
+                qPrintable(table.name), table.picks, table.bankers, table.drawn, table.held,
+                qPrintable(table.single() ? QStringLiteral("one ticket")
+                           : table.full() ? QStringLiteral("every ticket")
+                                          : g.name()),
+                tickets, table.bestKnown ? qPrintable(QString::number(table.bestKnown)) : "-", qPrintable(ratio));
+}
+
 // Makes or improves one table's file; 0 when the file holds a valid wheel afterwards.
 int improveTable(const wheels::WheelTable& table, const QString& dataDir, wheels::SearchOptions options) {
     const QString folder = QDir(dataDir).filePath(wheels::familyWord(table.family));
@@ -93,7 +113,9 @@ int main(int argc, char** argv) {
                                    QStringLiteral("NAME"));
     const QCommandLineOption data(QStringLiteral("data"), QStringLiteral("The tables' folder (default data/wheels)."),
                                   QStringLiteral("DIR"), QStringLiteral("data/wheels"));
-    parser.addOptions({seed, threads, target, moves, seconds, start, out, quiet, family, table, data});
+    const QCommandLineOption report(QStringLiteral("report"),
+                                    QStringLiteral("With --family: list the tables as a Markdown table, searching nothing."));
+    parser.addOptions({seed, threads, target, moves, seconds, start, out, quiet, family, table, data, report});
     parser.process(app);
 
     bool ok = true;
@@ -119,11 +141,17 @@ int main(int argc, char** argv) {
         if (!only && word != QLatin1String("all")) return fail(QStringLiteral("no family \"%1\"").arg(word));
         options.progress = {};
         int status = 0, matched = 0;
+        if (parser.isSet(report))
+            std::printf("| family | table | picks | bankers | promise | design | tickets | best known | ratio |\n"
+                        "|---|---|---|---|---|---|---|---|---|\n");
         for (const wheels::WheelTable& t : wheels::catalogue()) {
             if (g_cancel) break;
             if ((only && t.family != *only) || (parser.isSet(table) && t.name != parser.value(table))) continue;
             ++matched;
-            status = std::max(status, improveTable(t, parser.value(data), options));
+            if (parser.isSet(report))
+                reportTable(t, parser.value(data));
+            else
+                status = std::max(status, improveTable(t, parser.value(data), options));
         }
         if (matched == 0) return fail(QStringLiteral("no table \"%1\" in that family").arg(parser.value(table)));
         return status;
