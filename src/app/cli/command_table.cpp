@@ -9,6 +9,7 @@
 #include "app/cli/super_filter_commands.h"
 #include "app/cli/template_commands.h"
 #include "app/cli/tool_commands.h"
+#include "app/cli/wheel_commands.h"
 #include "app/cli/workspace_commands.h"
 
 namespace command_table {
@@ -58,7 +59,8 @@ const std::vector<std::unique_ptr<Command>>& all() {
              PrizeCheckCommand, PrizeListCommand, ReportWriteCommand, ReportListCommand, ReportShowCommand,
              FortuneCommand, PrintTicketsCommand, AnalysisTrendCommand, AnalysisFitCommand,
              AnalysisKLineCommand, AnalysisMeansCommand, AnalysisCorrelationCommand, AnalysisTransitionsCommand,
-             AnalysisMomentsCommand, AnalysisDistributionCommand, AnalysisTableCommand>();
+             AnalysisMomentsCommand, AnalysisDistributionCommand, AnalysisTableCommand, WheelListCommand,
+             WheelShowCommand, WheelCheckCommand>();
     return commands;
 }
 
