@@ -2,6 +2,7 @@
 // zuheRote as the wheel window fills it.
 #include "generation/wheels/wheel_check.h"
 #include "generation/wheels/wheel_expansion.h"
+#include "generation/wheels/wheel_menus.h"
 #include "generation/wheels/wheel_store.h"
 
 #include <gtest/gtest.h>
@@ -114,4 +115,39 @@ TEST(WheelExpansion, BankerRowsAreSortedAfterMapping) {
     EXPECT_EQ(ticket(*t, 1), (std::vector<int>{1, 4, 22, 30, 35, 1, 2}));
     in.sortMapped = false;
     EXPECT_EQ(ticket(*expandWheel(in), 0), (std::vector<int>{30, 4, 1, 9, 17, 1, 2}));
+}
+
+// The captions count the wheel's tickets times the back pairs (or the six-number money); a
+// number of picks without a table leaves the entries disabled.
+TEST(WheelMenus, EntriesCountTheirTicketsOrStayDisabled) {
+    QTemporaryDir dir;
+    ASSERT_TRUE(wheel_store::ensureDatabases(dir.path()));
+    const auto rowsOf = [&](Family f, const char* table) {
+        return *wheel_store::rowCount(wheel_store::databasePath(dir.path(), f), QString::fromLatin1(table));
+    };
+    const auto super = wheel_menus::superEntries(dir.path(), 12, 3);
+    ASSERT_EQ(super.size(), 6u);
+    EXPECT_EQ(super[2].table, QStringLiteral("1243"));
+    EXPECT_TRUE(super[2].enabled);
+    EXPECT_EQ(super[2].caption, QStringLiteral("12选 中4保3共计%1注(&R)").arg(rowsOf(Family::Super, "1243") * 3));
+    EXPECT_EQ(super[0].caption, QStringLiteral("12选 中2保2共计%1注(&W)").arg(rowsOf(Family::Super, "1222") * 3));
+    for (const auto& e : wheel_menus::superEntries(dir.path(), 8, 3)) {
+        EXPECT_FALSE(e.enabled);
+        EXPECT_TRUE(e.caption.isEmpty());
+    }
+
+    const auto banker = wheel_menus::bankerEntries(dir.path(), 2, 8, 2);
+    ASSERT_EQ(banker.size(), 3u);
+    EXPECT_EQ(banker[2].caption, QStringLiteral("2胆10拖 中5保5共计56注(&V)"));
+    EXPECT_EQ(banker[0].table, QStringLiteral("2D1044"));
+
+    const auto six = wheel_menus::sixEntries(dir.path(), 10);
+    const int r = rowsOf(Family::Six, "561044");
+    EXPECT_EQ(six[0].caption, QStringLiteral("10选复6 中4保4共计%1注,合计 %2 元 (&U)").arg(r).arg(r * 12));
+    EXPECT_EQ(six[5].table, QStringLiteral("561076"));
+
+    EXPECT_TRUE(wheel_menus::basicEntryEnabled(12, 12));
+    EXPECT_FALSE(wheel_menus::basicEntryEnabled(12, 13));
+    EXPECT_FALSE(wheel_menus::basicEntryEnabled(8, 8));
+    EXPECT_FALSE(wheel_menus::basicEntryEnabled(23, 23));
 }
