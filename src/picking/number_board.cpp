@@ -401,5 +401,14 @@ void NumberBoard::prepareList(ListCommand command) {
         case ListCommand::PredictionExpansion:
             m_state.fromSpin = true;
             return;
+        case ListCommand::Wheel:
+            m_state.back.spinCount = m_state.back.pickCount;
+            m_front.sortPicks();
+            m_back.sortPicks();
+            return;
+        case ListCommand::SixNumberWheel:
+            m_front.sortPicks();
+            m_back.sortPicks();
+            return;
     }
 }

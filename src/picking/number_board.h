@@ -114,7 +114,9 @@ enum class ListCommand {
     BankerExpansion,
     SixFrontMultiExpansion,
     SixFrontBankerExpansion,
-    PredictionExpansion
+    PredictionExpansion,
+    Wheel,          // mnuRt, mnuQnjz, mnuDtxj open: every back pick takes part
+    SixNumberWheel  // mnuFuxj opens
 };
 
 class NumberBoard {

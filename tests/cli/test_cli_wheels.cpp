@@ -1,6 +1,8 @@
 #include "cli/cli_fixture.h"
 
 #include <QFile>
+
+#include <algorithm>
 #include <QTemporaryDir>
 
 using CliWheels = CliTest;
@@ -50,4 +52,71 @@ TEST_F(CliWheels, ChecksAWheelInATextFile) {
     EXPECT_TRUE(outside.err.contains(QStringLiteral("no position of 1..6"))) << outside.err.toStdString();
     EXPECT_EQ(cli.run({"wheel", "check", "6", "5", "3", "4", path}).exitCode, 2);
     EXPECT_EQ(cli.run({"wheel", "check", "6", "5", "2", path}).exitCode, 2);
+}
+
+class CliWheelExpand : public CliTest {
+protected:
+    void SetUp() override { ASSERT_EQ(one({"workspace", "create", "w1"}), QStringLiteral("1")); }
+    QStringList shownRows() { return one({"candidates", "show", "--table", "zuheRote"}).split('\n').mid(1); }
+    int tableRows(const char* family, const char* table) {
+        return static_cast<int>(one({"wheel", "show", "--family", family, "--table", table}).split('\n').size());
+    }
+};
+
+// Twelve front and three back picks through the super wheel 中4保3: each wheel row with the
+// three back pairs, the pair changing fastest, the row's numbers the picks at its positions.
+TEST_F(CliWheelExpand, SuperWheelRowsTakeEveryBackPair) {
+    const int rows = tableRows("super", "1243");
+    const QString count = one({"wheel", "expand", "--family", "super", "--guarantee", "43", "--front",
+                               "3,6,9,12,15,18,21,24,27,30,33,35", "--back", "2,5,9"});
+    EXPECT_EQ(count.toInt(), rows * 3);
+    const QStringList shown = shownRows();
+    ASSERT_GE(shown.size(), 6);
+    const QStringList first = one({"wheel", "show", "--family", "super", "--table", "1243"}).split('\n')[0].split(' ');
+    QStringList numbers;
+    const int picks[] = {3, 6, 9, 12, 15, 18, 21, 24, 27, 30, 33, 35};
+    for (const QString& p : first) numbers << QString::number(picks[p.toInt() - 1]);
+    for (int r = 0; r < 3; ++r) {
+        const QStringList f = shown[r].split('\t');
+        EXPECT_EQ(f[0].toInt(), r + 1);
+        EXPECT_EQ(f.mid(1, 5), numbers) << shown[r].toStdString();
+    }
+    EXPECT_EQ(shown[0].split('\t').mid(6, 2), (QStringList{"2", "5"}));
+    EXPECT_EQ(shown[1].split('\t').mid(6, 2), (QStringList{"2", "9"}));
+    EXPECT_EQ(shown[2].split('\t').mid(6, 2), (QStringList{"5", "9"}));
+}
+
+TEST_F(CliWheelExpand, BankerWheelsHoldTheBankersAndSixNumberWheelsAreListed) {
+    EXPECT_EQ(one({"wheel", "expand", "--family", "banker", "--guarantee", "55", "--bankers", "20,4", "--front",
+                   "1,3,5,7,9,11,13,15", "--back", "1,2"}),
+              QStringLiteral("56"));
+    for (const QString& row : shownRows()) {
+        const QStringList f = row.split('\t').mid(1, 5);
+        EXPECT_TRUE(f.contains(QStringLiteral("4")) && f.contains(QStringLiteral("20"))) << row.toStdString();
+        QList<int> n;
+        for (const QString& v : f) n << v.toInt();
+        EXPECT_TRUE(std::is_sorted(n.begin(), n.end())) << row.toStdString();
+    }
+
+    const QStringList six = one({"wheel", "expand", "--family", "six", "--guarantee", "44", "--front",
+                                 "2,4,6,8,10,12,14,16,18,20", "--back", "1,2"})
+                                .split('\n');
+    const int rows = tableRows("six", "561044");
+    ASSERT_EQ(six.size(), rows + 1);
+    EXPECT_EQ(six.back(), QStringLiteral("单注旋转所需总金额:%1圆").arg(rows * 12));
+    for (int i = 0; i < rows; ++i) EXPECT_EQ(six[i].split(' ').size(), 6);
+}
+
+TEST_F(CliWheelExpand, RefusesWhatTheMenusWouldNotOffer) {
+    // Eight picks: below the basic wheels.
+    const CliRun eight = cli.run({"wheel", "expand", "--family", "basic", "--front", "1,2,3,4,5,6,7,8", "--back", "1,2"});
+    EXPECT_EQ(eight.exitCode, 1);
+    EXPECT_TRUE(eight.err.contains(QStringLiteral("no basic wheel \"8\""))) << eight.err.toStdString();
+    EXPECT_EQ(cli.run({"wheel", "expand", "--family", "basic", "--guarantee", "44", "--front", "1,2,3,4,5,6,7,8,9",
+                       "--back", "1,2"})
+                  .exitCode,
+              1);
+    EXPECT_EQ(cli.run({"wheel", "expand", "--family", "banker", "--front", "1,2,3,4,5,6,7,8,9", "--back", "1,2"}).exitCode, 2);
+    EXPECT_EQ(cli.run({"wheel", "expand", "--family", "super", "--bankers", "1", "--front", "2,3", "--back", "1,2"}).exitCode, 2);
+    EXPECT_EQ(cli.run({"wheel", "expand", "--family", "basic", "--front", "1,2,3,4,5,6,7,8,40", "--back", "1,2"}).exitCode, 1);
 }

@@ -2,6 +2,7 @@
 
 #include <QDir>
 
+#include "app/cli/board_marks.h"
 #include "app/cli/cli_context.h"
 #include "app/cli/cli_tables.h"
 #include "app/filter_opening.h"
@@ -15,21 +16,6 @@ namespace {
 using cli_tables::Kind;
 
 constexpr int kPageRows = FilterWorkspace::kFirstViewRows;
-
-// Marks the numbers on the board as clicks would; false when one lies outside the zone.
-bool mark(NumberBoard& board, Zone z, const QList<int>& nums, bool banker) {
-    const int size = board.zone(z).size();
-    for (int n : nums) {
-        if (n < 1 || n > size) return false;
-        if (!banker) {
-            board.leftClick(z, n);
-            continue;
-        }
-        board.rightClick(z, n);
-        board.toggleBanker(z);
-    }
-    return true;
-}
 
 // The entry of the menu 组号方式 that an expansion chooses.
 struct ListEntry {
@@ -91,9 +77,9 @@ int ExpandCommand::run(CliContext& ctx, Session& s, const Args& args) const {
 
     BoardState& state = s.board();
     NumberBoard board(state, static_cast<int16_t>(s.frontSize()), static_cast<int16_t>(s.backSize()));
-    if (!mark(board, Zone::Front, args.numbers(QStringLiteral("front")), false) ||
-        !mark(board, Zone::Back, args.numbers(QStringLiteral("back")), false) ||
-        !mark(board, Zone::Front, frontBankers, true) || !mark(board, Zone::Back, backBankers, true))
+    if (!markOnBoard(board, Zone::Front, args.numbers(QStringLiteral("front")), false) ||
+        !markOnBoard(board, Zone::Back, args.numbers(QStringLiteral("back")), false) ||
+        !markOnBoard(board, Zone::Front, frontBankers, true) || !markOnBoard(board, Zone::Back, backBankers, true))
         return ctx.fail(QStringLiteral("a number lies outside the zone (front 1..%1, back 1..%2)")
                             .arg(s.frontSize())
                             .arg(s.backSize()));

@@ -60,7 +60,7 @@ const std::vector<std::unique_ptr<Command>>& all() {
              FortuneCommand, PrintTicketsCommand, AnalysisTrendCommand, AnalysisFitCommand,
              AnalysisKLineCommand, AnalysisMeansCommand, AnalysisCorrelationCommand, AnalysisTransitionsCommand,
              AnalysisMomentsCommand, AnalysisDistributionCommand, AnalysisTableCommand, WheelListCommand,
-             WheelShowCommand, WheelCheckCommand>();
+             WheelShowCommand, WheelCheckCommand, WheelExpandCommand>();
     return commands;
 }
 

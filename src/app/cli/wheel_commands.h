@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/cli/command.h"
+#include "app/cli/session_command.h"
 
 // wheel list: the wheel tables with their rows against the best known sizes.
 class WheelListCommand : public Command {
@@ -23,4 +24,15 @@ public:
     WheelCheckCommand();
     QString check(const Args& args) const override;
     int execute(CliContext& ctx, const Args& args) const override;
+};
+
+// wheel expand: the picks through a wheel into zuheRote, as the wheel menus and GAganRote do;
+// a six-number wheel is listed instead, as aganFRote lists it.
+class WheelExpandCommand : public SessionCommand {
+public:
+    WheelExpandCommand();
+    QString check(const Args& args) const override;
+
+protected:
+    int run(CliContext& ctx, Session& s, const Args& args) const override;
 };

@@ -12,6 +12,22 @@ uint8_t numberAt(const std::vector<int16_t>& list, int position) {
 
 }  // namespace
 
+WheelExpansionInput WheelExpansionInput::fromBoard(const BoardState& board, std::vector<std::vector<int>> rows,
+                                                  bool bankerWheel) {
+    WheelExpansionInput in;
+    in.rows = std::move(rows);
+    const auto listOf = [](const std::array<int16_t, kNumberSlots>& list, int count) {
+        return std::vector<int16_t>(list.begin() + 1, list.begin() + 1 + count);
+    };
+    if (bankerWheel) in.list = listOf(board.front.bankerList, board.front.bankerCount);
+    const std::vector<int16_t> picks = listOf(board.front.pickList, board.front.pickCount);
+    in.list.insert(in.list.end(), picks.begin(), picks.end());
+    in.sortMapped = bankerWheel;
+    in.back = listOf(board.back.pickList, board.back.pickCount);
+    in.backCount = board.back.spinCount;
+    return in;
+}
+
 uint64_t wheelExpansionRows(const WheelExpansionInput& in) {
     const uint64_t m = static_cast<uint64_t>(std::clamp(in.backCount, 0, static_cast<int>(in.back.size())));
     return in.rows.size() * (m * (m - std::min<uint64_t>(m, 1)) / 2);

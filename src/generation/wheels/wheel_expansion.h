@@ -4,6 +4,7 @@
 // numbers, each with every pair of the first back picks, the back pair varying fastest.
 
 #include "engine/candidate_table.h"
+#include "workspace/shared_state.h"
 
 #include <cstdint>
 #include <memory>
@@ -19,6 +20,9 @@ struct WheelExpansionInput {
     bool sortMapped = false;
     std::vector<int16_t> back;  // PickListHou[1..PickCountHou]
     int backCount = 0;          // SpinCountHou: pairs of back[0 .. backCount - 1]
+
+    // The board's lists as a wheel menu left them; a banker wheel maps the bankers first.
+    static WheelExpansionInput fromBoard(const BoardState& board, std::vector<std::vector<int>> rows, bool bankerWheel);
 };
 
 // Rows: wheel rows times back pairs. A position beyond the list gives the number 0.
