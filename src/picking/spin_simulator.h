@@ -103,6 +103,7 @@ public:
 
     SpinZone& zone(Zone z) { return z == Zone::Front ? m_front : m_back; }
     const SpinZone& zone(Zone z) const { return z == Zone::Front ? m_front : m_back; }
+    int zoneSize(Zone z) const { return m_board.zone(z).size(); }  // Bitnum, BitnumHou
 
     // What the end of a back tick asks of the window.
     enum class TickOutcome {

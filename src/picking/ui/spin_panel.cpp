@@ -15,6 +15,9 @@ namespace {
 constexpr int kCellMinWidth = 18;
 constexpr int kCellWidth = 22;
 constexpr int kCellHeight = 20;
+// The unrounded percentage of a bar, as "17.1428571428571".
+constexpr int kPercentWidth = 84;
+constexpr int kPercentHeight = 14;
 
 QLabel* spinCell(QWidget* parent, const QString& name) {
     auto* l = new QLabel(parent);
@@ -121,7 +124,10 @@ QWidget* ProbabilityBars::makeBars(const QString& title, int count, int offset, 
         bar->setObjectName(QStringLiteral("Picture2(%1)").arg(offset + n));
         auto* pct = new QLabel(QStringLiteral("0"), cell);
         pct->setObjectName(QStringLiteral("Label6(%1)").arg(offset + n));
-        pct->setFixedWidth(34);
+        // A fixed size: a new text each tick repaints the label and lays out nothing.
+        pct->setFixedSize(kPercentWidth, kPercentHeight);
+        m_percents[static_cast<size_t>(offset + n)] = pct;
+        m_bars[static_cast<size_t>(offset + n)] = bar;
         for (QLabel* l : {caption, pct}) l->setStyleSheet(QStringLiteral("font-size: 8pt;"));
         h->addWidget(caption);
         h->addWidget(bar, 1);
@@ -138,4 +144,33 @@ void ProbabilityBars::setZoneSizes(int frontSize, int backSize) {
         m_frontBarRows[i]->setVisible(i + 1 <= frontSize);
     for (int i = 0; i < static_cast<int>(m_backBarRows.size()); ++i)
         m_backBarRows[i]->setVisible(i + 1 <= backSize);
+}
+
+void SpinRows::showMachinePick(Zone zone, int i, int number) {
+    const QList<QLabel*>& row = zone == Zone::Front ? m_machine : m_machineBack;
+    if (i >= 0 && i < row.size()) row[i]->setText(QString::number(number));
+}
+
+void SpinRows::showPrediction(Zone zone, int i, int number) {
+    const QList<QLabel*>& row = zone == Zone::Front ? m_predict : m_predictBack;
+    if (i >= 0 && i < row.size()) row[i]->setText(QString::number(number));
+}
+
+void SpinRows::clearRows() {
+    for (const QList<QLabel*>* row : {&m_machine, &m_predict, &m_machineBack, &m_predictBack})
+        for (QLabel* l : *row) l->clear();
+}
+
+void ProbabilityBars::showShare(int index, double percent, double barWidth) {
+    if (index < 0 || index >= static_cast<int>(m_bars.size()) || !m_bars[static_cast<size_t>(index)]) return;
+    m_percents[static_cast<size_t>(index)]->setText(QString::number(percent, 'g', 15));
+    m_bars[static_cast<size_t>(index)]->setBarWidth(barWidth);
+}
+
+void ProbabilityBars::clearShares() {
+    for (size_t i = 0; i < m_bars.size(); ++i) {
+        if (!m_bars[i]) continue;
+        m_percents[i]->setText(QStringLiteral("0"));
+        m_bars[i]->setBarWidth(0);
+    }
 }
