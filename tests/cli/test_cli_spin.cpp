@@ -25,7 +25,9 @@ TEST_F(CliSpin, ASeededSpinPrintsTheSamePredictionOfThePicksEachTime) {
     const QStringList frontPicks{"03", "08", "14", "19", "25", "31"};
     for (int i = 0; i < 5; ++i) {
         EXPECT_TRUE(frontPicks.contains(front[i])) << lines[0].toStdString();
-        if (i > 0) EXPECT_LT(front[i - 1], front[i]);
+        if (i > 0) {
+            EXPECT_LT(front[i - 1], front[i]);
+        }
     }
     for (const QString& n : back) EXPECT_TRUE(QStringList({"02", "06", "11"}).contains(n));
     EXPECT_LT(back[0], back[1]);

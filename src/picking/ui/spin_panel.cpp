@@ -16,7 +16,7 @@ constexpr int kCellMinWidth = 18;
 constexpr int kCellWidth = 22;
 constexpr int kCellHeight = 20;
 // The unrounded percentage of a bar, as "17.1428571428571".
-constexpr int kPercentWidth = 84;
+constexpr int kPercentWidth = 100;
 constexpr int kPercentHeight = 14;
 
 QLabel* spinCell(QWidget* parent, const QString& name) {
