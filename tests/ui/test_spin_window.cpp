@@ -2,6 +2,7 @@
 // bars it fills, the stability entries, the ticket count and the question at the end.
 #include "app/ui/main_window.h"
 #include "filter/ui/filter_window.h"
+#include "history/history_import.h"
 #include "picking/ui/spin_controller.h"
 #include "support/main_window_fixture.h"
 #include "support/window_shot.h"
@@ -28,9 +29,12 @@ QAction* item(MainWindow* w, const QString& name) {
 }
 QString label(MainWindow* w, const QString& name) { return w->findChild<QLabel*>(name)->text(); }
 
-// Six front picks and three back picks, seeded draws.
-MainWindow* openWithPicks(Fixture& f) {
-    MainWindow* w = f.open();
+// Six front picks and three back picks, seeded draws; with the bundled history when asked, so
+// that the pictures show the window as a player has it.
+MainWindow* openWithPicks(Fixture& f, bool withHistory = false) {
+    MainWindow* w = f.open([&f, withHistory](Session& s) {
+        if (withHistory) HistoryImport(s, f.prompter).importFile(HistoryImport::Mode::Whole, f.bundledHistory());
+    });
     w->resize(1366, 740);
     w->show();
     for (int n : {3, 8, 14, 19, 25, 31}) QTest::mouseClick(button(w, QStringLiteral("Command1(%1)").arg(n)), Qt::LeftButton);
@@ -58,7 +62,7 @@ private slots:
 
 void SpinWindowTest::spinRunsToTheQuestionAndHandsThePredictionOn() {
     Fixture f;
-    MainWindow* w = openWithPicks(f);
+    MainWindow* w = openWithPicks(f, true);
     item(w, QStringLiteral("meuSpd1"))->trigger();  // 50
     QVERIFY(button(w, QStringLiteral("ComSta"))->isEnabled());
     QTest::mouseClick(button(w, QStringLiteral("ComSta")), Qt::LeftButton);
