@@ -58,6 +58,7 @@ private slots:
     void boardResetStopsTheTimers();
     void stabilityEntriesAreExclusiveAndSaved();
     void ticketCountKeepsThatManyTicketsBeforeAsking();
+    void bankerMenuReadsItsOwnDefaultAndStartsNoSpinWithoutBackPicks();
 };
 
 void SpinWindowTest::spinRunsToTheQuestionAndHandsThePredictionOn() {
@@ -194,6 +195,27 @@ void SpinWindowTest::ticketCountKeepsThatManyTicketsBeforeAsking() {
     for (const auto& row : table) QVERIFY(row[5] == row[0] && row[6] == row[1]);
     QTest::qWait(50);
     QVERIFY(w->filterWindows().isEmpty());
+}
+
+void SpinWindowTest::bankerMenuReadsItsOwnDefaultAndStartsNoSpinWithoutBackPicks() {
+    Fixture f;
+    MainWindow* w = f.open();
+    w->show();
+    QCOMPARE(w->spin().simulator().threshold(), 30000);
+    for (int n : {3, 8, 14, 19, 25, 31}) QTest::mouseClick(button(w, QStringLiteral("Command1(%1)").arg(n)), Qt::LeftButton);
+    // With a banker, the next pick brings the play modes in line: they read the coefficient
+    // again, with their default of 8000.
+    QTest::mouseClick(button(w, QStringLiteral("Command1(9)")), Qt::RightButton);
+    item(w, QStringLiteral("mnuDan"))->trigger();
+    QCOMPARE(w->spin().simulator().threshold(), 30000);
+    QTest::mouseClick(button(w, QStringLiteral("Command1(33)")), Qt::LeftButton);
+    QCOMPARE(w->spin().simulator().threshold(), 8000);
+    for (int i = 1; i <= 12; ++i) QVERIFY(!item(w, QStringLiteral("meuSpd%1").arg(i))->isChecked());
+    // The banker menu enabled the start although the back zone is empty: no spin starts from it.
+    QVERIFY(button(w, QStringLiteral("ComSta"))->isEnabled());
+    QTest::mouseClick(button(w, QStringLiteral("ComSta")), Qt::LeftButton);
+    QVERIFY(!w->spin().frontTimer()->isActive() && !w->spin().backTimer()->isActive());
+    QVERIFY(!button(w, QStringLiteral("ComSta"))->isEnabled());
 }
 
 QTEST_MAIN(SpinWindowTest)
