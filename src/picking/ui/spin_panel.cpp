@@ -128,7 +128,11 @@ QWidget* ProbabilityBars::makeBars(const QString& title, int count, int offset, 
         pct->setFixedSize(kPercentWidth, kPercentHeight);
         m_percents[static_cast<size_t>(offset + n)] = pct;
         m_bars[static_cast<size_t>(offset + n)] = bar;
-        for (QLabel* l : {caption, pct}) l->setStyleSheet(QStringLiteral("font-size: 8pt;"));
+        // A font rather than a style sheet: a styled label paints much slower, and these repaint
+        // with every tick of the spin.
+        QFont small = caption->font();
+        small.setPointSize(8);
+        for (QLabel* l : {caption, pct}) l->setFont(small);
         h->addWidget(caption);
         h->addWidget(bar, 1);
         h->addWidget(pct);
@@ -164,7 +168,9 @@ void SpinRows::clearRows() {
 void ProbabilityBars::showShare(int index, double percent, double barWidth) {
     if (index < 0 || index >= static_cast<int>(m_bars.size()) || !m_bars[static_cast<size_t>(index)]) return;
     m_percents[static_cast<size_t>(index)]->setText(QString::number(percent, 'g', 15));
-    m_bars[static_cast<size_t>(index)]->setBarWidth(barWidth);
+    // Most numbers are not picked and keep their empty bar: only a changed bar repaints.
+    ProbabilityBar* bar = m_bars[static_cast<size_t>(index)];
+    if (bar->barWidth() != barWidth) bar->setBarWidth(barWidth);
 }
 
 void ProbabilityBars::clearShares() {
