@@ -547,6 +547,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     // Each filter window brings its table's record up to date before it goes.
     for (const QPointer<FilterWindow>& w : QList<QPointer<FilterWindow>>(m_filterWindows))
         if (w) w->close();
+    m_spinControl->stopTimers();
     m_session.saveSpinValues();
     event->accept();
 }

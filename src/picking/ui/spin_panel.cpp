@@ -16,19 +16,34 @@ constexpr int kCellMinWidth = 18;
 constexpr int kCellWidth = 22;
 constexpr int kCellHeight = 20;
 // The unrounded percentage of a bar, as "17.1428571428571".
-constexpr int kPercentWidth = 100;
+constexpr int kPercentWidth = 110;
 constexpr int kPercentHeight = 14;
 
+// The place of a cell in the grid. The label fills it at a fixed size set on each resize, so
+// that a new number each tick repaints the label and asks for no layout.
+class CellPlace : public QWidget {
+public:
+    explicit CellPlace(QWidget* parent) : QWidget(parent) {
+        setFixedHeight(kCellHeight);
+        setMinimumWidth(kCellMinWidth);
+        setMaximumWidth(kCellWidth);
+        QSizePolicy policy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+        policy.setRetainSizeWhenHidden(true);
+        setSizePolicy(policy);
+    }
+
+protected:
+    void resizeEvent(QResizeEvent*) override {
+        for (QWidget* w : findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) w->setFixedSize(size());
+    }
+};
+
+// A cell of a spin row, in its place; the grid holds the place (the label's parent).
 QLabel* spinCell(QWidget* parent, const QString& name) {
-    auto* l = new QLabel(parent);
+    auto* l = new QLabel(new CellPlace(parent));
     l->setObjectName(name);
     l->setAlignment(Qt::AlignCenter);
-    l->setFixedHeight(kCellHeight);
-    l->setMinimumWidth(kCellMinWidth);
-    l->setMaximumWidth(kCellWidth);
-    QSizePolicy policy(QSizePolicy::Ignored, QSizePolicy::Fixed);
-    policy.setRetainSizeWhenHidden(true);
-    l->setSizePolicy(policy);
+    l->setFixedSize(kCellWidth, kCellHeight);
     l->setFrameShape(QFrame::Panel);
     l->setFrameShadow(QFrame::Sunken);
     l->setStyleSheet(QStringLiteral("background: white; color: rgb(200,0,0); font-weight: bold;"));
@@ -56,16 +71,16 @@ SpinRows::SpinRows(QWidget* parent) : QWidget(parent) {
     for (int i = 0; i < kFrontSlots; ++i) {
         m_machine << spinCell(box, QStringLiteral("Label1(%1)").arg(i));
         m_predict << spinCell(box, QStringLiteral("Label2(%1)").arg(i));
-        grid->addWidget(m_machine.last(), 0, 1 + i);
-        grid->addWidget(m_predict.last(), 1, 1 + i);
+        grid->addWidget(m_machine.last()->parentWidget(), 0, 1 + i);
+        grid->addWidget(m_predict.last()->parentWidget(), 1, 1 + i);
     }
     for (int i = 0; i < kBackSlots; ++i) {
         m_machineBack << spinCell(box, QStringLiteral("lblHou1(%1)").arg(i));
         m_predictBack << spinCell(box, QStringLiteral("lblHou2(%1)").arg(i));
         m_machineBack.last()->setStyleSheet(backStyle);
         m_predictBack.last()->setStyleSheet(backStyle);
-        grid->addWidget(m_machineBack.last(), 2, 1 + i);
-        grid->addWidget(m_predictBack.last(), 3, 1 + i);
+        grid->addWidget(m_machineBack.last()->parentWidget(), 2, 1 + i);
+        grid->addWidget(m_predictBack.last()->parentWidget(), 3, 1 + i);
     }
     // The cells grow into spare room up to their full width; the rest stays right of them.
     grid->setColumnStretch(1 + kFrontSlots, 1);
@@ -89,12 +104,12 @@ SpinRows::SpinRows(QWidget* parent) : QWidget(parent) {
 
 void SpinRows::setSpinCounts(int front, int back) {
     for (int i = 0; i < kFrontSlots; ++i) {
-        m_machine[i]->setVisible(i < front);
-        m_predict[i]->setVisible(i < front);
+        m_machine[i]->parentWidget()->setVisible(i < front);
+        m_predict[i]->parentWidget()->setVisible(i < front);
     }
     for (int i = 0; i < kBackSlots; ++i) {
-        m_machineBack[i]->setVisible(i < back);
-        m_predictBack[i]->setVisible(i < back);
+        m_machineBack[i]->parentWidget()->setVisible(i < back);
+        m_predictBack[i]->parentWidget()->setVisible(i < back);
     }
 }
 
