@@ -6,6 +6,7 @@
 #include "app/cli/param_filter_commands.h"
 #include "app/cli/prize_commands.h"
 #include "app/cli/setting_commands.h"
+#include "app/cli/spin_command.h"
 #include "app/cli/super_filter_commands.h"
 #include "app/cli/template_commands.h"
 #include "app/cli/tool_commands.h"
@@ -46,7 +47,7 @@ const std::vector<std::unique_ptr<Command>>& all() {
         make<WorkspaceListCommand, WorkspaceCreateCommand, WorkspaceDeleteCommand, WorkspaceRenameCommand,
              RulesShowCommand, RulesSetCommand, HistoryImportCommand, HistoryAddCommand, HistoryEditCommand,
              HistoryDeleteLastCommand, HistoryClearCommand, HistoryShowCommand, HistoryDownloadCommand,
-             HistoryDownloadDbCommand, StatsShowCommand, ExpandCommand, CandidatesCountCommand,
+             HistoryDownloadDbCommand, StatsShowCommand, ExpandCommand, SpinCommand, CandidatesCountCommand,
              CandidatesShowCommand, CandidatesToggleCommand, CandidatesExportCommand, FilterParamCommand,
              FilterIntegratedCommand, FilterRelationCommand, FilterHistoryCommand, FilterInclusionCommand,
              FilterSameAsTemplateCommand, FilterResetAllCommand, FilterResetLastCommand,

@@ -139,9 +139,9 @@ void MainMenu::addPickingMenu(QMenuBar* bar) {
 // 摇奖控制: the spin simulator: start, pause, reset, its stability and leaving the program.
 void MainMenu::addSpinMenu(QMenuBar* bar) {
     QMenu* col = addMenu(bar, nullptr, "spinMenu", "meuCol", "摇奖控制(&O)");
-    addItems(col, {SQ_ITEM(spinStart, "meuSta", "开始(&S)", kLater),
-                   SQ_ITEM(spinPause, "meuSup", "暂停(&P)", kLater),
-                   SQ_ITEM(spinReset, "meuRst", "重置(&T)", kLater)});
+    addItems(col, {SQ_ITEM(spinStart, "meuSta", "开始(&S)", kBuilt),
+                   SQ_ITEM(spinPause, "meuSup", "暂停(&P)", kBuilt),
+                   SQ_ITEM(spinReset, "meuRst", "重置(&T)", kBuilt)});
     QMenu* spd = addSubmenu(col, nullptr, "stabilityMenu", "meuSpd", "稳定系数(&T)");
     std::vector<int> indices;
     for (const game_rules::StabilityItem& it : game_rules::stabilityItems()) indices.push_back(it.index);
@@ -177,7 +177,7 @@ void MainMenu::addWindowsMenu(QMenuBar* bar) {
               SQ_ITEM(analyseFrontZone, "mnuSyQian", "前区历史分析(&F)", kBuilt),
               SQ_ITEM(analyseBackZone, "mnuSyHou", "后区历史分析(&B)", kBuilt),
               SQ_ITEM(profitLossReport, "meuRepot", "盈亏报告(&R)", kBuilt),
-              SQ_ITEM(spinArrangement, "meuAgarr", "摇奖排列组合(&A)", kLater),
+              SQ_ITEM(spinArrangement, "meuAgarr", "摇奖排列组合(&A)", kBuilt),
               SQ_ITEM(checkCombinations, "mnuzhInq", "组合中奖查询(&I)", kLater),
               SQ_ITEM(checkWheel, "mnuRtInq", "旋转组合查询(&O)", kLater),
               SQ_ITEM(checkTextTickets, "mnuTxInq", "文本组合查询(&X)", kLater),
@@ -196,7 +196,7 @@ void MainMenu::addPlayModesMenu(QMenuBar* bar) {
     QMenu* sl = addMenu(bar, &MenuActions::playModesMenu, "playModesMenu", "mnuSl", "组号方式(&M)");
     QMenu* agn =
         addSubmenu(sl, &MenuActions::frontMultiMenu, "frontMultiMenu", "meuAgn", "前区摇奖复选选择(&M)");
-    addItems(agn, {SQ_ITEM(multiSpinSettings, "mnuMilt", "多注单选摇奖设置(&M)", kLater)});
+    addItems(agn, {SQ_ITEM(multiSpinSettings, "mnuMilt", "多注单选摇奖设置(&M)", kBuilt)});
     addFamily(agn,
               SQ_FAMILY(frontMulti, "meuDanxuan(%1)", range(5, 16),
                         captions("%1数复选", {{5, "5数单选(&V)"}, {6, "6数复选(&X)"}, {16, "16数复选(&I)"}}),

@@ -7,6 +7,7 @@
 #include "history/history_actions.h"
 #include "history/ui/history_commands.h"
 #include "history/ui/history_grid_model.h"
+#include "picking/ui/spin_controller.h"
 #include "picking/ui/spin_panel.h"
 #include "picking/ui/zone_board_widget.h"
 #include "prize/ui/prize_windows.h"
@@ -69,6 +70,7 @@ MainWindow::MainWindow(Session& session, WorkspaceList& workspaces, Prompter& pr
     layout->addWidget(makeBoardArea(), 0);
     m_bars = new ProbabilityBars(central);
     layout->addWidget(m_bars, 1);
+    m_spinControl = new SpinController(*m_board, *m_spin, *m_bars, m_prompter, this);
     setCentralWidget(central);
     makeStatusBar();
     connectMenus();
@@ -237,8 +239,30 @@ void MainWindow::connectPlayModeMenus() {
     }
 }
 
+void MainWindow::connectSpin() {
+    const MenuActions& menu = menuActions();
+    SpinController* spin = m_spinControl;
+    connect(m_spin->startButton(), &QPushButton::clicked, spin, &SpinController::start);
+    connect(m_spin->pauseButton(), &QPushButton::clicked, spin, &SpinController::pause);
+    connect(m_spin->resetButton(), &QPushButton::clicked, spin, &SpinController::reset);
+    connect(menu.spinStart, &QAction::triggered, spin, &SpinController::startFromMenu);
+    connect(menu.spinPause, &QAction::triggered, spin, &SpinController::pause);
+    connect(menu.spinReset, &QAction::triggered, spin, &SpinController::resetFromMenu);
+    connect(menu.multiSpinSettings, &QAction::triggered, spin, &SpinController::askTicketCount);
+    connect(menu.spinArrangement, &QAction::triggered, this, &MainWindow::arrangePrediction);
+    connect(spin, &SpinController::controlsChanged, this, &MainWindow::renderBoard);
+    connect(spin, &SpinController::handOverAsked, this, &MainWindow::arrangePrediction);
+}
+
+void MainWindow::arrangePrediction() {
+    m_board->prepareList(ListCommand::PredictionExpansion);
+    renderBoard();
+    openFilter(m_board->state().front.bankerMode ? FilterSource::BankerExpansion : FilterSource::Expansion);
+}
+
 void MainWindow::connectMenus() {
     connectPlayModeMenus();
+    connectSpin();
     const MenuActions& menu = menuActions();
     connect(menu.quit, &QAction::triggered, this, &QWidget::close);
     // The filter windows: expansions of the board, and the table of the last expansion.
@@ -325,6 +349,7 @@ void MainWindow::checkStoredStability() {
     // The stability item of the stored Wd; 8000 itself checks none.
     const int wd = m_session.settings().readInt(setting_keys::StabilityAtLoad, m_session.workspaceName());
     checkOnly(menuActions().stability, game_rules::stabilityItemCheckedAtLoad(wd));
+    m_spinControl->simulator().setThreshold(SpinSimulator::thresholdForStored(wd));
 }
 
 void MainWindow::refreshHistory() {
@@ -359,6 +384,8 @@ void MainWindow::renderBoard() {
     m_spin->resetButton()->setEnabled(b.resetEnabled);
     m_spin->pauseButton()->setEnabled(b.pauseEnabled);
     m_spin->setSpinCounts(b.zone(Zone::Front).state().spinCount, b.zone(Zone::Back).state().spinCount);
+    m_spin->startButton()->setText(m_spinControl->simulator().startCaption());
+    menu.spinStart->setText(m_spinControl->simulator().startCaption());
     // Commands whose windows are not built yet stay off whatever the rules say.
     m_menu->enable(menu.spinStart, b.startItemEnabled);
     m_menu->enable(menu.spinReset, b.resetItemEnabled);
@@ -379,6 +406,18 @@ void MainWindow::renderBoard() {
 
 void MainWindow::showBackSpinLabels(int k) {
     m_spin->setSpinCounts(m_board->zone(Zone::Front).state().spinCount, k);
+}
+
+void MainWindow::stopSpinTimers() { m_spinControl->stopTimers(); }
+void MainWindow::clearSpinState() { m_spinControl->clear(); }
+void MainWindow::openFilterFromPrediction() { openFilter(FilterSource::Expansion); }
+
+void MainWindow::reloadSpinThreshold(Zone, bool withBankers) {
+    // The play modes read the coefficient with their own default; with bankers the entry of the
+    // stored value is checked too.
+    const int wd = m_session.settings().readInt(setting_keys::StabilityForPlayModes, m_session.workspaceName());
+    m_spinControl->simulator().setThreshold(SpinSimulator::thresholdForStored(wd));
+    if (withBankers) checkOnly(menuActions().stability, game_rules::stabilityItemCheckedAtLoad(wd));
 }
 
 void MainWindow::updateHistoryCommands() {
@@ -415,6 +454,7 @@ void MainWindow::chooseStability(int itemIndex) {
             checkStoredStability();
             return;
         }
+        m_spinControl->simulator().setThreshold(SpinSimulator::thresholdForItem(it));
     }
     checkOnly(menuActions().stability, itemIndex);
 }
@@ -507,6 +547,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     // Each filter window brings its table's record up to date before it goes.
     for (const QPointer<FilterWindow>& w : QList<QPointer<FilterWindow>>(m_filterWindows))
         if (w) w->close();
+    m_spinControl->stopTimers();
     m_session.saveSpinValues();
     event->accept();
 }

@@ -24,6 +24,7 @@ class QPushButton;
 class QTableView;
 class Session;
 class ProbabilityBars;
+class SpinController;
 class SpinRows;
 class TrendWindow;
 class WorkspaceList;
@@ -44,6 +45,7 @@ public:
     const MenuActions& menuActions() const override;
     Session& session() override { return m_session; }
     NumberBoard& board() { return *m_board; }
+    SpinController& spin() { return *m_spinControl; }
     // Opens a filter window (an expansion of the board, or the stored table); null when refused.
     FilterWindow* openFilter(FilterSource instance);
     const QList<QPointer<FilterWindow>>& filterWindows() const { return m_filterWindows; }
@@ -96,6 +98,13 @@ private:
 
     // What the board asks of the spin and the windows.
     void showBackSpinLabels(int k) override;
+    void stopSpinTimers() override;
+    void clearSpinState() override;
+    void reloadSpinThreshold(Zone zone, bool withBankers) override;
+    void openFilterFromPrediction() override;
+    // The spin's buttons and menu entries; meuAgarr hands the prediction to the expansion.
+    void connectSpin();
+    void arrangePrediction();
 
     Session& m_session;
     WorkspaceList& m_workspaces;
@@ -111,6 +120,7 @@ private:
     ZoneBoardWidget* m_front = nullptr;
     ZoneBoardWidget* m_back = nullptr;
     SpinRows* m_spin = nullptr;
+    SpinController* m_spinControl = nullptr;
     ProbabilityBars* m_bars = nullptr;
     QList<QLabel*> m_statusPanels;
     QHash<QString, QPushButton*> m_historyButtons;

@@ -15,17 +15,35 @@ namespace {
 constexpr int kCellMinWidth = 18;
 constexpr int kCellWidth = 22;
 constexpr int kCellHeight = 20;
+// The unrounded percentage of a bar, as "17.1428571428571".
+constexpr int kPercentWidth = 110;
+constexpr int kPercentHeight = 14;
 
+// The place of a cell in the grid. The label fills it at a fixed size set on each resize, so
+// that a new number each tick repaints the label and asks for no layout.
+class CellPlace : public QWidget {
+public:
+    explicit CellPlace(QWidget* parent) : QWidget(parent) {
+        setFixedHeight(kCellHeight);
+        setMinimumWidth(kCellMinWidth);
+        setMaximumWidth(kCellWidth);
+        QSizePolicy policy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+        policy.setRetainSizeWhenHidden(true);
+        setSizePolicy(policy);
+    }
+
+protected:
+    void resizeEvent(QResizeEvent*) override {
+        for (QWidget* w : findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) w->setFixedSize(size());
+    }
+};
+
+// A cell of a spin row, in its place; the grid holds the place (the label's parent).
 QLabel* spinCell(QWidget* parent, const QString& name) {
-    auto* l = new QLabel(parent);
+    auto* l = new QLabel(new CellPlace(parent));
     l->setObjectName(name);
     l->setAlignment(Qt::AlignCenter);
-    l->setFixedHeight(kCellHeight);
-    l->setMinimumWidth(kCellMinWidth);
-    l->setMaximumWidth(kCellWidth);
-    QSizePolicy policy(QSizePolicy::Ignored, QSizePolicy::Fixed);
-    policy.setRetainSizeWhenHidden(true);
-    l->setSizePolicy(policy);
+    l->setFixedSize(kCellWidth, kCellHeight);
     l->setFrameShape(QFrame::Panel);
     l->setFrameShadow(QFrame::Sunken);
     l->setStyleSheet(QStringLiteral("background: white; color: rgb(200,0,0); font-weight: bold;"));
@@ -53,16 +71,16 @@ SpinRows::SpinRows(QWidget* parent) : QWidget(parent) {
     for (int i = 0; i < kFrontSlots; ++i) {
         m_machine << spinCell(box, QStringLiteral("Label1(%1)").arg(i));
         m_predict << spinCell(box, QStringLiteral("Label2(%1)").arg(i));
-        grid->addWidget(m_machine.last(), 0, 1 + i);
-        grid->addWidget(m_predict.last(), 1, 1 + i);
+        grid->addWidget(m_machine.last()->parentWidget(), 0, 1 + i);
+        grid->addWidget(m_predict.last()->parentWidget(), 1, 1 + i);
     }
     for (int i = 0; i < kBackSlots; ++i) {
         m_machineBack << spinCell(box, QStringLiteral("lblHou1(%1)").arg(i));
         m_predictBack << spinCell(box, QStringLiteral("lblHou2(%1)").arg(i));
         m_machineBack.last()->setStyleSheet(backStyle);
         m_predictBack.last()->setStyleSheet(backStyle);
-        grid->addWidget(m_machineBack.last(), 2, 1 + i);
-        grid->addWidget(m_predictBack.last(), 3, 1 + i);
+        grid->addWidget(m_machineBack.last()->parentWidget(), 2, 1 + i);
+        grid->addWidget(m_predictBack.last()->parentWidget(), 3, 1 + i);
     }
     // The cells grow into spare room up to their full width; the rest stays right of them.
     grid->setColumnStretch(1 + kFrontSlots, 1);
@@ -86,12 +104,12 @@ SpinRows::SpinRows(QWidget* parent) : QWidget(parent) {
 
 void SpinRows::setSpinCounts(int front, int back) {
     for (int i = 0; i < kFrontSlots; ++i) {
-        m_machine[i]->setVisible(i < front);
-        m_predict[i]->setVisible(i < front);
+        m_machine[i]->parentWidget()->setVisible(i < front);
+        m_predict[i]->parentWidget()->setVisible(i < front);
     }
     for (int i = 0; i < kBackSlots; ++i) {
-        m_machineBack[i]->setVisible(i < back);
-        m_predictBack[i]->setVisible(i < back);
+        m_machineBack[i]->parentWidget()->setVisible(i < back);
+        m_predictBack[i]->parentWidget()->setVisible(i < back);
     }
 }
 
@@ -121,8 +139,15 @@ QWidget* ProbabilityBars::makeBars(const QString& title, int count, int offset, 
         bar->setObjectName(QStringLiteral("Picture2(%1)").arg(offset + n));
         auto* pct = new QLabel(QStringLiteral("0"), cell);
         pct->setObjectName(QStringLiteral("Label6(%1)").arg(offset + n));
-        pct->setFixedWidth(34);
-        for (QLabel* l : {caption, pct}) l->setStyleSheet(QStringLiteral("font-size: 8pt;"));
+        // A fixed size: a new text each tick repaints the label and lays out nothing.
+        pct->setFixedSize(kPercentWidth, kPercentHeight);
+        m_percents[static_cast<size_t>(offset + n)] = pct;
+        m_bars[static_cast<size_t>(offset + n)] = bar;
+        // A font rather than a style sheet: a styled label paints much slower, and these repaint
+        // with every tick of the spin.
+        QFont small = caption->font();
+        small.setPointSize(8);
+        for (QLabel* l : {caption, pct}) l->setFont(small);
         h->addWidget(caption);
         h->addWidget(bar, 1);
         h->addWidget(pct);
@@ -138,4 +163,35 @@ void ProbabilityBars::setZoneSizes(int frontSize, int backSize) {
         m_frontBarRows[i]->setVisible(i + 1 <= frontSize);
     for (int i = 0; i < static_cast<int>(m_backBarRows.size()); ++i)
         m_backBarRows[i]->setVisible(i + 1 <= backSize);
+}
+
+void SpinRows::showMachinePick(Zone zone, int i, int number) {
+    const QList<QLabel*>& row = zone == Zone::Front ? m_machine : m_machineBack;
+    if (i >= 0 && i < row.size()) row[i]->setText(QString::number(number));
+}
+
+void SpinRows::showPrediction(Zone zone, int i, int number) {
+    const QList<QLabel*>& row = zone == Zone::Front ? m_predict : m_predictBack;
+    if (i >= 0 && i < row.size()) row[i]->setText(QString::number(number));
+}
+
+void SpinRows::clearRows() {
+    for (const QList<QLabel*>* row : {&m_machine, &m_predict, &m_machineBack, &m_predictBack})
+        for (QLabel* l : *row) l->clear();
+}
+
+void ProbabilityBars::showShare(int index, double percent, double barWidth) {
+    if (index < 0 || index >= static_cast<int>(m_bars.size()) || !m_bars[static_cast<size_t>(index)]) return;
+    m_percents[static_cast<size_t>(index)]->setText(QString::number(percent, 'g', 15));
+    // Most numbers are not picked and keep their empty bar: only a changed bar repaints.
+    ProbabilityBar* bar = m_bars[static_cast<size_t>(index)];
+    if (bar->barWidth() != barWidth) bar->setBarWidth(barWidth);
+}
+
+void ProbabilityBars::clearShares() {
+    for (size_t i = 0; i < m_bars.size(); ++i) {
+        if (!m_bars[i]) continue;
+        m_percents[i]->setText(QStringLiteral("0"));
+        m_bars[i]->setBarWidth(0);
+    }
 }

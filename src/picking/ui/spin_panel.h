@@ -1,8 +1,11 @@
 #pragma once
 
+#include "picking/number_board.h"
 #include "workspace/ui/probability_bar.h"
 
 #include <QWidget>
+
+#include <array>
 
 class QLabel;
 class QPushButton;
@@ -17,6 +20,11 @@ public:
     explicit SpinRows(QWidget* parent = nullptr);
     // Shows the spin labels 0..count-1 of each zone.
     void setSpinCounts(int front, int back);
+
+    // The rows 机选 and 预测: position i of the zone's spin shows `number`.
+    void showMachinePick(Zone zone, int i, int number);
+    void showPrediction(Zone zone, int i, int number);
+    void clearRows();
 
     QPushButton* startButton() const { return m_startButton; }
     QPushButton* pauseButton() const { return m_pauseButton; }
@@ -42,8 +50,15 @@ public:
     // Hides the bars of front numbers above the zone size, and of back numbers above the back
     // zone's size.
     void setZoneSizes(int frontSize, int backSize);
+    // The share of the number at `index` (n, or 35 + n for the back zone): its percentage as
+    // text, unrounded, and its bar in bar units. Only the two repaint; nothing is laid out again.
+    void showShare(int index, double percent, double barWidth);
+    void clearShares();
 
 private:
     QWidget* makeBars(const QString& title, int count, int offset, int columns);
     QList<QWidget*> m_frontBarRows, m_backBarRows;
+    // By index as above; null where no number sits.
+    std::array<QLabel*, kBackOffset + 25> m_percents{};
+    std::array<ProbabilityBar*, kBackOffset + 25> m_bars{};
 };
