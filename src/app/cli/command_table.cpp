@@ -4,7 +4,9 @@
 #include "app/cli/candidate_commands.h"
 #include "app/cli/history_commands.h"
 #include "app/cli/param_filter_commands.h"
+#include "app/cli/pick_commands.h"
 #include "app/cli/prize_commands.h"
+#include "app/cli/selection_commands.h"
 #include "app/cli/setting_commands.h"
 #include "app/cli/super_filter_commands.h"
 #include "app/cli/template_commands.h"
@@ -58,7 +60,11 @@ const std::vector<std::unique_ptr<Command>>& all() {
              PrizeCheckCommand, PrizeListCommand, ReportWriteCommand, ReportListCommand, ReportShowCommand,
              FortuneCommand, PrintTicketsCommand, AnalysisTrendCommand, AnalysisFitCommand,
              AnalysisKLineCommand, AnalysisMeansCommand, AnalysisCorrelationCommand, AnalysisTransitionsCommand,
-             AnalysisMomentsCommand, AnalysisDistributionCommand, AnalysisTableCommand>();
+             AnalysisMomentsCommand, AnalysisDistributionCommand, AnalysisTableCommand,
+             PickFrequencyCommand, PickOmissionCommand, PickShowCommand, PickClearCommand, SelectionSaveCommand,
+             SelectionListCommand, SelectionCallCommand, SelectionAddCommand, SelectionDeleteCommand,
+             SelectionRenameCommand, SelectionTemplateListCommand, SelectionTemplateAddCommand,
+             SelectionTemplateDeleteCommand, SelectionTemplateRunCommand>();
     return commands;
 }
 

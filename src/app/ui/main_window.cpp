@@ -7,6 +7,9 @@
 #include "history/history_actions.h"
 #include "history/ui/history_commands.h"
 #include "history/ui/history_grid_model.h"
+#include "picking/board_store.h"
+#include "picking/ui/picking_commands.h"
+#include "picking/ui/picking_dialogs.h"
 #include "picking/ui/spin_panel.h"
 #include "picking/ui/zone_board_widget.h"
 #include "prize/ui/prize_windows.h"
@@ -74,6 +77,41 @@ MainWindow::MainWindow(Session& session, WorkspaceList& workspaces, Prompter& pr
     connectMenus();
     m_history = new HistoryCommands(*this, m_prompter);
     loadFromSession();
+    board_store::load(m_session.settings(), m_session.workspaceName(), *m_board);
+    renderBoard();
+    connectPickingMenu();
+}
+
+void MainWindow::keepBoard() { board_store::save(m_session.settings(), m_session.workspaceName(), m_session.board()); }
+
+void MainWindow::connectPickingMenu() {
+    using frequency_picks::OmissionBound;
+    using frequency_picks::Rank;
+    m_pickingDialogs = std::make_unique<QtPickingDialogs>(this);
+    m_picking = std::make_unique<PickingCommands>(m_session, *m_board, m_prompter, *m_pickingDialogs, [this] {
+        renderBoard();
+        keepBoard();
+    });
+    const MenuActions& menu = menuActions();
+    PickingCommands* p = m_picking.get();
+    const struct {
+        QAction* item;
+        std::function<void()> run;
+    } commands[] = {
+        {menu.frontFrequentPicks, [p] { p->pickByFrequency(Zone::Front, Rank::MostFrequent); }},
+        {menu.frontRarePicks, [p] { p->pickByFrequency(Zone::Front, Rank::LeastFrequent); }},
+        {menu.frontLongOmissionPicks, [p] { p->pickByOmission(Zone::Front, OmissionBound::AtLeast); }},
+        {menu.frontShortOmissionPicks, [p] { p->pickByOmission(Zone::Front, OmissionBound::AtMost); }},
+        {menu.backFrequentPicks, [p] { p->pickByFrequency(Zone::Back, Rank::MostFrequent); }},
+        {menu.backRarePicks, [p] { p->pickByFrequency(Zone::Back, Rank::LeastFrequent); }},
+        {menu.backLongOmissionPicks, [p] { p->pickByOmission(Zone::Back, OmissionBound::AtLeast); }},
+        {menu.backShortOmissionPicks, [p] { p->pickByOmission(Zone::Back, OmissionBound::AtMost); }},
+        {menu.savePicks, [p] { p->savePicks(); }},
+        {menu.recallPicks, [p] { p->recallPicks(); }},
+        {menu.addRecalledPicks, [p] { p->recallPicks(); }},
+        {menu.pickingTemplates, [p] { p->openTemplates(); }},
+    };
+    for (const auto& c : commands) connect(c.item, &QAction::triggered, this, c.run);
 }
 
 MainWindow::~MainWindow() {
@@ -508,5 +546,6 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     for (const QPointer<FilterWindow>& w : QList<QPointer<FilterWindow>>(m_filterWindows))
         if (w) w->close();
     m_session.saveSpinValues();
+    keepBoard();
     event->accept();
 }
