@@ -4,8 +4,6 @@
 #include "analysis/ui/trend_bars.h"
 #include "analysis/ui/trend_grid_model.h"
 #include "picking/number_board.h"
-#include "picking/ui/picking_commands.h"
-#include "picking/ui/picking_dialogs.h"
 #include "workspace/prompter.h"
 #include "workspace/session.h"
 
@@ -23,7 +21,6 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
-#include <functional>
 
 namespace {
 // Column 0 holds the issues and the heads of the summary rows; a number column two digits or a
@@ -69,7 +66,6 @@ TrendWindow::TrendWindow(TrendMember member, Session& session, NumberBoard& boar
     trend_menus::build(menuBar(), member);
     connectViews();
     addRunsItem();
-    connectPickingMenu();
 
     auto* splitter = new QSplitter(Qt::Horizontal, this);
     splitter->setChildrenCollapsible(false);
@@ -119,29 +115,6 @@ void TrendWindow::connectViews() {
         if (!action) continue;  // not an entry of this member's menus
         action->setEnabled(true);
         connect(action, &QAction::triggered, this, [this, view] { openView(view); });
-    }
-}
-
-void TrendWindow::connectPickingMenu() {
-    using frequency_picks::OmissionBound;
-    using frequency_picks::Rank;
-    if (!menuBar()->findChild<QAction*>(QStringLiteral("mnuHihg"))) return;
-    m_pickingDialogs = std::make_unique<QtPickingDialogs>(this);
-    // As a pick made here: the marks here, then the main window's board.
-    m_picking = std::make_unique<PickingCommands>(m_session, m_board, m_prompter, *m_pickingDialogs, [this] {
-        showPicks();
-        emit boardChanged();
-    });
-    PickingCommands* p = m_picking.get();
-    const std::pair<const char*, std::function<void()>> items[] = {
-        {"mnuHihg", [p] { p->pickByFrequency(Zone::Front, Rank::MostFrequent); }},
-        {"mnuLow", [p] { p->pickByFrequency(Zone::Front, Rank::LeastFrequent); }},
-        {"mnuYHigh", [p] { p->pickByOmission(Zone::Front, OmissionBound::AtLeast); }},
-        {"mnuYLow", [p] { p->pickByOmission(Zone::Front, OmissionBound::AtMost); }}};
-    for (const auto& [given, run] : items) {
-        QAction* action = menuBar()->findChild<QAction*>(QString::fromLatin1(given));
-        action->setEnabled(true);
-        connect(action, &QAction::triggered, this, run);
     }
 }
 

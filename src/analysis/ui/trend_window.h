@@ -10,8 +10,6 @@
 #include <vector>
 
 class NumberBoard;
-class PickingCommands;
-class PickingDialogs;
 class Prompter;
 class QMenu;
 class QSplitter;
@@ -85,8 +83,6 @@ private:
     void connectViews();
     // Beyond the analysis menus: the rows of run statistics under the summary rows, off at first.
     void addRunsItem();
-    // 选号管理 (front member): the main window's frequency and omission picks on the same board.
-    void connectPickingMenu();
     void openView(const AnalysisView& view);
 
     TrendMember m_member;
@@ -97,6 +93,4 @@ private:
     std::vector<std::unique_ptr<ZoneView>> m_zones;
     bool m_followNewest = true;
     QSplitter* m_splitter = nullptr;  // sized to the grids when first shown
-    std::unique_ptr<PickingDialogs> m_pickingDialogs;
-    std::unique_ptr<PickingCommands> m_picking;
 };

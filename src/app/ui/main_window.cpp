@@ -82,6 +82,25 @@ MainWindow::MainWindow(Session& session, WorkspaceList& workspaces, Prompter& pr
     connectPickingMenu();
 }
 
+// The front window's 选号管理 runs the same commands on the same board; the board drawn again
+// redraws the marks there.
+void MainWindow::connectTrendPicking(TrendWindow* w) {
+    using frequency_picks::OmissionBound;
+    using frequency_picks::Rank;
+    PickingCommands* p = m_picking.get();
+    const std::pair<const char*, std::function<void()>> items[] = {
+        {"mnuHihg", [p] { p->pickByFrequency(Zone::Front, Rank::MostFrequent); }},
+        {"mnuLow", [p] { p->pickByFrequency(Zone::Front, Rank::LeastFrequent); }},
+        {"mnuYHigh", [p] { p->pickByOmission(Zone::Front, OmissionBound::AtLeast); }},
+        {"mnuYLow", [p] { p->pickByOmission(Zone::Front, OmissionBound::AtMost); }}};
+    for (const auto& [given, run] : items) {
+        QAction* action = w->menuBar()->findChild<QAction*>(QString::fromLatin1(given));
+        if (!action) continue;  // not the front member
+        action->setEnabled(true);
+        connect(action, &QAction::triggered, w, run);
+    }
+}
+
 void MainWindow::keepBoard() { board_store::save(m_session.settings(), m_session.workspaceName(), m_session.board()); }
 
 void MainWindow::connectPickingMenu() {
@@ -533,6 +552,7 @@ TrendWindow* MainWindow::openTrend(TrendMember member) {
     // Picks made there show on the board at once, and picks made here show there.
     connect(w, &TrendWindow::boardChanged, this, &MainWindow::renderBoard);
     connect(this, &MainWindow::boardRendered, w, &TrendWindow::showPicks);
+    connectTrendPicking(w);
     // A closed window leaves a null pointer behind, dropped here: while a window is being
     // destroyed it is no longer a TrendWindow, and nothing may look at it as one.
     m_trendWindows.removeIf([](const QPointer<TrendWindow>& p) { return p.isNull(); });

@@ -98,6 +98,7 @@ private:
     // 选号管理: the picking commands on the board; the board is kept after each.
     void connectPickingMenu();
     void keepBoard();
+    void connectTrendPicking(TrendWindow* w);
     static void renderIndexedMenu(const MenuActions::Family& family, const IndexedMenu& menu);
 
     // What the board asks of the spin and the windows.
