@@ -40,4 +40,9 @@ inline constexpr SettingKey FortuneOption{SettingApp::Fortune, "Select", "Option
 inline constexpr SettingKey FortuneBirth{SettingApp::Fortune, "date", "Birth", "1970-01-01"};
 // Host of the history download service.
 inline constexpr SettingKey DownloadHost{SettingApp::Registry, "Network", "Host", "http://127.0.0.1:8080"};
+// The number board between sessions: each list as numbers separated by spaces.
+inline constexpr SettingKey BoardFrontPicks{SettingApp::Workspace, "Board", "FrontPicks", ""};
+inline constexpr SettingKey BoardFrontBankers{SettingApp::Workspace, "Board", "FrontBankers", ""};
+inline constexpr SettingKey BoardBackPicks{SettingApp::Workspace, "Board", "BackPicks", ""};
+inline constexpr SettingKey BoardBackBankers{SettingApp::Workspace, "Board", "BackBankers", ""};
 }  // namespace setting_keys

@@ -4,7 +4,9 @@
 #include "app/cli/candidate_commands.h"
 #include "app/cli/history_commands.h"
 #include "app/cli/param_filter_commands.h"
+#include "app/cli/pick_commands.h"
 #include "app/cli/prize_commands.h"
+#include "app/cli/selection_commands.h"
 #include "app/cli/setting_commands.h"
 #include "app/cli/spin_command.h"
 #include "app/cli/super_filter_commands.h"
@@ -61,7 +63,10 @@ const std::vector<std::unique_ptr<Command>>& all() {
              FortuneCommand, PrintTicketsCommand, AnalysisTrendCommand, AnalysisFitCommand,
              AnalysisKLineCommand, AnalysisMeansCommand, AnalysisCorrelationCommand, AnalysisTransitionsCommand,
              AnalysisMomentsCommand, AnalysisDistributionCommand, AnalysisTableCommand, WheelListCommand,
-             WheelShowCommand, WheelCheckCommand, WheelExpandCommand>();
+             WheelShowCommand, WheelCheckCommand, WheelExpandCommand, PickFrequencyCommand, PickOmissionCommand,
+             PickShowCommand, PickClearCommand, SelectionSaveCommand, SelectionListCommand, SelectionCallCommand,
+             SelectionAddCommand, SelectionDeleteCommand, SelectionRenameCommand, SelectionTemplateListCommand,
+             SelectionTemplateAddCommand, SelectionTemplateDeleteCommand, SelectionTemplateRunCommand>();
     return commands;
 }
 

@@ -120,20 +120,20 @@ MainMenu::MainMenu(QMenuBar* bar) {
 // 选号管理: the picking aids: saved picks, picks by frequency and omission, the picking templates.
 void MainMenu::addPickingMenu(QMenuBar* bar) {
     QMenu* select = addMenu(bar, nullptr, "pickingMenu", "mnuSelect", "选号管理(&T)");
-    addItems(select, {SQ_ITEM(recallPicks, "mnuCall", "调用历史选号号码(&C)", kLater),
-                      SQ_ITEM(savePicks, "mnuSave", "保存该次选号号码(&S)", kLater),
-                      SQ_ITEM(addRecalledPicks, "mnuCallAdd", "添加历史选号号码(&A)", kLater)});
+    addItems(select, {SQ_ITEM(recallPicks, "mnuCall", "调用历史选号号码(&C)", kBuilt),
+                      SQ_ITEM(savePicks, "mnuSave", "保存该次选号号码(&S)", kBuilt),
+                      SQ_ITEM(addRecalledPicks, "mnuCallAdd", "添加历史选号号码(&A)", kBuilt)});
     QMenu* front = addSubmenu(select, nullptr, "frontFrequencyMenu", "mnuQupc", "前区频次选号(&Q)");
-    addItems(front, {SQ_ITEM(frontFrequentPicks, "mnuHihg", "选择多个高频号码(&H)", kLater),
-                     SQ_ITEM(frontRarePicks, "mnuLow", "选择多个低频号码(&L)", kLater),
-                     SQ_ITEM(frontLongOmissionPicks, "mnuYHigh", "选择遗漏高次号码(&I)", kLater),
-                     SQ_ITEM(frontShortOmissionPicks, "mnuYLow", "选择遗漏低次号码(&W)", kLater)});
+    addItems(front, {SQ_ITEM(frontFrequentPicks, "mnuHihg", "选择多个高频号码(&H)", kBuilt),
+                     SQ_ITEM(frontRarePicks, "mnuLow", "选择多个低频号码(&L)", kBuilt),
+                     SQ_ITEM(frontLongOmissionPicks, "mnuYHigh", "选择遗漏高次号码(&I)", kBuilt),
+                     SQ_ITEM(frontShortOmissionPicks, "mnuYLow", "选择遗漏低次号码(&W)", kBuilt)});
     QMenu* back = addSubmenu(select, nullptr, "backFrequencyMenu", "mnuHupc", "后区频次选号(&H)");
-    addItems(back, {SQ_ITEM(backFrequentPicks, "mnuHihgHou", "选择多个高频号码(&H)", kLater),
-                    SQ_ITEM(backRarePicks, "mnuLowHou", "选择多个低频号码(&L)", kLater),
-                    SQ_ITEM(backLongOmissionPicks, "mnuYHighHou", "选择遗漏高次号码(&I)", kLater),
-                    SQ_ITEM(backShortOmissionPicks, "mnuYLowHou", "选择遗漏低次号码(&W)", kLater)});
-    addItems(select, {SQ_ITEM(pickingTemplates, "mnusltmoban", "选号模板设置功能(&M)", kLater)});
+    addItems(back, {SQ_ITEM(backFrequentPicks, "mnuHihgHou", "选择多个高频号码(&H)", kBuilt),
+                    SQ_ITEM(backRarePicks, "mnuLowHou", "选择多个低频号码(&L)", kBuilt),
+                    SQ_ITEM(backLongOmissionPicks, "mnuYHighHou", "选择遗漏高次号码(&I)", kBuilt),
+                    SQ_ITEM(backShortOmissionPicks, "mnuYLowHou", "选择遗漏低次号码(&W)", kBuilt)});
+    addItems(select, {SQ_ITEM(pickingTemplates, "mnusltmoban", "选号模板设置功能(&M)", kBuilt)});
 }
 
 // 摇奖控制: the spin simulator: start, pause, reset, its stability and leaving the program.

@@ -7,6 +7,9 @@
 #include "history/history_actions.h"
 #include "history/ui/history_commands.h"
 #include "history/ui/history_grid_model.h"
+#include "picking/board_store.h"
+#include "picking/ui/picking_commands.h"
+#include "picking/ui/picking_dialogs.h"
 #include "picking/ui/spin_controller.h"
 #include "picking/ui/spin_panel.h"
 #include "picking/ui/zone_board_widget.h"
@@ -76,6 +79,60 @@ MainWindow::MainWindow(Session& session, WorkspaceList& workspaces, Prompter& pr
     connectMenus();
     m_history = new HistoryCommands(*this, m_prompter);
     loadFromSession();
+    board_store::load(m_session.settings(), m_session.workspaceName(), *m_board);
+    renderBoard();
+    connectPickingMenu();
+}
+
+// The front window's 选号管理 runs the same commands on the same board; the board drawn again
+// redraws the marks there.
+void MainWindow::connectTrendPicking(TrendWindow* w) {
+    using frequency_picks::OmissionBound;
+    using frequency_picks::Rank;
+    PickingCommands* p = m_picking.get();
+    const std::pair<const char*, std::function<void()>> items[] = {
+        {"mnuHihg", [p] { p->pickByFrequency(Zone::Front, Rank::MostFrequent); }},
+        {"mnuLow", [p] { p->pickByFrequency(Zone::Front, Rank::LeastFrequent); }},
+        {"mnuYHigh", [p] { p->pickByOmission(Zone::Front, OmissionBound::AtLeast); }},
+        {"mnuYLow", [p] { p->pickByOmission(Zone::Front, OmissionBound::AtMost); }}};
+    for (const auto& [given, run] : items) {
+        QAction* action = w->menuBar()->findChild<QAction*>(QString::fromLatin1(given));
+        if (!action) continue;  // not the front member
+        action->setEnabled(true);
+        connect(action, &QAction::triggered, w, run);
+    }
+}
+
+void MainWindow::keepBoard() { board_store::save(m_session.settings(), m_session.workspaceName(), m_session.board()); }
+
+void MainWindow::connectPickingMenu() {
+    using frequency_picks::OmissionBound;
+    using frequency_picks::Rank;
+    m_pickingDialogs = std::make_unique<QtPickingDialogs>(this);
+    m_picking = std::make_unique<PickingCommands>(m_session, *m_board, m_prompter, *m_pickingDialogs, [this] {
+        renderBoard();
+        keepBoard();
+    });
+    const MenuActions& menu = menuActions();
+    PickingCommands* p = m_picking.get();
+    const struct {
+        QAction* item;
+        std::function<void()> run;
+    } commands[] = {
+        {menu.frontFrequentPicks, [p] { p->pickByFrequency(Zone::Front, Rank::MostFrequent); }},
+        {menu.frontRarePicks, [p] { p->pickByFrequency(Zone::Front, Rank::LeastFrequent); }},
+        {menu.frontLongOmissionPicks, [p] { p->pickByOmission(Zone::Front, OmissionBound::AtLeast); }},
+        {menu.frontShortOmissionPicks, [p] { p->pickByOmission(Zone::Front, OmissionBound::AtMost); }},
+        {menu.backFrequentPicks, [p] { p->pickByFrequency(Zone::Back, Rank::MostFrequent); }},
+        {menu.backRarePicks, [p] { p->pickByFrequency(Zone::Back, Rank::LeastFrequent); }},
+        {menu.backLongOmissionPicks, [p] { p->pickByOmission(Zone::Back, OmissionBound::AtLeast); }},
+        {menu.backShortOmissionPicks, [p] { p->pickByOmission(Zone::Back, OmissionBound::AtMost); }},
+        {menu.savePicks, [p] { p->savePicks(); }},
+        {menu.recallPicks, [p] { p->recallPicks(); }},
+        {menu.addRecalledPicks, [p] { p->recallPicks(); }},
+        {menu.pickingTemplates, [p] { p->openTemplates(); }},
+    };
+    for (const auto& c : commands) connect(c.item, &QAction::triggered, this, c.run);
 }
 
 MainWindow::~MainWindow() {
@@ -535,6 +592,7 @@ TrendWindow* MainWindow::openTrend(TrendMember member) {
     // Picks made there show on the board at once, and picks made here show there.
     connect(w, &TrendWindow::boardChanged, this, &MainWindow::renderBoard);
     connect(this, &MainWindow::boardRendered, w, &TrendWindow::showPicks);
+    connectTrendPicking(w);
     // A closed window leaves a null pointer behind, dropped here: while a window is being
     // destroyed it is no longer a TrendWindow, and nothing may look at it as one.
     m_trendWindows.removeIf([](const QPointer<TrendWindow>& p) { return p.isNull(); });
@@ -549,5 +607,6 @@ void MainWindow::closeEvent(QCloseEvent* event) {
         if (w) w->close();
     m_spinControl->stopTimers();
     m_session.saveSpinValues();
+    keepBoard();
     event->accept();
 }

@@ -17,6 +17,8 @@ class FilterWindow;
 class HistoryCommands;
 class HistoryGridModel;
 class MainMenu;
+class PickingCommands;
+class PickingDialogs;
 class Prompter;
 class QLabel;
 class QLineEdit;
@@ -51,6 +53,7 @@ public:
     const QList<QPointer<FilterWindow>>& filterWindows() const { return m_filterWindows; }
     // Opens a history analysis window, non-modal, kept in step with the number board.
     TrendWindow* openTrend(TrendMember member);
+    PickingCommands& picking() { return *m_picking; }
     // The analysis windows open now, in the order they were opened.
     QList<TrendWindow*> trendWindows() const;
     // Draws the board's logic: buttons, counts, the mode menus, the spin commands, the status.
@@ -94,6 +97,10 @@ private:
     static const std::vector<std::pair<QAction * MenuActions::*, schema::CandidateKind>>& prizeCheckItems();
     void updatePrizeChecks();
     void connectBoard(ZoneBoardWidget* widget);
+    // 选号管理: the picking commands on the board; the board is kept after each.
+    void connectPickingMenu();
+    void keepBoard();
+    void connectTrendPicking(TrendWindow* w);
     static void renderIndexedMenu(const MenuActions::Family& family, const IndexedMenu& menu);
 
     // What the board asks of the spin and the windows.
@@ -111,6 +118,8 @@ private:
     Prompter& m_prompter;
     std::unique_ptr<MainMenu> m_menu;
     std::unique_ptr<NumberBoard> m_board;
+    std::unique_ptr<PickingDialogs> m_pickingDialogs;
+    std::unique_ptr<PickingCommands> m_picking;
     HistoryGridModel* m_gridModel = nullptr;
     HistoryCommands* m_history = nullptr;
     QTableView* m_grid = nullptr;
