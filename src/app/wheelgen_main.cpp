@@ -88,93 +88,101 @@ int improveTable(const wheels::WheelTable& table, const QString& dataDir, wheels
     return 0;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-    QCoreApplication app(argc, argv);
+// The tool's command line.
+struct ToolLine {
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral(
-        "Searches a wheel of K-position tickets over positions 1..N such that whichever P positions "
-        "are drawn, some ticket holds at least T of them (P = T: every T positions lie in a ticket)."));
-    parser.addHelpOption();
-    parser.addPositionalArgument(QStringLiteral("N K P T"), QStringLiteral("The positions, the ticket size, the guarantee."));
-    const QCommandLineOption seed(QStringLiteral("seed"), QStringLiteral("First random seed (default 1)."), QStringLiteral("S"), QStringLiteral("1"));
-    const QCommandLineOption threads(QStringLiteral("threads"), QStringLiteral("Independent searches (default 2)."), QStringLiteral("T"), QStringLiteral("2"));
-    const QCommandLineOption target(QStringLiteral("target"), QStringLiteral("Stop at this many tickets."), QStringLiteral("SIZE"), QStringLiteral("0"));
-    const QCommandLineOption moves(QStringLiteral("moves"), QStringLiteral("Moves per search (default 2000000)."), QStringLiteral("M"), QStringLiteral("2000000"));
-    const QCommandLineOption seconds(QStringLiteral("seconds"), QStringLiteral("Stop after this long."), QStringLiteral("S"), QStringLiteral("0"));
-    const QCommandLineOption start(QStringLiteral("start"), QStringLiteral("A valid wheel to improve."), QStringLiteral("FILE"));
-    const QCommandLineOption out(QStringLiteral("out"), QStringLiteral("Write the wheel here (default: standard output)."), QStringLiteral("FILE"));
-    const QCommandLineOption quiet(QStringLiteral("quiet"), QStringLiteral("No progress lines."));
-    const QCommandLineOption family(QStringLiteral("family"),
-                                    QStringLiteral("Work on the menus' tables of a family: basic, super, banker, six or all."),
-                                    QStringLiteral("F"));
-    const QCommandLineOption table(QStringLiteral("table"), QStringLiteral("The one table of the family (default: all)."),
-                                   QStringLiteral("NAME"));
-    const QCommandLineOption data(QStringLiteral("data"), QStringLiteral("The tables' folder (default data/wheels)."),
-                                  QStringLiteral("DIR"), QStringLiteral("data/wheels"));
-    const QCommandLineOption report(QStringLiteral("report"),
-                                    QStringLiteral("With --family: list the tables as a Markdown table, searching nothing."));
-    parser.addOptions({seed, threads, target, moves, seconds, start, out, quiet, family, table, data, report});
-    parser.process(app);
+    QCommandLineOption seed{QStringLiteral("seed"), QStringLiteral("First random seed (default 1)."), QStringLiteral("S"), QStringLiteral("1")};
+    QCommandLineOption threads{QStringLiteral("threads"), QStringLiteral("Independent searches (default 2)."), QStringLiteral("T"), QStringLiteral("2")};
+    QCommandLineOption target{QStringLiteral("target"), QStringLiteral("Stop at this many tickets."), QStringLiteral("SIZE"), QStringLiteral("0")};
+    QCommandLineOption moves{QStringLiteral("moves"), QStringLiteral("Moves per search (default 2000000)."), QStringLiteral("M"), QStringLiteral("2000000")};
+    QCommandLineOption seconds{QStringLiteral("seconds"), QStringLiteral("Stop after this long."), QStringLiteral("S"), QStringLiteral("0")};
+    QCommandLineOption start{QStringLiteral("start"), QStringLiteral("A valid wheel to improve."), QStringLiteral("FILE")};
+    QCommandLineOption out{QStringLiteral("out"), QStringLiteral("Write the wheel here (default: standard output)."), QStringLiteral("FILE")};
+    QCommandLineOption quiet{QStringLiteral("quiet"), QStringLiteral("No progress lines.")};
+    QCommandLineOption family{QStringLiteral("family"),
+                              QStringLiteral("Work on the menus' tables of a family: basic, super, banker, six or all."),
+                              QStringLiteral("F")};
+    QCommandLineOption table{QStringLiteral("table"), QStringLiteral("The one table of the family (default: all)."),
+                             QStringLiteral("NAME")};
+    QCommandLineOption data{QStringLiteral("data"), QStringLiteral("The tables' folder (default data/wheels)."),
+                            QStringLiteral("DIR"), QStringLiteral("data/wheels")};
+    QCommandLineOption report{QStringLiteral("report"),
+                              QStringLiteral("With --family: list the tables as a Markdown table, searching nothing.")};
 
-    bool ok = true;
-    const auto number = [&](const QCommandLineOption& o) {
-        bool good = false;
-        const double v = parser.value(o).toDouble(&good);
-        if (!good || v < 0) ok = false;
-        return v;
-    };
-    wheels::SearchOptions options;
-    options.seed = static_cast<uint64_t>(number(seed));
-    options.threads = static_cast<int>(number(threads));
-    options.targetTickets = static_cast<size_t>(number(target));
-    options.movesPerThread = static_cast<uint64_t>(number(moves));
-    options.seconds = number(seconds);
-    if (!ok) return fail(QStringLiteral("--seed, --threads, --target, --moves and --seconds take numbers of 0 or more"));
-    options.cancel = &g_cancel;
-    std::signal(SIGINT, onInterrupt);
-
-    if (parser.isSet(family)) {
-        const QString word = parser.value(family);
-        const std::optional<wheels::Family> only = familyOf(word);
-        if (!only && word != QLatin1String("all")) return fail(QStringLiteral("no family \"%1\"").arg(word));
-        options.progress = {};
-        int status = 0, matched = 0;
-        if (parser.isSet(report))
-            std::printf("| family | table | picks | bankers | promise | design | tickets | best known | ratio |\n"
-                        "|---|---|---|---|---|---|---|---|---|\n");
-        for (const wheels::WheelTable& t : wheels::catalogue()) {
-            if (g_cancel) break;
-            if ((only && t.family != *only) || (parser.isSet(table) && t.name != parser.value(table))) continue;
-            ++matched;
-            if (parser.isSet(report))
-                reportTable(t, parser.value(data));
-            else
-                status = std::max(status, improveTable(t, parser.value(data), options));
-        }
-        if (matched == 0) return fail(QStringLiteral("no table \"%1\" in that family").arg(parser.value(table)));
-        return status;
+    ToolLine() {
+        parser.setApplicationDescription(QStringLiteral(
+            "Searches a wheel of K-position tickets over positions 1..N such that whichever P positions "
+            "are drawn, some ticket holds at least T of them (P = T: every T positions lie in a ticket)."));
+        parser.addHelpOption();
+        parser.addPositionalArgument(QStringLiteral("N K P T"), QStringLiteral("The positions, the ticket size, the guarantee."));
+        parser.addOptions({seed, threads, target, moves, seconds, start, out, quiet, family, table, data, report});
     }
 
-    const QStringList args = parser.positionalArguments();
+    // The search's budget and seeds; nothing when one is not a number of 0 or more.
+    std::optional<wheels::SearchOptions> searchOptions() const {
+        bool ok = true;
+        const auto number = [&](const QCommandLineOption& o) {
+            bool good = false;
+            const double v = parser.value(o).toDouble(&good);
+            if (!good || v < 0) ok = false;
+            return v;
+        };
+        wheels::SearchOptions options;
+        options.seed = static_cast<uint64_t>(number(seed));
+        options.threads = static_cast<int>(number(threads));
+        options.targetTickets = static_cast<size_t>(number(target));
+        options.movesPerThread = static_cast<uint64_t>(number(moves));
+        options.seconds = number(seconds);
+        options.cancel = &g_cancel;
+        return ok ? std::optional(options) : std::nullopt;
+    }
+};
+
+// --family: makes, improves or lists the menus' tables.
+int runCatalogue(const ToolLine& line, wheels::SearchOptions options) {
+    const QString word = line.parser.value(line.family);
+    const std::optional<wheels::Family> only = familyOf(word);
+    if (!only && word != QLatin1String("all")) return fail(QStringLiteral("no family \"%1\"").arg(word));
+    const bool listing = line.parser.isSet(line.report);
+    const QString dataDir = line.parser.value(line.data);
+    int status = 0, matched = 0;
+    if (listing)
+        std::printf("| family | table | picks | bankers | promise | design | tickets | best known | ratio |\n"
+                    "|---|---|---|---|---|---|---|---|---|\n");
+    for (const wheels::WheelTable& t : wheels::catalogue()) {
+        if (g_cancel) break;
+        if ((only && t.family != *only) || (line.parser.isSet(line.table) && t.name != line.parser.value(line.table)))
+            continue;
+        ++matched;
+        if (listing)
+            reportTable(t, dataDir);
+        else
+            status = std::max(status, improveTable(t, dataDir, options));
+    }
+    if (matched == 0) return fail(QStringLiteral("no table \"%1\" in that family").arg(line.parser.value(line.table)));
+    return status;
+}
+
+// N K P T: one wheel, from scratch or from --start, to --out or standard output.
+int runDesign(const ToolLine& line, wheels::SearchOptions options) {
+    const QStringList args = line.parser.positionalArguments();
     if (args.size() != 4) return fail(QStringLiteral("give N K P T, e.g. 12 5 4 3"));
-    wheels::Guarantee g{args[0].toInt(), args[1].toInt(), args[2].toInt(), args[3].toInt()};
+    const wheels::Guarantee g{args[0].toInt(), args[1].toInt(), args[2].toInt(), args[3].toInt()};
     if (!g.valid()) return fail(QStringLiteral("no such guarantee: %1").arg(args.join(QLatin1Char(' '))));
 
     std::vector<wheels::Block> begin;
-    if (parser.isSet(start)) {
-        const wheels::ReadResult read = wheels::readFile(parser.value(start), g);
+    if (line.parser.isSet(line.start)) {
+        const QString file = line.parser.value(line.start);
+        const wheels::ReadResult read = wheels::readFile(file, g);
         if (!read.error.isEmpty()) return fail(read.error);
-        const wheels::CheckResult c = wheels::check({g, read.blocks});
-        if (!c.holds) return fail(QStringLiteral("%1 does not keep %2").arg(parser.value(start), g.name()));
+        if (!wheels::check({g, read.blocks}).holds) return fail(QStringLiteral("%1 does not keep %2").arg(file, g.name()));
         begin = read.blocks;
     }
 
     QElapsedTimer clock;
     clock.start();
     qint64 lastReport = -1000;
-    if (!parser.isSet(quiet))
+    if (!line.parser.isSet(line.quiet))
         options.progress = [&](const wheels::SearchProgress& p) {
             if (clock.elapsed() - lastReport < 1000) return;
             lastReport = clock.elapsed();
@@ -183,16 +191,26 @@ int main(int argc, char** argv) {
                          static_cast<unsigned long long>(p.moves));
         };
     const wheels::SearchResult r = wheels::search(g, options, begin);
-
-    const wheels::CheckResult c = wheels::check({g, r.blocks});
-    if (r.blocks.empty() || !c.holds) return fail(QStringLiteral("no valid wheel found for %1").arg(g.name()));
+    if (r.blocks.empty() || !wheels::check({g, r.blocks}).holds)
+        return fail(QStringLiteral("no valid wheel found for %1").arg(g.name()));
     std::fprintf(stderr, "%s: %zu tickets after %llu moves in %.1f s%s\n", qPrintable(g.name()), r.blocks.size(),
                  static_cast<unsigned long long>(r.moves), clock.elapsed() / 1000.0, r.cancelled ? " (stopped)" : "");
-    if (parser.isSet(out)) {
-        const QString error = wheels::writeFile(parser.value(out), r.blocks);
-        if (!error.isEmpty()) return fail(error);
-    } else {
+    if (!line.parser.isSet(line.out)) {
         std::fputs(wheels::toText(r.blocks).toUtf8().constData(), stdout);
+        return 0;
     }
-    return 0;
+    const QString error = wheels::writeFile(line.parser.value(line.out), r.blocks);
+    return error.isEmpty() ? 0 : fail(error);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    QCoreApplication app(argc, argv);
+    ToolLine line;
+    line.parser.process(app);
+    const std::optional<wheels::SearchOptions> options = line.searchOptions();
+    if (!options) return fail(QStringLiteral("--seed, --threads, --target, --moves and --seconds take numbers of 0 or more"));
+    std::signal(SIGINT, onInterrupt);
+    return line.parser.isSet(line.family) ? runCatalogue(line, *options) : runDesign(line, *options);
 }

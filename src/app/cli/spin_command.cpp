@@ -1,6 +1,8 @@
 #include "app/cli/spin_command.h"
 
+#include "app/cli/board_marks.h"
 #include "app/cli/cli_context.h"
+#include "picking/board_store.h"
 #include "picking/spin_simulator.h"
 #include "workspace/session.h"
 
@@ -25,14 +27,6 @@ int32_t thresholdFor(const Args& args, Session& s) {
             return SpinSimulator::thresholdForItem(it);
     return SpinSimulator::thresholdForStored(
         s.settings().readInt(setting_keys::StabilityAtLoad, s.workspaceName()));
-}
-
-bool mark(NumberBoard& board, Zone z, const QList<int>& nums) {
-    for (int n : nums) {
-        if (n < 1 || n > board.zone(z).size()) return false;
-        board.leftClick(z, n);
-    }
-    return true;
 }
 
 QString twoDigits(int n) { return QStringLiteral("%1").arg(n, 2, 10, QLatin1Char('0')); }
@@ -71,7 +65,7 @@ SpinCommand::SpinCommand()
                                     "tickets (fig1..fig7). Gives up after 20000000 rounds.")) {
     setAccess(Access::Reads);
     const ValueKind list = ValueKind::numbers();
-    option(QStringLiteral("front"), QStringLiteral("LIST"), QStringLiteral("Picked front numbers, as 1,5,12."),
+    option(QStringLiteral("front"), QStringLiteral("LIST"), QStringLiteral("Picked front numbers, as 1,5,12 (default: the picks the board keeps)."),
            list);
     option(QStringLiteral("back"), QStringLiteral("LIST"), QStringLiteral("Picked back numbers."), list);
     option(QStringLiteral("front-count"), QStringLiteral("K"),
@@ -105,8 +99,11 @@ QString SpinCommand::check(const Args& args) const {
 int SpinCommand::run(CliContext& ctx, Session& s, const Args& args) const {
     BoardState& state = s.board();
     NumberBoard board(state, static_cast<int16_t>(s.frontSize()), static_cast<int16_t>(s.backSize()));
-    if (!mark(board, Zone::Front, args.numbers(QStringLiteral("front"))) ||
-        !mark(board, Zone::Back, args.numbers(QStringLiteral("back"))))
+    // Without numbers given, the spin runs on the picks the board keeps between calls.
+    if (!args.has(QStringLiteral("front")) && !args.has(QStringLiteral("back")))
+        board_store::load(s.settings(), s.workspaceName(), board);
+    if (!markOnBoard(board, Zone::Front, args.numbers(QStringLiteral("front")), false) ||
+        !markOnBoard(board, Zone::Back, args.numbers(QStringLiteral("back")), false))
         return ctx.fail(QStringLiteral("a number lies outside the zone (front 1..%1, back 1..%2)")
                             .arg(s.frontSize())
                             .arg(s.backSize()));
