@@ -5,6 +5,10 @@
 //
 //     test_names_doc --write     rewrites docs/names.md
 #include "analysis/ui/analysis_views.h"
+#include "picking/saved_selections.h"
+#include "picking/ui/frequency_scope_dialog.h"
+#include "picking/ui/saved_selections_dialog.h"
+#include "picking/ui/selection_template_window.h"
 #include "analysis/ui/trend_menus.h"
 #include "analysis/ui/trend_window.h"
 #include "app/ui/main_menu.h"
@@ -327,6 +331,7 @@ std::map<QString, Row> controlsOf(const QWidget* window, const QStringList& fold
 
 struct Windows {
     MainWindowFixture fixture;
+    std::unique_ptr<SavedSelections> saved;  // what the saved selections' list shows
     std::vector<std::pair<QString, std::unique_ptr<QWidget>>> windows;  // heading, window
     // The views the trend windows' menus open, one of each given name; their trend window owns them.
     QList<std::pair<QString, const QWidget*>> views;
@@ -359,6 +364,12 @@ struct Windows {
         windows.emplace_back(QStringLiteral("FortuneWindow"),
                              std::make_unique<FortuneWindow>(s.settings(), fixture.prompter, QDate(2026, 1, 1)));
         windows.emplace_back(QStringLiteral("TextPrintWindow"), std::make_unique<TextPrintWindow>(QString()));
+        saved = std::make_unique<SavedSelections>(s.savedPicksDb());
+        windows.emplace_back(QStringLiteral("FrequencyScopeDialog"), std::make_unique<FrequencyScopeDialog>(s.history()));
+        windows.emplace_back(QStringLiteral("SavedSelectionsDialog"),
+                             std::make_unique<SavedSelectionsDialog>(*saved, fixture.prompter));
+        windows.emplace_back(QStringLiteral("SelectionTemplateWindow"),
+                             SelectionTemplateWindow::open(main->picking(), nullptr, [] {}));
         main->openTrend(TrendMember::BothZones);
         openViews(main);
     }
@@ -411,6 +422,9 @@ QStringList foldersOf(const QString& heading) {
         {QStringLiteral("FortuneWindow"),
          {QStringLiteral("src/tools/ui/fortune_window"), QStringLiteral("src/tools/ui/fortune_strip")}},
         {QStringLiteral("TextPrintWindow"), {QStringLiteral("src/tools/ui/text_print_window")}},
+        {QStringLiteral("FrequencyScopeDialog"), {QStringLiteral("src/picking/ui/frequency_scope_dialog")}},
+        {QStringLiteral("SavedSelectionsDialog"), {QStringLiteral("src/picking/ui/saved_selections_dialog")}},
+        {QStringLiteral("SelectionTemplateWindow"), {QStringLiteral("src/picking/ui/selection_template_window")}},
         {QStringLiteral("TrendWindow"), {QStringLiteral("src/analysis/ui/trend_")}}};
     const auto i = folders.find(heading);
     if (i != folders.end()) return i->second;

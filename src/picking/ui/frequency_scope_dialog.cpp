@@ -35,12 +35,14 @@ FrequencyScopeDialog::FrequencyScopeDialog(const DrawHistory& history, QWidget* 
     auto* grid = new QGridLayout(frame);
     const char* captions[3] = {"所有期数检索", "指定区间检索", "指定期数检索"};
     for (int i = 0; i < 3; ++i) {
-        m_options[static_cast<size_t>(i)] = new QRadioButton(QString::fromUtf8(captions[i]), frame);
-        m_options[static_cast<size_t>(i)]->setObjectName(QStringLiteral("Option1(%1)").arg(i));
-        grid->addWidget(m_options[static_cast<size_t>(i)], i, 0);
-        m_boxes[static_cast<size_t>(i)] = new QLineEdit(frame);
-        m_boxes[static_cast<size_t>(i)]->setObjectName(QStringLiteral("Text1(%1)").arg(i));
-        m_boxes[static_cast<size_t>(i)]->setFixedWidth(80);
+        auto* option = new QRadioButton(QString::fromUtf8(captions[i]), frame);
+        option->setObjectName(QStringLiteral("Option1(%1)").arg(i));
+        grid->addWidget(option, i, 0);
+        auto* box = new QLineEdit(frame);
+        box->setObjectName(QStringLiteral("Text1(%1)").arg(i));
+        box->setFixedWidth(80);
+        m_options[static_cast<size_t>(i)] = option;
+        m_boxes[static_cast<size_t>(i)] = box;
     }
     m_options[0]->setChecked(true);
     if (history.drawCount() > 0) {
