@@ -13,8 +13,8 @@
 #include <QElapsedTimer>
 
 #include <csignal>
-#include <optional>
 #include <cstdio>
+#include <optional>
 
 namespace {
 
@@ -28,29 +28,33 @@ int fail(const QString& message) {
 }
 
 std::optional<wheels::Family> familyOf(const QString& word) {
-    for (wheels::Family f : {wheels::Family::Basic, wheels::Family::Super, wheels::Family::Banker, wheels::Family::Six})
+    for (wheels::Family f :
+         {wheels::Family::Basic, wheels::Family::Super, wheels::Family::Banker, wheels::Family::Six})
         if (wheels::familyWord(f) == word) return f;
     return std::nullopt;
 }
 
 // The table's line of the wheel list in docs/: its size against the best known.
 void reportTable(const wheels::WheelTable& table, const QString& dataDir) {
-    const QString file = QDir(dataDir).filePath(wheels::familyWord(table.family) + QLatin1Char('/') + table.name +
-                                                QStringLiteral(".txt"));
+    const QString file = QDir(dataDir).filePath(wheels::familyWord(table.family) + QLatin1Char('/') +
+                                                table.name + QStringLiteral(".txt"));
     const wheels::Guarantee& g = table.design;
     size_t tickets = 0;
     if (table.single() || table.full())
         tickets = wheels::builtDesign(table).size();
     else if (QFile::exists(file))
         tickets = wheels::readFile(file, g).blocks.size();
-    const QString ratio = table.bestKnown && tickets ? QString::number(double(tickets) / table.bestKnown, 'f', 3)
-                                                     : QStringLiteral("-");
-    std::printf("| %s | %s | %d | %d | 中%d保%d | %s | %zu | %s | %s |\n", qPrintable(wheels::familyWord(table.family)),
-                qPrintable(table.name), table.picks, table.bankers, table.drawn, table.held,
+    const QString ratio = table.bestKnown && tickets
+                              ? QString::number(double(tickets) / table.bestKnown, 'f', 3)
+                              : QStringLiteral("-");
+    std::printf("| %s | %s | %d | %d | 中%d保%d | %s | %zu | %s | %s |\n",
+                qPrintable(wheels::familyWord(table.family)), qPrintable(table.name), table.picks,
+                table.bankers, table.drawn, table.held,
                 qPrintable(table.single() ? QStringLiteral("one ticket")
                            : table.full() ? QStringLiteral("every ticket")
                                           : g.name()),
-                tickets, table.bestKnown ? qPrintable(QString::number(table.bestKnown)) : "-", qPrintable(ratio));
+                tickets, table.bestKnown ? qPrintable(QString::number(table.bestKnown)) : "-",
+                qPrintable(ratio));
 }
 
 // Makes or improves one table's file; 0 when the file holds a valid wheel afterwards.
@@ -69,10 +73,12 @@ int improveTable(const wheels::WheelTable& table, const QString& dataDir, wheels
     if (table.single() || table.full()) {
         found = wheels::builtDesign(table);
     } else if (kept.empty() || kept.size() > static_cast<size_t>(table.bestKnown)) {
-        if (!kept.empty() && !wheels::check({g, kept}).holds) return fail(file + QStringLiteral(" does not keep its promise"));
+        if (!kept.empty() && !wheels::check({g, kept}).holds)
+            return fail(file + QStringLiteral(" does not keep its promise"));
         options.targetTickets = static_cast<size_t>(table.bestKnown);
         found = wheels::search(g, options, kept).blocks;
-        if (!found.empty() && !wheels::check({g, found}).holds) return fail(QStringLiteral("the search gave a wheel that fails"));
+        if (!found.empty() && !wheels::check({g, found}).holds)
+            return fail(QStringLiteral("the search gave a wheel that fails"));
     }
     const bool better = !found.empty() && (kept.empty() || found.size() < kept.size());
     if (better) {
@@ -80,10 +86,12 @@ int improveTable(const wheels::WheelTable& table, const QString& dataDir, wheels
         if (!error.isEmpty()) return fail(error);
         kept = found;
     }
-    if (kept.empty()) return fail(QStringLiteral("no wheel for %1 %2").arg(wheels::familyWord(table.family), table.name));
-    std::printf("%-7s %-7s %-16s %5zu tickets, best known %5d, ratio %.3f%s\n", qPrintable(wheels::familyWord(table.family)),
-                qPrintable(table.name), qPrintable(g.name()), kept.size(), table.bestKnown,
-                table.bestKnown ? double(kept.size()) / table.bestKnown : 0.0, better ? "  (new)" : "");
+    if (kept.empty())
+        return fail(QStringLiteral("no wheel for %1 %2").arg(wheels::familyWord(table.family), table.name));
+    std::printf("%-7s %-7s %-16s %5zu tickets, best known %5d, ratio %.3f%s\n",
+                qPrintable(wheels::familyWord(table.family)), qPrintable(table.name), qPrintable(g.name()),
+                kept.size(), table.bestKnown, table.bestKnown ? double(kept.size()) / table.bestKnown : 0.0,
+                better ? "  (new)" : "");
     std::fflush(stdout);
     return 0;
 }
@@ -91,31 +99,45 @@ int improveTable(const wheels::WheelTable& table, const QString& dataDir, wheels
 // The tool's command line.
 struct ToolLine {
     QCommandLineParser parser;
-    QCommandLineOption seed{QStringLiteral("seed"), QStringLiteral("First random seed (default 1)."), QStringLiteral("S"), QStringLiteral("1")};
-    QCommandLineOption threads{QStringLiteral("threads"), QStringLiteral("Independent searches (default 2)."), QStringLiteral("T"), QStringLiteral("2")};
-    QCommandLineOption target{QStringLiteral("target"), QStringLiteral("Stop at this many tickets."), QStringLiteral("SIZE"), QStringLiteral("0")};
-    QCommandLineOption moves{QStringLiteral("moves"), QStringLiteral("Moves per search (default 2000000)."), QStringLiteral("M"), QStringLiteral("2000000")};
-    QCommandLineOption seconds{QStringLiteral("seconds"), QStringLiteral("Stop after this long."), QStringLiteral("S"), QStringLiteral("0")};
-    QCommandLineOption start{QStringLiteral("start"), QStringLiteral("A valid wheel to improve."), QStringLiteral("FILE")};
-    QCommandLineOption out{QStringLiteral("out"), QStringLiteral("Write the wheel here (default: standard output)."), QStringLiteral("FILE")};
+    QCommandLineOption seed{QStringLiteral("seed"), QStringLiteral("First random seed (default 1)."),
+                            QStringLiteral("S"), QStringLiteral("1")};
+    QCommandLineOption threads{QStringLiteral("threads"), QStringLiteral("Independent searches (default 2)."),
+                               QStringLiteral("T"), QStringLiteral("2")};
+    QCommandLineOption target{QStringLiteral("target"), QStringLiteral("Stop at this many tickets."),
+                              QStringLiteral("SIZE"), QStringLiteral("0")};
+    QCommandLineOption moves{QStringLiteral("moves"), QStringLiteral("Moves per search (default 2000000)."),
+                             QStringLiteral("M"), QStringLiteral("2000000")};
+    QCommandLineOption seconds{QStringLiteral("seconds"), QStringLiteral("Stop after this long."),
+                               QStringLiteral("S"), QStringLiteral("0")};
+    QCommandLineOption start{QStringLiteral("start"), QStringLiteral("A valid wheel to improve."),
+                             QStringLiteral("FILE")};
+    QCommandLineOption out{QStringLiteral("out"),
+                           QStringLiteral("Write the wheel here (default: standard output)."),
+                           QStringLiteral("FILE")};
     QCommandLineOption quiet{QStringLiteral("quiet"), QStringLiteral("No progress lines.")};
-    QCommandLineOption family{QStringLiteral("family"),
-                              QStringLiteral("Work on the menus' tables of a family: basic, super, banker, six or all."),
-                              QStringLiteral("F")};
-    QCommandLineOption table{QStringLiteral("table"), QStringLiteral("The one table of the family (default: all)."),
+    QCommandLineOption family{
+        QStringLiteral("family"),
+        QStringLiteral("Work on the menus' tables of a family: basic, super, banker, six or all."),
+        QStringLiteral("F")};
+    QCommandLineOption table{QStringLiteral("table"),
+                             QStringLiteral("The one table of the family (default: all)."),
                              QStringLiteral("NAME")};
-    QCommandLineOption data{QStringLiteral("data"), QStringLiteral("The tables' folder (default data/wheels)."),
+    QCommandLineOption data{QStringLiteral("data"),
+                            QStringLiteral("The tables' folder (default data/wheels)."),
                             QStringLiteral("DIR"), QStringLiteral("data/wheels")};
-    QCommandLineOption report{QStringLiteral("report"),
-                              QStringLiteral("With --family: list the tables as a Markdown table, searching nothing.")};
+    QCommandLineOption report{
+        QStringLiteral("report"),
+        QStringLiteral("With --family: list the tables as a Markdown table, searching nothing.")};
 
     ToolLine() {
         parser.setApplicationDescription(QStringLiteral(
             "Searches a wheel of K-position tickets over positions 1..N such that whichever P positions "
             "are drawn, some ticket holds at least T of them (P = T: every T positions lie in a ticket)."));
         parser.addHelpOption();
-        parser.addPositionalArgument(QStringLiteral("N K P T"), QStringLiteral("The positions, the ticket size, the guarantee."));
-        parser.addOptions({seed, threads, target, moves, seconds, start, out, quiet, family, table, data, report});
+        parser.addPositionalArgument(QStringLiteral("N K P T"),
+                                     QStringLiteral("The positions, the ticket size, the guarantee."));
+        parser.addOptions(
+            {seed, threads, target, moves, seconds, start, out, quiet, family, table, data, report});
     }
 
     // The search's budget and seeds; nothing when one is not a number of 0 or more.
@@ -147,11 +169,13 @@ int runCatalogue(const ToolLine& line, wheels::SearchOptions options) {
     const QString dataDir = line.parser.value(line.data);
     int status = 0, matched = 0;
     if (listing)
-        std::printf("| family | table | picks | bankers | promise | design | tickets | best known | ratio |\n"
-                    "|---|---|---|---|---|---|---|---|---|\n");
+        std::printf(
+            "| family | table | picks | bankers | promise | design | tickets | best known | ratio |\n"
+            "|---|---|---|---|---|---|---|---|---|\n");
     for (const wheels::WheelTable& t : wheels::catalogue()) {
         if (g_cancel) break;
-        if ((only && t.family != *only) || (line.parser.isSet(line.table) && t.name != line.parser.value(line.table)))
+        if ((only && t.family != *only) ||
+            (line.parser.isSet(line.table) && t.name != line.parser.value(line.table)))
             continue;
         ++matched;
         if (listing)
@@ -159,7 +183,8 @@ int runCatalogue(const ToolLine& line, wheels::SearchOptions options) {
         else
             status = std::max(status, improveTable(t, dataDir, options));
     }
-    if (matched == 0) return fail(QStringLiteral("no table \"%1\" in that family").arg(line.parser.value(line.table)));
+    if (matched == 0)
+        return fail(QStringLiteral("no table \"%1\" in that family").arg(line.parser.value(line.table)));
     return status;
 }
 
@@ -175,7 +200,8 @@ int runDesign(const ToolLine& line, wheels::SearchOptions options) {
         const QString file = line.parser.value(line.start);
         const wheels::ReadResult read = wheels::readFile(file, g);
         if (!read.error.isEmpty()) return fail(read.error);
-        if (!wheels::check({g, read.blocks}).holds) return fail(QStringLiteral("%1 does not keep %2").arg(file, g.name()));
+        if (!wheels::check({g, read.blocks}).holds)
+            return fail(QStringLiteral("%1 does not keep %2").arg(file, g.name()));
         begin = read.blocks;
     }
 
@@ -193,8 +219,9 @@ int runDesign(const ToolLine& line, wheels::SearchOptions options) {
     const wheels::SearchResult r = wheels::search(g, options, begin);
     if (r.blocks.empty() || !wheels::check({g, r.blocks}).holds)
         return fail(QStringLiteral("no valid wheel found for %1").arg(g.name()));
-    std::fprintf(stderr, "%s: %zu tickets after %llu moves in %.1f s%s\n", qPrintable(g.name()), r.blocks.size(),
-                 static_cast<unsigned long long>(r.moves), clock.elapsed() / 1000.0, r.cancelled ? " (stopped)" : "");
+    std::fprintf(stderr, "%s: %zu tickets after %llu moves in %.1f s%s\n", qPrintable(g.name()),
+                 r.blocks.size(), static_cast<unsigned long long>(r.moves), clock.elapsed() / 1000.0,
+                 r.cancelled ? " (stopped)" : "");
     if (!line.parser.isSet(line.out)) {
         std::fputs(wheels::toText(r.blocks).toUtf8().constData(), stdout);
         return 0;
@@ -210,7 +237,9 @@ int main(int argc, char** argv) {
     ToolLine line;
     line.parser.process(app);
     const std::optional<wheels::SearchOptions> options = line.searchOptions();
-    if (!options) return fail(QStringLiteral("--seed, --threads, --target, --moves and --seconds take numbers of 0 or more"));
+    if (!options)
+        return fail(
+            QStringLiteral("--seed, --threads, --target, --moves and --seconds take numbers of 0 or more"));
     std::signal(SIGINT, onInterrupt);
     return line.parser.isSet(line.family) ? runCatalogue(line, *options) : runDesign(line, *options);
 }

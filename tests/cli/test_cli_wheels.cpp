@@ -2,8 +2,8 @@
 
 #include <QFile>
 
-#include <algorithm>
 #include <QTemporaryDir>
+#include <algorithm>
 
 using CliWheels = CliTest;
 
@@ -21,7 +21,9 @@ TEST_F(CliWheels, ListsAndShowsTheTablesOfTheMenus) {
     const QStringList rows = one({"wheel", "show", "--family", "banker", "--table", "2D1055"}).split('\n');
     ASSERT_EQ(rows.size(), 56);
     for (const QString& row : rows) EXPECT_TRUE(row.startsWith(QStringLiteral("1 2 "))) << row.toStdString();
-    EXPECT_EQ(one({"wheel", "show", "--family", "six", "--table", "56744"}).split('\n').first().split(' ').size(), 6);
+    EXPECT_EQ(
+        one({"wheel", "show", "--family", "six", "--table", "56744"}).split('\n').first().split(' ').size(),
+        6);
 
     const CliRun missing = cli.run({"wheel", "show", "--family", "basic", "--table", "8"});
     EXPECT_EQ(missing.exitCode, 1);
@@ -59,7 +61,8 @@ protected:
     void SetUp() override { ASSERT_EQ(one({"workspace", "create", "w1"}), QStringLiteral("1")); }
     QStringList shownRows() { return one({"candidates", "show", "--table", "zuheRote"}).split('\n').mid(1); }
     int tableRows(const char* family, const char* table) {
-        return static_cast<int>(one({"wheel", "show", "--family", family, "--table", table}).split('\n').size());
+        return static_cast<int>(
+            one({"wheel", "show", "--family", family, "--table", table}).split('\n').size());
     }
 };
 
@@ -72,7 +75,8 @@ TEST_F(CliWheelExpand, SuperWheelRowsTakeEveryBackPair) {
     EXPECT_EQ(count.toInt(), rows * 3);
     const QStringList shown = shownRows();
     ASSERT_GE(shown.size(), 6);
-    const QStringList first = one({"wheel", "show", "--family", "super", "--table", "1243"}).split('\n')[0].split(' ');
+    const QStringList first =
+        one({"wheel", "show", "--family", "super", "--table", "1243"}).split('\n')[0].split(' ');
     QStringList numbers;
     const int picks[] = {3, 6, 9, 12, 15, 18, 21, 24, 27, 30, 33, 35};
     for (const QString& p : first) numbers << QString::number(picks[p.toInt() - 1]);
@@ -87,8 +91,8 @@ TEST_F(CliWheelExpand, SuperWheelRowsTakeEveryBackPair) {
 }
 
 TEST_F(CliWheelExpand, BankerWheelsHoldTheBankersAndSixNumberWheelsAreListed) {
-    EXPECT_EQ(one({"wheel", "expand", "--family", "banker", "--guarantee", "55", "--bankers", "20,4", "--front",
-                   "1,3,5,7,9,11,13,15", "--back", "1,2"}),
+    EXPECT_EQ(one({"wheel", "expand", "--family", "banker", "--guarantee", "55", "--bankers", "20,4",
+                   "--front", "1,3,5,7,9,11,13,15", "--back", "1,2"}),
               QStringLiteral("56"));
     for (const QString& row : shownRows()) {
         const QStringList f = row.split('\t').mid(1, 5);
@@ -109,14 +113,24 @@ TEST_F(CliWheelExpand, BankerWheelsHoldTheBankersAndSixNumberWheelsAreListed) {
 
 TEST_F(CliWheelExpand, RefusesWhatTheMenusWouldNotOffer) {
     // Eight picks: below the basic wheels.
-    const CliRun eight = cli.run({"wheel", "expand", "--family", "basic", "--front", "1,2,3,4,5,6,7,8", "--back", "1,2"});
+    const CliRun eight =
+        cli.run({"wheel", "expand", "--family", "basic", "--front", "1,2,3,4,5,6,7,8", "--back", "1,2"});
     EXPECT_EQ(eight.exitCode, 1);
     EXPECT_TRUE(eight.err.contains(QStringLiteral("no basic wheel \"8\""))) << eight.err.toStdString();
-    EXPECT_EQ(cli.run({"wheel", "expand", "--family", "basic", "--guarantee", "44", "--front", "1,2,3,4,5,6,7,8,9",
-                       "--back", "1,2"})
+    EXPECT_EQ(cli.run({"wheel", "expand", "--family", "basic", "--guarantee", "44", "--front",
+                       "1,2,3,4,5,6,7,8,9", "--back", "1,2"})
                   .exitCode,
               1);
-    EXPECT_EQ(cli.run({"wheel", "expand", "--family", "banker", "--front", "1,2,3,4,5,6,7,8,9", "--back", "1,2"}).exitCode, 2);
-    EXPECT_EQ(cli.run({"wheel", "expand", "--family", "super", "--bankers", "1", "--front", "2,3", "--back", "1,2"}).exitCode, 2);
-    EXPECT_EQ(cli.run({"wheel", "expand", "--family", "basic", "--front", "1,2,3,4,5,6,7,8,40", "--back", "1,2"}).exitCode, 1);
+    EXPECT_EQ(
+        cli.run({"wheel", "expand", "--family", "banker", "--front", "1,2,3,4,5,6,7,8,9", "--back", "1,2"})
+            .exitCode,
+        2);
+    EXPECT_EQ(
+        cli.run({"wheel", "expand", "--family", "super", "--bankers", "1", "--front", "2,3", "--back", "1,2"})
+            .exitCode,
+        2);
+    EXPECT_EQ(
+        cli.run({"wheel", "expand", "--family", "basic", "--front", "1,2,3,4,5,6,7,8,40", "--back", "1,2"})
+            .exitCode,
+        1);
 }

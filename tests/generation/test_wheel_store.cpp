@@ -34,7 +34,8 @@ TEST(WheelStore, EveryBundledWheelKeepsItsPromise) {
             EXPECT_EQ(design.size(), 1u);
             continue;
         }
-        EXPECT_TRUE(check({t.design, design}).holds) << familyWord(t.family).toStdString() << " " << t.name.toStdString();
+        EXPECT_TRUE(check({t.design, design}).holds)
+            << familyWord(t.family).toStdString() << " " << t.name.toStdString();
         EXPECT_LE(design.size(), static_cast<size_t>(t.family == Family::Six ? kMostRows6 : kMostRows5));
     }
     EXPECT_GT(bundled, 0);
@@ -56,11 +57,14 @@ TEST(WheelStore, DatabasesAreMadeOnceAndRemadeWhenDamaged) {
     EXPECT_EQ(*rows, tableRows(*twelve, wheel_store::bundledDesign(*twelve)));
     EXPECT_EQ(wheel_store::rowCount(basic, QStringLiteral("12")), static_cast<int>(rows->size()));
     EXPECT_FALSE(wheel_store::readTable(basic, QStringLiteral("8")).has_value());
-    EXPECT_FALSE(wheel_store::rowCount(dir.filePath(QStringLiteral("none.db")), QStringLiteral("12")).has_value());
-    const auto banker = wheel_store::readTable(wheel_store::databasePath(dir.path(), Family::Banker), QStringLiteral("2D1055"));
+    EXPECT_FALSE(
+        wheel_store::rowCount(dir.filePath(QStringLiteral("none.db")), QStringLiteral("12")).has_value());
+    const auto banker = wheel_store::readTable(wheel_store::databasePath(dir.path(), Family::Banker),
+                                               QStringLiteral("2D1055"));
     ASSERT_TRUE(banker.has_value());
     EXPECT_EQ(banker->size(), 56u);
-    const auto six = wheel_store::readTable(wheel_store::databasePath(dir.path(), Family::Six), QStringLiteral("561044"));
+    const auto six =
+        wheel_store::readTable(wheel_store::databasePath(dir.path(), Family::Six), QStringLiteral("561044"));
     ASSERT_TRUE(six.has_value());
     EXPECT_EQ(six->front().size(), 6u);
 
@@ -92,7 +96,8 @@ TEST(WheelExpansion, EachRowTakesEveryPairOfTheBackPicks) {
     EXPECT_EQ(ticket(*t, 1), (std::vector<int>{2, 4, 6, 8, 10, 3, 11}));
     EXPECT_EQ(ticket(*t, 2), (std::vector<int>{2, 4, 6, 8, 10, 7, 11}));
     EXPECT_EQ(ticket(*t, 3), (std::vector<int>{4, 6, 8, 10, 12, 3, 7}));
-    EXPECT_EQ(ticket(*t, 299), (std::vector<int>{8, 10, 12, 14, 16, 7, 11}));  // row 100 is i = 99, 99 % 8 = 3
+    EXPECT_EQ(ticket(*t, 299),
+              (std::vector<int>{8, 10, 12, 14, 16, 7, 11}));  // row 100 is i = 99, 99 % 8 = 3
 
     // Two back picks give one pair; one gives none.
     in.backCount = 2;
@@ -129,8 +134,10 @@ TEST(WheelMenus, EntriesCountTheirTicketsOrStayDisabled) {
     ASSERT_EQ(super.size(), 6u);
     EXPECT_EQ(super[2].table, QStringLiteral("1243"));
     EXPECT_TRUE(super[2].enabled);
-    EXPECT_EQ(super[2].caption, QStringLiteral("12选 中4保3共计%1注(&R)").arg(rowsOf(Family::Super, "1243") * 3));
-    EXPECT_EQ(super[0].caption, QStringLiteral("12选 中2保2共计%1注(&W)").arg(rowsOf(Family::Super, "1222") * 3));
+    EXPECT_EQ(super[2].caption,
+              QStringLiteral("12选 中4保3共计%1注(&R)").arg(rowsOf(Family::Super, "1243") * 3));
+    EXPECT_EQ(super[0].caption,
+              QStringLiteral("12选 中2保2共计%1注(&W)").arg(rowsOf(Family::Super, "1222") * 3));
     for (const auto& e : wheel_menus::superEntries(dir.path(), 8, 3)) {
         EXPECT_FALSE(e.enabled);
         EXPECT_TRUE(e.caption.isEmpty());

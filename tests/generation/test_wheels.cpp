@@ -19,7 +19,8 @@ using namespace wheels;
 namespace {
 
 Wheel fixture(const char* file, Guarantee g) {
-    const ReadResult r = readFile(QStringLiteral(SHUANGQU_FIXTURES "/wheels/") + QString::fromLatin1(file), g);
+    const ReadResult r =
+        readFile(QStringLiteral(SHUANGQU_FIXTURES "/wheels/") + QString::fromLatin1(file), g);
     EXPECT_TRUE(r.error.isEmpty()) << r.error.toStdString();
     return {g, r.blocks};
 }
@@ -54,7 +55,8 @@ TEST(WheelSubsets, ColexRanksAreDenseInTheOrderOfTheWalk) {
 // The projective plane of order 4 covers every pair of 21 points with 21 lines; any line taken
 // away leaves the pairs on it uncovered.
 TEST(WheelCheck, KnownDesignsHoldAndFailWithoutTheirLastTicket) {
-    for (const auto& [file, g] : {std::pair{"C_21_5_2.txt", Guarantee{21, 5, 2, 2}}, {"C_20_5_2.txt", Guarantee{20, 5, 2, 2}}}) {
+    for (const auto& [file, g] :
+         {std::pair{"C_21_5_2.txt", Guarantee{21, 5, 2, 2}}, {"C_20_5_2.txt", Guarantee{20, 5, 2, 2}}}) {
         Wheel w = fixture(file, g);
         ASSERT_EQ(w.blocks.size(), 21u);
         EXPECT_TRUE(check(w).holds) << file;
@@ -71,14 +73,16 @@ TEST(WheelCheck, RefusesTicketsOfTheWrongSizeOrOutsideThePositions) {
     EXPECT_FALSE(check({g, {blockOf({1, 2, 3, 4})}}).error.isEmpty());
     EXPECT_FALSE(check({g, {blockOf({1, 2, 3, 4, 10})}}).error.isEmpty());
     EXPECT_EQ(fromText(QStringLiteral("1 2 3 4 4\n"), g).error.isEmpty(), false);
-    EXPECT_EQ(fromText(QStringLiteral("# a wheel\n\n1,2,3,4,5\n"), g).blocks, std::vector<Block>{blockOf({1, 2, 3, 4, 5})});
+    EXPECT_EQ(fromText(QStringLiteral("# a wheel\n\n1,2,3,4,5\n"), g).blocks,
+              std::vector<Block>{blockOf({1, 2, 3, 4, 5})});
 }
 
 // The search's counters must agree with the checker's definition after any mix of adds,
 // moves and removals, lotto and covering designs alike.
 TEST(WheelCoverState, CountersAgreeWithTheCheckerThroughRandomChanges) {
     std::mt19937 random(11);
-    for (const Guarantee g : {Guarantee{11, 5, 4, 3}, {10, 6, 6, 4}, {12, 5, 3, 3}, {9, 6, 7, 6}, {13, 5, 5, 3}}) {
+    for (const Guarantee g :
+         {Guarantee{11, 5, 4, 3}, {10, 6, 6, 4}, {12, 5, 3, 3}, {9, 6, 7, 6}, {13, 5, 5, 3}}) {
         CoverState state(g);
         for (int i = 0; i < 12; ++i) state.addBlock(randomBlock(random, g.n, g.k));
         for (int round = 0; round < 200; ++round) {
@@ -100,10 +104,12 @@ TEST(WheelCoverState, CountersAgreeWithTheCheckerThroughRandomChanges) {
                     const auto d = state.tryMove(i, x, y);
                     ASSERT_EQ(state.unsatisfied(), before);  // a try leaves the state as it was
                     state.move(i, x, y);
-                    ASSERT_EQ(static_cast<int64_t>(state.unsatisfied()), static_cast<int64_t>(before) + d.unsatisfied);
+                    ASSERT_EQ(static_cast<int64_t>(state.unsatisfied()),
+                              static_cast<int64_t>(before) + d.unsatisfied);
                 }
             }
-            ASSERT_EQ(state.unsatisfied(), check({g, state.blocks()}).unsatisfied) << g.name().toStdString() << " round " << round;
+            ASSERT_EQ(state.unsatisfied(), check({g, state.blocks()}).unsatisfied)
+                << g.name().toStdString() << " round " << round;
         }
     }
 }
@@ -111,9 +117,10 @@ TEST(WheelCoverState, CountersAgreeWithTheCheckerThroughRandomChanges) {
 // With fixed seeds the small tables reach their best known sizes (several proven optimal).
 TEST(WheelSearch, ReachesTheBestKnownSizesOfSmallTables) {
     const std::pair<Guarantee, size_t> records[] = {
-        {{9, 5, 4, 3}, 5},   {{10, 5, 4, 3}, 7},  {{11, 5, 4, 3}, 9},  {{12, 5, 4, 3}, 12}, {{12, 5, 2, 2}, 9},
-        {{10, 5, 3, 3}, 17}, {{12, 5, 3, 3}, 29}, {{11, 5, 4, 4}, 66}, {{12, 5, 5, 4}, 35}, {{12, 6, 5, 4}, 14},
-        {{12, 6, 4, 4}, 41}, {{11, 6, 6, 5}, 22}, {{12, 5, 5, 3}, 6}};
+        {{9, 5, 4, 3}, 5},   {{10, 5, 4, 3}, 7},  {{11, 5, 4, 3}, 9},  {{12, 5, 4, 3}, 12},
+        {{12, 5, 2, 2}, 9},  {{10, 5, 3, 3}, 17}, {{12, 5, 3, 3}, 29}, {{11, 5, 4, 4}, 66},
+        {{12, 5, 5, 4}, 35}, {{12, 6, 5, 4}, 14}, {{12, 6, 4, 4}, 41}, {{11, 6, 6, 5}, 22},
+        {{12, 5, 5, 3}, 6}};
     for (const auto& [g, record] : records) {
         const SearchResult r = searchOne(g, record);
         EXPECT_EQ(r.blocks.size(), record) << g.name().toStdString();
@@ -160,7 +167,8 @@ TEST(WheelgenTool, WritesAWheelThatHoldsAndRefusesBadInput) {
     QTemporaryDir dir;
     const QString out = dir.filePath(QStringLiteral("w.txt"));
     QProcess tool;
-    tool.start(QStringLiteral(SHUANGQU_WHEELGEN), {"11", "5", "4", "3", "--target", "9", "--quiet", "--out", out});
+    tool.start(QStringLiteral(SHUANGQU_WHEELGEN),
+               {"11", "5", "4", "3", "--target", "9", "--quiet", "--out", out});
     ASSERT_TRUE(tool.waitForFinished(120000));
     EXPECT_EQ(tool.exitCode(), 0) << tool.readAllStandardError().toStdString();
     const ReadResult r = readFile(out, {11, 5, 4, 3});
@@ -172,9 +180,9 @@ TEST(WheelgenTool, WritesAWheelThatHoldsAndRefusesBadInput) {
     ASSERT_TRUE(broken.open(QIODevice::WriteOnly));
     broken.write("1 2 3 4 5\n");
     broken.close();
-    for (const QStringList& args : {QStringList{"11", "5", "4", "3", "--start", broken.fileName()},
-                                    QStringList{"11", "5", "3", "4"}, QStringList{"11", "5", "4"},
-                                    QStringList{"11", "5", "4", "3", "--moves", "many"}}) {
+    for (const QStringList& args :
+         {QStringList{"11", "5", "4", "3", "--start", broken.fileName()}, QStringList{"11", "5", "3", "4"},
+          QStringList{"11", "5", "4"}, QStringList{"11", "5", "4", "3", "--moves", "many"}}) {
         tool.start(QStringLiteral(SHUANGQU_WHEELGEN), args);
         ASSERT_TRUE(tool.waitForFinished(60000));
         EXPECT_EQ(tool.exitCode(), 2) << args.join(' ').toStdString();
@@ -190,7 +198,8 @@ TEST(WheelCheck, DesignsOfTheSharedCollectionHoldAndFailWithoutTheirLastTicket) 
     for (const QString& file : files) {
         const QStringList parts = file.chopped(4).split(QLatin1Char('_'));
         const bool covering = parts[0] == QLatin1String("C");
-        const Guarantee g{parts[1].toInt(), parts[2].toInt(), parts[3].toInt(), parts[covering ? 3 : 4].toInt()};
+        const Guarantee g{parts[1].toInt(), parts[2].toInt(), parts[3].toInt(),
+                          parts[covering ? 3 : 4].toInt()};
         const ReadResult r = readFile(shared.filePath(file), g);
         ASSERT_TRUE(r.error.isEmpty()) << r.error.toStdString();
         Wheel w{g, r.blocks};

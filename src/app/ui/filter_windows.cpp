@@ -12,7 +12,8 @@
 #include <QApplication>
 #include <QDateTime>
 
-FilterWindow* openFilterWindow(FilterSource instance, Session& session, Prompter& prompter, QWidget* parent) {
+FilterWindow* openFilterWindow(FilterSource instance, Session& session, Prompter& prompter, QWidget* parent,
+                               const WheelChoice* wheel) {
     auto workspace = std::make_unique<FilterWorkspace>(instance, session.paths().filterDb());
     workspace->setZoneLimits({session.frontSize(), session.backSize()});
     const OpeningMode opening = filterSourceTraits(instance).opening;
@@ -23,6 +24,9 @@ FilterWindow* openFilterWindow(FilterSource instance, Session& session, Prompter
         const ExpansionKind kind =
             opening == OpeningMode::ExpandPicks ? ExpansionKind::Picks : ExpansionKind::Bankers;
         opened = openExpansionWindow(*workspace, session.board(), kind, prompter, &progress);
+    } else if (opening == OpeningMode::FillFromWheel && wheel) {
+        openWheelWindow(*workspace, session.board(), wheel->family, wheel->table, session.root().root());
+        opened = true;
     } else if (opening == OpeningMode::Keep) {
         DialogProgress progress(QStringLiteral("正在读取组合..."), parent);
         QString error;

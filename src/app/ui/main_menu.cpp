@@ -179,12 +179,12 @@ void MainMenu::addWindowsMenu(QMenuBar* bar) {
               SQ_ITEM(profitLossReport, "meuRepot", "盈亏报告(&R)", kBuilt),
               SQ_ITEM(spinArrangement, "meuAgarr", "摇奖排列组合(&A)", kBuilt),
               SQ_ITEM(checkCombinations, "mnuzhInq", "组合中奖查询(&I)", kLater),
-              SQ_ITEM(checkWheel, "mnuRtInq", "旋转组合查询(&O)", kLater),
+              SQ_ITEM(checkWheel, "mnuRtInq", "旋转组合查询(&O)", kBuilt),
               SQ_ITEM(checkTextTickets, "mnuTxInq", "文本组合查询(&X)", kLater),
               SQ_ITEM(checkTemplateTickets, "mnuMbInq", "模板中奖查询(&M)", kLater),
               SQ_ITEM(checkSixFrontTickets, "mnufsInq", "前区复式中奖查询(&Q)", kLater),
               SQ_ITEM(recallExpansion, "mnuCallfd", "调用上次复选/胆拖 单式组合排列", kBuilt),
-              SQ_ITEM(recallWheel, "mnuCallRote", "调用上次旋转矩阵      组合排列", kLater),
+              SQ_ITEM(recallWheel, "mnuCallRote", "调用上次旋转矩阵      组合排列", kBuilt),
               SQ_ITEM(recallSixFrontExpansion, "mnuCallfd6", "调用上次前区复选/胆拖6复式组合排列", kLater),
               SQ_ITEM(recallCombinationTemplate, "mnuCallZhmb", "调用组号模板功能", kLater),
               SQ_ITEM(readTicketText, "mnuRdtxt", "读取组号文本过滤(&E)", kLater),
@@ -224,11 +224,11 @@ void MainMenu::addPlayModesMenu(QMenuBar* bar) {
 
 // The wheels of 组号方式: basic, super, banker and six-number wheels.
 void MainMenu::addWheelMenus(QMenu* sl) {
-    QMenu* rt = addSubmenu(sl, nullptr, "basicWheelMenu", "mnuRt", "基本旋转矩阵(&R)");
+    QMenu* rt = addSubmenu(sl, &MenuActions::basicWheelMenu, "basicWheelMenu", "mnuRt", "基本旋转矩阵(&R)");
     addFamily(rt, SQ_FAMILY(basicWheel, "meuRt(%1)", range(9, 22),
                             captions("%1数选4中3", {{9, " 9数选4中3(&P)"}, {22, "22数选4中3(&H)"}}), false,
-                            kLater));
-    QMenu* qnjz = addSubmenu(sl, nullptr, "superWheelMenu", "mnuQnjz", "超级旋转矩阵(&A)");
+                            kBuilt));
+    QMenu* qnjz = addSubmenu(sl, &MenuActions::superWheelMenu, "superWheelMenu", "mnuQnjz", "超级旋转矩阵(&A)");
     addFamily(qnjz, SQ_FAMILY(superWheel, "mnuRt%1", (std::vector<int>{22, 33, 43, 44, 53, 54}),
                               captions("", {{22, "中2保2(&W)"},
                                             {33, "中3保3(&T)"},
@@ -236,13 +236,13 @@ void MainMenu::addWheelMenus(QMenu* sl) {
                                             {44, "中4保4(&U)"},
                                             {53, "中5保3(&V)"},
                                             {54, "中5保4(&F)"}}),
-                              false, kLater));
+                              false, kBuilt));
     QMenu* dtxj =
         addSubmenu(sl, &MenuActions::bankerWheelMenu, "bankerWheelMenu", "mnuDtxj", "胆拖旋转矩阵(&D)");
     addFamily(dtxj, SQ_FAMILY(bankerWheel, "mnuZb(%1)", range(3, 5),
                               captions("", {{3, "中4保4(&U)"}, {4, "中5保4(&F)"}, {5, "中5保5(&V)"}}), false,
-                              kLater));
-    QMenu* fuxj = addSubmenu(sl, nullptr, "sixFrontWheelMenu", "mnuFuxj", "复式旋转矩阵(&F)");
+                              kBuilt));
+    QMenu* fuxj = addSubmenu(sl, &MenuActions::sixFrontWheelMenu, "sixFrontWheelMenu", "mnuFuxj", "复式旋转矩阵(&F)");
     addFamily(fuxj, SQ_FAMILY(sixFrontWheel, "F6RT%1", (std::vector<int>{44, 54, 55, 64, 65, 76}),
                               captions("", {{44, "中4保4(&U)"},
                                             {54, "中5保4(&O)"},
@@ -250,7 +250,7 @@ void MainMenu::addWheelMenus(QMenu* sl) {
                                             {64, "中6保4(&R)"},
                                             {65, "中6保5(&I)"},
                                             {76, "中7保6(&S)"}}),
-                              false, kLater));
+                              false, kBuilt));
 }
 
 // 用户设置: the workspace name, the zone sizes, the prize rules and the print setting.

@@ -243,6 +243,7 @@ void MainWindow::connectPlayModeMenus() {
 void MainWindow::connectMenus() {
     connectPlayModeMenus();
     connectSpin();
+    connectWheelMenus();
     const MenuActions& menu = menuActions();
     connect(menu.quit, &QAction::triggered, this, &QWidget::close);
     // The filter windows: expansions of the board, and the table of the last expansion.
@@ -452,8 +453,8 @@ void MainWindow::updatePrizeChecks() {
         (menuActions().*item)->setEnabled(prizeCheckEnabled(m_session, kind));
 }
 
-FilterWindow* MainWindow::openFilter(FilterSource instance) {
-    FilterWindow* w = openFilterWindow(instance, m_session, m_prompter, this);
+FilterWindow* MainWindow::openFilter(FilterSource instance, const WheelChoice* wheel) {
+    FilterWindow* w = openFilterWindow(instance, m_session, m_prompter, this, wheel);
     if (!w) return nullptr;
     m_filterWindows.append(w);
     connect(w, &FilterWindow::closed, this, [this, w] {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "analysis/ui/trend_menus.h"
+#include "generation/wheels/wheel_catalogue.h"
 #include "picking/number_board.h"
 
 #include "filter/filter_source.h"
@@ -18,6 +19,7 @@ class HistoryCommands;
 class HistoryGridModel;
 class MainMenu;
 class PickingCommands;
+struct WheelChoice;
 class PickingDialogs;
 class Prompter;
 class QLabel;
@@ -48,8 +50,9 @@ public:
     Session& session() override { return m_session; }
     NumberBoard& board() { return *m_board; }
     SpinController& spin() { return *m_spinControl; }
-    // Opens a filter window (an expansion of the board, or the stored table); null when refused.
-    FilterWindow* openFilter(FilterSource instance);
+    // Opens a filter window (an expansion of the board, the board through a wheel, or the stored
+    // table); null when refused.
+    FilterWindow* openFilter(FilterSource instance, const WheelChoice* wheel = nullptr);
     const QList<QPointer<FilterWindow>>& filterWindows() const { return m_filterWindows; }
     // Opens a history analysis window, non-modal, kept in step with the number board.
     TrendWindow* openTrend(TrendMember member);
@@ -111,6 +114,10 @@ private:
     void openFilterFromPrediction() override;
     // The spin's buttons and menu entries; meuAgarr hands the prediction to the expansion.
     void connectSpin();
+    // 组号方式's wheels: the menus labelled when they open, and what their entries open.
+    void connectWheelMenus();
+    void openWheel(wheels::Family family, const QString& table);
+    void openSixNumberWheel(const QString& table);
     void arrangePrediction();
 
     Session& m_session;

@@ -36,7 +36,9 @@ void MainWindow::connectTrendPicking(TrendWindow* w) {
     }
 }
 
-void MainWindow::keepBoard() { board_store::save(m_session.settings(), m_session.workspaceName(), m_session.board()); }
+void MainWindow::keepBoard() {
+    board_store::save(m_session.settings(), m_session.workspaceName(), m_session.board());
+}
 
 void MainWindow::connectPickingMenu() {
     using frequency_picks::OmissionBound;
@@ -112,7 +114,8 @@ void MainWindow::openFilterFromPrediction() { openFilter(FilterSource::Expansion
 void MainWindow::reloadSpinThreshold(Zone, bool withBankers) {
     // The play modes read the coefficient with their own default; with bankers the entry of the
     // stored value is checked too.
-    const int wd = m_session.settings().readInt(setting_keys::StabilityForPlayModes, m_session.workspaceName());
+    const int wd =
+        m_session.settings().readInt(setting_keys::StabilityForPlayModes, m_session.workspaceName());
     m_spinControl->simulator().setThreshold(SpinSimulator::thresholdForStored(wd));
     if (withBankers) checkOnly(menuActions().stability, game_rules::stabilityItemCheckedAtLoad(wd));
 }

@@ -35,7 +35,8 @@ CoverState::CoverState(const Guarantee& g) : m_g(g) {
     m_supersets.reserve(tsets * m_supersetCount);
     const Block all = g.n == kMostPositions ? ~Block{0} : (Block{1} << g.n) - 1;
     forEachSubset(g.n, g.t, [&](uint32_t tset) {
-        forEachSubsetOf(all & ~tset, g.p - g.t, [&](Block more) { m_supersets.push_back(colexRank(tset | more)); });
+        forEachSubsetOf(all & ~tset, g.p - g.t,
+                        [&](Block more) { m_supersets.push_back(colexRank(tset | more)); });
     });
     m_targetMask.reserve(targets);
     forEachSubset(g.n, g.p, [&](uint32_t target) { m_targetMask.push_back(target); });

@@ -53,14 +53,14 @@ private:
 
     Guarantee m_g;
     std::vector<Block> m_blocks;
-    std::vector<uint32_t> m_tsetCount;   // tickets holding each t-set, by colex rank
-    std::vector<uint16_t> m_metBy;       // t-subsets held of each drawn set
-    std::vector<uint32_t> m_supersets;   // the drawn sets above each t-set, m_supersetCount each
+    std::vector<uint32_t> m_tsetCount;  // tickets holding each t-set, by colex rank
+    std::vector<uint16_t> m_metBy;      // t-subsets held of each drawn set
+    std::vector<uint32_t> m_supersets;  // the drawn sets above each t-set, m_supersetCount each
     uint32_t m_supersetCount = 0;
-    std::vector<Block> m_targetMask;     // each drawn set by its rank
-    std::vector<uint32_t> m_weight;      // each drawn set's weight
-    std::vector<uint32_t> m_unsat;       // ranks of the unmet drawn sets
-    std::vector<int32_t> m_unsatIndex;   // where each drawn set stands in m_unsat, or -1
+    std::vector<Block> m_targetMask;    // each drawn set by its rank
+    std::vector<uint32_t> m_weight;     // each drawn set's weight
+    std::vector<uint32_t> m_unsat;      // ranks of the unmet drawn sets
+    std::vector<int32_t> m_unsatIndex;  // where each drawn set stands in m_unsat, or -1
     uint64_t m_weighted = 0;
     // Scratch of tryMove: the balance of each drawn set it touches, marked by a stamp.
     std::vector<uint32_t> m_seen;

@@ -49,7 +49,8 @@ ReadResult fromText(const QString& text, const Guarantee& g) {
             bool ok = false;
             const int p = field.toInt(&ok);
             if (!ok || p < 1 || p > g.n) {
-                r.error = QStringLiteral("line %1: \"%2\" is no position of 1..%3").arg(i + 1).arg(field).arg(g.n);
+                r.error =
+                    QStringLiteral("line %1: \"%2\" is no position of 1..%3").arg(i + 1).arg(field).arg(g.n);
                 return r;
             }
             b |= Block{1} << (p - 1);
@@ -66,7 +67,8 @@ ReadResult fromText(const QString& text, const Guarantee& g) {
 
 ReadResult readFile(const QString& path, const Guarantee& g) {
     QFile f(path);
-    if (!f.open(QIODevice::ReadOnly)) return {{}, QStringLiteral("cannot read %1: %2").arg(path, f.errorString())};
+    if (!f.open(QIODevice::ReadOnly))
+        return {{}, QStringLiteral("cannot read %1: %2").arg(path, f.errorString())};
     ReadResult r = fromText(QString::fromUtf8(f.readAll()), g);
     if (!r.error.isEmpty()) r.error = path + QStringLiteral(", ") + r.error;
     return r;
@@ -74,7 +76,8 @@ ReadResult readFile(const QString& path, const Guarantee& g) {
 
 QString writeFile(const QString& path, const std::vector<Block>& blocks) {
     QSaveFile f(path);
-    if (!f.open(QIODevice::WriteOnly)) return QStringLiteral("cannot write %1: %2").arg(path, f.errorString());
+    if (!f.open(QIODevice::WriteOnly))
+        return QStringLiteral("cannot write %1: %2").arg(path, f.errorString());
     f.write(toText(blocks).toUtf8());
     if (!saved_file::commit(f)) return QStringLiteral("cannot write %1: %2").arg(path, f.errorString());
     return {};

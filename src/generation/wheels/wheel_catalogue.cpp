@@ -18,20 +18,13 @@ struct Records {
 
 // n; then 中2保2, 中3保3, 中4保3, 中4保4, 中5保3, 中5保4 with five-number tickets.
 constexpr Records kFive[] = {
-    {9, {5, 12, 5, 30, 2, 9}},
-    {10, {6, 17, 7, 51, 2, 14}},
-    {11, {7, 20, 9, 66, 5, 22}},
-    {12, {9, 29, 12, 113, 6, 35}},
-    {13, {10, 34, 16, 157, 8, 48}},
-    {14, {12, 43, 19, 229, 10, 69}},
-    {15, {13, 55, 24, 294, 13, 95}},
-    {16, {15, 65, 31, 404, 14, 132}},
-    {17, {16, 68, 37, 491, 18, 175}},
-    {18, {18, 94, 43, 664, 22, 214}},
-    {19, {19, 108, 52, 839, 26, 284}},
-    {20, {21, 133, 61, 1063, 32, 350}},
-    {21, {21, 151, 72, 1246, 37, 433}},
-    {22, {27, 172, 83, 1573, 40, 520}},
+    {9, {5, 12, 5, 30, 2, 9}},          {10, {6, 17, 7, 51, 2, 14}},
+    {11, {7, 20, 9, 66, 5, 22}},        {12, {9, 29, 12, 113, 6, 35}},
+    {13, {10, 34, 16, 157, 8, 48}},     {14, {12, 43, 19, 229, 10, 69}},
+    {15, {13, 55, 24, 294, 13, 95}},    {16, {15, 65, 31, 404, 14, 132}},
+    {17, {16, 68, 37, 491, 18, 175}},   {18, {18, 94, 43, 664, 22, 214}},
+    {19, {19, 108, 52, 839, 26, 284}},  {20, {21, 133, 61, 1063, 32, 350}},
+    {21, {21, 151, 72, 1246, 37, 433}}, {22, {27, 172, 83, 1573, 40, 520}},
 };
 // n; then 中4保4, 中5保4, 中5保5, 中6保4, 中6保5, 中7保6 with six-number tickets.
 constexpr Records kSix[] = {
@@ -52,28 +45,19 @@ constexpr Records kSix[] = {
 };
 // Drags n'; then 中4保4 with 1, 2, 3 bankers, 中5保4 with 1, 2, 3 bankers (five-number tickets).
 constexpr Records kBanker[] = {
-    {7, {12, 7, 4, 4, 4, 3}},
-    {8, {14, 11, 4, 6, 5, 4}},
-    {9, {25, 12, 5, 9, 7, 4}},
-    {10, {30, 17, 5, 14, 8, 5}},
-    {11, {47, 19, 6, 19, 10, 5}},
-    {12, {57, 24, 6, 26, 11, 6}},
-    {13, {78, 26, 7, 33, 13, 6}},
-    {14, {91, 33, 7, 42, 14, 7}},
-    {15, {124, 35, 8, 52, 18, 7}},
-    {16, {140, 43, 8, 64, 19, 8}},
-    {17, {183, 46, 9, 77, 23, 8}},
-    {18, {207, 54, 9, 93, 24, 9}},
-    {19, {258, 57, 10, 110, 29, 9}},
-    {20, {285, 67, 10, 128, 31, 10}},
+    {7, {12, 7, 4, 4, 4, 3}},        {8, {14, 11, 4, 6, 5, 4}},        {9, {25, 12, 5, 9, 7, 4}},
+    {10, {30, 17, 5, 14, 8, 5}},     {11, {47, 19, 6, 19, 10, 5}},     {12, {57, 24, 6, 26, 11, 6}},
+    {13, {78, 26, 7, 33, 13, 6}},    {14, {91, 33, 7, 42, 14, 7}},     {15, {124, 35, 8, 52, 18, 7}},
+    {16, {140, 43, 8, 64, 19, 8}},   {17, {183, 46, 9, 77, 23, 8}},    {18, {207, 54, 9, 93, 24, 9}},
+    {19, {258, 57, 10, 110, 29, 9}}, {20, {285, 67, 10, 128, 31, 10}},
 };
 
 constexpr std::array<std::pair<int, int>, 6> kFivePromises{{{2, 2}, {3, 3}, {4, 3}, {4, 4}, {5, 3}, {5, 4}}};
 constexpr std::array<std::pair<int, int>, 6> kSixPromises{{{4, 4}, {5, 4}, {5, 5}, {6, 4}, {6, 5}, {7, 6}}};
 constexpr std::array<std::pair<int, int>, 3> kBankerPromises{{{4, 4}, {5, 4}, {5, 5}}};
-constexpr int kFirstPicks = 9, kLastPicks = 22;     // the five-number families
-constexpr int kFirstSix = 7, kLastSix = 20;         // the six-number family
-constexpr int kFirstDrags = 7, kLastDrags = 20;     // the banker family, besides its bankers
+constexpr int kFirstPicks = 9, kLastPicks = 22;  // the five-number families
+constexpr int kFirstSix = 7, kLastSix = 20;      // the six-number family
+constexpr int kFirstDrags = 7, kLastDrags = 20;  // the banker family, besides its bankers
 constexpr int kMostBankers = 4;
 
 template <size_t N>
@@ -94,16 +78,29 @@ std::vector<WheelTable> build() {
     for (int n = kFirstPicks; n <= kLastPicks; ++n)
         for (size_t c = 0; c < kFivePromises.size(); ++c) {
             const auto [p, t] = kFivePromises[c];
-            all.push_back({Family::Super, twoDigits(n) + promise(p, t), n, 0, p, t, {n, 5, p, t}, recordOf(kFive, n, c)});
+            all.push_back({Family::Super,
+                           twoDigits(n) + promise(p, t),
+                           n,
+                           0,
+                           p,
+                           t,
+                           {n, 5, p, t},
+                           recordOf(kFive, n, c)});
         }
     for (int b = 1; b <= kMostBankers; ++b)
         for (int drags = kFirstDrags; drags <= kLastDrags; ++drags)
             for (size_t c = 0; c < kBankerPromises.size(); ++c) {
                 const auto [p, t] = kBankerPromises[c];
                 const int k = 5 - b;
-                WheelTable w{Family::Banker, QString::number(b) + QStringLiteral("D") + QString::number(b + drags) +
-                                                promise(p, t),
-                             b + drags, b, p, t, {drags, k, p - b, t - b}, 0};
+                WheelTable w{
+                    Family::Banker,
+                    QString::number(b) + QStringLiteral("D") + QString::number(b + drags) + promise(p, t),
+                    b + drags,
+                    b,
+                    p,
+                    t,
+                    {drags, k, p - b, t - b},
+                    0};
                 if (w.single())
                     w.bestKnown = 1;
                 else if (w.full())
@@ -115,8 +112,14 @@ std::vector<WheelTable> build() {
     for (int n = kFirstSix; n <= kLastSix; ++n)
         for (size_t c = 0; c < kSixPromises.size(); ++c) {
             const auto [p, t] = kSixPromises[c];
-            all.push_back({Family::Six, QStringLiteral("56") + QString::number(n) + promise(p, t), n, 0, p, t,
-                           {n, 6, p, t}, recordOf(kSix, n, c)});
+            all.push_back({Family::Six,
+                           QStringLiteral("56") + QString::number(n) + promise(p, t),
+                           n,
+                           0,
+                           p,
+                           t,
+                           {n, 6, p, t},
+                           recordOf(kSix, n, c)});
         }
     return all;
 }

@@ -20,10 +20,10 @@ enum class Family {
 
 struct WheelTable {
     Family family;
-    QString name;       // the table's name in its database
-    int picks = 0;      // numbers the player picked, bankers included
-    int bankers = 0;    // in every ticket (banker family only)
-    int drawn = 0;      // the promise 中drawn保held
+    QString name;     // the table's name in its database
+    int picks = 0;    // numbers the player picked, bankers included
+    int bankers = 0;  // in every ticket (banker family only)
+    int drawn = 0;    // the promise 中drawn保held
     int held = 0;
     // The design searched. For the banker family it is over the drags only, with the bankers
     // taken as drawn: tickets of k - b drags, promise 中(drawn - b)保(held - b). A design

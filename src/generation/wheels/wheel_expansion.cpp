@@ -12,8 +12,8 @@ uint8_t numberAt(const std::vector<int16_t>& list, int position) {
 
 }  // namespace
 
-WheelExpansionInput WheelExpansionInput::fromBoard(const BoardState& board, std::vector<std::vector<int>> rows,
-                                                  bool bankerWheel) {
+WheelExpansionInput WheelExpansionInput::fromBoard(const BoardState& board,
+                                                   std::vector<std::vector<int>> rows, bool bankerWheel) {
     WheelExpansionInput in;
     in.rows = std::move(rows);
     const auto listOf = [](const std::array<int16_t, kNumberSlots>& list, int count) {

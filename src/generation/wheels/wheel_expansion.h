@@ -22,7 +22,8 @@ struct WheelExpansionInput {
     int backCount = 0;          // SpinCountHou: pairs of back[0 .. backCount - 1]
 
     // The board's lists as a wheel menu left them; a banker wheel maps the bankers first.
-    static WheelExpansionInput fromBoard(const BoardState& board, std::vector<std::vector<int>> rows, bool bankerWheel);
+    static WheelExpansionInput fromBoard(const BoardState& board, std::vector<std::vector<int>> rows,
+                                         bool bankerWheel);
 };
 
 // Rows: wheel rows times back pairs. A position beyond the list gives the number 0.

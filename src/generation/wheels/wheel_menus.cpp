@@ -14,9 +14,11 @@ struct Promise {
     const char* key;  // the entry's accelerator
 };
 
-constexpr std::array<Promise, 6> kSuper{{{2, 2, "W"}, {3, 3, "T"}, {4, 3, "R"}, {4, 4, "U"}, {5, 3, "V"}, {5, 4, "F"}}};
+constexpr std::array<Promise, 6> kSuper{
+    {{2, 2, "W"}, {3, 3, "T"}, {4, 3, "R"}, {4, 4, "U"}, {5, 3, "V"}, {5, 4, "F"}}};
 constexpr std::array<Promise, 3> kBanker{{{4, 4, "U"}, {5, 4, "F"}, {5, 5, "V"}}};
-constexpr std::array<Promise, 6> kSix{{{4, 4, "U"}, {5, 4, "O"}, {5, 5, "V"}, {6, 4, "R"}, {6, 5, "I"}, {7, 6, "S"}}};
+constexpr std::array<Promise, 6> kSix{
+    {{4, 4, "U"}, {5, 4, "O"}, {5, 5, "V"}, {6, 4, "R"}, {6, 5, "I"}, {7, 6, "S"}}};
 constexpr int kFirstBasic = 9, kLastBasic = 22;
 constexpr int kYuanPerSixTicket = 12;  // six tickets of 2 yuan
 
@@ -49,23 +51,25 @@ std::vector<Entry> superEntries(const QString& programFolder, int pickCount, int
         const QString table = QStringLiteral("%1").arg(pickCount, 2, 10, QLatin1Char('0')) + promiseCode(p);
         entries.push_back(entry(db, table, [&](qint64 rows) {
             return QString::number(pickCount) + QStringLiteral("选 ") + promiseText(p) +
-                   QString::number(rows * backPairs(backPickCount)) + QStringLiteral("注(&") + QLatin1String(p.key) +
-                   QLatin1Char(')');
+                   QString::number(rows * backPairs(backPickCount)) + QStringLiteral("注(&") +
+                   QLatin1String(p.key) + QLatin1Char(')');
         }));
     }
     return entries;
 }
 
-std::vector<Entry> bankerEntries(const QString& programFolder, int bankerCount, int pickCount, int backPickCount) {
+std::vector<Entry> bankerEntries(const QString& programFolder, int bankerCount, int pickCount,
+                                 int backPickCount) {
     const QString db = wheel_store::databasePath(programFolder, wheels::Family::Banker);
     const int total = pickCount + bankerCount;
     std::vector<Entry> entries;
     for (const Promise& p : kBanker) {
-        const QString table = QString::number(bankerCount) + QStringLiteral("D") + QString::number(total) + promiseCode(p);
+        const QString table =
+            QString::number(bankerCount) + QStringLiteral("D") + QString::number(total) + promiseCode(p);
         entries.push_back(entry(db, table, [&](qint64 rows) {
-            return QString::number(bankerCount) + QStringLiteral("胆") + QString::number(total) + QStringLiteral("拖 ") +
-                   promiseText(p) + QString::number(rows * backPairs(backPickCount)) + QStringLiteral("注(&") +
-                   QLatin1String(p.key) + QLatin1Char(')');
+            return QString::number(bankerCount) + QStringLiteral("胆") + QString::number(total) +
+                   QStringLiteral("拖 ") + promiseText(p) + QString::number(rows * backPairs(backPickCount)) +
+                   QStringLiteral("注(&") + QLatin1String(p.key) + QLatin1Char(')');
         }));
     }
     return entries;
@@ -77,8 +81,9 @@ std::vector<Entry> sixEntries(const QString& programFolder, int pickCount) {
     for (const Promise& p : kSix) {
         const QString table = QStringLiteral("56") + QString::number(pickCount) + promiseCode(p);
         entries.push_back(entry(db, table, [&](qint64 rows) {
-            return QString::number(pickCount) + QStringLiteral("选复6 ") + promiseText(p) + QString::number(rows) +
-                   QStringLiteral("注,合计 ") + QString::number(rows * kYuanPerSixTicket) + QStringLiteral(" 元 (&") +
+            return QString::number(pickCount) + QStringLiteral("选复6 ") + promiseText(p) +
+                   QString::number(rows) + QStringLiteral("注,合计 ") +
+                   QString::number(rows * kYuanPerSixTicket) + QStringLiteral(" 元 (&") +
                    QLatin1String(p.key) + QLatin1Char(')');
         }));
     }

@@ -26,7 +26,8 @@ QString basicTable(int pickCount);
 // back pairs of the back picks counted in.
 std::vector<Entry> superEntries(const QString& programFolder, int pickCount, int backPickCount);
 // mnuZb(3..5): 中4保4, 中5保4, 中5保5 with the bankers in every ticket.
-std::vector<Entry> bankerEntries(const QString& programFolder, int bankerCount, int pickCount, int backPickCount);
+std::vector<Entry> bankerEntries(const QString& programFolder, int bankerCount, int pickCount,
+                                 int backPickCount);
 // F6RT44 .. F6RT76: six-number tickets at 12 yuan each.
 std::vector<Entry> sixEntries(const QString& programFolder, int pickCount);
 

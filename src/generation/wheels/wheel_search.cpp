@@ -24,7 +24,12 @@ using Clock = std::chrono::steady_clock;
 class Searcher {
 public:
     Searcher(const Guarantee& g, const SearchOptions& o, int thread, const std::atomic<bool>& stop)
-        : m_g(g), m_o(o), m_thread(thread), m_stop(stop), m_state(g), m_random(o.seed + static_cast<uint64_t>(thread)) {}
+        : m_g(g),
+          m_o(o),
+          m_thread(thread),
+          m_stop(stop),
+          m_state(g),
+          m_random(o.seed + static_cast<uint64_t>(thread)) {}
 
     void run(const std::vector<Block>& start, Clock::time_point deadline, bool timed);
     const std::vector<Block>& best() const { return m_best; }
@@ -174,7 +179,8 @@ void Searcher::run(const std::vector<Block>& start, Clock::time_point deadline, 
         if (++m_moves % kReportEvery == 0) {
             if (timed && Clock::now() >= deadline) break;
             if (m_o.progress)
-                m_o.progress({m_thread, m_state.blocks().size(), m_state.unsatisfied(), m_best.size(), m_moves});
+                m_o.progress(
+                    {m_thread, m_state.blocks().size(), m_state.unsatisfied(), m_best.size(), m_moves});
         }
     }
     if (m_best.empty() && m_state.unsatisfied() == 0) m_best = m_state.blocks();
@@ -194,8 +200,8 @@ SearchResult search(const Guarantee& g, const SearchOptions& options, const std:
             const std::lock_guard lock(reporting);
             options.progress(p);
         };
-    const Clock::time_point deadline =
-        Clock::now() + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(options.seconds));
+    const Clock::time_point deadline = Clock::now() + std::chrono::duration_cast<Clock::duration>(
+                                                          std::chrono::duration<double>(options.seconds));
 
     std::vector<std::unique_ptr<Searcher>> searchers;
     for (int i = 0; i < threads; ++i) searchers.push_back(std::make_unique<Searcher>(g, o, i, stop));

@@ -26,7 +26,7 @@ struct SearchOptions {
     int threads = 1;           // independent searches, seeds seed, seed + 1, ...
     size_t targetTickets = 0;  // stop at this size (0: go on until the budget)
     uint64_t movesPerThread = 2'000'000;
-    double seconds = 0;        // a wall-clock budget besides the moves (0: none)
+    double seconds = 0;  // a wall-clock budget besides the moves (0: none)
     const std::atomic<bool>* cancel = nullptr;
     // Called from the search threads, one at a time, every few thousand moves.
     std::function<void(const SearchProgress&)> progress;

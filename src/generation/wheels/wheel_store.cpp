@@ -36,7 +36,8 @@ QString storedStamp(const QString& path) {
     if (!QFile::exists(path)) return {};
     SqliteDb db;
     if (!db.open(path) || !db.tableExists(QString::fromLatin1(kStampTable))) return {};
-    return db.scalar(QStringLiteral("SELECT stamp FROM [%1]").arg(QString::fromLatin1(kStampTable))).toString();
+    return db.scalar(QStringLiteral("SELECT stamp FROM [%1]").arg(QString::fromLatin1(kStampTable)))
+        .toString();
 }
 
 bool writeTable(SqliteDb& db, const wheels::WheelTable& table, const Rows& rows) {
@@ -48,7 +49,8 @@ bool writeTable(SqliteDb& db, const wheels::WheelTable& table, const Rows& rows)
     }
     if (!db.exec(QStringLiteral("CREATE TABLE [%1](%2)").arg(table.name, columns.join(QLatin1Char(',')))))
         return false;
-    SqliteStatement insert(db, QStringLiteral("INSERT INTO [%1] VALUES(%2)").arg(table.name, marks.join(QLatin1Char(','))));
+    SqliteStatement insert(
+        db, QStringLiteral("INSERT INTO [%1] VALUES(%2)").arg(table.name, marks.join(QLatin1Char(','))));
     if (!insert.ok()) return false;
     for (const std::vector<int>& row : rows) {
         for (int k = 0; k < width; ++k) insert.bind(k + 1, qint64{row[static_cast<size_t>(k)]});
@@ -71,8 +73,10 @@ bool writeDatabase(const QString& path, wheels::Family family, const QString& st
             const std::vector<wheels::Block> design = bundledDesign(t);
             if (!design.empty()) ok = writeTable(db, t, wheels::tableRows(t, design));
         }
-        ok = ok && db.exec(QStringLiteral("CREATE TABLE [%1](stamp text)").arg(QString::fromLatin1(kStampTable))) &&
-             db.exec(QStringLiteral("INSERT INTO [%1] VALUES(?)").arg(QString::fromLatin1(kStampTable)), {stamp}) &&
+        ok = ok &&
+             db.exec(QStringLiteral("CREATE TABLE [%1](stamp text)").arg(QString::fromLatin1(kStampTable))) &&
+             db.exec(QStringLiteral("INSERT INTO [%1] VALUES(?)").arg(QString::fromLatin1(kStampTable)),
+                     {stamp}) &&
              db.commit();
         if (!ok) {
             if (error) *error = QStringLiteral("%1: %2").arg(partial, db.lastError());
@@ -105,7 +109,8 @@ std::vector<wheels::Block> bundledDesign(const wheels::WheelTable& table) {
 
 bool ensureDatabases(const QString& programFolder, QString* error) {
     bool ok = true;
-    for (wheels::Family f : {wheels::Family::Basic, wheels::Family::Super, wheels::Family::Banker, wheels::Family::Six}) {
+    for (wheels::Family f :
+         {wheels::Family::Basic, wheels::Family::Super, wheels::Family::Banker, wheels::Family::Six}) {
         const QString path = databasePath(programFolder, f);
         const QString stamp = bundleStamp(f);
         if (storedStamp(path) == stamp) continue;
@@ -125,7 +130,8 @@ std::optional<Rows> readTable(const QString& databasePath, const QString& table)
     QStringList figs;
     for (int k = 1; k <= width; ++k) figs << QStringLiteral("[fig%1]").arg(k);
     Rows rows;
-    SqliteStatement select(db, QStringLiteral("SELECT %1 FROM [%2] ORDER BY rowid").arg(figs.join(QLatin1Char(',')), table));
+    SqliteStatement select(
+        db, QStringLiteral("SELECT %1 FROM [%2] ORDER BY rowid").arg(figs.join(QLatin1Char(',')), table));
     if (!select.ok()) return std::nullopt;
     while (select.next()) {
         std::vector<int> row(static_cast<size_t>(width));

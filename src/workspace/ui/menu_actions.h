@@ -72,10 +72,13 @@ struct MenuActions {
     Family backMulti;                            // meuDanxuanHou(2..8)
     QMenu* backBankerMenu = nullptr;             // mnuDantuoHou
     Family backBanker;                           // mnuDtuoHou(1..8)
+    QMenu* basicWheelMenu = nullptr;             // mnuRt
     Family basicWheel;                           // meuRt(9..22)
+    QMenu* superWheelMenu = nullptr;             // mnuQnjz
     Family superWheel;                           // mnuRt22..mnuRt54, by the guarantee's two digits
     QMenu* bankerWheelMenu = nullptr;            // mnuDtxj
     Family bankerWheel;                          // mnuZb(3..5)
+    QMenu* sixFrontWheelMenu = nullptr;          // mnuFuxj
     Family sixFrontWheel;                        // F6RT44..F6RT76, by the guarantee's two digits
     QAction* multiExpansion = nullptr;           // mnuLst
     QAction* bankerExpansion = nullptr;          // mnuDtlst
