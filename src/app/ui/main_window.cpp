@@ -188,15 +188,18 @@ void MainWindow::makeStatusBar() {
 
 void MainWindow::connectBoard(ZoneBoardWidget* widget) {
     const Zone z = widget->zone();
+    // Every change of the picks is kept at once: a program that ends unexpectedly loses none.
     auto then = [this](auto&& f) {
         return [this, f] {
             f();
             renderBoard();
+            keepBoard();
         };
     };
     connect(widget, &ZoneBoardWidget::numberClicked, this, [this, z](int n) {
         m_board->leftClick(z, n);
         renderBoard();
+        keepBoard();
     });
     connect(widget, &ZoneBoardWidget::numberRightClicked, this, [this, z, widget](int n) {
         const bool popup = m_board->rightClick(z, n);
