@@ -42,7 +42,8 @@ SearchResult searchOne(Guarantee g, size_t target, uint64_t seed = 7) {
 }  // namespace
 
 TEST(WheelSubsets, ColexRanksAreDenseInTheOrderOfTheWalk) {
-    for (const auto& [n, r] : {std::pair{10, 3}, {7, 7}, {32, 1}, {32, 31}, {6, 0}}) {
+    for (const auto& [positions, chosen] : {std::pair{10, 3}, {7, 7}, {32, 1}, {32, 31}, {6, 0}}) {
+        const int n = positions, r = chosen;  // captured by the lambda below
         uint32_t expected = 0;
         forEachSubset(n, r, [&](uint32_t mask) {
             EXPECT_EQ(size(mask), r);
