@@ -153,12 +153,9 @@ SpinSimulator::TickOutcome SpinSimulator::tickBack(SpinRandom& random) {
 }
 
 SpinSimulator::TickOutcome SpinSimulator::finishTicket() {
-    stopTimers();
+    // The controls stand as after a pause, with the reset offered too.
+    pause();
     NumberBoard& b = m_board;
-    b.predictionExpansion = true;
-    m_startCaption = kContinueCaption;
-    b.startEnabled = b.startItemEnabled = true;
-    b.pauseEnabled = b.pauseItemEnabled = false;
     b.resetEnabled = b.resetItemEnabled = true;
     // Past the table's last row the tick ends here, without a row, a new spin or a question.
     if (m_keptCount == std::numeric_limits<int16_t>::max()) return TickOutcome::Stopped;
@@ -275,7 +272,8 @@ bool SpinSimulator::askTicketCount(Prompter& prompter) {
                                             QStringLiteral("请输入单词摇奖生成注数！"), QStringLiteral("1"));
     const std::optional<int16_t> count = parseTicketCount(answer);
     if (!count) {
-        prompter.inform(QStringLiteral("输入错误"), QStringLiteral("请输入整数数字"), Prompter::Icon::Warning);
+        prompter.inform(QStringLiteral("输入错误"), QStringLiteral("请输入整数数字"),
+                        Prompter::Icon::Warning);
         return false;
     }
     // Once set, the multi-ticket mode stays for the rest of the run.

@@ -75,17 +75,18 @@ void MainWindow::connectWheelMenus() {
             });
         }
     };
-    const auto board = [this] { return m_board->state(); };
+    NumberBoard* board = m_board.get();
     connectFamily(menu.superWheel, wheels::Family::Super, [folder, board] {
-        const BoardState b = board();
+        const BoardState& b = board->state();
         return wheel_menus::superEntries(folder, b.front.pickCount, b.back.pickCount);
     });
     connectFamily(menu.bankerWheel, wheels::Family::Banker, [folder, board] {
-        const BoardState b = board();
+        const BoardState& b = board->state();
         return wheel_menus::bankerEntries(folder, b.front.bankerCount, b.front.pickCount, b.back.pickCount);
     });
-    connectFamily(menu.sixFrontWheel, wheels::Family::Six,
-                  [folder, board] { return wheel_menus::sixEntries(folder, board().front.pickCount); });
+    connectFamily(menu.sixFrontWheel, wheels::Family::Six, [folder, board] {
+        return wheel_menus::sixEntries(folder, board->state().front.pickCount);
+    });
     connect(menu.recallWheel, &QAction::triggered, this, [this] { openFilter(FilterSource::StoredWheel); });
 }
 
