@@ -11,6 +11,7 @@
 #include "app/cli/spin_command.h"
 #include "app/cli/super_filter_commands.h"
 #include "app/cli/template_commands.h"
+#include "app/cli/text_commands.h"
 #include "app/cli/tool_commands.h"
 #include "app/cli/wheel_commands.h"
 #include "app/cli/workspace_commands.h"
@@ -53,7 +54,8 @@ const std::vector<std::unique_ptr<Command>>& all() {
              CandidatesShowCommand, CandidatesToggleCommand, CandidatesExportCommand, FilterParamCommand,
              FilterIntegratedCommand, FilterRelationCommand, FilterHistoryCommand, FilterInclusionCommand,
              FilterSameAsTemplateCommand, FilterResetAllCommand, FilterResetLastCommand,
-             FilterInvertAllCommand, FilterInvertLastCommand, TemplateAddCommand, MobanListCommand,
+             FilterInvertAllCommand, FilterInvertLastCommand, TemplateAddCommand, TemplateClearCommand,
+             TemplateCountCommand, ReadTextCommand, MobanListCommand,
              MobanAddRelationCommand, MobanAddHistoryCommand, MobanAddInclusionCommand,
              MobanAddSameAsTemplateCommand, MobanAddInvertAllCommand, MobanAddInvertLastCommand,
              MobanAddIntegratedCommand, MobanReplayCommand, MobanDeleteLastCommand, MobanClearCommand,

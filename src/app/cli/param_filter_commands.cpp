@@ -174,7 +174,8 @@ int TemplateAddCommand::execute(CliContext& ctx, const Args& args) const {
     if (saved.outcome != candidate_store::Outcome::Done) return ctx.fail(saved.error);
     if (!added)
         return ctx.fail(
-            QStringLiteral("the template zuheMoban does not exist: open it once (调用组号模板功能)"));
+            QStringLiteral("the template zuheMoban does not exist: make it with `template clear` or by opening "
+                           "调用组号模板功能"));
     ctx.out << w.session->filterDb().scalar(QStringLiteral("SELECT count(*) FROM [zuheMoban]")).toLongLong()
             << '\n';
     return kDone;

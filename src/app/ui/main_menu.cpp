@@ -178,17 +178,17 @@ void MainMenu::addWindowsMenu(QMenuBar* bar) {
               SQ_ITEM(analyseBackZone, "mnuSyHou", "后区历史分析(&B)", kBuilt),
               SQ_ITEM(profitLossReport, "meuRepot", "盈亏报告(&R)", kBuilt),
               SQ_ITEM(spinArrangement, "meuAgarr", "摇奖排列组合(&A)", kBuilt),
-              SQ_ITEM(checkCombinations, "mnuzhInq", "组合中奖查询(&I)", kLater),
+              SQ_ITEM(checkCombinations, "mnuzhInq", "组合中奖查询(&I)", kBuilt),
               SQ_ITEM(checkWheel, "mnuRtInq", "旋转组合查询(&O)", kBuilt),
-              SQ_ITEM(checkTextTickets, "mnuTxInq", "文本组合查询(&X)", kLater),
-              SQ_ITEM(checkTemplateTickets, "mnuMbInq", "模板中奖查询(&M)", kLater),
+              SQ_ITEM(checkTextTickets, "mnuTxInq", "文本组合查询(&X)", kBuilt),
+              SQ_ITEM(checkTemplateTickets, "mnuMbInq", "模板中奖查询(&M)", kBuilt),
               SQ_ITEM(checkSixFrontTickets, "mnufsInq", "前区复式中奖查询(&Q)", kLater),
               SQ_ITEM(recallExpansion, "mnuCallfd", "调用上次复选/胆拖 单式组合排列", kBuilt),
               SQ_ITEM(recallWheel, "mnuCallRote", "调用上次旋转矩阵      组合排列", kBuilt),
               SQ_ITEM(recallSixFrontExpansion, "mnuCallfd6", "调用上次前区复选/胆拖6复式组合排列", kLater),
-              SQ_ITEM(recallCombinationTemplate, "mnuCallZhmb", "调用组号模板功能", kLater),
-              SQ_ITEM(readTicketText, "mnuRdtxt", "读取组号文本过滤(&E)", kLater),
-              SQ_ITEM(recallTicketText, "mnuCatxt", "调用已读文本过滤(&A)", kLater)});
+              SQ_ITEM(recallCombinationTemplate, "mnuCallZhmb", "调用组号模板功能", kBuilt),
+              SQ_ITEM(readTicketText, "mnuRdtxt", "读取组号文本过滤(&E)", kBuilt),
+              SQ_ITEM(recallTicketText, "mnuCatxt", "调用已读文本过滤(&A)", kBuilt)});
 }
 
 // 组号方式: the play modes, the wheels and the expansions into candidate tables.

@@ -247,6 +247,7 @@ void MainWindow::connectMenus() {
     connectPlayModeMenus();
     connectSpin();
     connectWheelMenus();
+    connectSourceMenus();
     const MenuActions& menu = menuActions();
     connect(menu.quit, &QAction::triggered, this, &QWidget::close);
     // The filter windows: expansions of the board, and the table of the last expansion.

@@ -119,6 +119,9 @@ private:
     void openWheel(wheels::Family family, const QString& table);
     void openSixNumberWheel(const QString& table);
     void arrangePrediction();
+    // 功能窗口's template and text entries: mnuCallZhmb, mnuRdtxt, mnuCatxt.
+    void connectSourceMenus();
+    void readTicketText();
 
     Session& m_session;
     WorkspaceList& m_workspaces;

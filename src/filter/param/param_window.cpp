@@ -112,14 +112,7 @@ bool ParamWindow::addLiveToTemplate(SqliteDb& filterDb) {
 bool ParamWindow::clearTemplate(SqliteDb& filterDb) {
     // No write of the old table may run while it is dropped; the reopened one is written after.
     const FilterWorkspace::Edit paused = m_workspace.pauseWrite();
-    {
-        SqliteTransaction tx(filterDb);
-        if (!tx.active()) return false;
-        filterDb.exec(QStringLiteral("DROP TABLE IF EXISTS [zuheMoban]"));
-        if (!filterDb.exec(schema::candidate(schema::CandidateKind::Template).createStatement()) ||
-            !tx.commit())
-            return false;
-    }
+    if (!param_window::makeEmptyTemplate(filterDb)) return false;
     // The window reloads its (now empty) table, with the headings of a cleared template.
     m_workspace.openStored(filterDb);
     m_view = GridView::live();
@@ -130,6 +123,13 @@ bool ParamWindow::clearTemplate(SqliteDb& filterDb) {
 }
 
 namespace param_window {
+
+bool makeEmptyTemplate(SqliteDb& filterDb) {
+    SqliteTransaction tx(filterDb);
+    if (!tx.active()) return false;
+    filterDb.exec(QStringLiteral("DROP TABLE IF EXISTS [zuheMoban]"));
+    return filterDb.exec(schema::candidate(schema::CandidateKind::Template).createStatement()) && tx.commit();
+}
 
 bool addTickets(SqliteDb& filterDb, const std::vector<std::array<int, 7>>& tickets) {
     const QString table = QStringLiteral("zuheMoban");

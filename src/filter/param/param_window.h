@@ -78,4 +78,6 @@ namespace param_window {
 // duplicates, is ordered as the distinct selection returns it and renumbered from 1. Nothing
 // happens while the template table does not exist. One transaction.
 bool addTickets(SqliteDb& filterDb, const std::vector<std::array<int, 7>>& tickets);
+// The clear of GAganZhMb: zuheMoban dropped and made anew, empty. One transaction.
+bool makeEmptyTemplate(SqliteDb& filterDb);
 }  // namespace param_window

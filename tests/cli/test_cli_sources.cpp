@@ -1,0 +1,86 @@
+#include "cli/cli_fixture.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+namespace {
+
+class CliSources : public CliTest {
+protected:
+    void SetUp() override { ASSERT_EQ(one({"workspace", "create", "w1"}), QStringLiteral("1")); }
+
+    QString write(const char* name, const QByteArray& bytes) {
+        const QString path = dir.filePath(QString::fromLatin1(name));
+        QFile f(path);
+        EXPECT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write(bytes);
+        return path;
+    }
+    QStringList rows(const char* table) {
+        return one({"candidates", "show", "--table", table}).split('\n').mid(1);
+    }
+    // idx and the seven numbers of a shown row.
+    static QString ticket(const QString& row) { return row.split('\t').mid(0, 8).join(' '); }
+
+    QTemporaryDir dir;
+};
+
+}  // namespace
+
+// The serial number "1:" is no number, "123" gives 23, short lines and lines of eight numbers
+// are dropped; a file without a ticket, or no text at all, leaves zuheRead as it was.
+TEST_F(CliSources, ReadsTicketsFromTextAndKeepsTheTableWhenNothingQualifies) {
+    const QString good = write("good.txt",
+                               "1: 01 02 03 04 05 06 07\n"
+                               "123 04 05 06 07 08 09\r\n"
+                               "01 02 03\n"
+                               "10: 01 02 03 04 05 06 07\n"
+                               "\xb5\xda\x32\xc6\xda\xa3\xba 11 12 13 14 15 06 10\n");  // GBK "第2期："
+    EXPECT_EQ(one({"read-text", good}), QStringLiteral("3"));
+    const QStringList shown = rows("zuheRead");
+    ASSERT_EQ(shown.size(), 3);
+    EXPECT_EQ(ticket(shown[0]), QStringLiteral("1 1 2 3 4 5 6 7"));
+    EXPECT_EQ(ticket(shown[1]), QStringLiteral("2 23 4 5 6 7 8 9"));
+    EXPECT_EQ(ticket(shown[2]), QStringLiteral("3 11 12 13 14 15 6 10"));
+
+    // From column 4 the serial numbers are skipped: "10:" now gives a ticket, "123 04" does not.
+    EXPECT_EQ(one({"read-text", good, "--start", "4"}), QStringLiteral("3"));
+    EXPECT_EQ(ticket(rows("zuheRead")[1]), QStringLiteral("2 1 2 3 4 5 6 7"));
+
+    const CliRun none = cli.run({"read-text", write("none.txt", "01 02 03\nhello\n")});
+    EXPECT_EQ(none.exitCode, 1);
+    EXPECT_TRUE(none.err.contains(QStringLiteral("zuheRead is as it was"))) << none.err.toStdString();
+    const CliRun binary = cli.run({"read-text", write("b.bin", QByteArray("01 02 03 04 05 06 07\n\0", 22))});
+    EXPECT_EQ(binary.exitCode, 1);
+    const CliRun outside = cli.run({"read-text", write("o.txt", "36 01 02 03 04 05 06\n")});
+    EXPECT_EQ(outside.exitCode, 1);
+    EXPECT_TRUE(outside.err.contains(QStringLiteral("outside the zones"))) << outside.err.toStdString();
+    EXPECT_EQ(one({"candidates", "count", "--table", "zuheRead"}), QStringLiteral("3"));
+    EXPECT_EQ(cli.run({"read-text", dir.filePath(QStringLiteral("missing.txt"))}).exitCode, 1);
+    EXPECT_EQ(cli.run({"read-text", good, "--start", "0"}).exitCode, 1);
+}
+
+// The template gathers the live tickets of each add without duplicates, in the order of their
+// numbers, numbered anew; an add of nothing only renumbers.
+TEST_F(CliSources, TheTemplateGathersTicketsWithoutDuplicates) {
+    EXPECT_EQ(cli.run({"template", "count"}).exitCode, 1);  // not made yet
+    EXPECT_EQ(cli.run({"template", "add", "--table", "zuheRead"}).exitCode, 1);
+    EXPECT_EQ(one({"template", "clear"}), QStringLiteral("0"));
+    EXPECT_EQ(one({"template", "count"}), QStringLiteral("0"));
+
+    one({"read-text", write("a.txt", "05 06 07 08 09 01 02\n01 02 03 04 05 06 07\n")});
+    EXPECT_EQ(one({"template", "add", "--table", "zuheRead"}), QStringLiteral("2"));
+    one({"read-text", write("b.txt", "01 02 03 04 05 06 07\n02 03 04 05 06 01 02\n")});
+    EXPECT_EQ(one({"template", "add", "--table", "zuheRead"}), QStringLiteral("3"));
+    QStringList shown = rows("zuheMoban");
+    ASSERT_EQ(shown.size(), 3);
+    EXPECT_EQ(ticket(shown[0]), QStringLiteral("1 1 2 3 4 5 6 7"));
+    EXPECT_EQ(ticket(shown[1]), QStringLiteral("2 2 3 4 5 6 1 2"));
+    EXPECT_EQ(ticket(shown[2]), QStringLiteral("3 5 6 7 8 9 1 2"));
+
+    one({"filter", "invert-all", "--table", "zuheRead"});
+    EXPECT_EQ(one({"template", "add", "--table", "zuheRead"}), QStringLiteral("3"));
+    EXPECT_EQ(one({"template", "count"}), QStringLiteral("3"));
+    EXPECT_EQ(one({"template", "clear"}), QStringLiteral("0"));
+    EXPECT_EQ(one({"template", "count"}), QStringLiteral("0"));
+}
