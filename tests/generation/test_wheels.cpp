@@ -101,12 +101,15 @@ TEST(WheelCoverState, CountersAgreeWithTheCheckerThroughRandomChanges) {
                     if ((all & ~b) == 0) break;
                     const int x = std::countr_zero(b);
                     const int y = std::countr_zero(all & ~b);
+                    if (round % 8 == 2) state.raiseUnsatisfiedWeights();
                     const auto before = state.unsatisfied();
+                    const auto weighted = static_cast<int64_t>(state.weightedCost());
                     const auto d = state.tryMove(i, x, y);
                     ASSERT_EQ(state.unsatisfied(), before);  // a try leaves the state as it was
                     state.move(i, x, y);
                     ASSERT_EQ(static_cast<int64_t>(state.unsatisfied()),
                               static_cast<int64_t>(before) + d.unsatisfied);
+                    ASSERT_EQ(static_cast<int64_t>(state.weightedCost()), weighted + d.weighted);
                 }
             }
             ASSERT_EQ(state.unsatisfied(), check({g, state.blocks()}).unsatisfied)

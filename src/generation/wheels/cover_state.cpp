@@ -110,6 +110,7 @@ void CoverState::move(size_t i, int x, int y) {
 // ticket loses one, each above a t-set that it gives to a first ticket gains one; a drawn set
 // changes state when its count crosses 0 on the balance.
 CoverState::Delta CoverState::tryMove(size_t i, int x, int y) {
+    if (m_g.p == m_g.t) return tryCoveringMove(i, x, y);
     if (++m_stamp == 0) {
         std::fill(m_seen.begin(), m_seen.end(), 0u);
         m_stamp = 1;
@@ -148,6 +149,28 @@ CoverState::Delta CoverState::tryMove(size_t i, int x, int y) {
             ++d.unsatisfied;
         }
     }
+    return d;
+}
+
+// A covering design's drawn sets are its t-sets: the t-sets through x that only this ticket
+// holds go unmet, those through y that no ticket holds are met, and none is both.
+CoverState::Delta CoverState::tryCoveringMove(size_t i, int x, int y) const {
+    Delta d{0, 0};
+    const Block rest = m_blocks[i] & ~(Block{1} << x);
+    forEachTSet(rest, x, [&](Block tset) {
+        const uint32_t rank = colexRank(tset);
+        if (m_tsetCount[rank] == 1) {
+            d.weighted += m_weight[rank];
+            ++d.unsatisfied;
+        }
+    });
+    forEachTSet(rest, y, [&](Block tset) {
+        const uint32_t rank = colexRank(tset);
+        if (m_tsetCount[rank] == 0) {
+            d.weighted -= m_weight[rank];
+            --d.unsatisfied;
+        }
+    });
     return d;
 }
 

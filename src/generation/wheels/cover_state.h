@@ -44,6 +44,7 @@ public:
     void resetWeights();
 
 private:
+    Delta tryCoveringMove(size_t i, int x, int y) const;
     template <typename F>
     void forEachTSet(Block rest, int through, F&& f) const;
     void addTSet(Block tset);
