@@ -3,6 +3,7 @@
 // the search and keeps the best wheel found so far. With --family it works on the tables of
 // the wheel menus kept in the data folder: each is made when missing and replaced only by a
 // smaller wheel that passes the check.
+#include "generation/wheels/cyclic_search.h"
 #include "generation/wheels/wheel_catalogue.h"
 #include "generation/wheels/wheel_check.h"
 #include "generation/wheels/wheel_search.h"
@@ -57,8 +58,21 @@ void reportTable(const wheels::WheelTable& table, const QString& dataDir) {
                 qPrintable(ratio));
 }
 
+// A turning-invariant wheel searched for `seconds` when it is smaller than `start`: the start
+// of the free search then.
+std::vector<wheels::Block> cyclicStart(const wheels::Guarantee& g, const wheels::SearchOptions& options,
+                                       double seconds, std::vector<wheels::Block> start) {
+    if (seconds <= 0) return start;
+    const std::vector<wheels::Block> turned =
+        wheels::searchCyclic(g, {options.seed, seconds, 1, options.cancel});
+    if (turned.empty() || !wheels::check({g, turned}).holds) return start;
+    std::fprintf(stderr, "%s: a turning-invariant wheel of %zu tickets\n", qPrintable(g.name()), turned.size());
+    return start.empty() || turned.size() < start.size() ? turned : start;
+}
+
 // Makes or improves one table's file; 0 when the file holds a valid wheel afterwards.
-int improveTable(const wheels::WheelTable& table, const QString& dataDir, wheels::SearchOptions options) {
+int improveTable(const wheels::WheelTable& table, const QString& dataDir, wheels::SearchOptions options,
+                 double cyclicSeconds) {
     const QString folder = QDir(dataDir).filePath(wheels::familyWord(table.family));
     QDir().mkpath(folder);
     const QString file = QDir(folder).filePath(table.name + QStringLiteral(".txt"));
@@ -76,7 +90,7 @@ int improveTable(const wheels::WheelTable& table, const QString& dataDir, wheels
         if (!kept.empty() && !wheels::check({g, kept}).holds)
             return fail(file + QStringLiteral(" does not keep its promise"));
         options.targetTickets = static_cast<size_t>(table.bestKnown);
-        found = wheels::search(g, options, kept).blocks;
+        found = wheels::search(g, options, cyclicStart(g, options, cyclicSeconds, kept)).blocks;
         if (!found.empty() && !wheels::check({g, found}).holds)
             return fail(QStringLiteral("the search gave a wheel that fails"));
     }
@@ -114,6 +128,11 @@ struct ToolLine {
     QCommandLineOption out{QStringLiteral("out"),
                            QStringLiteral("Write the wheel here (default: standard output)."),
                            QStringLiteral("FILE")};
+    QCommandLineOption cyclic{
+        QStringLiteral("cyclic"),
+        QStringLiteral("First search this long for a wheel that turning the positions round keeps, and start "
+                       "from it when it is smaller."),
+        QStringLiteral("S"), QStringLiteral("0")};
     QCommandLineOption quiet{QStringLiteral("quiet"), QStringLiteral("No progress lines.")};
     QCommandLineOption family{
         QStringLiteral("family"),
@@ -137,7 +156,7 @@ struct ToolLine {
         parser.addPositionalArgument(QStringLiteral("N K P T"),
                                      QStringLiteral("The positions, the ticket size, the guarantee."));
         parser.addOptions(
-            {seed, threads, target, moves, seconds, start, out, quiet, family, table, data, report});
+            {seed, threads, target, moves, seconds, cyclic, start, out, quiet, family, table, data, report});
     }
 
     // The search's budget and seeds; nothing when one is not a number of 0 or more.
@@ -181,7 +200,7 @@ int runCatalogue(const ToolLine& line, wheels::SearchOptions options) {
         if (listing)
             reportTable(t, dataDir);
         else
-            status = std::max(status, improveTable(t, dataDir, options));
+            status = std::max(status, improveTable(t, dataDir, options, line.parser.value(line.cyclic).toDouble()));
     }
     if (matched == 0)
         return fail(QStringLiteral("no table \"%1\" in that family").arg(line.parser.value(line.table)));
@@ -216,6 +235,7 @@ int runDesign(const ToolLine& line, wheels::SearchOptions options) {
                          clock.elapsed() / 1000.0, p.thread, p.tickets, p.unsatisfied, p.bestTickets,
                          static_cast<unsigned long long>(p.moves));
         };
+    begin = cyclicStart(g, options, line.parser.value(line.cyclic).toDouble(), begin);
     const wheels::SearchResult r = wheels::search(g, options, begin);
     if (r.blocks.empty() || !wheels::check({g, r.blocks}).holds)
         return fail(QStringLiteral("no valid wheel found for %1").arg(g.name()));

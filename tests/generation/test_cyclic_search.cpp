@@ -1,0 +1,32 @@
+#include "generation/wheels/cyclic_search.h"
+#include "generation/wheels/wheel_check.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+using namespace wheels;
+
+TEST(CyclicSearch, TurnsPositionsRound) {
+    EXPECT_EQ(turned(0b00011, 1, 5), 0b00110u);
+    EXPECT_EQ(turned(0b10001, 1, 5), 0b00011u);  // position 5 comes round to 1
+    EXPECT_EQ(turned(0b10001, 6, 5), 0b00011u);
+    EXPECT_EQ(turned(0b10001, -1, 5), 0b11000u);
+    EXPECT_EQ(turned(0b1, 31, 32), 0x80000000u);
+}
+
+// Whatever the budget, the wheel found keeps its promise, and every ticket's turn is a ticket.
+TEST(CyclicSearch, FindsTurningInvariantWheelsThatKeepThePromise) {
+    for (const Guarantee g : {Guarantee{13, 5, 5, 4}, {12, 6, 4, 4}, {14, 6, 6, 5}, {11, 5, 3, 3}}) {
+        const std::vector<Block> wheel = searchCyclic(g, {7, 0.3, 1, nullptr});
+        ASSERT_FALSE(wheel.empty()) << g.name().toStdString();
+        EXPECT_TRUE(check({g, wheel}).holds) << g.name().toStdString();
+        const std::set<Block> tickets(wheel.begin(), wheel.end());
+        EXPECT_EQ(tickets.size(), wheel.size());
+        for (Block b : wheel) EXPECT_TRUE(tickets.contains(turned(b, 1, g.n))) << g.name().toStdString();
+    }
+    // A cancel before the start gives no wheel rather than a broken one.
+    const std::atomic<bool> cancelled{true};
+    const std::vector<Block> none = searchCyclic({13, 5, 5, 4}, {7, 10, 1, &cancelled});
+    EXPECT_TRUE(none.empty() || check({{13, 5, 5, 4}, none}).holds);
+}
