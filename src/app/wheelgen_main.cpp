@@ -58,16 +58,20 @@ void reportTable(const wheels::WheelTable& table, const QString& dataDir) {
                 qPrintable(ratio));
 }
 
-// A turning-invariant wheel searched for `seconds` when it is smaller than `start`: the start
-// of the free search then.
+// The smaller of two turning-invariant wheels, all positions turning and one staying, each
+// searched for half of `seconds`, when it is smaller than `start`: the start of the free search.
 std::vector<wheels::Block> cyclicStart(const wheels::Guarantee& g, const wheels::SearchOptions& options,
                                        double seconds, std::vector<wheels::Block> start) {
     if (seconds <= 0) return start;
-    const std::vector<wheels::Block> turned =
-        wheels::searchCyclic(g, {options.seed, seconds, 1, options.cancel});
-    if (turned.empty() || !wheels::check({g, turned}).holds) return start;
-    std::fprintf(stderr, "%s: a turning-invariant wheel of %zu tickets\n", qPrintable(g.name()), turned.size());
-    return start.empty() || turned.size() < start.size() ? turned : start;
+    for (bool fixedPoint : {false, true}) {
+        const std::vector<wheels::Block> turned =
+            wheels::searchCyclic(g, {options.seed, seconds / 2, 1, options.cancel, fixedPoint});
+        if (turned.empty() || !wheels::check({g, turned}).holds) continue;
+        std::fprintf(stderr, "%s: a turning-invariant wheel of %zu tickets%s\n", qPrintable(g.name()),
+                     turned.size(), fixedPoint ? " (one position fixed)" : "");
+        if (start.empty() || turned.size() < start.size()) start = turned;
+    }
+    return start;
 }
 
 // Makes or improves one table's file; 0 when the file holds a valid wheel afterwards.

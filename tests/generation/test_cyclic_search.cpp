@@ -30,3 +30,16 @@ TEST(CyclicSearch, FindsTurningInvariantWheelsThatKeepThePromise) {
     const std::vector<Block> none = searchCyclic({13, 5, 5, 4}, {7, 10, 1, &cancelled});
     EXPECT_TRUE(none.empty() || check({{13, 5, 5, 4}, none}).holds);
 }
+
+// With a fixed point the last position stays where it is and the others turn among themselves.
+TEST(CyclicSearch, OnePositionMayStayFixed) {
+    EXPECT_EQ(turned(0b10001, 1, 4), 0b10010u);
+    EXPECT_EQ(turned(0b11000, 1, 4), 0b10001u);
+    const Guarantee g{15, 5, 5, 4};
+    CyclicOptions o{3, 0.3, 1, nullptr, true};
+    const std::vector<Block> wheel = searchCyclic(g, o);
+    ASSERT_FALSE(wheel.empty());
+    EXPECT_TRUE(check({g, wheel}).holds);
+    const std::set<Block> tickets(wheel.begin(), wheel.end());
+    for (Block b : wheel) EXPECT_TRUE(tickets.contains(turned(b, 1, g.n - 1)));
+}

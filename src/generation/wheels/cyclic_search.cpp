@@ -9,11 +9,12 @@
 
 namespace wheels {
 
-Block turned(Block b, int shift, int n) {
-    shift %= n;
-    if (shift < 0) shift += n;
-    const uint64_t wide = uint64_t{b} << shift;
-    return static_cast<Block>((wide | (wide >> n)) & ((uint64_t{1} << n) - 1));
+Block turned(Block b, int shift, int period) {
+    shift %= period;
+    if (shift < 0) shift += period;
+    const uint64_t turning = (uint64_t{1} << period) - 1;
+    const uint64_t wide = (uint64_t{b} & turning) << shift;
+    return static_cast<Block>(((wide | (wide >> period)) & turning) | (uint64_t{b} & ~turning));
 }
 
 namespace {
@@ -22,10 +23,12 @@ using Clock = std::chrono::steady_clock;
 constexpr int kGreedyCandidates = 24;
 constexpr uint64_t kCheckClockEvery = 256;
 
-// The state holds orbit j's turns at indices j * n .. j * n + n - 1, turn r at j * n + r.
+// The state holds orbit j's turns at indices j * p .. j * p + p - 1, turn r at j * p + r (p the
+// period).
 class CyclicSearcher {
 public:
-    CyclicSearcher(const Guarantee& g, const CyclicOptions& o) : m_g(g), m_o(o), m_state(g), m_random(o.seed) {}
+    CyclicSearcher(const Guarantee& g, const CyclicOptions& o)
+        : m_g(g), m_o(o), m_period(o.fixedPoint ? g.n - 1 : g.n), m_state(g), m_random(o.seed) {}
     std::vector<Block> run();
 
 private:
@@ -43,8 +46,12 @@ private:
     void dropRandomOrbit();
     void step();
 
+    // A base position's place in turn r.
+    int turn(int x, int r) const { return x < m_period ? (x + r) % m_period : x; }
+
     const Guarantee& m_g;
     const CyclicOptions& m_o;
+    int m_period;  // turns of an orbit
     CoverState m_state;
     std::mt19937_64 m_random;
     std::vector<Block> m_base;
@@ -54,12 +61,12 @@ private:
 };
 
 void CyclicSearcher::addOrbit(Block base) {
-    for (int r = 0; r < m_g.n; ++r) m_state.addBlock(turned(base, r, m_g.n));
+    for (int r = 0; r < m_period; ++r) m_state.addBlock(turned(base, r, m_period));
     m_base.push_back(base);
 }
 
 void CyclicSearcher::dropLastOrbit() {
-    for (int r = 0; r < m_g.n; ++r) m_state.removeBlock(m_state.blocks().size() - 1);
+    for (int r = 0; r < m_period; ++r) m_state.removeBlock(m_state.blocks().size() - 1);
     m_base.pop_back();
 }
 
@@ -72,8 +79,8 @@ void CyclicSearcher::rebuild() {
 }
 
 void CyclicSearcher::moveOrbit(size_t j, int x, int y) {
-    for (int r = 0; r < m_g.n; ++r)
-        m_state.move(j * static_cast<size_t>(m_g.n) + static_cast<size_t>(r), (x + r) % m_g.n, (y + r) % m_g.n);
+    for (int r = 0; r < m_period; ++r)
+        m_state.move(j * static_cast<size_t>(m_period) + static_cast<size_t>(r), turn(x, r), turn(y, r));
     m_base[j] = (m_base[j] & ~(Block{1} << x)) | (Block{1} << y);
 }
 
@@ -109,7 +116,7 @@ void CyclicSearcher::dropRandomOrbit() {
 // take one more of them for one of its others; that move made on the base ticket moves all its
 // turns. The best move that is not tabu is made.
 void CyclicSearcher::step() {
-    const int n = m_g.n;
+    const int n = m_period;
     const Block target = m_state.unsatisfiedTarget(below(m_state.unsatisfied()));
     std::vector<uint32_t> moves;  // orbit * 1024 + x * 32 + y, on the base ticket
     const std::vector<Block>& blocks = m_state.blocks();
@@ -120,8 +127,8 @@ void CyclicSearcher::step() {
         const int r = static_cast<int>(i % static_cast<size_t>(n));
         for (Block out = b & ~target; out; out &= out - 1)
             for (Block in = target & ~b; in; in &= in - 1) {
-                const int x = ((std::countr_zero(out) - r) % n + n) % n;
-                const int y = ((std::countr_zero(in) - r) % n + n) % n;
+                const int x = turn(std::countr_zero(out), n - r);
+                const int y = turn(std::countr_zero(in), n - r);
                 moves.push_back(static_cast<uint32_t>(j * 1024 + static_cast<size_t>(x * 32 + y)));
             }
     }
@@ -176,7 +183,7 @@ std::vector<Block> CyclicSearcher::run() {
     }
     std::set<Block> distinct;
     for (Block b : best)
-        for (int r = 0; r < m_g.n; ++r) distinct.insert(turned(b, r, m_g.n));
+        for (int r = 0; r < m_period; ++r) distinct.insert(turned(b, r, m_period));
     return {distinct.begin(), distinct.end()};
 }
 
