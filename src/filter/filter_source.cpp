@@ -6,8 +6,8 @@ namespace {
 
 using K = schema::CandidateKind;
 
-const std::array<FilterSourceTraits, 7>& allTraits() {
-    static const std::array<FilterSourceTraits, 7> traits{{
+const std::array<FilterSourceTraits, 10>& allTraits() {
+    static const std::array<FilterSourceTraits, 10> traits{{
         {FilterSource::Expansion,
          "GAgan",
          K::Combinations,
@@ -43,6 +43,12 @@ const std::array<FilterSourceTraits, 7>& allTraits() {
          filter_source::kAskNumbers, false, QStringLiteral("zuheRote.xls"), false},
         {FilterSource::CombinationTemplate, "GAganZhMb", K::Template, OpeningMode::Keep, FirstView::Live,
          filter_source::kAskNumbers, false, QStringLiteral("zuheMoban.xls"), true},
+        {FilterSource::SixExpansion, "GAganf", K::SixNumbers, OpeningMode::ExpandSixPicks, FirstView::IdxRange,
+         filter_source::kAskNumbers, false, {}, false},
+        {FilterSource::SixBankerExpansion, "Gdanaganf", K::SixNumbers, OpeningMode::ExpandSixBankers,
+         FirstView::IdxRange, filter_source::kAskNumbers, false, {}, false},
+        {FilterSource::StoredSixExpansion, "GAganfMb", K::SixNumbers, OpeningMode::Keep, FirstView::IdxRange,
+         filter_source::kAskNumbers, false, {}, false},
     }};
     return traits;
 }

@@ -4,8 +4,9 @@
 
 #include <QString>
 
-// The seven instances of the one filter window class: which table each holds, how it obtains
-// it on opening, and the texts in which they differ.
+// The instances of the filter windows: which table each holds, how it obtains it on opening,
+// and the texts in which they differ. The first seven are the filter window's (5 + 2 numbers),
+// the last three the six-number window's (zuhef).
 enum class FilterSource {
     Expansion,
     BankerExpansion,
@@ -13,13 +14,18 @@ enum class FilterSource {
     StoredExpansion,
     Imported,
     StoredWheel,
-    CombinationTemplate
+    CombinationTemplate,
+    SixExpansion,
+    SixBankerExpansion,
+    StoredSixExpansion,
 };
 
 // How an instance obtains its table when it opens.
 enum class OpeningMode {
     ExpandPicks,    // drops and makes the table, full expansion of the picks
     ExpandBankers,  // drops and makes the table, expansion with bankers
+    ExpandSixPicks,    // the same for six-number rows
+    ExpandSixBankers,
     FillFromWheel,  // makes the table from a wheel
     Keep,           // works on the table as it stands
 };

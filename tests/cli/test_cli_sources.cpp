@@ -84,3 +84,32 @@ TEST_F(CliSources, TheTemplateGathersTicketsWithoutDuplicates) {
     EXPECT_EQ(one({"template", "clear"}), QStringLiteral("0"));
     EXPECT_EQ(one({"template", "count"}), QStringLiteral("0"));
 }
+
+// The six-number window's filters on zuhef: a parameter by its English name, the undo and
+// invert buttons of that window, the history filter with its input check.
+TEST_F(CliSources, SixNumberFiltersWorkOnZuhef) {
+    EXPECT_EQ(cli.run({"six", "reset-all"}).exitCode, 1);  // no zuhef yet
+    EXPECT_EQ(one({"expand", "--six", "--front", "1,2,3,4,5,6,7,8", "--back", "1,2"}), QStringLiteral("28"));
+    // A row leaves out two of 1..8, a and b, and sums 36 - a - b: 25..27 keeps a + b in 9..11,
+    // ten pairs. Of those only the row without 1 (and 8) starts at 2.
+    EXPECT_EQ(one({"six", "param", "sum", "--keep", "--range", "25", "27"}), QStringLiteral("10"));
+    EXPECT_EQ(one({"six", "param", "position-1", "--exclude", "--range", "2", "9"}), QStringLiteral("9"));
+    EXPECT_EQ(one({"six", "reset-last"}), QStringLiteral("10"));
+    EXPECT_EQ(one({"six", "invert-all"}), QStringLiteral("18"));
+    EXPECT_EQ(one({"six", "invert-all"}), QStringLiteral("10"));
+    EXPECT_EQ(one({"six", "reset-all"}), QStringLiteral("28"));
+    // One draw 1 2 3 20 30: five of its numbers are never in a row, three are in the rows that
+    // leave out two of 4..8.
+    one({"history", "add", "01", "02", "03", "20", "30", "01", "02"});
+    EXPECT_EQ(one({"six", "history", "5"}), QStringLiteral("28"));
+    const int afterHistory = one({"six", "history", "3", "--draws", "1"}).toInt();
+    EXPECT_EQ(afterHistory, 18);
+    EXPECT_EQ(cli.run({"six", "history", "6"}).exitCode, 2);
+    const CliRun zero = cli.run({"six", "history", "3", "--draws", "0"});
+    EXPECT_EQ(zero.exitCode, 1);
+    EXPECT_TRUE(zero.err.contains(QStringLiteral("请输入一个正数"))) << zero.err.toStdString();
+    const CliRun unknown = cli.run({"six", "param", "fig7", "--keep", "--range", "1", "2"});
+    EXPECT_EQ(unknown.exitCode, 2);
+    EXPECT_TRUE(unknown.err.contains(QStringLiteral("position-6"))) << unknown.err.toStdString();
+    EXPECT_EQ(one({"candidates", "count", "--table", "zuhef"}).toInt(), afterHistory);
+}

@@ -412,11 +412,11 @@ QStringList foldersOf(const QString& heading) {
     static const std::map<QString, QStringList> folders{
         {QStringLiteral("MainWindow"),
          {QStringLiteral("src/app/ui"), QStringLiteral("src/picking/ui"), QStringLiteral("src/history/ui")}},
-        {QStringLiteral("FilterWindow"), {QStringLiteral("src/filter/ui")}},
+        {QStringLiteral("FilterWindow"), {QStringLiteral("src/filter/ui/filter_window")}},
         {QStringLiteral("StartWindow"), {QStringLiteral("src/app/ui")}},
         {QStringLiteral("LoginDialog"), {QStringLiteral("src/workspace/ui")}},
         {QStringLiteral("DownloadSourceDialog"), {QStringLiteral("src/history/ui")}},
-        {QStringLiteral("SavedSettingsDialog"), {QStringLiteral("src/filter/ui")}},
+        {QStringLiteral("SavedSettingsDialog"), {QStringLiteral("src/filter/ui/saved_settings_dialog")}},
         {QStringLiteral("PrizeRulesDialog"), {QStringLiteral("src/prize/ui")}},
         {QStringLiteral("ProfitLossReportWindow"), {QStringLiteral("src/prize/ui")}},
         {QStringLiteral("FortuneWindow"),

@@ -12,6 +12,7 @@
 #include "app/cli/super_filter_commands.h"
 #include "app/cli/template_commands.h"
 #include "app/cli/text_commands.h"
+#include "app/cli/six_commands.h"
 #include "app/cli/tool_commands.h"
 #include "app/cli/wheel_commands.h"
 #include "app/cli/workspace_commands.h"
@@ -55,7 +56,8 @@ const std::vector<std::unique_ptr<Command>>& all() {
              FilterIntegratedCommand, FilterRelationCommand, FilterHistoryCommand, FilterInclusionCommand,
              FilterSameAsTemplateCommand, FilterResetAllCommand, FilterResetLastCommand,
              FilterInvertAllCommand, FilterInvertLastCommand, TemplateAddCommand, TemplateClearCommand,
-             TemplateCountCommand, ReadTextCommand, MobanListCommand,
+             TemplateCountCommand, ReadTextCommand, SixParamCommand, SixHistoryCommand, SixResetAllCommand,
+             SixResetLastCommand, SixInvertAllCommand, SixInvertLastCommand, MobanListCommand,
              MobanAddRelationCommand, MobanAddHistoryCommand, MobanAddInclusionCommand,
              MobanAddSameAsTemplateCommand, MobanAddInvertAllCommand, MobanAddInvertLastCommand,
              MobanAddIntegratedCommand, MobanReplayCommand, MobanDeleteLastCommand, MobanClearCommand,

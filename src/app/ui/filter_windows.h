@@ -4,6 +4,7 @@
 #include "generation/wheels/wheel_catalogue.h"
 
 class FilterWindow;
+class SixFilterWindow;
 class Prompter;
 class QWidget;
 class Session;
@@ -20,3 +21,7 @@ struct WheelChoice {
 // by the caller.
 FilterWindow* openFilterWindow(FilterSource instance, Session& session, Prompter& prompter, QWidget* parent,
                                const WheelChoice* wheel = nullptr);
+
+// The six-number window of GAganf, Gdanaganf (expanding the board into a fresh zuhef) or
+// GAganfMb (zuhef as it was left).
+SixFilterWindow* openSixFilterWindow(FilterSource instance, Session& session, Prompter& prompter, QWidget* parent);

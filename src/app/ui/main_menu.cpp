@@ -182,10 +182,10 @@ void MainMenu::addWindowsMenu(QMenuBar* bar) {
               SQ_ITEM(checkWheel, "mnuRtInq", "旋转组合查询(&O)", kBuilt),
               SQ_ITEM(checkTextTickets, "mnuTxInq", "文本组合查询(&X)", kBuilt),
               SQ_ITEM(checkTemplateTickets, "mnuMbInq", "模板中奖查询(&M)", kBuilt),
-              SQ_ITEM(checkSixFrontTickets, "mnufsInq", "前区复式中奖查询(&Q)", kLater),
+              SQ_ITEM(checkSixFrontTickets, "mnufsInq", "前区复式中奖查询(&Q)", kBuilt),
               SQ_ITEM(recallExpansion, "mnuCallfd", "调用上次复选/胆拖 单式组合排列", kBuilt),
               SQ_ITEM(recallWheel, "mnuCallRote", "调用上次旋转矩阵      组合排列", kBuilt),
-              SQ_ITEM(recallSixFrontExpansion, "mnuCallfd6", "调用上次前区复选/胆拖6复式组合排列", kLater),
+              SQ_ITEM(recallSixFrontExpansion, "mnuCallfd6", "调用上次前区复选/胆拖6复式组合排列", kBuilt),
               SQ_ITEM(recallCombinationTemplate, "mnuCallZhmb", "调用组号模板功能", kBuilt),
               SQ_ITEM(readTicketText, "mnuRdtxt", "读取组号文本过滤(&E)", kBuilt),
               SQ_ITEM(recallTicketText, "mnuCatxt", "调用已读文本过滤(&A)", kBuilt)});
@@ -218,8 +218,8 @@ void MainMenu::addPlayModesMenu(QMenuBar* bar) {
     addWheelMenus(sl);
     addItems(sl, {SQ_ITEM(multiExpansion, "mnuLst", "复选组合排列(&L)", kBuilt),
                   SQ_ITEM(bankerExpansion, "mnuDtlst", "胆拖组合排列(&S)", kBuilt),
-                  SQ_ITEM(sixFrontMultiExpansion, "mnu8Lst", "前区复选6复式排列(&I)", kLater),
-                  SQ_ITEM(sixFrontBankerExpansion, "mnuDt8lst", "前区胆拖6复式排列(&X)", kLater)});
+                  SQ_ITEM(sixFrontMultiExpansion, "mnu8Lst", "前区复选6复式排列(&I)", kBuilt),
+                  SQ_ITEM(sixFrontBankerExpansion, "mnuDt8lst", "前区胆拖6复式排列(&X)", kBuilt)});
 }
 
 // The wheels of 组号方式: basic, super, banker and six-number wheels.

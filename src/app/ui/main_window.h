@@ -36,6 +36,8 @@ class ZoneBoardWidget;
 
 // Form1, the hub: history grid, entry row, number board, spin rows and probability bars, and
 // the menus that open everything else. Its state is the Session it is handed.
+class SixFilterWindow;
+
 class MainWindow : public QMainWindow, public Shell, private BoardEvents {
     Q_OBJECT
 public:
@@ -122,6 +124,7 @@ private:
     // 功能窗口's template and text entries: mnuCallZhmb, mnuRdtxt, mnuCatxt.
     void connectSourceMenus();
     void readTicketText();
+    SixFilterWindow* openSixFilter(FilterSource instance);
 
     Session& m_session;
     WorkspaceList& m_workspaces;

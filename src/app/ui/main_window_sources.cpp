@@ -5,6 +5,8 @@
 #include "engine/candidate_store.h"
 #include "filter/param/param_window.h"
 #include "filter/ui/dialog_progress.h"
+#include "filter/ui/six_filter_window.h"
+#include "picking/number_board.h"
 #include "generation/ticket_text.h"
 #include "workspace/prompter.h"
 #include "workspace/session.h"
@@ -31,6 +33,32 @@ void MainWindow::connectSourceMenus() {
     });
     connect(menu.readTicketText, &QAction::triggered, this, &MainWindow::readTicketText);
     connect(menu.recallTicketText, &QAction::triggered, this, [this] { openFilter(FilterSource::Imported); });
+
+    // The six-number window: zuhef expanded from the board, or as it was left.
+    const struct {
+        QAction* item;
+        ListCommand list;
+        FilterSource instance;
+    } sixLists[] = {{menu.sixFrontMultiExpansion, ListCommand::SixFrontMultiExpansion, FilterSource::SixExpansion},
+                    {menu.sixFrontBankerExpansion, ListCommand::SixFrontBankerExpansion,
+                     FilterSource::SixBankerExpansion}};
+    for (const auto& l : sixLists) {
+        const ListCommand list = l.list;
+        const FilterSource instance = l.instance;
+        connect(l.item, &QAction::triggered, this, [this, list, instance] {
+            m_board->prepareList(list);
+            renderBoard();
+            openSixFilter(instance);
+        });
+    }
+    connect(menu.recallSixFrontExpansion, &QAction::triggered, this,
+            [this] { openSixFilter(FilterSource::StoredSixExpansion); });
+}
+
+SixFilterWindow* MainWindow::openSixFilter(FilterSource instance) {
+    SixFilterWindow* w = openSixFilterWindow(instance, m_session, m_prompter, this);
+    if (w) connect(w, &SixFilterWindow::closed, w, &QObject::deleteLater);
+    return w;
 }
 
 void MainWindow::readTicketText() {

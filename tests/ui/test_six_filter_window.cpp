@@ -1,0 +1,86 @@
+// The six-number window driven through its named controls from the main window's entries: the
+// expansion of seven picks, a parameter with its boxes, the money of the live rows, the history
+// filter's input check, the table reopened by mnuCallfd6, and what the window does not have.
+#include "filter/result_grid_model.h"
+#include "filter/ui/six_filter_window.h"
+#include "support/main_window_fixture.h"
+
+#include <QAction>
+#include <QLabel>
+#include <QMenu>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTest>
+
+class SixFilterWindowTest : public QObject {
+    Q_OBJECT
+private slots:
+    void filtersSevenPicksAndReopensThem();
+};
+
+namespace {
+
+SixFilterWindow* lastSixWindow(MainWindow& w) {
+    const QList<SixFilterWindow*> all = w.findChildren<SixFilterWindow*>();
+    return all.isEmpty() ? nullptr : all.last();
+}
+
+}  // namespace
+
+void SixFilterWindowTest::filtersSevenPicksAndReopensThem() {
+    MainWindowFixture f;
+    QVERIFY(f.open());
+    f.window->show();
+    for (int n : {2, 5, 9, 14, 20, 27, 33})
+        f.window->findChild<QPushButton*>(QStringLiteral("Command1(%1)").arg(n))->click();
+    for (int n : {3, 8}) f.window->findChild<QPushButton*>(QStringLiteral("Command2(%1)").arg(n))->click();
+    emit f.window->menuActions().playModesMenu->aboutToShow();
+    QAction* expand = f.window->findChild<QAction*>(QStringLiteral("mnu8Lst"));
+    QVERIFY(expand->isEnabled());
+    expand->trigger();
+    SixFilterWindow* w = lastSixWindow(*f.window);
+    QVERIFY(w);
+    QCOMPARE(w->objectName(), QStringLiteral("GAganf"));
+    QCOMPARE(w->workspace().table().rowCount(), uint64_t(7));
+    QCOMPARE(w->findChild<QLabel*>(QStringLiteral("Label所需金额"))->text(), QStringLiteral("所需金额:84元"));
+
+    // 各位数和 of the seven rows is 110 less the pick each leaves out: 108 105 101 96 90 83 77;
+    // 80..100 keeps three.
+    w->findChild<QLineEdit*>(QStringLiteral("Text2(0)"))->setText(QStringLiteral("80"));
+    w->findChild<QLineEdit*>(QStringLiteral("Text2(1)"))->setText(QStringLiteral("100"));
+    w->findChild<QPushButton*>(QStringLiteral("Option23"))->click();
+    QCOMPARE(w->workspace().table().liveCount(), uint64_t(3));
+    QCOMPARE(w->gridModel().rowCount(), 3);
+    QCOMPARE(w->gridModel().headerData(7, Qt::Horizontal).toString(), QStringLiteral("各位数和"));
+    QCOMPARE(w->findChild<QLabel*>(QStringLiteral("Label所需金额"))->text(), QStringLiteral("所需金额:36元"));
+
+    // 排除 the same range: of the three live rows none stays.
+    w->findChild<QRadioButton*>(QStringLiteral("Option1(1)"))->setChecked(true);
+    w->findChild<QPushButton*>(QStringLiteral("Option23"))->click();
+    QCOMPARE(w->workspace().table().liveCount(), uint64_t(0));
+    w->findChild<QPushButton*>(QStringLiteral("cmdRetn"))->click();
+    QCOMPARE(w->workspace().table().liveCount(), uint64_t(3));
+
+    f.prompter.answer(QStringLiteral("abc"));
+    w->findChild<QPushButton*>(QStringLiteral("Option26"))->click();
+    QCOMPARE(f.prompter.asked().last().text, QStringLiteral("请输入数字"));
+    QCOMPARE(w->workspace().table().liveCount(), uint64_t(3));
+
+    // Not in this window: the template, the zone tabs, the back zone.
+    QVERIFY(!w->findChild<QPushButton*>(QStringLiteral("cmdAdmb")));
+    QVERIFY(!w->findChild<QWidget*>(QStringLiteral("TabStrip1")));
+    QCOMPARE(w->gridModel().columnCount(), 7);  // idx and six numbers: no fig7
+
+    w->findChild<QPushButton*>(QStringLiteral("cmdQut"))->click();
+    QTRY_VERIFY(!lastSixWindow(*f.window) || lastSixWindow(*f.window) != w);
+    f.window->findChild<QAction*>(QStringLiteral("mnuCallfd6"))->trigger();
+    SixFilterWindow* again = lastSixWindow(*f.window);
+    QVERIFY(again);
+    QCOMPARE(again->objectName(), QStringLiteral("GAganfMb"));
+    QCOMPARE(again->workspace().table().rowCount(), uint64_t(7));
+    QCOMPARE(again->workspace().table().liveCount(), uint64_t(3));
+}
+
+QTEST_MAIN(SixFilterWindowTest)
+#include "test_six_filter_window.moc"
