@@ -58,17 +58,22 @@ void reportTable(const wheels::WheelTable& table, const QString& dataDir) {
                 qPrintable(ratio));
 }
 
-// The smaller of two turning-invariant wheels, all positions turning and one staying, each
-// searched for half of `seconds`, when it is smaller than `start`: the start of the free search.
+// The cycles a turning-invariant wheel is searched over: all positions, all but one, and two
+// halves (with one position staying when n is odd).
+std::vector<int> cyclePeriods(int n) { return {n, n - 1, n / 2}; }
+
+// The smallest of the turning-invariant wheels over each choice of cycles, each searched for its
+// share of `seconds`, when it is smaller than `start`: the start of the free search.
 std::vector<wheels::Block> cyclicStart(const wheels::Guarantee& g, const wheels::SearchOptions& options,
                                        double seconds, std::vector<wheels::Block> start) {
     if (seconds <= 0) return start;
-    for (bool fixedPoint : {false, true}) {
-        const std::vector<wheels::Block> turned =
-            wheels::searchCyclic(g, {options.seed, seconds / 2, 1, options.cancel, fixedPoint});
+    const std::vector<int> periods = cyclePeriods(g.n);
+    for (int period : periods) {
+        const std::vector<wheels::Block> turned = wheels::searchCyclic(
+            g, {options.seed, seconds / static_cast<double>(periods.size()), 1, options.cancel, period});
         if (turned.empty() || !wheels::check({g, turned}).holds) continue;
-        std::fprintf(stderr, "%s: a turning-invariant wheel of %zu tickets%s\n", qPrintable(g.name()),
-                     turned.size(), fixedPoint ? " (one position fixed)" : "");
+        std::fprintf(stderr, "%s: a wheel of %zu tickets turning in cycles of %d\n", qPrintable(g.name()),
+                     turned.size(), period);
         if (start.empty() || turned.size() < start.size()) start = turned;
     }
     return start;

@@ -8,11 +8,13 @@
 using namespace wheels;
 
 TEST(CyclicSearch, TurnsPositionsRound) {
-    EXPECT_EQ(turned(0b00011, 1, 5), 0b00110u);
-    EXPECT_EQ(turned(0b10001, 1, 5), 0b00011u);  // position 5 comes round to 1
-    EXPECT_EQ(turned(0b10001, 6, 5), 0b00011u);
-    EXPECT_EQ(turned(0b10001, -1, 5), 0b11000u);
-    EXPECT_EQ(turned(0b1, 31, 32), 0x80000000u);
+    EXPECT_EQ(turned(0b00011, 1, 5, 5), 0b00110u);
+    EXPECT_EQ(turned(0b10001, 1, 5, 5), 0b00011u);  // position 5 comes round to 1
+    EXPECT_EQ(turned(0b10001, 6, 5, 5), 0b00011u);
+    EXPECT_EQ(turned(0b10001, -1, 5, 5), 0b11000u);
+    EXPECT_EQ(turned(0b1, 31, 32, 32), 0x80000000u);
+    // Two cycles of three and a position that stays: 1 2 3 | 4 5 6 | 7.
+    EXPECT_EQ(turned(0b1100101, 1, 3, 7), 0b1001011u);
 }
 
 // Whatever the budget, the wheel found keeps its promise, and every ticket's turn is a ticket.
@@ -23,7 +25,7 @@ TEST(CyclicSearch, FindsTurningInvariantWheelsThatKeepThePromise) {
         EXPECT_TRUE(check({g, wheel}).holds) << g.name().toStdString();
         const std::set<Block> tickets(wheel.begin(), wheel.end());
         EXPECT_EQ(tickets.size(), wheel.size());
-        for (Block b : wheel) EXPECT_TRUE(tickets.contains(turned(b, 1, g.n))) << g.name().toStdString();
+        for (Block b : wheel) EXPECT_TRUE(tickets.contains(turned(b, 1, g.n, g.n))) << g.name().toStdString();
     }
     // A cancel before the start gives no wheel rather than a broken one.
     const std::atomic<bool> cancelled{true};
@@ -33,13 +35,23 @@ TEST(CyclicSearch, FindsTurningInvariantWheelsThatKeepThePromise) {
 
 // With a fixed point the last position stays where it is and the others turn among themselves.
 TEST(CyclicSearch, OnePositionMayStayFixed) {
-    EXPECT_EQ(turned(0b10001, 1, 4), 0b10010u);
-    EXPECT_EQ(turned(0b11000, 1, 4), 0b10001u);
+    EXPECT_EQ(turned(0b10001, 1, 4, 5), 0b10010u);
+    EXPECT_EQ(turned(0b11000, 1, 4, 5), 0b10001u);
     const Guarantee g{15, 5, 5, 4};
-    CyclicOptions o{3, 0.3, 1, nullptr, true};
+    CyclicOptions o{3, 0.3, 1, nullptr, 14};
     const std::vector<Block> wheel = searchCyclic(g, o);
     ASSERT_FALSE(wheel.empty());
     EXPECT_TRUE(check({g, wheel}).holds);
     const std::set<Block> tickets(wheel.begin(), wheel.end());
-    for (Block b : wheel) EXPECT_TRUE(tickets.contains(turned(b, 1, g.n - 1)));
+    for (Block b : wheel) EXPECT_TRUE(tickets.contains(turned(b, 1, g.n - 1, g.n)));
+}
+
+// Two cycles: each ticket's turn within both halves is a ticket too.
+TEST(CyclicSearch, PositionsMayTurnInTwoCycles) {
+    const Guarantee g{16, 6, 5, 4};
+    const std::vector<Block> wheel = searchCyclic(g, {5, 0.3, 1, nullptr, 8});
+    ASSERT_FALSE(wheel.empty());
+    EXPECT_TRUE(check({g, wheel}).holds);
+    const std::set<Block> tickets(wheel.begin(), wheel.end());
+    for (Block b : wheel) EXPECT_TRUE(tickets.contains(turned(b, 1, 8, g.n)));
 }

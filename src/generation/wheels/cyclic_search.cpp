@@ -9,12 +9,17 @@
 
 namespace wheels {
 
-Block turned(Block b, int shift, int period) {
+Block turned(Block b, int shift, int period, int n) {
     shift %= period;
     if (shift < 0) shift += period;
-    const uint64_t turning = (uint64_t{1} << period) - 1;
-    const uint64_t wide = (uint64_t{b} & turning) << shift;
-    return static_cast<Block>(((wide | (wide >> period)) & turning) | (uint64_t{b} & ~turning));
+    const uint64_t cycle = (uint64_t{1} << period) - 1;
+    uint64_t out = 0;
+    int start = 0;
+    for (; start + period <= n; start += period) {
+        const uint64_t part = (uint64_t{b} >> start & cycle) << shift;
+        out |= ((part | (part >> period)) & cycle) << start;
+    }
+    return static_cast<Block>(out | (uint64_t{b} >> start << start));
 }
 
 namespace {
@@ -28,7 +33,7 @@ constexpr uint64_t kCheckClockEvery = 256;
 class CyclicSearcher {
 public:
     CyclicSearcher(const Guarantee& g, const CyclicOptions& o)
-        : m_g(g), m_o(o), m_period(o.fixedPoint ? g.n - 1 : g.n), m_state(g), m_random(o.seed) {}
+        : m_g(g), m_o(o), m_period(o.period > 0 && o.period <= g.n ? o.period : g.n), m_state(g), m_random(o.seed) {}
     std::vector<Block> run();
 
 private:
@@ -47,7 +52,10 @@ private:
     void step();
 
     // A base position's place in turn r.
-    int turn(int x, int r) const { return x < m_period ? (x + r) % m_period : x; }
+    int turn(int x, int r) const {
+        const int cycle = x / m_period;
+        return (cycle + 1) * m_period <= m_g.n ? cycle * m_period + (x % m_period + r) % m_period : x;
+    }
 
     const Guarantee& m_g;
     const CyclicOptions& m_o;
@@ -61,7 +69,7 @@ private:
 };
 
 void CyclicSearcher::addOrbit(Block base) {
-    for (int r = 0; r < m_period; ++r) m_state.addBlock(turned(base, r, m_period));
+    for (int r = 0; r < m_period; ++r) m_state.addBlock(turned(base, r, m_period, m_g.n));
     m_base.push_back(base);
 }
 
@@ -183,7 +191,7 @@ std::vector<Block> CyclicSearcher::run() {
     }
     std::set<Block> distinct;
     for (Block b : best)
-        for (int r = 0; r < m_period; ++r) distinct.insert(turned(b, r, m_period));
+        for (int r = 0; r < m_period; ++r) distinct.insert(turned(b, r, m_period, m_g.n));
     return {distinct.begin(), distinct.end()};
 }
 
