@@ -134,6 +134,9 @@ QWidget* SixFilterWindow::makeGridPanel() {
     m_grid->setObjectName(QStringLiteral("MSFlexGrid1"));
     m_grid->setModel(m_model);
     m_grid->verticalHeader()->hide();
+    // Narrow columns and rows of one line: idx, six numbers and the value side by side.
+    m_grid->horizontalHeader()->setDefaultSectionSize(fontMetrics().horizontalAdvance(QStringLiteral("号码索引")) + 16);
+    m_grid->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
     m_grid->setSelectionBehavior(QAbstractItemView::SelectRows);
     column->addWidget(m_grid, 1);
 
