@@ -59,8 +59,15 @@ void reportTable(const wheels::WheelTable& table, const QString& dataDir) {
 }
 
 // The cycles a turning-invariant wheel is searched over: all positions, all but one, and two
-// halves (with one position staying when n is odd).
-std::vector<int> cyclePeriods(int n) { return {n, n - 1, n / 2}; }
+// halves (with one position staying when n is odd), unless --periods names others.
+std::vector<int> g_periods;
+
+std::vector<int> cyclePeriods(int n) {
+    std::vector<int> periods;
+    for (int p : g_periods)
+        if (p >= 2 && p <= n) periods.push_back(p);
+    return periods.empty() ? std::vector<int>{n, n - 1, n / 2} : periods;
+}
 
 // The smallest of the turning-invariant wheels over each choice of cycles, each searched for its
 // share of `seconds`, when it is smaller than `start`: the start of the free search.
@@ -142,6 +149,10 @@ struct ToolLine {
         QStringLiteral("First search this long for a wheel that turning the positions round keeps, and start "
                        "from it when it is smaller."),
         QStringLiteral("S"), QStringLiteral("0")};
+    QCommandLineOption periods{
+        QStringLiteral("periods"),
+        QStringLiteral("With --cyclic: the lengths of the cycles to try, as 7,5 (default n, n - 1, n / 2)."),
+        QStringLiteral("LIST")};
     QCommandLineOption quiet{QStringLiteral("quiet"), QStringLiteral("No progress lines.")};
     QCommandLineOption family{
         QStringLiteral("family"),
@@ -165,7 +176,7 @@ struct ToolLine {
         parser.addPositionalArgument(QStringLiteral("N K P T"),
                                      QStringLiteral("The positions, the ticket size, the guarantee."));
         parser.addOptions(
-            {seed, threads, target, moves, seconds, cyclic, start, out, quiet, family, table, data, report});
+            {seed, threads, target, moves, seconds, cyclic, periods, start, out, quiet, family, table, data, report});
     }
 
     // The search's budget and seeds; nothing when one is not a number of 0 or more.
@@ -269,6 +280,8 @@ int main(int argc, char** argv) {
     if (!options)
         return fail(
             QStringLiteral("--seed, --threads, --target, --moves and --seconds take numbers of 0 or more"));
+    for (const QString& p : line.parser.value(line.periods).split(QLatin1Char(','), Qt::SkipEmptyParts))
+        g_periods.push_back(p.trimmed().toInt());
     std::signal(SIGINT, onInterrupt);
     return line.parser.isSet(line.family) ? runCatalogue(line, *options) : runDesign(line, *options);
 }
