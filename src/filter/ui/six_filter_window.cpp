@@ -67,8 +67,6 @@ SixFilterWindow::SixFilterWindow(FilterSource instance, std::unique_ptr<FilterWo
     GridView first = sixView(false);
     first.idxRange = {1, GridView::kPageSize};
     bindView(first);
-    // The first page's caption counts the rows it shows, as the first query does.
-    setWindowTitle(m_workspace->caption());
     resize(1100, 700);
 }
 
@@ -227,6 +225,7 @@ void SixFilterWindow::showPage() {
     bindView(v);
 }
 
+// The caption counts the first page's rows as the first query does, and the live rows after.
 void SixFilterWindow::bindView(const GridView& view) {
     m_model->bind(&m_workspace->table(), view);
     const uint64_t live = m_workspace->table().liveCount();
