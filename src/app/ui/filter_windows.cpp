@@ -44,6 +44,17 @@ std::unique_ptr<FilterWorkspace> loadWorkspace(FilterSource instance, Session& s
     return opened ? std::move(workspace) : nullptr;
 }
 
+// CmdPrint of either window: the live tickets as the printed list, for the next draw.
+template <typename Window>
+void connectPrinting(Window* window, Session& session, Prompter& prompter) {
+    QObject::connect(window, &Window::printRequested, window, [window, &session, &prompter] {
+        const ticket_print::Document d = ticket_print::build(
+            ticket_print::liveTickets(window->workspace().table()), session.ticketsPerLine(),
+            static_cast<qint64>(session.history().lastIssue()) + 1, QDateTime::currentDateTime());
+        openTicketPreview(d, session.paths().folder(), prompter, window);
+    });
+}
+
 }  // namespace
 
 FilterWindow* openFilterWindow(FilterSource instance, Session& session, Prompter& prompter, QWidget* parent,
@@ -51,12 +62,7 @@ FilterWindow* openFilterWindow(FilterSource instance, Session& session, Prompter
     std::unique_ptr<FilterWorkspace> workspace = loadWorkspace(instance, session, prompter, parent, wheel);
     if (!workspace) return nullptr;
     auto* window = new FilterWindow(instance, std::move(workspace), session, prompter, parent);
-    QObject::connect(window, &FilterWindow::printRequested, window, [window, &session, &prompter] {
-        const ticket_print::Document d = ticket_print::build(
-            ticket_print::liveTickets(window->workspace().table()), session.ticketsPerLine(),
-            static_cast<qint64>(session.history().lastIssue()) + 1, QDateTime::currentDateTime());
-        openTicketPreview(d, session.paths().folder(), prompter, window);
-    });
+    connectPrinting(window, session, prompter);
     window->show();
     return window;
 }
@@ -65,12 +71,7 @@ SixFilterWindow* openSixFilterWindow(FilterSource instance, Session& session, Pr
     std::unique_ptr<FilterWorkspace> workspace = loadWorkspace(instance, session, prompter, parent, nullptr);
     if (!workspace) return nullptr;
     auto* window = new SixFilterWindow(instance, std::move(workspace), session, prompter, parent);
-    QObject::connect(window, &SixFilterWindow::printRequested, window, [window, &session, &prompter] {
-        const ticket_print::Document d = ticket_print::build(
-            ticket_print::liveTickets(window->workspace().table()), session.ticketsPerLine(),
-            static_cast<qint64>(session.history().lastIssue()) + 1, QDateTime::currentDateTime());
-        openTicketPreview(d, session.paths().folder(), prompter, window);
-    });
+    connectPrinting(window, session, prompter);
     window->show();
     return window;
 }

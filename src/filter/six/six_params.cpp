@@ -108,8 +108,8 @@ Result run(CandidateTable& table, SixParam id, const QString& lo, const QString&
     };
     // Every row's canshu, dead or live, as the UPDATE without a WHERE writes it.
     if (position == 0) {
-        const std::span<int16_t> canshu = table.paramValues();
-        for (uint64_t r = 0; r < rows; ++r) canshu[r] = static_cast<int16_t>(value(id, rowAt(r), ctx));
+        const std::span<int16_t> values = table.paramValues();
+        for (uint64_t r = 0; r < rows; ++r) values[r] = static_cast<int16_t>(value(id, rowAt(r), ctx));
     }
     table.previousFilteredOut() = table.filteredOut();
     BitVector& out = table.filteredOut();
