@@ -3,6 +3,7 @@
 // Jet's true is -1: a comparison is written J(x) = (-(x)) and the statements keep their
 // negations; mod is %, IIf is iif, InStr is instr, & is ||.
 #include "filter/six/six_history.h"
+#include "filter/six/six_integrated.h"
 #include "filter/six/six_params.h"
 #include "workspace/sqlite_db.h"
 
@@ -96,7 +97,7 @@ protected:
             for (int k = 0; k < 6; ++k) t.numberColumn(k + 1)[r] = static_cast<uint8_t>(pool[static_cast<size_t>(k)]);
             t.filteredOut().set(r, pct(rng) < 25);
             t.paramValues()[r] = static_cast<int16_t>(pct(rng));
-            db.exec("INSERT INTO zuhef VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, 0)",
+            db.exec("INSERT INTO zuhef (idx, fig1, fig2, fig3, fig4, fig5, fig6, canshu, unslt, preunslt) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, 0)",
                     {static_cast<int>(r + 1), pool[0], pool[1], pool[2], pool[3], pool[4], pool[5],
                      t.paramValueAt(r), t.filteredOut().test(r) ? -1 : 0});
         }
@@ -112,6 +113,17 @@ protected:
             ASSERT_EQ(row[1].toInt() != 0, t.filteredOut().test(r)) << what.toStdString() << " row " << r;
             ASSERT_EQ(row[2].toInt() != 0, t.previousFilteredOut().test(r)) << what.toStdString() << " row " << r;
         }
+    }
+
+    // Writes canshu by the parameter's statement (nothing for a position).
+    void computeBy(SixParam id, int frontSize, const QString& lastDraw) {
+        const QString expr = statement(id, frontSize, lastDraw);
+        if (id == SixParam::LargestGap)
+            largestGap(db);
+        else if (id == SixParam::Complexity)
+            complexity(db);
+        else if (!expr.isEmpty())
+            db.exec("UPDATE zuhef SET canshu = " + expr);
     }
 
     SqliteDb db;
@@ -139,13 +151,7 @@ TEST_F(SixStatements, EveryParameterAgreesWithItsStatement) {
                                              .arg(keep ? "keep" : "exclude")
                                              .arg(frontSize);
                     six_params::run(t, p.id, b[0], b[1], keep, ctx);
-                    const QString expr = statement(p.id, frontSize, lastDraw);
-                    if (p.id == SixParam::LargestGap)
-                        largestGap(db);
-                    else if (p.id == SixParam::Complexity)
-                        complexity(db);
-                    else if (!expr.isEmpty())
-                        db.exec("UPDATE zuhef SET canshu = " + expr);
+                    computeBy(p.id, frontSize, lastDraw);
                     db.exec("UPDATE zuhef SET preunslt = unslt");
                     // The box text as Val reads it: the leading number, or 0.
                     const auto val = [](const QString& s) {
@@ -209,4 +215,61 @@ TEST(SixHistory, TheInputBoxTakesAPositiveNumberOrNothing) {
     EXPECT_EQ(six_history::parseDrawCount(QStringLiteral("abc")).error, QStringLiteral("请输入数字"));
     EXPECT_EQ(six_history::parseDrawCount(QStringLiteral("0")).error, QStringLiteral("请输入一个正数"));
     EXPECT_EQ(six_history::parseDrawCount(QStringLiteral("-4")).error, QStringLiteral("请输入一个正数"));
+}
+
+// The integrated filter in its four senses, over random sets of ticked parameters: the tally
+// statements of the filter window on an Errnum column, the Gpslt marks, and the flip of the
+// mixed senses that turns only the rows live before. Rows dead before stay dead.
+TEST_F(SixStatements, IntegratedFilterAgreesWithTheTallyStatements) {
+    db.exec("ALTER TABLE zuhef ADD COLUMN errnum integer");
+    db.exec("ALTER TABLE zuhef ADD COLUMN gpslt integer");
+    six_params::Context ctx;
+    for (int n : {4, 9, 17, 26, 33}) ctx.lastDrawFront[static_cast<size_t>(n)] = true;
+    const QString lastDraw = QStringLiteral(" 4 9 17 26 33 ");
+    std::uniform_int_distribution<int> coin(0, 3), small(0, 4), wide(0, 60);
+    for (int round = 0; round < 24; ++round) {
+        const bool keep = round % 2 == 0, logicAnd = round / 2 % 2 == 0;
+        std::vector<six_integrated::Range> ticked;
+        for (const SixParamInfo& p : six_params::all()) {
+            if (coin(rng) != 0 && round >= 4) continue;  // the first rounds tick every parameter
+            const int lo = p.hi > 9 ? wide(rng) + 60 * (p.hi == 999) : small(rng);
+            ticked.push_back({p.id, QString::number(lo), QString::number(lo + (p.hi > 9 ? 20 : small(rng)))});
+        }
+        if (round == 23) ticked.clear();
+        db.exec("DELETE FROM zuhef");
+        CandidateTable t = randomTable(150);
+        const uint64_t liveBefore = t.liveCount();
+        const uint64_t died = six_integrated::run(t, ticked, {keep, logicAnd}, ctx);
+
+        db.exec("UPDATE zuhef SET gpslt = -1");
+        db.exec("UPDATE zuhef SET gpslt = 0 WHERE unslt = 0");
+        const bool tallyMisses = keep == logicAnd ? keep : !keep;
+        db.exec("UPDATE zuhef SET errnum = 0");
+        db.exec("UPDATE zuhef SET preunslt = unslt");
+        for (const six_integrated::Range& r : ticked) {
+            const SixParamInfo& p = six_params::info(r.id);
+            computeBy(r.id, ctx.frontSize, lastDraw);
+            const QString column = p.position ? F(p.position) : QStringLiteral("canshu");
+            const QString inside = column + " >= " + r.lo + " AND " + column + " <= " + r.hi;
+            db.exec("UPDATE zuhef SET errnum = errnum + 1 WHERE " + (tallyMisses ? "NOT (" + inside + ")" : inside));
+        }
+        db.exec("UPDATE zuhef SET unslt = -1 WHERE errnum > 0");
+        if (keep != logicAnd) db.exec("UPDATE zuhef SET unslt = NOT unslt WHERE gpslt = 0");
+        const QString what = QStringLiteral("round %1, %2 ticked").arg(round).arg(ticked.size());
+        // canshu is that of the last parameter computed; the positions leave it alone.
+        const QList<QVariantList> rows = db.rows("SELECT unslt, preunslt, gpslt, canshu FROM zuhef ORDER BY idx");
+        ASSERT_EQ(static_cast<uint64_t>(rows.size()), t.rowCount());
+        for (uint64_t r = 0; r < t.rowCount(); ++r) {
+            const QVariantList& row = rows[static_cast<qsizetype>(r)];
+            ASSERT_EQ(row[0].toInt() != 0, t.filteredOut().test(r)) << what.toStdString() << " row " << r;
+            ASSERT_EQ(row[1].toInt() != 0, t.previousFilteredOut().test(r)) << what.toStdString() << " row " << r;
+            ASSERT_EQ(row[2].toInt() != 0, t.groupMark().test(r)) << what.toStdString() << " row " << r;
+            ASSERT_EQ(row[3].toInt(), t.paramValueAt(r)) << what.toStdString() << " row " << r;
+        }
+        EXPECT_EQ(db.scalar("SELECT count(*) FROM zuhef WHERE unslt = 0 AND gpslt = 0").toULongLong(),
+                  liveBefore - died) << what.toStdString();
+        if (ticked.empty()) {
+            EXPECT_EQ(died, keep == logicAnd ? 0u : liveBefore) << what.toStdString();
+        }
+    }
 }

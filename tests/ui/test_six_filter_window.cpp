@@ -1,11 +1,17 @@
 // The six-number window driven through its named controls from the main window's entries: the
 // expansion of seven picks, a parameter with its boxes, the money of the live rows, the history
-// filter's input check, the table reopened by mnuCallfd6, and what the window does not have.
+// filter's input check, the table reopened by mnuCallfd6, and what the window does not have;
+// then the relation filter, the integrated filter's senses and a saved setting read back.
 #include "filter/result_grid_model.h"
+#include "filter/ui/saved_settings_dialog.h"
 #include "filter/ui/six_filter_window.h"
 #include "support/main_window_fixture.h"
 
 #include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QListWidget>
+#include <QTimer>
 #include <QLabel>
 #include <QMenu>
 #include <QLineEdit>
@@ -17,9 +23,22 @@ class SixFilterWindowTest : public QObject {
     Q_OBJECT
 private slots:
     void filtersSevenPicksAndReopensThem();
+    void relationIntegratedAndSavedSettings();
 };
 
 namespace {
+
+// Seven picks expanded into the six-number window.
+SixFilterWindow* openSevenPicks(MainWindowFixture& f) {
+    f.window->show();
+    for (int n : {2, 5, 9, 14, 20, 27, 33})
+        f.window->findChild<QPushButton*>(QStringLiteral("Command1(%1)").arg(n))->click();
+    for (int n : {3, 8}) f.window->findChild<QPushButton*>(QStringLiteral("Command2(%1)").arg(n))->click();
+    emit f.window->menuActions().playModesMenu->aboutToShow();
+    f.window->findChild<QAction*>(QStringLiteral("mnu8Lst"))->trigger();
+    const QList<SixFilterWindow*> all = f.window->findChildren<SixFilterWindow*>();
+    return all.isEmpty() ? nullptr : all.last();
+}
 
 SixFilterWindow* lastSixWindow(MainWindow& w) {
     const QList<SixFilterWindow*> all = w.findChildren<SixFilterWindow*>();
@@ -31,15 +50,7 @@ SixFilterWindow* lastSixWindow(MainWindow& w) {
 void SixFilterWindowTest::filtersSevenPicksAndReopensThem() {
     MainWindowFixture f;
     QVERIFY(f.open());
-    f.window->show();
-    for (int n : {2, 5, 9, 14, 20, 27, 33})
-        f.window->findChild<QPushButton*>(QStringLiteral("Command1(%1)").arg(n))->click();
-    for (int n : {3, 8}) f.window->findChild<QPushButton*>(QStringLiteral("Command2(%1)").arg(n))->click();
-    emit f.window->menuActions().playModesMenu->aboutToShow();
-    QAction* expand = f.window->findChild<QAction*>(QStringLiteral("mnu8Lst"));
-    QVERIFY(expand->isEnabled());
-    expand->trigger();
-    SixFilterWindow* w = lastSixWindow(*f.window);
+    SixFilterWindow* w = openSevenPicks(f);
     QVERIFY(w);
     QCOMPARE(w->objectName(), QStringLiteral("GAganf"));
     QCOMPARE(w->workspace().table().rowCount(), uint64_t(7));
@@ -80,6 +91,53 @@ void SixFilterWindowTest::filtersSevenPicksAndReopensThem() {
     QCOMPARE(again->objectName(), QStringLiteral("GAganfMb"));
     QCOMPARE(again->workspace().table().rowCount(), uint64_t(7));
     QCOMPARE(again->workspace().table().liveCount(), uint64_t(3));
+}
+
+void SixFilterWindowTest::relationIntegratedAndSavedSettings() {
+    MainWindowFixture f;
+    QVERIFY(f.open());
+    SixFilterWindow* w = openSevenPicks(f);
+    QVERIFY(w);
+    const auto click = [w](const char* name) { w->findChild<QPushButton*>(QString::fromLatin1(name))->click(); };
+
+    // 保留号过滤 with 02 and 05: the rows that hold both stay, the two that leave one out die.
+    QCOMPARE(w->findChild<QPushButton*>(QStringLiteral("Option25(2)"))->text(), QStringLiteral("保留号过滤"));
+    f.prompter.answer(QStringLiteral("2")).answer(QStringLiteral("2")).answer(QStringLiteral("5"));
+    click("Option25(2)");
+    QCOMPARE(w->workspace().table().liveCount(), uint64_t(5));
+
+    // The sums of the five are 101 96 90 83 77. 保留 and 逻辑和 over 80..100 keep three.
+    w->findChild<QCheckBox*>(QStringLiteral("CheckOption23"))->setChecked(true);
+    w->findChild<QLineEdit*>(QStringLiteral("Text2(0)"))->setText(QStringLiteral("80"));
+    w->findChild<QLineEdit*>(QStringLiteral("Text2(1)"))->setText(QStringLiteral("100"));
+    click("Option29");
+    QCOMPARE(w->workspace().table().liveCount(), uint64_t(3));
+    // 保留 and 逻辑或 over 90..100: 96 and 90 fall in and live, 83 dies; the rows dead before
+    // stay dead, as Gpslt marked them.
+    w->findChild<QRadioButton*>(QStringLiteral("Option37(1)"))->setChecked(true);
+    w->findChild<QLineEdit*>(QStringLiteral("Text2(0)"))->setText(QStringLiteral("90"));
+    click("Option29");
+    QCOMPARE(w->workspace().table().liveCount(), uint64_t(2));
+
+    // Command7 stores the bounds, the sixth position's too; Command6 reads them back.
+    w->findChild<QLineEdit*>(QStringLiteral("Text17(0)"))->setText(QStringLiteral("30"));
+    f.prompter.answer(QStringLiteral("六码设置"));
+    click("Command7");
+    w->findChild<QLineEdit*>(QStringLiteral("Text2(0)"))->setText(QStringLiteral("1"));
+    w->findChild<QLineEdit*>(QStringLiteral("Text17(0)"))->setText(QStringLiteral("2"));
+    QTimer::singleShot(0, [] {
+        auto* finder = qobject_cast<SavedSettingsDialog*>(QApplication::activeModalWidget());
+        if (!finder) return;
+        const QList<QListWidgetItem*> named = finder->list()->findItems(QStringLiteral("六码设置"), Qt::MatchExactly);
+        if (named.isEmpty())
+            finder->reject();
+        else
+            emit finder->list()->itemDoubleClicked(named.first());
+    });
+    click("Command6");
+    QCOMPARE(w->findChild<QLineEdit*>(QStringLiteral("Text2(0)"))->text(), QStringLiteral("90"));
+    QCOMPARE(w->findChild<QLineEdit*>(QStringLiteral("Text17(0)"))->text(), QStringLiteral("30"));
+    w->close();
 }
 
 QTEST_MAIN(SixFilterWindowTest)

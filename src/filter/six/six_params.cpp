@@ -92,33 +92,45 @@ int value(SixParam id, const std::array<uint8_t, 6>& row, const Context& ctx) {
     }
 }
 
-Result run(CandidateTable& table, SixParam id, const QString& lo, const QString& hi, bool keep, const Context& ctx) {
+Bounds bounds(const QString& lo, const QString& hi) {
     // The statement compares whole values with the boxes' real numbers.
     constexpr double kFar = 1e6;
-    const auto low = static_cast<int>(std::ceil(std::clamp(param_catalogue::leadingNumber(lo), -kFar, kFar)));
-    const auto high = static_cast<int>(std::floor(std::clamp(param_catalogue::leadingNumber(hi), -kFar, kFar)));
-    const int position = info(id).position;
-    const uint64_t rows = table.rowCount();
-    std::array<std::span<const uint8_t>, 6> columns;
-    for (int k = 1; k <= 6; ++k) columns[static_cast<size_t>(k - 1)] = std::as_const(table).numberColumn(k);
-    const auto rowAt = [&](uint64_t r) {
-        std::array<uint8_t, 6> row{};
-        for (size_t k = 0; k < 6; ++k) row[k] = columns[k][r];
-        return row;
-    };
+    return {static_cast<int>(std::ceil(std::clamp(param_catalogue::leadingNumber(lo), -kFar, kFar))),
+            static_cast<int>(std::floor(std::clamp(param_catalogue::leadingNumber(hi), -kFar, kFar)))};
+}
+
+namespace {
+
+std::array<uint8_t, 6> rowAt(const CandidateTable& table, uint64_t r) {
+    std::array<uint8_t, 6> row{};
+    for (size_t k = 0; k < 6; ++k) row[k] = table.numberColumn(static_cast<int>(k) + 1)[r];
+    return row;
+}
+
+}  // namespace
+
+void computeValues(CandidateTable& table, SixParam id, const Context& ctx) {
+    if (info(id).position) return;
     // Every row's canshu, dead or live, as the UPDATE without a WHERE writes it.
-    if (position == 0) {
-        const std::span<int16_t> values = table.paramValues();
-        for (uint64_t r = 0; r < rows; ++r) values[r] = static_cast<int16_t>(value(id, rowAt(r), ctx));
-    }
+    const std::span<int16_t> values = table.paramValues();
+    const CandidateTable& t = table;
+    for (uint64_t r = 0; r < t.rowCount(); ++r) values[r] = static_cast<int16_t>(value(id, rowAt(t, r), ctx));
+}
+
+int filterValue(const CandidateTable& table, SixParam id, uint64_t r) {
+    const int position = info(id).position;
+    return position ? table.numberColumn(position)[r] : table.paramValueAt(r);
+}
+
+Result run(CandidateTable& table, SixParam id, const QString& lo, const QString& hi, bool keep, const Context& ctx) {
+    const Bounds range = bounds(lo, hi);
+    computeValues(table, id, ctx);
     table.previousFilteredOut() = table.filteredOut();
     BitVector& out = table.filteredOut();
     Result result;
-    for (uint64_t r = 0; r < rows; ++r) {
+    for (uint64_t r = 0; r < table.rowCount(); ++r) {
         if (out.test(r)) continue;
-        const int v = position ? columns[static_cast<size_t>(position - 1)][r] : table.paramValueAt(r);
-        const bool inside = v >= low && v <= high;
-        if (keep == inside) continue;
+        if (keep == range.contains(filterValue(table, id, r))) continue;
         out.set(r);
         ++result.killed;
     }

@@ -66,6 +66,18 @@ struct Context {
 // The parameter's value for one row's six numbers.
 int value(SixParam id, const std::array<uint8_t, 6>& row, const Context& ctx);
 
+// The boxes' texts read as the statement reads them: the leading numbers, as whole bounds.
+struct Bounds {
+    int low = 0, high = 0;
+    bool contains(int v) const { return v >= low && v <= high; }
+};
+Bounds bounds(const QString& lo, const QString& hi);
+
+// Writes every row's value into canshu (the positions need none: their filter reads the figure).
+void computeValues(CandidateTable& table, SixParam id, const Context& ctx);
+// The value the filter compares: canshu, or the figure of a position.
+int filterValue(const CandidateTable& table, SixParam id, uint64_t row);
+
 struct Result {
     uint64_t killed = 0;
     QString heading;  // the grid's column after 第六位: the parameter's name

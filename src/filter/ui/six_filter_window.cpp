@@ -4,6 +4,8 @@
 #include "filter/param/param_kernels.h"
 #include "filter/six/six_actions.h"
 #include "filter/six/six_history.h"
+#include "filter/six/six_integrated.h"
+#include "filter/ui/saved_settings_dialog.h"
 #include "filter/ui/dialog_progress.h"
 #include "workspace/prompter.h"
 #include "workspace/session.h"
@@ -11,6 +13,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QCloseEvent>
+#include <QDateTime>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -56,13 +59,18 @@ SixFilterWindow::SixFilterWindow(FilterSource instance, std::unique_ptr<FilterWo
       m_instance(instance),
       m_workspace(std::move(workspace)),
       m_session(session),
-      m_prompter(prompter) {
+      m_prompter(prompter),
+      m_super(*m_workspace, session.history(), session.frontSize(), session.filterDb()) {
     setObjectName(QString::fromLatin1(m_workspace->traits().className));
     const ParamContext ctx = ParamContext::fromSession(session);
     m_context.frontSize = ctx.maxQian;
     m_context.lastDrawFront = ctx.lastDrawFront;
     auto* layout = new QHBoxLayout(this);
-    layout->addWidget(makeParameterFrame());
+    auto* left = new QVBoxLayout;
+    left->addWidget(makeParameterFrame());
+    left->addWidget(makeSuperFrame());
+    left->addStretch(1);
+    layout->addLayout(left);
     layout->addWidget(makeGridPanel(), 1);
     GridView first = sixView(false);
     first.idxRange = {1, GridView::kPageSize};
@@ -121,6 +129,50 @@ QWidget* SixFilterWindow::makeParameterFrame() {
         historyRow->addWidget(b);
     }
     grid->addLayout(historyRow, row, 0, 1, 5);
+    return frame;
+}
+
+QWidget* SixFilterWindow::makeSuperFrame() {
+    auto* frame = new QGroupBox(QStringLiteral("超级过滤"), this);
+    auto* grid = new QGridLayout(frame);
+    // The relation buttons keep the filter window's indices (0 相克, 1 相生, 2 保留) in this
+    // window's order of captions.
+    const struct {
+        SuperButton b;
+        const char* caption;
+    } supers[] = {{SuperButton::RelationKeeping, "保留号过滤"},      {SuperButton::RelationConflicting, "相克号过滤"},
+                  {SuperButton::RelationSupporting, "相生号过滤"},   {SuperButton::InclusionKeep, "保留号分组过滤"},
+                  {SuperButton::InclusionKill, "相克号分组过滤"}};
+    int column = 0;
+    for (const auto& s : supers) {
+        QPushButton* b = button(super_filter::objectName(s.b).toLatin1().constData(), QString::fromUtf8(s.caption), frame);
+        const SuperButton which = s.b;
+        connect(b, &QPushButton::clicked, this, [this, b, which] {
+            b->setStyleSheet(kUsedStyle);
+            runSuper(which);
+        });
+        grid->addWidget(b, column / 3, column % 3);
+        ++column;
+    }
+    QPushButton* integrated = button("Option29", QStringLiteral("多(名称勾选)参数整合过滤"), frame);
+    connect(integrated, &QPushButton::clicked, this, [this, integrated] {
+        integrated->setStyleSheet(kUsedStyle);
+        runIntegrated();
+    });
+    auto* logicOr = new QRadioButton(QStringLiteral("逻辑或"), frame);
+    logicOr->setObjectName(QStringLiteral("Option37(1)"));
+    m_logicAnd = new QRadioButton(QStringLiteral("逻辑和"), frame);
+    m_logicAnd->setObjectName(QStringLiteral("Option37(0)"));
+    m_logicAnd->setChecked(true);
+    grid->addWidget(integrated, 2, 0);
+    grid->addWidget(logicOr, 2, 1);
+    grid->addWidget(m_logicAnd, 2, 2);
+    QPushButton* load = button("Command6", QStringLiteral("调用过滤设置(&C)"), frame);
+    connect(load, &QPushButton::clicked, this, &SixFilterWindow::loadSetting);
+    QPushButton* save = button("Command7", QStringLiteral("保存过滤设置(&S)"), frame);
+    connect(save, &QPushButton::clicked, this, &SixFilterWindow::saveSetting);
+    grid->addWidget(load, 3, 0);
+    grid->addWidget(save, 3, 1);
     return frame;
 }
 
@@ -208,6 +260,56 @@ void SixFilterWindow::runHistory(int matches) {
     }
     QApplication::restoreOverrideCursor();
     bindView(sixView(true));
+}
+
+void SixFilterWindow::runSuper(SuperButton b) {
+    // The prompts come first; the worker runs only on a complete answer.
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    const SuperFilter::Outcome o =
+        m_super.click(b, FilterWorkspace::Mouse::Left, m_superInputs, ZoneScope::Front, m_prompter);
+    QApplication::restoreOverrideCursor();
+    if (o.ran) bindView(sixView(true));
+}
+
+void SixFilterWindow::runIntegrated() {
+    std::vector<six_integrated::Range> ticked;
+    for (const SixParamInfo& p : six_params::all()) {
+        const auto i = static_cast<size_t>(p.id);
+        if (m_ticks[i]->isChecked()) ticked.push_back({p.id, m_lo[i]->text(), m_hi[i]->text()});
+    }
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    {
+        const FilterWorkspace::Edit edit = m_workspace->edit();
+        six_integrated::run(edit.table(), ticked, {m_keep->isChecked(), m_logicAnd->isChecked()}, m_context);
+    }
+    QApplication::restoreOverrideCursor();
+    bindView(sixView(true));
+}
+
+six_settings::Bounds SixFilterWindow::readBounds() const {
+    six_settings::Bounds b;
+    for (size_t i = 0; i < kSixParamCount; ++i) {
+        b.lo[i] = m_lo[i]->text();
+        b.hi[i] = m_hi[i]->text();
+    }
+    return b;
+}
+
+void SixFilterWindow::saveSetting() {
+    const FilterWorkspace::Edit paused = m_workspace->pauseWrite();
+    six_settings::save(m_session.filterDb(), readBounds(), m_prompter, QDateTime::currentDateTime());
+}
+
+void SixFilterWindow::loadSetting() {
+    const FilterWorkspace::Edit paused = m_workspace->pauseWrite();
+    SavedSettingsDialog finder(m_session.filterDb(), m_prompter, this);
+    if (finder.exec() != QDialog::Accepted || finder.chosen().isNull()) return;
+    six_settings::Bounds b = readBounds();
+    if (!six_settings::load(m_session.filterDb(), finder.chosen(), b)) return;
+    for (size_t i = 0; i < kSixParamCount; ++i) {
+        m_lo[i]->setText(b.lo[i]);
+        m_hi[i]->setText(b.hi[i]);
+    }
 }
 
 void SixFilterWindow::act(void (*action)(CandidateTable&)) {

@@ -4,6 +4,8 @@
 #include "filter/filter_workspace.h"
 #include "filter/result_grid_model.h"
 #include "filter/six/six_params.h"
+#include "filter/six/six_settings.h"
+#include "filter/super/super_filter.h"
 
 #include <QWidget>
 
@@ -20,7 +22,8 @@ class Session;
 
 // The six-number filter window over zuhef, one class for GAganf, Gdanaganf and GAganfMb: the
 // nineteen parameters on one frame with 保留 and 排除, the history filters of 3, 4 and 5
-// numbers, the four buttons under the grid, paging, printing and the money the live rows cost.
+// numbers, the relation and group filters, the integrated filter, saved settings, the four
+// buttons under the grid, paging, printing and the money the live rows cost.
 class SixFilterWindow : public QWidget {
     Q_OBJECT
 public:
@@ -35,6 +38,13 @@ public:
     void runParameter(SixParam id);
     // Option26, Option28, Option27: asks for the count of draws.
     void runHistory(int matches);
+    // Option25(0..2), Option30, Option31: asks for the numbers as the filter window does.
+    void runSuper(SuperButton b);
+    // Option29 over the parameters whose name box is ticked.
+    void runIntegrated();
+    // Command7 and Command6.
+    void saveSetting();
+    void loadSetting();
 
 signals:
     void closed();
@@ -46,7 +56,9 @@ protected:
 
 private:
     QWidget* makeParameterFrame();
+    QWidget* makeSuperFrame();
     QWidget* makeGridPanel();
+    six_settings::Bounds readBounds() const;
     void act(void (*action)(CandidateTable&));
     void showPage();
     // Binds the grid and refreshes the caption and the money.
@@ -59,7 +71,10 @@ private:
     six_params::Context m_context;
     ResultGridModel* m_model = nullptr;
     QTableView* m_grid = nullptr;
+    SuperFilter m_super;
+    SuperInputs m_superInputs;
     QRadioButton* m_keep = nullptr;
+    QRadioButton* m_logicAnd = nullptr;
     std::array<QLineEdit*, kSixParamCount> m_lo{};
     std::array<QLineEdit*, kSixParamCount> m_hi{};
     std::array<QCheckBox*, kSixParamCount> m_ticks{};
