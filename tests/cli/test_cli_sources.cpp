@@ -113,3 +113,49 @@ TEST_F(CliSources, SixNumberFiltersWorkOnZuhef) {
     EXPECT_TRUE(unknown.err.contains(QStringLiteral("position-6"))) << unknown.err.toStdString();
     EXPECT_EQ(one({"candidates", "count", "--table", "zuhef"}).toInt(), afterHistory);
 }
+
+// The filter commands on --table zuhef run the six-number window's filters: its parameters by
+// their English names, its integrated filter that never revives a row dead before, its undo
+// buttons, its relation filter; what that window lacks is refused. Settings round-trip.
+TEST_F(CliSources, FilterCommandsRunTheSixNumberWindowOnZuhef) {
+    EXPECT_EQ(one({"expand", "--six", "--front", "1,2,3,4,5,6,7,8", "--back", "1,2"}), QStringLiteral("28"));
+    EXPECT_EQ(one({"filter", "param", "sum", "--keep", "--range", "25", "27", "--table", "zuhef"}), QStringLiteral("10"));
+    // 上次反选 of this window turns the rows live before the last filter and leaves preunslt.
+    EXPECT_EQ(one({"filter", "invert-last", "--table", "zuhef"}), QStringLiteral("18"));
+    EXPECT_EQ(one({"filter", "invert-last", "--table", "zuhef"}), QStringLiteral("10"));
+    EXPECT_EQ(one({"filter", "reset-all", "--table", "zuhef"}), QStringLiteral("28"));
+
+    // 逻辑和: the sum in 25..27 and 1 first, nine rows. 逻辑或 under 保留 from all rows live: the
+    // 21 rows holding 1 and the row without 1 and 8.
+    const QStringList both{"--params", "sum,position-1", "--range", "sum", "25", "27", "--range", "position-1", "1", "1",
+                           "--table", "zuhef"};
+    EXPECT_EQ(one(QStringList{"filter", "integrated", "--keep"} + both), QStringLiteral("9"));
+    EXPECT_EQ(one({"filter", "reset-all", "--table", "zuhef"}), QStringLiteral("28"));
+    EXPECT_EQ(one(QStringList{"filter", "integrated", "--keep", "--or"} + both), QStringLiteral("22"));
+    // Again from those 22: the flip turns only them, so the six dead rows stay dead.
+    EXPECT_EQ(one(QStringList{"filter", "integrated", "--keep", "--or"} + both), QStringLiteral("22"));
+
+    // 保留号过滤 with 7 and 8 keeps the rows holding both: those leaving out two of 1..6.
+    EXPECT_EQ(one({"filter", "reset-all", "--table", "zuhef"}), QStringLiteral("28"));
+    EXPECT_EQ(one({"filter", "relation", "keep", "7", "8", "--table", "zuhef"}), QStringLiteral("15"));
+
+    const auto refused = [this](const QStringList& args, const char* says) {
+        const CliRun r = cli.run(args);
+        EXPECT_EQ(r.exitCode, 2) << args.join(' ').toStdString();
+        EXPECT_TRUE(r.err.contains(QString::fromUtf8(says))) << r.err.toStdString();
+    };
+    refused({"filter", "param", "Znum", "--keep", "--range", "1", "2", "--table", "zuhef"}, "position-6");
+    refused({"filter", "param", "sum", "--keep", "--range", "1", "2"}, "--table zuhef");
+    refused({"filter", "integrated", "--keep", "--params", "sum", "--tolerance", "1", "--table", "zuhef"}, "--tolerance");
+    refused({"filter", "history", "--same", "3", "--table", "zuhef"}, "six history");
+    refused({"template", "add", "--table", "zuhef"}, "zuhef");
+
+    EXPECT_EQ(cli.run({"six", "save-setting", "窄范围", "--range", "sum", "25", "27", "--range", "position-6", "8", "8"})
+                  .exitCode,
+              0);
+    const QStringList loaded = one({"six", "load-setting", "窄范围"}).split('\n');
+    EXPECT_TRUE(loaded.contains(QStringLiteral("sum\t25\t27"))) << loaded.join('|').toStdString();
+    EXPECT_TRUE(loaded.contains(QStringLiteral("position-6\t8\t8"))) << loaded.join('|').toStdString();
+    EXPECT_TRUE(loaded.contains(QStringLiteral("even\t0\t9"))) << loaded.join('|').toStdString();
+    EXPECT_EQ(cli.run({"six", "load-setting", "没有"}).exitCode, 1);
+}

@@ -8,6 +8,7 @@
 #include "app/filter_opening.h"
 #include "engine/candidate_store.h"
 #include "filter/candidate_actions.h"
+#include "filter/six/six_actions.h"
 #include "picking/number_board.h"
 #include "workspace/sqlite_db.h"
 
@@ -170,8 +171,11 @@ int CandidatesShowCommand::run(CliContext& ctx, Session& s, const Args& args) co
 }
 
 CandidateActionCommand::CandidateActionCommand(const QString& name, const QString& description, Action action,
-                                               FilterWorkspace::Button button)
-    : SessionCommand(name, QStringLiteral("[--table T]"), description), m_action(action), m_button(button) {
+                                               FilterWorkspace::Button button, Action sixAction)
+    : SessionCommand(name, QStringLiteral("[--table T]"), description),
+      m_action(action),
+      m_sixAction(sixAction),
+      m_button(button) {
     options({cli_tables::storedTableOption()});
 }
 
@@ -191,25 +195,25 @@ int CandidateActionCommand::run(CliContext& ctx, Session& s, const Args& args) c
     }
     const auto table = cli_tables::loadStored(ctx, s, kind);
     if (!table) return kRefused;
-    m_action(*table);
+    (kind == Kind::SixNumbers ? m_sixAction : m_action)(*table);
     return saveTable(ctx, s, *table, table->liveCount());
 }
 
 FilterResetAllCommand::FilterResetAllCommand()
     : CandidateActionCommand(QStringLiteral("filter reset-all"),
                              QStringLiteral("Brings every ticket back to life."), candidate_actions::resetAll,
-                             FilterWorkspace::Button::ResetAll) {}
+                             FilterWorkspace::Button::ResetAll, six_actions::resetAll) {}
 
 FilterResetLastCommand::FilterResetLastCommand()
     : CandidateActionCommand(QStringLiteral("filter reset-last"), QStringLiteral("Undoes the last filter."),
-                             candidate_actions::resetLast, FilterWorkspace::Button::ResetLast) {}
+                             candidate_actions::resetLast, FilterWorkspace::Button::ResetLast, six_actions::resetLast) {}
 
 FilterInvertAllCommand::FilterInvertAllCommand()
     : CandidateActionCommand(QStringLiteral("filter invert-all"),
                              QStringLiteral("Inverts every ticket: the live die and the dead live."),
-                             candidate_actions::invertAll, FilterWorkspace::Button::InvertAll) {}
+                             candidate_actions::invertAll, FilterWorkspace::Button::InvertAll, six_actions::invertAll) {}
 
 FilterInvertLastCommand::FilterInvertLastCommand()
     : CandidateActionCommand(QStringLiteral("filter invert-last"),
                              QStringLiteral("Inverts what the last filter did."),
-                             candidate_actions::invertLast, FilterWorkspace::Button::InvertLast) {}
+                             candidate_actions::invertLast, FilterWorkspace::Button::InvertLast, six_actions::invertLast) {}

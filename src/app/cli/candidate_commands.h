@@ -36,14 +36,16 @@ protected:
 class CandidateActionCommand : public SessionCommand {
 public:
     using Action = void (*)(CandidateTable&);
+    // `sixAction` is the six-number window's button of the same caption, run on zuhef.
     CandidateActionCommand(const QString& name, const QString& description, Action action,
-                           FilterWorkspace::Button button);
+                           FilterWorkspace::Button button, Action sixAction);
 
 protected:
     int run(CliContext& ctx, Session& s, const Args& args) const override;
 
 private:
     Action m_action;
+    Action m_sixAction;
     FilterWorkspace::Button m_button;
 };
 

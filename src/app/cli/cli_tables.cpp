@@ -15,6 +15,9 @@ namespace {
 constexpr std::array kStoredKinds{Kind::Combinations, Kind::Wheel, Kind::Template, Kind::Imported,
                                   Kind::SixNumbers};
 constexpr std::array kWindowKinds{Kind::Combinations, Kind::Wheel, Kind::Imported, Kind::Template};
+// The window tables first, so that a choice's index means the same table in both lists.
+constexpr std::array kWindowOrSixKinds{Kind::Combinations, Kind::Wheel, Kind::Imported, Kind::Template,
+                                       Kind::SixNumbers};
 
 template <size_t N>
 QStringList tableNames(const std::array<Kind, N>& kinds) {
@@ -44,7 +47,19 @@ OptionDeclaration windowTableOption() {
                               ValueKind::oneOf(tableNames(kWindowKinds)));
 }
 
+OptionDeclaration windowOrSixTableOption() {
+    return OptionDeclaration::valued(QStringLiteral("table"), QStringLiteral("T"),
+                                     QStringLiteral("The candidate table: zuhe (the default), zuheRote, zuheRead, "
+                                                    "zuheMoban or zuhef (the six-number window)."),
+                                     ValueKind::oneOf(tableNames(kWindowOrSixKinds)));
+}
+
+bool onSixTable(const Args& args) {
+    return kWindowOrSixKinds[static_cast<size_t>(args.choice(QStringLiteral("table")))] == Kind::SixNumbers;
+}
+
 FilterSource windowInstance(const Args& args) {
+    if (onSixTable(args)) return FilterSource::StoredSixExpansion;
     const auto instance =
         reopeningInstance(kWindowKinds[static_cast<size_t>(args.choice(QStringLiteral("table")))]);
     Q_ASSERT(instance);  // every kind of the list has its window

@@ -25,7 +25,11 @@ Kind storedTable(const Args& args);
 // --table over the tables a filter window reopens: zuhe (the default), zuheRote, zuheRead and
 // zuheMoban.
 OptionDeclaration windowTableOption();
+// The same and zuhef, for the filters the six-number window has too.
+OptionDeclaration windowOrSixTableOption();
 FilterSource windowInstance(const Args& args);
+// --table names zuhef.
+bool onSixTable(const Args& args);
 
 // The stored table of `kind` read whole, with the workspace's zone sizes; null after printing why
 // it cannot be read.

@@ -1,5 +1,7 @@
 #include "app/cli/command_args.h"
 
+#include "filter/six/six_params.h"
+
 #include <QRegularExpression>
 
 namespace command_args {
@@ -37,7 +39,8 @@ QString currentName(ParamId id) {
     return *column ? QString::fromLatin1(column) : QStringLiteral("Zdqj");
 }
 
-QString paramProblem(const QString& name, QStringList* notes) {
+QString paramProblem(const QString& name, QStringList* notes, bool orSix) {
+    if (orSix && six_params::byEnglish(name)) return {};
     const auto id = command_args::param(name);
     if (!id)
         return QStringLiteral("unknown parameter %1: a draw column such as Znum, Onum, fig1, or Zdqj")
@@ -76,10 +79,10 @@ QString ValueKind::problem(const QString& value, QStringList* notes) const {
                        : QStringLiteral("\"%1\" is not one of %2")
                              .arg(value, choices.join(QStringLiteral(", ")));
         case Type::Param:
-            return paramProblem(value, notes);
+            return paramProblem(value, notes, orSix);
         case Type::Params:
             for (const QString& name : value.split(QLatin1Char(','), Qt::SkipEmptyParts))
-                if (QString p = paramProblem(name, notes); !p.isEmpty()) return p;
+                if (QString p = paramProblem(name, notes, orSix); !p.isEmpty()) return p;
             return {};
     }
     return {};

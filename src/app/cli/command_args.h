@@ -28,6 +28,9 @@ struct ValueKind {
     };
     Type type = Type::Text;
     QStringList choices;
+    // Param and Params: a parameter of the six-number window by its English name passes too
+    // (the command checks it against its --table).
+    bool orSix = false;
 
     static ValueKind text() { return {}; }
     static ValueKind integer() { return {Type::Integer, {}}; }
@@ -37,6 +40,8 @@ struct ValueKind {
     static ValueKind oneOf(QStringList choices) { return {Type::Choice, std::move(choices)}; }
     static ValueKind param() { return {Type::Param, {}}; }
     static ValueKind params() { return {Type::Params, {}}; }
+    static ValueKind paramOrSix() { return {Type::Param, {}, true}; }
+    static ValueKind paramsOrSix() { return {Type::Params, {}, true}; }
 
     // Empty when `value` is of this kind, else what is wrong with it. A parameter named by an
     // old spelling adds a note to `notes`.

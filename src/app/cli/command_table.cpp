@@ -57,7 +57,7 @@ const std::vector<std::unique_ptr<Command>>& all() {
              FilterSameAsTemplateCommand, FilterResetAllCommand, FilterResetLastCommand,
              FilterInvertAllCommand, FilterInvertLastCommand, TemplateAddCommand, TemplateClearCommand,
              TemplateCountCommand, ReadTextCommand, SixParamCommand, SixHistoryCommand, SixResetAllCommand,
-             SixResetLastCommand, SixInvertAllCommand, SixInvertLastCommand, MobanListCommand,
+             SixResetLastCommand, SixInvertAllCommand, SixInvertLastCommand, SixSaveSettingCommand, SixLoadSettingCommand, MobanListCommand,
              MobanAddRelationCommand, MobanAddHistoryCommand, MobanAddInclusionCommand,
              MobanAddSameAsTemplateCommand, MobanAddInvertAllCommand, MobanAddInvertLastCommand,
              MobanAddIntegratedCommand, MobanReplayCommand, MobanDeleteLastCommand, MobanClearCommand,

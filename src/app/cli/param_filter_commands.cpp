@@ -2,6 +2,7 @@
 
 #include "app/cli/cli_context.h"
 #include "app/cli/cli_tables.h"
+#include "app/cli/six_commands.h"
 #include "app/cli/window_boxes.h"
 #include "filter/param/param_window.h"
 
@@ -30,8 +31,9 @@ FilterParamCommand::FilterParamCommand()
           QStringLiteral(
               "Runs one parameter filter, as its button in the filter window; prints the live count.")) {
     positional(QStringLiteral("NAME"),
-               QStringLiteral("The parameter: a draw column (Znum, Onum, fig1, ...) or Zdqj."),
-               ValueKind::param());
+               QStringLiteral("The parameter: a draw column (Znum, Onum, fig1, ...) or Zdqj; on zuhef one of "
+                              "the six-number window's (see `six param`)."),
+               ValueKind::paramOrSix());
     options(window_boxes::senseOptions());
     option(QStringLiteral("range"), QStringLiteral("LO HI"),
            QStringLiteral("The range of values, also as LO,HI."), {ValueKind::number(), ValueKind::number()});
@@ -39,12 +41,13 @@ FilterParamCommand::FilterParamCommand()
            QStringLiteral("The values, as \"2 3\" (list mode)."), ValueKind::values());
     options({window_boxes::intervalOption()});
     options(window_boxes::commonOptions());
-    options({cli_tables::windowTableOption()});
+    options({cli_tables::windowOrSixTableOption()});
 }
 
 QString FilterParamCommand::check(const Args& args) const {
     if (!args.has(QStringLiteral("range")) && !args.has(QStringLiteral("list")))
         return QStringLiteral("give --range LO HI or --list \"V V V\"");
+    if (QString p = six_cli::namesProblem(args, cli_tables::onSixTable(args)); !p.isEmpty()) return p;
     if (args.has(QStringLiteral("interval")) &&
         command_args::param(args.positional(0)) != ParamId::CustomRange)
         return QStringLiteral("--interval belongs to Zdqj (自定区间)");
@@ -52,6 +55,10 @@ QString FilterParamCommand::check(const Args& args) const {
 }
 
 int FilterParamCommand::execute(CliContext& ctx, const Args& args) const {
+    if (cli_tables::onSixTable(args)) {
+        Session* s = ctx.session();
+        return s ? six_cli::runParam(ctx, *s, args) : kRefused;
+    }
     const ParamId id = *command_args::param(args.positional(0));
     ParamWindowState s = ParamWindowState::defaults();
     if (!window_boxes::readCommon(ctx, args, s)) return kRefused;
@@ -80,20 +87,25 @@ FilterIntegratedCommand::FilterIntegratedCommand()
               "[--even LIST] [--table T]"),
           QStringLiteral(
               "Runs the ticked parameters at one stroke (多选参数整合过滤); prints the live count.")) {
-    options(window_boxes::runOptions());
+    options(window_boxes::runOptions(true));
     options(window_boxes::senseOptions());
     options(window_boxes::commonOptions());
-    options({cli_tables::windowTableOption()});
+    options({cli_tables::windowOrSixTableOption()});
 }
 
 QString FilterIntegratedCommand::check(const Args& args) const {
     if (!args.has(QStringLiteral("params"))) return QStringLiteral("missing --params NAMES");
     if (args.has(QStringLiteral("and")) && args.has(QStringLiteral("or")))
         return QStringLiteral("give --and or --or, not both");
+    if (QString p = six_cli::namesProblem(args, cli_tables::onSixTable(args)); !p.isEmpty()) return p;
     return window_boxes::checkSense(args, true);
 }
 
 int FilterIntegratedCommand::execute(CliContext& ctx, const Args& args) const {
+    if (cli_tables::onSixTable(args)) {
+        Session* s = ctx.session();
+        return s ? six_cli::runIntegrated(ctx, *s, args) : kRefused;
+    }
     ParamWindowState s = ParamWindowState::defaults();
     if (!window_boxes::readCommon(ctx, args, s)) return kRefused;
     window_boxes::readRun(args, s, window_boxes::Tick::RunBox);

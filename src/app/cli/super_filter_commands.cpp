@@ -30,10 +30,16 @@ SuperFilterCommand::SuperFilterCommand(const SuperForm& form)
       m_form(form) {
     positionals(form.positionals);
     options(form.options);
-    options({window_boxes::scopeOption(), cli_tables::windowTableOption()});
+    options({window_boxes::scopeOption(), cli_tables::windowOrSixTableOption()});
 }
 
-QString SuperFilterCommand::check(const Args& args) const { return m_form.check(args); }
+QString SuperFilterCommand::check(const Args& args) const {
+    // The six-number window has the relation and group filters; its history filters are `six history`.
+    const bool sixHasIt = &m_form == &super_forms::relation() || &m_form == &super_forms::inclusion();
+    if (cli_tables::onSixTable(args) && !sixHasIt)
+        return QStringLiteral("the six-number window has no %1 filter (see `six history`)").arg(m_form.name);
+    return m_form.check(args);
+}
 
 int SuperFilterCommand::execute(CliContext& ctx, const Args& args) const {
     const auto call = m_form.call(ctx, args);

@@ -94,17 +94,18 @@ void readInterval(const Args& args, ParamWindowState& s) {
     box[2] = v[1];
 }
 
-std::vector<OptionDeclaration> runOptions() {
+std::vector<OptionDeclaration> runOptions(bool sixNames) {
+    const ValueKind param = sixNames ? ValueKind::paramOrSix() : ValueKind::param();
     return {OptionDeclaration::valued(
                 QStringLiteral("params"), QStringLiteral("NAMES"),
                 QStringLiteral("The parameters to tick, as Znum,Onum (draw columns, Zdqj for 自定区间)."),
-                ValueKind::params()),
+                sixNames ? ValueKind::paramsOrSix() : ValueKind::params()),
             OptionDeclaration::valued(QStringLiteral("range"), QStringLiteral("NAME LO HI"),
                                QStringLiteral("A parameter's range; repeat for each parameter."),
-                               {ValueKind::param(), ValueKind::number(), ValueKind::number()}),
+                               {param, ValueKind::number(), ValueKind::number()}),
             OptionDeclaration::valued(QStringLiteral("list"), QStringLiteral("NAME VALUES"),
                                QStringLiteral("A parameter's values, as \"2 3\"; puts the run in list mode."),
-                               {ValueKind::param(), ValueKind::values()}),
+                               {param, ValueKind::values()}),
             intervalOption(),
             OptionDeclaration::flag(QStringLiteral("and"),
                              QStringLiteral("Logical and of the parameters (the default).")),

@@ -32,7 +32,8 @@ void readInterval(const Args& args, ParamWindowState& s);
 
 // The boxes of a run over many parameters: --params, --range NAME LO HI and --list NAME "V V"
 // (repeatable), --interval, --and/--or and --tolerance N.
-std::vector<OptionDeclaration> runOptions();
+// With `sixNames` the names of the six-number window's parameters pass as well.
+std::vector<OptionDeclaration> runOptions(bool sixNames = false);
 // Which Check1 box a parameter of --params ticks: the one whose tick runs it, or its own entry
 // (小数之和 and 大数之和 differ).
 enum class Tick { RunBox, OwnBox };
