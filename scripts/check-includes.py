@@ -18,7 +18,7 @@ LOGIC = {
     "engine": {"workspace"},
     "history": {"workspace"},
     "picking": {"workspace"},
-    "filter": {"engine", "workspace"},
+    "filter": {"engine", "workspace", "prize"},  # the back-test prices its tickets
     "generation": {"engine", "workspace"},
     "prize": {"engine", "workspace"},
     "analysis": {"engine", "workspace", "history", "picking", "tools"},

@@ -14,11 +14,20 @@ void FilterWorkspace::openMade(std::unique_ptr<CandidateTable> table, uint64_t o
     m_writer.cancelAndJoin();
     m_table = std::move(table);
     m_shownCount = openingCount;
+    m_recorded = true;
     m_writer.start(*m_table);
+}
+
+void FilterWorkspace::openUnrecorded(std::unique_ptr<CandidateTable> table) {
+    m_writer.cancelAndJoin();
+    m_table = std::move(table);
+    m_shownCount = m_table->liveCount();
+    m_recorded = false;
 }
 
 bool FilterWorkspace::openStored(SqliteDb& db, EngineProgress* progress, QString* error) {
     m_writer.cancelAndJoin();
+    m_recorded = true;
     candidate_store::LoadResult loaded = candidate_store::load(db, traits().table, progress, true, m_limits);
     if (!loaded.table) {
         if (error) *error = loaded.error;
@@ -77,7 +86,7 @@ void FilterWorkspace::endEdit() {
 void FilterWorkspace::afterAction() {
     m_shownCount = m_table->liveCount();
     // Inside an edit the write waits for its end.
-    if (m_openEdits == 0) m_writer.start(*m_table);
+    if (m_openEdits == 0 && m_recorded) m_writer.start(*m_table);
 }
 
 std::vector<uint64_t> FilterWorkspace::firstViewRows(int limit) const {

@@ -42,6 +42,9 @@ public:
     // record count of the first query. A missing table opens empty with 0. A stored number past
     // the zone sizes of setZoneLimits() refuses the table as damaged.
     bool openStored(SqliteDb& db, EngineProgress* progress = nullptr, QString* error = nullptr);
+    // Opening a table that no record follows (a back-test's own table): the actions change it in
+    // memory only, and filnum.db is never written.
+    void openUnrecorded(std::unique_ptr<CandidateTable> table);
     // The zone sizes of the workspace's game (the largest the game allows until set).
     void setZoneLimits(candidate_store::ZoneLimits limits) { m_limits = limits; }
 
@@ -116,5 +119,6 @@ private:
     candidate_store::ZoneLimits m_limits;
     int16_t m_stepCode = 0;
     int m_openEdits = 0;
+    bool m_recorded = true;
     CandidateWriter m_writer;
 };

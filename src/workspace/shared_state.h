@@ -62,6 +62,29 @@ struct DrawHistory {
     void clear() { *this = DrawHistory{}; }
 };
 
+// The history as a reader sees it: the whole of it, or only its first `cut` draws (a back-test
+// asks the filters what they would have done before a draw). Reads in place; nothing is copied.
+// A view of the whole history follows draws added after it was made.
+class DrawHistoryView {
+public:
+    // Implicit: a reader of a view takes a whole history as it stands.
+    DrawHistoryView(const DrawHistory& history) : m_history(&history) {}
+    DrawHistoryView(const DrawHistory& history, int cut) : m_history(&history), m_cut(cut) {}
+
+    int drawCount() const {
+        const int all = m_history->drawCount();
+        return m_cut < 0 || m_cut > all ? all : m_cut;
+    }
+    // Row `idx` (0 the zero row) of a view: at most drawCount().
+    const DrawNumbers& numbers(int idx) const { return m_history->numbers[static_cast<size_t>(idx)]; }
+    const DrawHistory& whole() const { return *m_history; }
+    bool isCut() const { return m_cut >= 0; }
+
+private:
+    const DrawHistory* m_history;
+    int m_cut = -1;  // -1: every draw
+};
+
 // Omission and frequency of each number in one view: Ylarr, Glarr, Gailvarr, Glsum.
 struct NumberStats {
     std::array<int16_t, kNumberSlots> omission{};   // Ylarr

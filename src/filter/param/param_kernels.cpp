@@ -4,16 +4,47 @@
 #include "filter/param/param_operations.h"
 #include "workspace/session.h"
 
+namespace {
+
+void markLastDraw(ParamContext& c, const DrawNumbers& last) {
+    for (int k = 1; k <= 5; ++k)
+        if (last[static_cast<size_t>(k)] > 0 && last[static_cast<size_t>(k)] < kNumberSlots)
+            c.lastDrawFront[static_cast<size_t>(last[static_cast<size_t>(k)])] = true;
+}
+
+}  // namespace
+
 ParamContext ParamContext::fromSession(Session& session) {
     ParamContext c;
     c.maxQian = session.frontSize();
     c.maxHou = session.backSize();
-    const DrawNumbers& last = session.history().numbers.back();
-    for (int k = 1; k <= 5; ++k)
-        if (last[static_cast<size_t>(k)] > 0 && last[static_cast<size_t>(k)] < kNumberSlots)
-            c.lastDrawFront[static_cast<size_t>(last[static_cast<size_t>(k)])] = true;
+    markLastDraw(c, session.history().numbers.back());
     c.omissionFront = session.stats().front.omission;
     c.omissionBack = session.stats().back.omission;
+    return c;
+}
+
+ParamContext ParamContext::fromHistory(DrawHistoryView history, int frontSize, int backSize) {
+    ParamContext c;
+    c.maxQian = frontSize;
+    c.maxHou = backSize;
+    const int count = history.drawCount();
+    markLastDraw(c, history.numbers(count));
+    // The draw in which each number last came, 0 for none.
+    std::array<int, kNumberSlots> lastFront{}, lastBack{};
+    for (int idx = 1; idx <= count; ++idx) {
+        const DrawNumbers& d = history.numbers(idx);
+        for (int k = 1; k <= 7; ++k) {
+            const int32_t n = d[static_cast<size_t>(k)];
+            if (n <= 0 || n >= kNumberSlots) continue;
+            (k <= 5 ? lastFront : lastBack)[static_cast<size_t>(n)] = idx;
+        }
+    }
+    for (int n = 1; n < kNumberSlots; ++n) {
+        const auto i = static_cast<size_t>(n);
+        if (n <= frontSize) c.omissionFront[i] = static_cast<int16_t>(count - lastFront[i]);
+        if (n <= backSize) c.omissionBack[i] = static_cast<int16_t>(count - lastBack[i]);
+    }
     return c;
 }
 

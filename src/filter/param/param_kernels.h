@@ -29,6 +29,10 @@ struct ParamContext {
     std::array<int16_t, kNumberSlots> omissionBack{};   // YlarrHou
 
     static ParamContext fromSession(Session& session);
+    // The same as it stood after the draws of `history` (a back-test's draws before the tested
+    // one): the last of them, and each number's omission counted from the draws themselves, the
+    // draws since it last came (all of them for a number that never came).
+    static ParamContext fromHistory(DrawHistoryView history, int frontSize, int backSize);
 };
 
 // The inputs of the window that a computation reads.

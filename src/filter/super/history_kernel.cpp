@@ -175,7 +175,7 @@ private:
 
 class HistoryKernel {
 public:
-    HistoryKernel(CandidateTable& t, const HistoryRun& run, const DrawHistory& draws) : m_t(t), m_run(run) {
+    HistoryKernel(CandidateTable& t, const HistoryRun& run, DrawHistoryView draws) : m_t(t), m_run(run) {
         const int drawCount = draws.drawCount();
         const int64_t reachable = std::min<int64_t>(run.passes, int64_t{drawCount} + 1);
         m_lastSkipped = run.passes > reachable;
@@ -183,7 +183,7 @@ public:
         // Classes numbered by value (two-digit texts sort as their numbers).
         std::vector<QString> literals;
         for (int64_t i = 0; i < reachable; ++i) {
-            const DrawNumbers& d = draws.numbers[static_cast<size_t>(drawCount - i)];
+            const DrawNumbers& d = draws.numbers(static_cast<int>(drawCount - i));
             if (m_front) {
                 for (int j = 1; j <= 5; ++j)
                     literals.push_back(super_text::twoDigits(d[static_cast<size_t>(j)]));
@@ -195,7 +195,7 @@ public:
         std::ranges::sort(literals);
         for (const QString& l : literals) m_cls.add(l);
         for (int64_t i = 0; i < reachable; ++i) {
-            const DrawNumbers& d = draws.numbers[static_cast<size_t>(drawCount - i)];
+            const DrawNumbers& d = draws.numbers(static_cast<int>(drawCount - i));
             Pass p;
             p.issue = d[0];
             p.draw = d;
@@ -582,7 +582,7 @@ private:
 
 }  // namespace
 
-uint64_t history(CandidateTable& t, const HistoryRun& run, const DrawHistory& draws,
+uint64_t history(CandidateTable& t, const HistoryRun& run, DrawHistoryView draws,
                  EngineProgress* progress) {
     if (run.threshold <= 0) return 0;
     HistoryKernel kernel(t, run, draws);

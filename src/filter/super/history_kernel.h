@@ -27,7 +27,7 @@ struct HistoryRun {
     int64_t passes = 0;
 };
 
-uint64_t history(CandidateTable& t, const HistoryRun& run, const DrawHistory& draws,
+uint64_t history(CandidateTable& t, const HistoryRun& run, DrawHistoryView draws,
                  EngineProgress* progress = nullptr);
 
 // The reason of a history kill.

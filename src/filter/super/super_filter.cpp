@@ -172,7 +172,7 @@ bool askValue(Prompter& p, const QString& title, const QString& prompt, const QS
 
 }  // namespace
 
-SuperFilter::SuperFilter(FilterWorkspace& workspace, const DrawHistory& history, int maxQian,
+SuperFilter::SuperFilter(FilterWorkspace& workspace, DrawHistoryView history, int maxQian,
                          SqliteDb& filterDb)
     : m_ws(workspace), m_history(history), m_maxQian(maxQian), m_filterDb(filterDb) {}
 

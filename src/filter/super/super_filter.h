@@ -91,7 +91,10 @@ public:
 
     // `fildb` is the workspace's filnum.db (Option43 reads and marks zuheMoban); `maxQian` the
     // front zone's size that checks the typed numbers.
-    SuperFilter(FilterWorkspace& workspace, const DrawHistory& history, int maxQian, SqliteDb& filterDb);
+    SuperFilter(FilterWorkspace& workspace, DrawHistoryView history, int maxQian, SqliteDb& filterDb);
+
+    // The draws the history filters search (a back-test cuts them before the tested draw).
+    void setHistory(DrawHistoryView history) { m_history = history; }
 
     // A click on a button with the left or right mouse button. `tab` is the zone tab shown;
     // the worker reads the scope from the workspace's intQianHou.
@@ -117,7 +120,7 @@ private:
     Outcome runTemplate();
 
     FilterWorkspace& m_ws;
-    const DrawHistory& m_history;
+    DrawHistoryView m_history;
     int m_maxQian;
     SqliteDb& m_filterDb;
     std::set<QString> m_used;

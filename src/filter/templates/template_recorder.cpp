@@ -71,7 +71,8 @@ TemplateRecorder::RecordOutcome TemplateRecorder::popupClosed(bool addStepPicked
 }
 
 TemplateRecorder::ReplayOutcome TemplateRecorder::replay(ParamWindowState& state, SuperInputs& in,
-                                                         ZoneScope tab, EngineProgress* progress) {
+                                                         ZoneScope tab, EngineProgress* progress,
+                                                         const StepObserver& afterStep) {
     ReplayOutcome out;
     if (!m_ws.isOpen()) return out;
     for (const QVariantMap& row : m_store.rows()) {
@@ -114,6 +115,7 @@ TemplateRecorder::ReplayOutcome TemplateRecorder::replay(ParamWindowState& state
                 break;
             }
         }
+        if (afterStep) afterStep(out.steps);
     }
     return out;
 }

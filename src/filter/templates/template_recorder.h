@@ -14,6 +14,7 @@
 
 #include <QString>
 
+#include <functional>
 #include <optional>
 #include <set>
 
@@ -59,8 +60,10 @@ public:
         filter_snapshot::SnapshotEffects effects;  // of the last snapshot step
         bool resetGridColumns = false;             // a same-as-template step ran
     };
+    // `afterStep` hears the number (from 1) of each step that has run.
+    using StepObserver = std::function<void(int step)>;
     ReplayOutcome replay(ParamWindowState& state, SuperInputs& in, ZoneScope tab,
-                         EngineProgress* progress = nullptr);
+                         EngineProgress* progress = nullptr, const StepObserver& afterStep = {});
 
     // HScroll1 moved to v: the step with that Idx set into the controls as replay would, without
     // running it, and its text for Label3 (none when the step has no text: Label3 keeps its own).
