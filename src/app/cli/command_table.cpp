@@ -1,6 +1,7 @@
 #include "app/cli/command_table.h"
 
 #include "app/cli/analysis_commands.h"
+#include "app/cli/backtest_commands.h"
 #include "app/cli/candidate_commands.h"
 #include "app/cli/history_commands.h"
 #include "app/cli/param_filter_commands.h"
@@ -70,7 +71,7 @@ const std::vector<std::unique_ptr<Command>>& all() {
              WheelShowCommand, WheelCheckCommand, WheelExpandCommand, PickFrequencyCommand, PickOmissionCommand,
              PickShowCommand, PickClearCommand, SelectionSaveCommand, SelectionListCommand, SelectionCallCommand,
              SelectionAddCommand, SelectionDeleteCommand, SelectionRenameCommand, SelectionTemplateListCommand,
-             SelectionTemplateAddCommand, SelectionTemplateDeleteCommand, SelectionTemplateRunCommand>();
+             SelectionTemplateAddCommand, SelectionTemplateDeleteCommand, SelectionTemplateRunCommand, BacktestCommand, PassRateCommand>();
     return commands;
 }
 
