@@ -66,11 +66,7 @@ SixFilterWindow::SixFilterWindow(FilterSource instance, std::unique_ptr<FilterWo
     m_context.frontSize = ctx.maxQian;
     m_context.lastDrawFront = ctx.lastDrawFront;
     auto* layout = new QHBoxLayout(this);
-    auto* left = new QVBoxLayout;
-    left->addWidget(makeParameterFrame());
-    left->addWidget(makeSuperFrame());
-    left->addStretch(1);
-    layout->addLayout(left);
+    layout->addWidget(makeParameterFrame(), 0, Qt::AlignTop);
     layout->addWidget(makeGridPanel(), 1);
     GridView first = sixView(false);
     first.idxRange = {1, GridView::kPageSize};
@@ -83,6 +79,7 @@ SixFilterWindow::~SixFilterWindow() { m_model->unbind(); }
 QWidget* SixFilterWindow::makeParameterFrame() {
     auto* frame = new QGroupBox(QStringLiteral("参数过滤选项设置"), this);
     auto* grid = new QGridLayout(frame);
+    grid->setVerticalSpacing(2);
     m_keep = new QRadioButton(QStringLiteral("保留"), frame);
     m_keep->setObjectName(QStringLiteral("Option1(0)"));
     m_keep->setChecked(true);
@@ -151,8 +148,7 @@ QWidget* SixFilterWindow::makeSuperFrame() {
             b->setStyleSheet(kUsedStyle);
             runSuper(which);
         });
-        grid->addWidget(b, column / 3, column % 3);
-        ++column;
+        grid->addWidget(b, 0, column++);
     }
     QPushButton* integrated = button("Option29", QStringLiteral("多(名称勾选)参数整合过滤"), frame);
     connect(integrated, &QPushButton::clicked, this, [this, integrated] {
@@ -164,15 +160,15 @@ QWidget* SixFilterWindow::makeSuperFrame() {
     m_logicAnd = new QRadioButton(QStringLiteral("逻辑和"), frame);
     m_logicAnd->setObjectName(QStringLiteral("Option37(0)"));
     m_logicAnd->setChecked(true);
-    grid->addWidget(integrated, 2, 0);
-    grid->addWidget(logicOr, 2, 1);
-    grid->addWidget(m_logicAnd, 2, 2);
+    grid->addWidget(integrated, 1, 0, 1, 2);
+    grid->addWidget(logicOr, 1, 2);
+    grid->addWidget(m_logicAnd, 1, 3);
     QPushButton* load = button("Command6", QStringLiteral("调用过滤设置(&C)"), frame);
     connect(load, &QPushButton::clicked, this, &SixFilterWindow::loadSetting);
     QPushButton* save = button("Command7", QStringLiteral("保存过滤设置(&S)"), frame);
     connect(save, &QPushButton::clicked, this, &SixFilterWindow::saveSetting);
-    grid->addWidget(load, 3, 0);
-    grid->addWidget(save, 3, 1);
+    grid->addWidget(load, 2, 0);
+    grid->addWidget(save, 2, 1);
     return frame;
 }
 
@@ -189,6 +185,7 @@ QWidget* SixFilterWindow::makeGridPanel() {
     m_grid->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
     m_grid->setSelectionBehavior(QAbstractItemView::SelectRows);
     column->addWidget(m_grid, 1);
+    column->addWidget(makeSuperFrame());
 
     auto* pages = new QHBoxLayout;
     m_page = new QLineEdit(QStringLiteral("1"), panel);
