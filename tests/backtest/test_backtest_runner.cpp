@@ -214,6 +214,50 @@ TEST(BacktestRunner, KillingEverythingCostsNothingAndAReviveMovesTheKillingStep)
     for (const backtest::DrawRow& row : r.rows) EXPECT_EQ(row.killingStep, 3);
 }
 
+TEST(BacktestRunner, LeadingStepsRunOnceGiveTheRowsOfAFullReplayOnEachDraw) {
+    BundledRun b;
+    TemplateStore store(b.w.session->filterDb());
+    SuperInputs kill;
+    kill.superCount = QStringLiteral("2");
+    kill.superNumbers = {1, 2};
+    ParamWindowState repeats = ParamWindowState::defaults();
+    repeats.integratedBox[16] = true;
+    repeats.box(ParamId::RepeatsOfPrevious)[1] = QStringLiteral("1");
+    repeats.box(ParamId::BigSum)[1] = QStringLiteral("999");
+    SuperInputs same;
+    same.superCount = QStringLiteral("50");
+    // Three steps without history (one an invert-last), then history steps and inversions.
+    store.addStep(0, 1, keepSum(60, 140));
+    store.addStep(10, 1, filter_snapshot::superValues(10, kill));
+    store.addStep(1, 1);
+    store.addStep(5, 1, filter_snapshot::superValues(5, same));  // 历史同4号滤 over the last 50
+    store.addStep(0, 1, filter_snapshot::snapshotValues(repeats));
+    store.addStep(2, 1);
+    store.addStep(0, 1, keepSum(50, 150));
+    backtest::Options reuse{25};
+    backtest::Options each{25};
+    each.reuseLeadingSteps = false;
+    backtest::Runner once = b.runner();
+    backtest::Runner every = b.runner();
+    const backtest::Result a = once.run(backtest::Strategy::filterTemplate(), reuse);
+    const backtest::Result c = every.run(backtest::Strategy::filterTemplate(), each);
+    ASSERT_EQ(a.rows.size(), 25u);
+    ASSERT_EQ(c.rows.size(), 25u);
+    std::set<int> killingSteps;
+    for (size_t i = 0; i < 25; ++i) {
+        EXPECT_EQ(a.rows[i].survived, c.rows[i].survived) << i;
+        EXPECT_EQ(a.rows[i].killingStep, c.rows[i].killingStep) << i;
+        EXPECT_EQ(a.rows[i].kept, c.rows[i].kept) << i;
+        EXPECT_EQ(a.rows[i].winnings, c.rows[i].winnings) << i;
+        killingSteps.insert(a.rows[i].killingStep);
+    }
+    EXPECT_GT(killingSteps.size(), 1u);
+    // The last draw leaves the same flags and reasons either way.
+    EXPECT_EQ(once.table().filteredOut(), every.table().filteredOut());
+    EXPECT_EQ(once.table().previousFilteredOut(), every.table().previousFilteredOut());
+    for (uint64_t r = 0; r < once.table().rowCount(); r += 7) EXPECT_EQ(once.table().reasonText(r), every.table().reasonText(r));
+}
+
 TEST(BacktestRunner, CancelKeepsTheRowsDoneSoFar) {
     BundledRun b;
     TemplateStore(b.w.session->filterDb()).addStep(0, 1, keepSum(60, 120));

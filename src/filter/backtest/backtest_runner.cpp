@@ -1,11 +1,14 @@
 #include "filter/backtest/backtest_runner.h"
 
 #include "engine/kernel_executor.h"
+#include "filter/candidate_actions.h"
 #include "filter/filter_workspace.h"
 #include "filter/param/param_filter.h"
 #include "filter/super/super_filter.h"
+#include "filter/templates/filter_snapshot.h"
 #include "filter/templates/saved_setting_store.h"
 #include "filter/templates/template_recorder.h"
+#include "filter/templates/template_store.h"
 #include "prize/prize_check.h"
 
 #include <algorithm>
@@ -56,11 +59,33 @@ private:
     const Listener* m_listener;
 };
 
+// A column filled with `saved` (0 where nothing was saved), spread over the threads.
 template <typename T>
-void zeroed(std::span<T> column) {
+void refill(std::span<T> column, const std::vector<T>& saved = {}) {
     KernelExecutor::shared().forEachSlice(column.size(), [&](uint64_t begin, uint64_t end) {
-        std::fill(column.begin() + static_cast<ptrdiff_t>(begin), column.begin() + static_cast<ptrdiff_t>(end), T{});
+        const auto to = column.begin() + static_cast<ptrdiff_t>(begin);
+        if (saved.empty())
+            std::fill(to, column.begin() + static_cast<ptrdiff_t>(end), T{});
+        else
+            std::copy(saved.begin() + static_cast<ptrdiff_t>(begin), saved.begin() + static_cast<ptrdiff_t>(end), to);
     });
+}
+
+// candidate_actions::restore of a snapshot kept for the next draw: written into the table's own
+// columns, with no copy made on the way.
+void restoreKept(CandidateTable& t, const candidate_actions::Snapshot& s) {
+    t.filteredOut() = s.filteredOut;
+    t.previousFilteredOut() = s.previousFilteredOut;
+    t.scratchFilteredOut() = s.scratchFilteredOut;
+    t.groupMark() = s.groupMark;
+    refill(t.rowReasons(), s.rowReasons);
+    t.reasons() = s.reasons;
+    if (t.hasParamValues()) refill(t.paramValues(), s.paramValues);
+    if (t.hasSuperCount()) refill(t.superCount(), s.superCount);
+    if (t.hasFailCount()) refill(t.failCount(), s.failCount);
+    if (t.hasMatchIssue()) refill(t.matchIssue(), s.matchIssue);
+    t.setNumberTextMode(s.numberTextMode);
+    t.setBackNumberTextFilled(s.backNumberTextFilled);
 }
 
 }  // namespace
@@ -78,12 +103,12 @@ void startAfresh(CandidateTable& t) {
     t.previousFilteredOut().fill(false);
     t.scratchFilteredOut().fill(false);
     t.groupMark().fill(false);
-    zeroed(t.rowReasons());
+    refill(t.rowReasons());
     t.reasons().clear();
-    if (t.hasParamValues()) zeroed(t.paramValues());
-    if (t.hasSuperCount()) zeroed(t.superCount());
-    if (t.hasFailCount()) zeroed(t.failCount());
-    if (t.hasMatchIssue()) zeroed(t.matchIssue());
+    if (t.hasParamValues()) refill(t.paramValues());
+    if (t.hasSuperCount()) refill(t.superCount());
+    if (t.hasFailCount()) refill(t.failCount());
+    if (t.hasMatchIssue()) refill(t.matchIssue());
     t.setNumberTextMode(CandidateTable::NumberTextMode::Null);
     t.setBackNumberTextFilled(false);
 }
@@ -115,47 +140,162 @@ DrawSpan spanOf(int drawCount, int span) {
     return s;
 }
 
+namespace {
+
+// Whether an integrated run with these ticks reads the last draw or the omissions.
+bool readsHistory(const ParamWindowState& state) {
+    for (ParamId id : {ParamId::RepeatsOfPrevious, ParamId::OmissionSum, ParamId::OmissionSpread})
+        if (state.integratedBox[static_cast<size_t>(param_catalogue::runBox(id))]) return true;
+    return false;
+}
+
+// The leading steps of a template that read nothing of the history: the history filters do, and
+// an integrated step that ticks a parameter of the last draw or the omissions (with the boxes as
+// the steps before it left them, as a null column keeps its control).
+int leadingStepsWithoutHistory(const std::vector<QVariantMap>& rows) {
+    ParamWindowState state = ParamWindowState::defaults();
+    int steps = 0;
+    for (const QVariantMap& row : rows) {
+        const int code = filter_snapshot::column(row, QStringLiteral("intCmdnb")).toInt();
+        if (code >= 4 && code <= 6) break;
+        if (code == 0) {
+            filter_snapshot::applySnapshot(row, state);
+            if (readsHistory(state)) break;
+        }
+        ++steps;
+    }
+    return steps;
+}
+
+// The step after which a winning ticket went dead and stayed so: `killedAt` after `step`.
+void track(int& killedAt, bool live, int step) {
+    if (live)
+        killedAt = 0;
+    else if (killedAt == 0)
+        killedAt = step;
+}
+
+// Stops a replay once its first `steps` steps have run, or when the player cancels.
+class StopAfterSteps : public EngineProgress {
+public:
+    StopAfterSteps(int steps, const EngineProgress& cancel) : m_steps(steps), m_cancel(cancel) {}
+    void progress(uint64_t, uint64_t) override {}
+    bool cancelled() const override { return m_done >= m_steps || m_cancel.cancelled(); }
+    void stepDone(int step) { m_done = step; }
+
+private:
+    int m_steps;
+    int m_done = 0;
+    const EngineProgress& m_cancel;
+};
+
+}  // namespace
+
 // The filter window's logic over the runner's table: the workspace without a record, its super
-// filters with a history that each draw cuts, and the template's replay.
+// filters with a history that each draw cuts, and the template's replay. The leading steps that
+// read no history give every draw the same table: they run once, and their result is put back
+// before each draw in place of fresh flags.
 struct Runner::Parts {
     FilterWorkspace workspace{FilterSource::Expansion, QString()};
     std::unique_ptr<SuperFilter> super;
     std::unique_ptr<TemplateRecorder> recorder;
 
-    // Runs the strategy on fresh flags with the history before the draw; returns the step after
-    // which the winning ticket went dead for good (0 while it lives or is not in the table).
+    struct Prefix {
+        int steps = 0;
+        candidate_actions::Snapshot table;
+        ParamWindowState state = ParamWindowState::defaults();
+        SuperInputs in;
+        int16_t stepCode = 0;
+        int16_t zoneScope = 1;
+        bool keepSense = true;
+        std::vector<int> killedAt;  // per tested draw
+    };
+    Prefix prefix;
+
+    // Runs the leading steps without history once on fresh flags (all steps of a setting that
+    // reads none); false when the player cancelled meanwhile.
+    bool runPrefix(const Setup& setup, const std::optional<ParamWindowState>& setting, bool reuse,
+                   const std::vector<std::vector<uint64_t>>& winners, const EngineProgress& cancel);
+    // Runs the rest of the strategy with the history before the draw (index `i` of the span);
+    // returns the step after which the winning ticket went dead for good (0 while it lives or is
+    // not in the table).
     int runStrategy(const Setup& setup, DrawHistoryView before, const std::optional<ParamWindowState>& setting,
-                    const std::vector<uint64_t>& winner, EngineProgress& cancel);
+                    const std::vector<uint64_t>& winner, size_t i, EngineProgress& cancel);
     DrawRow rowOf(const Setup& setup, int d, const std::vector<uint64_t>& winner, int killedAt) const;
+
+private:
+    // The table, the window's state and the boxes as a draw starts.
+    void startDraw(ParamWindowState& state, SuperInputs& in);
 };
 
-int Runner::Parts::runStrategy(const Setup& setup, DrawHistoryView before,
-                               const std::optional<ParamWindowState>& setting,
-                               const std::vector<uint64_t>& winner, EngineProgress& cancel) {
-    const ParamContext context = ParamContext::fromHistory(before, setup.frontSize, setup.backSize);
+bool Runner::Parts::runPrefix(const Setup& setup, const std::optional<ParamWindowState>& setting, bool reuse,
+                              const std::vector<std::vector<uint64_t>>& winners, const EngineProgress& cancel) {
+    prefix = Prefix{};
+    const int steps = !reuse   ? 0
+                      : setting ? (readsHistory(*setting) ? 0 : 1)
+                                : leadingStepsWithoutHistory(TemplateStore(setup.filterDb).rows());
     startAfresh(workspace.edit().table());
+    prefix.killedAt.assign(winners.size(), 0);
+    if (steps == 0) {
+        prefix.table = candidate_actions::snapshot(workspace.edit().table());
+        return !cancel.cancelled();
+    }
     workspace.setStepCode(0);
     workspace.keepSense = true;
-    int killedAt = 0;
+    StopAfterSteps stop(steps, cancel);
     const auto afterStep = [&](int step) {
-        if (winner.empty()) return;
-        const bool live = anyLive(workspace.table(), winner);
-        if (!live && killedAt == 0) killedAt = step;
-        if (live) killedAt = 0;
+        for (size_t i = 0; i < winners.size(); ++i)
+            if (!winners[i].empty()) track(prefix.killedAt[i], anyLive(workspace.table(), winners[i]), step);
+        stop.stepDone(step);
     };
     if (setting) {
         workspace.zoneScope = static_cast<int16_t>(setting->scope);
-        const param_filter::IntegratedResult r =
-            param_filter::runIntegrated(workspace.edit().table(), *setting, context, &cancel);
-        if (!r.cancelled) afterStep(1);
+        const ParamContext context = ParamContext::fromHistory(setup.history, setup.frontSize, setup.backSize);
+        if (param_filter::runIntegrated(workspace.edit().table(), *setting, context, &stop).cancelled) return false;
+        afterStep(1);
+    } else {
+        workspace.zoneScope = 1;
+        recorder->replay(prefix.state, prefix.in, ZoneScope::Front, &stop, afterStep);
+    }
+    if (cancel.cancelled()) return false;
+    prefix.steps = steps;
+    prefix.table = candidate_actions::snapshot(workspace.edit().table());
+    prefix.stepCode = workspace.stepCode();
+    prefix.zoneScope = workspace.zoneScope;
+    prefix.keepSense = workspace.keepSense;
+    return true;
+}
+
+void Runner::Parts::startDraw(ParamWindowState& state, SuperInputs& in) {
+    restoreKept(workspace.edit().table(), prefix.table);
+    workspace.setStepCode(prefix.stepCode);
+    workspace.zoneScope = prefix.zoneScope;
+    workspace.keepSense = prefix.keepSense;
+    state = prefix.state;
+    in = prefix.in;
+}
+
+int Runner::Parts::runStrategy(const Setup& setup, DrawHistoryView before,
+                               const std::optional<ParamWindowState>& setting,
+                               const std::vector<uint64_t>& winner, size_t i, EngineProgress& cancel) {
+    ParamWindowState state;
+    SuperInputs in;
+    startDraw(state, in);
+    int killedAt = prefix.killedAt[i];
+    const auto afterStep = [&](int step) {
+        if (!winner.empty()) track(killedAt, anyLive(workspace.table(), winner), step);
+    };
+    const ParamContext context = ParamContext::fromHistory(before, setup.frontSize, setup.backSize);
+    if (setting) {
+        if (prefix.steps == 1) return killedAt;
+        workspace.zoneScope = static_cast<int16_t>(setting->scope);
+        if (!param_filter::runIntegrated(workspace.edit().table(), *setting, context, &cancel).cancelled)
+            afterStep(1);
         return killedAt;
     }
-    workspace.zoneScope = 1;
     super->setHistory(before);
     recorder->setContext(context);
-    ParamWindowState state = ParamWindowState::defaults();
-    SuperInputs in;
-    recorder->replay(state, in, ZoneScope::Front, &cancel, afterStep);
+    recorder->replay(state, in, ZoneScope::Front, &cancel, afterStep, prefix.steps + 1);
     return killedAt;
 }
 
@@ -208,13 +348,18 @@ Result Runner::run(const Strategy& strategy, const Options& options, Listener* l
     const DrawSpan span = spanOf(m_setup.history.drawCount(), options.span);
     const auto winners = winnerRows(m_parts->workspace.table(), m_setup.history, span);
     CancelOnly cancel(listener);
+    if (span.count() == 0) return result;
+    if (!m_parts->runPrefix(m_setup, setting, options.reuseLeadingSteps, winners, cancel)) {
+        result.cancelled = true;
+        return result;
+    }
     for (int d = span.first; d <= span.last && !cancel.cancelled(); ++d) {
-        const std::vector<uint64_t>& winner = winners[static_cast<size_t>(d - span.first)];
+        const auto i = static_cast<size_t>(d - span.first);
         const int killedAt =
-            m_parts->runStrategy(m_setup, DrawHistoryView(m_setup.history, d - 1), setting, winner, cancel);
+            m_parts->runStrategy(m_setup, DrawHistoryView(m_setup.history, d - 1), setting, winners[i], i, cancel);
         // A draw cut short by the cancel is left out.
         if (cancel.cancelled()) break;
-        result.rows.push_back(m_parts->rowOf(m_setup, d, winner, killedAt));
+        result.rows.push_back(m_parts->rowOf(m_setup, d, winners[i], killedAt));
         if (listener) listener->drawDone(result.rows.back(), static_cast<int>(result.rows.size()), span.count());
     }
     result.cancelled = cancel.cancelled();

@@ -96,6 +96,9 @@ public:
 struct Options {
     int span = kDefaultSpan;
     unsigned threads = 0;  // threads of the kernels; 0 keeps the engine's count
+    // The leading steps that read no history run once for all draws (off: on each draw, which
+    // gives the same rows; for tests).
+    bool reuseLeadingSteps = true;
 };
 
 struct Result {

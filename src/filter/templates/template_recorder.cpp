@@ -72,10 +72,12 @@ TemplateRecorder::RecordOutcome TemplateRecorder::popupClosed(bool addStepPicked
 
 TemplateRecorder::ReplayOutcome TemplateRecorder::replay(ParamWindowState& state, SuperInputs& in,
                                                          ZoneScope tab, EngineProgress* progress,
-                                                         const StepObserver& afterStep) {
+                                                         const StepObserver& afterStep, int firstStep) {
     ReplayOutcome out;
     if (!m_ws.isOpen()) return out;
+    int step = 0;
     for (const QVariantMap& row : m_store.rows()) {
+        if (++step < firstStep) continue;
         if (progress && progress->cancelled()) break;
         ++out.steps;
         const int code = intOf(row, "intCmdnb");
@@ -115,7 +117,7 @@ TemplateRecorder::ReplayOutcome TemplateRecorder::replay(ParamWindowState& state
                 break;
             }
         }
-        if (afterStep) afterStep(out.steps);
+        if (afterStep) afterStep(step);
     }
     return out;
 }

@@ -60,10 +60,12 @@ public:
         filter_snapshot::SnapshotEffects effects;  // of the last snapshot step
         bool resetGridColumns = false;             // a same-as-template step ran
     };
-    // `afterStep` hears the number (from 1) of each step that has run.
+    // `afterStep` hears the number (from 1) of each step that has run. Steps before `firstStep`
+    // are passed over (their work is already in the table and in `state` and `in`).
     using StepObserver = std::function<void(int step)>;
     ReplayOutcome replay(ParamWindowState& state, SuperInputs& in, ZoneScope tab,
-                         EngineProgress* progress = nullptr, const StepObserver& afterStep = {});
+                         EngineProgress* progress = nullptr, const StepObserver& afterStep = {},
+                         int firstStep = 1);
 
     // HScroll1 moved to v: the step with that Idx set into the controls as replay would, without
     // running it, and its text for Label3 (none when the step has no text: Label3 keeps its own).
