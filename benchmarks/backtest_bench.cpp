@@ -1,12 +1,13 @@
 // The back-test of a ten-step filter template over the last 100 draws of the bundled history on
 // all of 35/12 (21,425,712 tickets): wall time of the whole run and of each draw.
 //
-//   backtest_bench [--draws N] [--threads T] [--history-last]
+//   backtest_bench [--draws N] [--threads T] [--history-last] [--rates-only]
 
 #include "app/cli/backtest_commands.h"
 #include "bench_timing.h"
 #include "bench_workspace.h"
 #include "filter/backtest/backtest_runner.h"
+#include "filter/backtest/pass_rate.h"
 #include "filter/templates/filter_snapshot.h"
 #include "filter/templates/template_store.h"
 
@@ -92,6 +93,27 @@ public:
     }
 };
 
+// The pass rates a filter window shows beside its boxes: every parameter's, and the integrated
+// filter's with every box ticked, over the span.
+void passRates(const DrawHistory& h, int span) {
+    ParamWindowState s = ParamWindowState::defaults();
+    s.integratedBox.fill(true);
+    s.useTolerance = true;
+    s.txtRc0 = QStringLiteral("3");
+    std::vector<double> each;
+    int passed = 0;
+    for (const ParamInfo& p : param_catalogue::all())
+        each.push_back(bench::seconds([&] {
+            if (const auto r = pass_rate::ofParam(h, s, p.id, span)) passed += r->passed;
+        }));
+    pass_rate::Rate all;
+    const double integrated = bench::seconds([&] { all = pass_rate::ofIntegrated(h, s, span, 35, 12); });
+    std::printf("pass rates over %d draws: one parameter median %.3f ms, max %.3f ms; the integrated filter "
+                "with all 27 boxes %.2f ms (%d of %d kept)\n",
+                span, bench::median(each) * 1e3, *std::ranges::max_element(each) * 1e3, integrated * 1e3,
+                all.passed, all.draws);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -99,7 +121,9 @@ int main(int argc, char** argv) {
     int draws = backtest::kDefaultSpan;
     unsigned threads = 0;
     bool historyLast = false;
+    bool ratesOnly = false;
     for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], "--rates-only") == 0) ratesOnly = true;
         const bool valued = i + 1 < argc;
         if (std::strcmp(argv[i], "--history-last") == 0) historyLast = true;
         if (valued && std::strcmp(argv[i], "--draws") == 0) draws = std::atoi(argv[++i]);
@@ -111,6 +135,9 @@ int main(int argc, char** argv) {
     Session& s = *w.session;
     TemplateStore store(s.filterDb());
     writeTenSteps(store, historyLast);
+
+    passRates(s.history(), draws);
+    if (ratesOnly) return 0;
 
     std::unique_ptr<CandidateTable> table;
     const double made = bench::seconds([&] { table = backtest_space::fullSet(35, 12); });

@@ -2,6 +2,7 @@
 // the integrated filter's rate against what its parameters' columns say.
 #include "backtest_fixture.h"
 
+#include "filter/backtest/backtest_runner.h"
 #include "filter/backtest/pass_rate.h"
 #include "filter/param/range_query.h"
 #include "workspace/sqlite_db.h"
@@ -119,4 +120,44 @@ TEST(PassRate, IntegratedFilterKeepsTheDrawsItsColumnsAllow) {
     r = pass_rate::ofIntegrated(h, s, span, 35, 12);
     EXPECT_EQ(r.passed, atMostOneFails);
     EXPECT_GT(atMostOneFails, bothPass);
+}
+
+TEST(PassRate, IntegratedRateEqualsTheFilterRunOnEachWinningTicketAlone) {
+    const DrawHistory& h = BundledWorkspace::shared().session->history();
+    std::mt19937 rng(11);
+    const auto coin = [&](int in) { return static_cast<int>(rng() % 100) < in; };
+    int mixed = 0;  // trials where some draws pass and some do not
+    for (int trial = 0; trial < 12; ++trial) {
+        ParamWindowState s = ParamWindowState::defaults();
+        for (bool& box : s.integratedBox) box = coin(15);
+        if (trial % 3 == 0) s.integratedBox[16] = true;  // 重上期个数 with 大数之和
+        if (trial % 4 == 1) s.integratedBox[25] = true;  // 遗漏数和
+        // Ranges between quantiles of what the draws show, so that some draws miss.
+        for (const range_query::ComboRow& row : range_query::rows()) {
+            auto values = *range_query::columnValues(h, ZoneScope::Front, QString::fromLatin1(row.column), 0);
+            std::ranges::sort(values);
+            const auto at = [&](unsigned percent) { return values[values.size() * percent / 100]; };
+            s.box(row.param)[0] = QString::number(at(5 + rng() % 30));
+            s.box(row.param)[1] = QString::number(at(65 + rng() % 30));
+        }
+        s.keep = coin(60);
+        s.logicAnd = coin(60);
+        s.useTolerance = coin(50);
+        s.txtRc0 = QString::number(rng() % 3);
+        s.scope = trial % 5 == 4 ? ZoneScope::Both : ZoneScope::Front;
+        const int span = 15 + static_cast<int>(rng() % 40);
+        // The filter itself on a table of one ticket per draw, with the history before that draw.
+        int kept = 0;
+        for (int d = h.drawCount() - span + 1; d <= h.drawCount(); ++d) {
+            auto t = ticketTable({ticketOf(h.numbers[static_cast<size_t>(d)])});
+            param_filter::runIntegrated(*t, s, ParamContext::fromHistory(DrawHistoryView(h, d - 1), 35, 12));
+            kept += t->filteredOut().test(0) ? 0 : 1;
+        }
+        const pass_rate::Rate r = pass_rate::ofIntegrated(h, s, span, 35, 12);
+        EXPECT_EQ(r.draws, span);
+        EXPECT_EQ(r.passed, kept) << "trial " << trial << " keep " << s.keep << " and " << s.logicAnd
+                                  << " tolerance " << s.useTolerance;
+        mixed += kept > 0 && kept < span;
+    }
+    EXPECT_GE(mixed, 4);
 }

@@ -140,14 +140,17 @@ DrawSpan spanOf(int drawCount, int span) {
     return s;
 }
 
-namespace {
-
-// Whether an integrated run with these ticks reads the last draw or the omissions.
-bool readsHistory(const ParamWindowState& state) {
-    for (ParamId id : {ParamId::RepeatsOfPrevious, ParamId::OmissionSum, ParamId::OmissionSpread})
-        if (state.integratedBox[static_cast<size_t>(param_catalogue::runBox(id))]) return true;
-    return false;
+std::array<int, 3> historyBoxes() {
+    return {param_catalogue::runBox(ParamId::RepeatsOfPrevious), param_catalogue::runBox(ParamId::OmissionSpread),
+            param_catalogue::runBox(ParamId::OmissionSum)};
 }
+
+bool readsHistory(const ParamWindowState& state) {
+    return std::ranges::any_of(historyBoxes(),
+                               [&](int box) { return state.integratedBox[static_cast<size_t>(box)]; });
+}
+
+namespace {
 
 // The leading steps of a template that read nothing of the history: the history filters do, and
 // an integrated step that ticks a parameter of the last draw or the omissions (with the boxes as

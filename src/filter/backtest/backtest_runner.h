@@ -16,6 +16,7 @@
 
 #include "engine/candidate_table.h"
 #include "filter/param/param_catalogue.h"
+#include "filter/param/param_filter.h"
 #include "prize/prize_rules.h"
 #include "workspace/shared_state.h"
 
@@ -133,6 +134,11 @@ private:
     Setup m_setup;
     std::unique_ptr<Parts> m_parts;
 };
+
+// The Check1 boxes whose parameters read the last draw or the omissions (重上期个数, 遗漏极差,
+// 遗漏数和), and whether an integrated run with these ticks reads them.
+std::array<int, 3> historyBoxes();
+bool readsHistory(const ParamWindowState& state);
 
 // The winning ticket of a draw as a table holds it: the fronts ascending, then the backs.
 std::array<uint8_t, 7> winningTicket(const DrawNumbers& draw);

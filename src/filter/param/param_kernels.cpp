@@ -28,24 +28,23 @@ ParamContext ParamContext::fromHistory(DrawHistoryView history, int frontSize, i
     ParamContext c;
     c.maxQian = frontSize;
     c.maxHou = backSize;
-    const int count = history.drawCount();
-    markLastDraw(c, history.numbers(count));
-    // The draw in which each number last came, 0 for none.
-    std::array<int, kNumberSlots> lastFront{}, lastBack{};
-    for (int idx = 1; idx <= count; ++idx) {
-        const DrawNumbers& d = history.numbers(idx);
-        for (int k = 1; k <= 7; ++k) {
-            const int32_t n = d[static_cast<size_t>(k)];
-            if (n <= 0 || n >= kNumberSlots) continue;
-            (k <= 5 ? lastFront : lastBack)[static_cast<size_t>(n)] = idx;
-        }
-    }
+    for (int idx = 1; idx <= history.drawCount(); ++idx) c.advance(history.numbers(idx));
+    return c;
+}
+
+void ParamContext::advance(const DrawNumbers& draw) {
+    lastDrawFront = {};
+    markLastDraw(*this, draw);
     for (int n = 1; n < kNumberSlots; ++n) {
         const auto i = static_cast<size_t>(n);
-        if (n <= frontSize) c.omissionFront[i] = static_cast<int16_t>(count - lastFront[i]);
-        if (n <= backSize) c.omissionBack[i] = static_cast<int16_t>(count - lastBack[i]);
+        if (n <= maxQian) ++omissionFront[i];
+        if (n <= maxHou) ++omissionBack[i];
     }
-    return c;
+    for (int k = 1; k <= 7; ++k) {
+        const int32_t n = draw[static_cast<size_t>(k)];
+        if (n <= 0 || n >= kNumberSlots) continue;
+        (k <= 5 ? omissionFront : omissionBack)[static_cast<size_t>(n)] = 0;
+    }
 }
 
 namespace param_kernels {

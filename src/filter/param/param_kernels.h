@@ -33,6 +33,8 @@ struct ParamContext {
     // one): the last of them, and each number's omission counted from the draws themselves, the
     // draws since it last came (all of them for a number that never came).
     static ParamContext fromHistory(DrawHistoryView history, int frontSize, int backSize);
+    // The context after one more draw: a walk through the history from an empty context.
+    void advance(const DrawNumbers& draw);
 };
 
 // The inputs of the window that a computation reads.
