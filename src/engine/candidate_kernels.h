@@ -29,6 +29,26 @@ BitVector select(const CandidateTable& table, Pred&& pred) {
     return sel;
 }
 
+// select() over the rows of `within` only: the other rows stay out of the selection untested
+// (a filter that can only kill live rows need not look at the dead ones).
+template <typename Pred>
+BitVector selectWithin(const CandidateTable& table, const BitVector& within, Pred&& pred) {
+    BitVector sel(table.rowCount());
+    auto words = sel.words();
+    const auto in = within.words();
+    KernelExecutor::shared().forEachSlice(table.rowCount(), [&](uint64_t begin, uint64_t end) {
+        for (uint64_t w = begin / BitVector::kWordBits; w * BitVector::kWordBits < end; ++w) {
+            const uint64_t base = w * BitVector::kWordBits;
+            BitVector::Word bits = 0;
+            forEachSetBit(in[w], base, [&](size_t r) {
+                if (r < end && pred(r)) bits |= BitVector::Word{1} << (r - base);
+            });
+            words[w] = bits;
+        }
+    });
+    return sel;
+}
+
 // The start of every filter: preunslt = unslt.
 void beginFilter(CandidateTable& table);
 

@@ -86,17 +86,20 @@ uint64_t relation(CandidateTable& t, Relation kind, std::span<const int16_t> num
                 ++p;
         return p == order.size();
     };
+    // Only live rows can die: the dead ones are not tested.
+    BitVector live = t.filteredOut();
+    live.complement();
     BitVector sel;
     switch (kind) {
         case Relation::Conflicting:
-            sel = candidate_kernels::select(t, matches);
+            sel = candidate_kernels::selectWithin(t, live, matches);
             break;
         case Relation::Keeping:
-            sel = candidate_kernels::select(t, [&](uint64_t r) { return !matches(r); });
+            sel = candidate_kernels::selectWithin(t, live, [&](uint64_t r) { return !matches(r); });
             break;
         case Relation::Supporting:
-            sel = candidate_kernels::select(
-                t, [&](uint64_t r) { return (cls.rowMask(t, r, pieces) & anyMask) != 0 && !matches(r); });
+            sel = candidate_kernels::selectWithin(
+                t, live, [&](uint64_t r) { return (cls.rowMask(t, r, pieces) & anyMask) != 0 && !matches(r); });
             break;
     }
     keepOnly(sel, t.filteredOut(), false);
@@ -167,8 +170,7 @@ BitVector countNumbers(CandidateTable& t, const InclusionClasses& ic, const BitV
                        int16_t groupSize) {
     auto counts = t.superCount();
     std::ranges::fill(counts, int16_t{0});
-    return candidate_kernels::select(t, [&](uint64_t r) {
-        if (!counted.test(r)) return false;
+    return candidate_kernels::selectWithin(t, counted, [&](uint64_t r) {
         const int n = ic.count(ic.cls.rowMask(t, r, ic.pieces));
         counts[r] = static_cast<int16_t>(n);
         return n >= groupSize;
