@@ -12,9 +12,21 @@ Accepted Accepted::ofBoxes(const ParamWindowState& state, ParamId id) {
     if (!state.listMode) {
         return range(param_catalogue::leadingNumber(box[0]), param_catalogue::leadingNumber(box[1]));
     }
+    // The values the parameter's list test keeps: a position keeps a value whose digits occur
+    // anywhere in the list (" 13 " keeps 1, 3 and 13); the others keep the words written as
+    // whole numbers (" 05 " keeps nothing).
     std::vector<double> values;
-    for (const QString& word : box[3].split(QLatin1Char(' '), Qt::SkipEmptyParts))
-        values.push_back(param_catalogue::leadingNumber(word));
+    if (param_catalogue::info(id).position > 0) {
+        const QString padded = QLatin1Char(' ') + box[3] + QLatin1Char(' ');
+        for (int v = 0; v < 256; ++v)
+            if (padded.contains(QString::number(v))) values.push_back(v);
+        return list(std::move(values));
+    }
+    for (const QString& word : box[3].split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
+        bool ok = false;
+        const int v = word.toInt(&ok);
+        if (ok && QString::number(v) == word) values.push_back(v);
+    }
     return list(std::move(values));
 }
 

@@ -26,8 +26,9 @@ struct Accepted {
 
     static Accepted range(double lo, double hi) { return {false, lo, hi, {}}; }
     static Accepted list(std::vector<double> values) { return {true, 0, -1, std::move(values)}; }
-    // The boxes of a parameter as the window shows them: the list box (index 3, values apart by
-    // blanks) in list mode, else the low and high boxes by the leading-number rule.
+    // The boxes of a parameter as its filter reads them: in list mode the values that the list
+    // box (index 3) keeps by the filter's list test, else the low and high boxes by the
+    // leading-number rule.
     static Accepted ofBoxes(const ParamWindowState& state, ParamId id);
     bool accepts(double v) const;
 };

@@ -5,6 +5,7 @@
 #include "filter/result_grid_model.h"
 #include "filter/templates/saved_setting_store.h"
 #include "filter/ui/dialog_progress.h"
+#include "filter/ui/pass_rate_labels.h"
 #include "filter/ui/saved_settings_dialog.h"
 #include "workspace/prompter.h"
 #include "workspace/session.h"
@@ -94,6 +95,7 @@ FilterWindow::FilterWindow(FilterSource instance, std::unique_ptr<FilterWorkspac
         QMetaObject::invokeMethod(this, &FilterWindow::finishRecording, Qt::QueuedConnection);
     });
     m_templateScroll->setMaximum(m_recorder->stepScrollMax());
+    connectPassRates();
 
     m_workspace->zoneScope = 1;
     m_workspace->keepSense = m_keep->isChecked();
@@ -104,7 +106,10 @@ FilterWindow::FilterWindow(FilterSource instance, std::unique_ptr<FilterWorkspac
     resize(1366, 740);
 }
 
-FilterWindow::~FilterWindow() = default;
+FilterWindow::~FilterWindow() {
+    // The labels' keeper reads the window's controls: it goes before them.
+    delete m_passRates;
+}
 
 void FilterWindow::showFirstView() {
     m_params->showFirstView();
@@ -447,6 +452,7 @@ void FilterWindow::setZoneTab(int zoneScope) {
     const int change = ++m_tabChanges;
     adaptToZone();
     presetRanges();
+    m_passRates->allChanged();
     whenIdle([this, zoneScope, change] {
         m_workspace->zoneScope = static_cast<int16_t>(zoneScope);
         if (change == m_tabChanges) m_pendingZone.reset();

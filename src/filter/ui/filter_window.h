@@ -16,6 +16,7 @@
 #include <memory>
 
 class EngineProgress;
+class PassRateLabels;
 class Prompter;
 class ResultGridModel;
 class QCheckBox;
@@ -125,6 +126,8 @@ private:
     // Sets the snapshot's controls (boxes, TxtRc, Check1, Option37, Option1, Option36).
     void writeSnapshot(const ParamWindowState& state, const filter_snapshot::SnapshotEffects& effects);
     void markUsedButtons();
+    // The pass rates beside the boxes follow every control they read.
+    void connectPassRates();
 
     FilterSource m_instance;
     std::unique_ptr<FilterWorkspace> m_workspace;
@@ -139,6 +142,7 @@ private:
         QCheckBox* integratedBox = nullptr;
         QComboBox* spanCombo = nullptr;
         QLabel* countLabel = nullptr;  // "个" between the count and the list
+        QLabel* passRate = nullptr;    // the share of the span's draws in the range
     };
     std::vector<ParamRow> m_rows;
     ParamRow addParameterRow(const ParamInfo& p, QGridLayout* grid, int r, QWidget* paramFrame);
@@ -171,6 +175,9 @@ private:
     SuperInputs m_superInputs;
     std::unique_ptr<SuperFilter> m_super;
     std::unique_ptr<TemplateRecorder> m_recorder;
+    PassRateLabels* m_passRates = nullptr;
+    QComboBox* m_allRowsSpan = nullptr;     // Combo1(20)
+    QLabel* m_integratedRate = nullptr;     // the integrated filter's pass rate
     RecordSource m_recordSource;
     bool m_addToTemplatePicked = false;
     bool m_acting = false;

@@ -2,6 +2,7 @@
 
 #include "filter/param/range_query.h"
 #include "filter/result_grid_model.h"
+#include "filter/ui/pass_rate_labels.h"
 #include "workspace/ui/column_widths.h"
 #include "workspace/ui/named_widgets.h"
 
@@ -36,6 +37,9 @@ int spanComboIndex(ParamId id) {
 void fillSpanCombo(QComboBox* combo) {
     for (const range_query::SpanItem& item : range_query::spanItems()) combo->addItem(item.text, item.data);
 }
+
+// Wide enough for "100%".
+constexpr int kPassRateWidth = 34;
 
 }  // namespace
 
@@ -73,6 +77,11 @@ FilterWindow::ParamRow FilterWindow::addParameterRow(const ParamInfo& p, QGridLa
         row.spanCombo->setObjectName(QStringLiteral("Combo1(%1)").arg(c));
         fillSpanCombo(row.spanCombo);
         grid->addWidget(row.spanCombo, r, 8);
+        row.passRate = new QLabel(paramFrame);
+        row.passRate->setObjectName(QStringLiteral("LabelPassRate(%1)").arg(c));
+        row.passRate->setFixedWidth(kPassRateWidth);
+        row.passRate->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+        grid->addWidget(row.passRate, r, 9);
         QComboBox* combo = row.spanCombo;
         connect(combo, &QComboBox::activated, this,
                 [this, c, combo](int item) { comboChosen(c, combo->itemData(item).toInt()); });
@@ -101,6 +110,9 @@ QWidget* FilterWindow::makeParameterFrame() {
     m_topValuesHeading->setObjectName(QStringLiteral("Frame10"));
     grid->addWidget(m_topValuesHeading, 0, 5, 1, 3, Qt::AlignCenter);
     grid->addWidget(new QLabel(QStringLiteral("检索期数"), paramFrame), 0, 8);
+    auto* rateHeading = new QLabel(QStringLiteral("符合率"), paramFrame);
+    rateHeading->setToolTip(QStringLiteral("历史符合率：检索期数内参数落在范围（或最值列表）中的期数占比"));
+    grid->addWidget(rateHeading, 0, 9, Qt::AlignRight);
 
     int r = 1;
     for (const ParamInfo& p : param_catalogue::all()) {
@@ -110,6 +122,7 @@ QWidget* FilterWindow::makeParameterFrame() {
     // The row that asks the history for every parameter at once.
     auto* all = new QComboBox(paramFrame);
     all->setObjectName(QStringLiteral("Combo1(20)"));
+    m_allRowsSpan = all;
     fillSpanCombo(all);
     grid->addWidget(new QLabel(QStringLiteral("所有参数检索"), paramFrame), r, 1);
     grid->addWidget(all, r, 8);
@@ -201,6 +214,11 @@ QWidget* FilterWindow::makeOptionsPanel() {
             [this] { m_toleranceCount->setText(m_tolerance.onPercentEdited(readState())); });
     integratedLayout->addWidget(m_logicAnd, 0, 0);
     integratedLayout->addWidget(m_logicOr, 0, 1);
+    // Beside the sense: the share of past draws whose winning ticket the filter would keep.
+    integratedLayout->addWidget(new QLabel(QStringLiteral("符合率"), integratedFrame), 0, 2, 1, 2);
+    m_integratedRate = new QLabel(integratedFrame);
+    m_integratedRate->setObjectName(QStringLiteral("LabelPassRateZh"));
+    integratedLayout->addWidget(m_integratedRate, 1, 2, 1, 2);
     integratedLayout->addWidget(m_toleranceCheck, 1, 0, 1, 2);
     integratedLayout->addWidget(m_tolerancePercent, 2, 0);
     integratedLayout->addWidget(new QLabel(QStringLiteral("%"), integratedFrame), 2, 1);
@@ -416,4 +434,32 @@ QHBoxLayout* FilterWindow::makeActionRow(QWidget* panel) {
         actions->addWidget(b);
     }
     return actions;
+}
+
+void FilterWindow::connectPassRates() {
+    m_passRates = new PassRateLabels(m_session, [this] { return shownState(); }, this);
+    // Every connection lives as long as the labels' keeper, which the window deletes first.
+    PassRateLabels* rates = m_passRates;
+    for (const ParamRow& row : m_rows) {
+        const auto changed = [rates, id = row.id] { rates->rowChanged(id); };
+        // A box's text, typed or written by a preset, a template or a saved setting.
+        for (QLineEdit* box : row.boxes) connect(box, &QLineEdit::textChanged, rates, changed);
+        connect(row.integratedBox, &QCheckBox::toggled, rates, &PassRateLabels::integratedChanged);
+        if (!row.passRate) continue;  // 自定区间: no draw column to ask
+        connect(row.spanCombo, &QComboBox::currentIndexChanged, rates, changed);
+        rates->addRow(row.id, row.passRate, row.spanCombo);
+    }
+    // The zone comes from setZoneTab, the list mode from Option36; the rest is the integrated
+    // filter's alone.
+    connect(m_topValuesQuery, &QRadioButton::toggled, rates, &PassRateLabels::allChanged);
+    const auto integrated = [rates] { rates->integratedChanged(); };
+    for (QAbstractButton* b : std::initializer_list<QAbstractButton*>{m_keep, m_logicAnd, m_toleranceCheck})
+        connect(b, &QAbstractButton::toggled, rates, integrated);
+    for (QCheckBox* b : m_positionChecks) connect(b, &QCheckBox::toggled, rates, integrated);
+    for (QCheckBox* b : m_parityChecks)
+        if (b) connect(b, &QCheckBox::toggled, rates, integrated);
+    for (QLineEdit* e : {m_toleranceCount, m_tolerancePercent, m_chosenNumbers})
+        connect(e, &QLineEdit::textChanged, rates, integrated);
+    connect(m_allRowsSpan, &QComboBox::currentIndexChanged, rates, integrated);
+    rates->setIntegrated(m_integratedRate, m_allRowsSpan);
 }
