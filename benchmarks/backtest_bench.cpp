@@ -3,7 +3,7 @@
 //
 //   backtest_bench [--draws N] [--threads T] [--history-last] [--rates-only]
 
-#include "app/cli/backtest_commands.h"
+#include "app/backtest_space.h"
 #include "bench_timing.h"
 #include "bench_workspace.h"
 #include "filter/backtest/backtest_runner.h"

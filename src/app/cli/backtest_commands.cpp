@@ -1,12 +1,12 @@
 #include "app/cli/backtest_commands.h"
 
+#include "app/backtest_space.h"
+
 #include "app/cli/cli_context.h"
-#include "app/cli/cli_tables.h"
 #include "app/cli/window_boxes.h"
 #include "filter/backtest/backtest_runner.h"
 #include "filter/backtest/pass_rate.h"
 #include "filter/templates/saved_setting_store.h"
-#include "generation/expansion.h"
 #include "prize/prize_session.h"
 #include "workspace/sqlite_db.h"
 
@@ -60,19 +60,6 @@ void printSummary(QTextStream& out, const backtest::Summary& s) {
 
 }  // namespace
 
-namespace backtest_space {
-
-std::unique_ptr<CandidateTable> fullSet(int frontSize, int backSize, QString* error) {
-    ExpansionInput in;
-    for (int n = 1; n <= frontSize; ++n) in.front.push_back(static_cast<int16_t>(n));
-    for (int n = 1; n <= backSize; ++n) in.back.push_back(static_cast<int16_t>(n));
-    ExpansionResult r = expand(in);
-    if (!r.table && error) *error = r.message;
-    return std::move(r.table);
-}
-
-}  // namespace backtest_space
-
 BacktestCommand::BacktestCommand()
     : SessionCommand(
           QStringLiteral("backtest"),
@@ -100,16 +87,11 @@ QString BacktestCommand::check(const Args& args) const {
 
 int BacktestCommand::run(CliContext& ctx, Session& s, const Args& args) const {
     const bool picks = args.choice(QStringLiteral("space")) == 1;
-    std::unique_ptr<CandidateTable> table;
-    if (picks) {
-        const SqliteReadTransaction read(s.filterDb());
-        table = cli_tables::loadStored(ctx, s, cli_tables::Kind::Combinations);
-        if (!table) return kRefused;
-    } else {
-        QString error;
-        table = backtest_space::fullSet(s.frontSize(), s.backSize(), &error);
-        if (!table) return ctx.fail(error);
-    }
+    QString error;
+    std::unique_ptr<CandidateTable> table = picks
+                                                ? backtest_space::picks(s.filterDb(), s.frontSize(), s.backSize(), &error)
+                                                : backtest_space::fullSet(s.frontSize(), s.backSize(), &error);
+    if (!table) return ctx.fail(error);
     const backtest::Strategy strategy =
         args.has(kSetting) ? backtest::Strategy::setting(args.text(kSetting), window_boxes::scope(args))
                            : backtest::Strategy::filterTemplate();

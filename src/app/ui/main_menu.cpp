@@ -177,6 +177,7 @@ void MainMenu::addWindowsMenu(QMenuBar* bar) {
               SQ_ITEM(analyseFrontZone, "mnuSyQian", "前区历史分析(&F)", kBuilt),
               SQ_ITEM(analyseBackZone, "mnuSyHou", "后区历史分析(&B)", kBuilt),
               SQ_ITEM(profitLossReport, "meuRepot", "盈亏报告(&R)", kBuilt),
+              SQ_ITEM(backtest, "mnuBacktest", "过滤回测(&T)", kBuilt),
               SQ_ITEM(spinArrangement, "meuAgarr", "摇奖排列组合(&A)", kBuilt),
               SQ_ITEM(checkCombinations, "mnuzhInq", "组合中奖查询(&I)", kBuilt),
               SQ_ITEM(checkWheel, "mnuRtInq", "旋转组合查询(&O)", kBuilt),

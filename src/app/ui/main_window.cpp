@@ -3,6 +3,7 @@
 #include "app/ui/filter_windows.h"
 #include "analysis/ui/trend_window.h"
 #include "app/ui/main_menu.h"
+#include "filter/ui/backtest_window.h"
 #include "filter/ui/filter_window.h"
 #include "history/history_actions.h"
 #include "history/ui/history_commands.h"
@@ -281,6 +282,7 @@ void MainWindow::connectMenus() {
             [this] { openPrizeRules(m_session, m_prompter, this); });
     connect(menu.profitLossReport, &QAction::triggered, this,
             [this] { openReports(m_session, m_prompter, this); });
+    connect(menu.backtest, &QAction::triggered, this, [this] { (new BacktestWindow(m_session, m_prompter, this))->show(); });
     for (const auto& [item, kind] : prizeCheckItems()) {
         const schema::CandidateKind k = kind;
         connect(menu.*item, &QAction::triggered, this, [this, k] {

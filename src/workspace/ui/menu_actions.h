@@ -48,6 +48,7 @@ struct MenuActions {
     QAction* analyseFrontZone = nullptr;           // mnuSyQian
     QAction* analyseBackZone = nullptr;            // mnuSyHou
     QAction* profitLossReport = nullptr;           // meuRepot
+    QAction* backtest = nullptr;                   // mnuBacktest
     QAction* spinArrangement = nullptr;            // meuAgarr
     QAction* checkCombinations = nullptr;          // mnuzhInq
     QAction* checkWheel = nullptr;                 // mnuRtInq
