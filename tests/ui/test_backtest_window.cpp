@@ -36,8 +36,14 @@ void expandPicks(MainWindowFixture& f) {
     for (int n : {4, 9}) f.window->findChild<QPushButton*>(QStringLiteral("Command2(%1)").arg(n))->click();
     emit f.window->menuActions().playModesMenu->aboutToShow();
     f.window->findChild<QAction*>(QStringLiteral("mnuLst"))->trigger();
-    // Closing the window waits for its record: zuhe is stored.
-    for (FilterWindow* w : f.window->findChildren<FilterWindow*>()) w->close();
+    for (FilterWindow* w : f.window->findChildren<FilterWindow*>()) {
+        // The template frame's button opens the back-test too.
+        w->findChild<QPushButton*>(QStringLiteral("CmdBacktest"))->click();
+        QVERIFY(w->findChild<BacktestWindow*>());
+        w->findChild<BacktestWindow*>()->close();
+        // Closing the window waits for its record: zuhe is stored.
+        w->close();
+    }
 }
 
 }  // namespace
@@ -59,7 +65,7 @@ void BacktestWindowTest::testsASettingOnThePicks() {
     QVERIFY(saved_setting_store::save(f.session->filterDb(), state, f.prompter, QDateTime::currentDateTime()));
 
     f.window->findChild<QAction*>(QStringLiteral("mnuBacktest"))->trigger();
-    auto* w = f.window->findChild<BacktestWindow*>();
+    auto* w = f.window->findChild<BacktestWindow*>(QString(), Qt::FindDirectChildrenOnly);
     QVERIFY(w);
     auto* strategy = w->findChild<QComboBox*>(QStringLiteral("ComboStrategy"));
     const int item = strategy->findData(QStringLiteral("和值60到120"));
