@@ -78,12 +78,15 @@ uint64_t relation(CandidateTable& t, Relation kind, std::span<const int16_t> num
     cls.build();
     // LIKE "*a**b*": the pieces must hold a, then b, ... in this order, one literal per piece
     // (a piece holds at most three characters, a literal at least two).
+    // The pieces' columns, taken once for the row loop.
+    std::array<const uint8_t*, 7> cols{};
+    for (int i = 0; i < pieces.count; ++i)
+        cols[static_cast<size_t>(i)] = t.numberColumn(pieces.cols[static_cast<size_t>(i)] + 1).data();
     const auto matches = [&](uint64_t r) {
         if (order.empty()) return false;  // LIKE "" never holds on a ticket
         size_t p = 0;
         for (int i = 0; i < pieces.count && p < order.size(); ++i)
-            if (bit(cls.maskOf(t.numberColumn(pieces.cols[static_cast<size_t>(i)] + 1)[r], true), order[p]))
-                ++p;
+            if (bit(cls.maskOf(cols[static_cast<size_t>(i)][r], true), order[p])) ++p;
         return p == order.size();
     };
     // Only live rows can die: the dead ones are not tested.
