@@ -44,7 +44,7 @@ void load(Settings& settings, const QString& workspace, NumberBoard& board) {
                              Part{Zone::Back, BoardBackPicks, BoardBackBankers}}) {
         // A zone already empty is left alone: 重选 also resets the spin menus.
         if (board.zone(part.zone).totalCount() > 0) board.reselect(part.zone);
-        for (int n : numbers(settings.read(part.picks, workspace))) board.programClick(part.zone, n);
+        for (int n : numbers(settings.read(part.picks, workspace))) board.leftClick(part.zone, n);
         for (int n : numbers(settings.read(part.bankers, workspace))) {
             if (n < 1 || n > board.zone(part.zone).size()) continue;
             board.zone(part.zone).state().activeNum = static_cast<int16_t>(n);

@@ -11,8 +11,9 @@ namespace board_store {
 
 // Writes the four lists at once; false when the settings could not be saved.
 bool save(Settings& settings, const QString& workspace, const BoardState& board);
-// Empties both zones (重选 on a zone that holds numbers) and replays the stored lists: picks by programClick, bankers by ActiveNum
-// and toggleBanker. Numbers outside a zone's size are left out.
+// Empties both zones (重选 on a zone that holds numbers) and replays the stored lists: picks as the
+// player's left clicks (a click by program would count the tickets of the last zone replayed as
+// if both zones held its numbers), bankers by ActiveNum and toggleBanker. Numbers outside a zone's size are left out.
 void load(Settings& settings, const QString& workspace, NumberBoard& board);
 
 }  // namespace board_store

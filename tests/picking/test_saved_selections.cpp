@@ -239,4 +239,21 @@ TEST(BoardStore, TheBoardComesBackThroughTheBoardsOwnRules) {
     EXPECT_TRUE(restored.front.bankerFlag[9]);
 }
 
+// Twelve front and two back picks come back counted as the player left them: 792 tickets, and
+// not the count of the back zone's two numbers taken for both zones.
+TEST(BoardStore, TheRestoredBoardCountsBothZones) {
+    PickingWorkspace ws(false);
+    BoardState state;
+    NumberBoard board{state, 35, 12};
+    for (int n : {1, 2, 4, 6, 7, 9, 11, 12, 15, 17, 19, 21}) board.leftClick(Zone::Front, n);
+    for (int n : {1, 2}) board.leftClick(Zone::Back, n);
+    ASSERT_EQ(state.ticketCount, 792);
+    ASSERT_TRUE(board_store::save(ws.home.settings, QStringLiteral("选号"), state));
+    BoardState restored;
+    NumberBoard second{restored, 35, 12};
+    board_store::load(ws.home.settings, QStringLiteral("选号"), second);
+    EXPECT_EQ(restored.ticketCount, 792);
+    EXPECT_EQ(second.statusText, board.statusText);
+}
+
 }  // namespace
