@@ -3,8 +3,8 @@
 // the survival against the draw's own sum, a cancel that keeps the rows done, and the export.
 #include "engine/candidate_store.h"
 #include "filter/templates/saved_setting_store.h"
-#include "filter/ui/backtest_rows_model.h"
-#include "filter/ui/backtest_window.h"
+#include "app/ui/backtest_rows_model.h"
+#include "app/ui/backtest_window.h"
 #include "filter/ui/filter_window.h"
 #include "history/history_import.h"
 #include "support/main_window_fixture.h"

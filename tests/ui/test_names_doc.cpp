@@ -17,7 +17,7 @@
 #include "filter/filter_source.h"
 #include "filter/param/param_catalogue.h"
 #include "filter/ui/filter_window.h"
-#include "filter/ui/backtest_window.h"
+#include "app/ui/backtest_window.h"
 #include "filter/ui/saved_settings_dialog.h"
 #include "history/ui/download_source_dialog.h"
 #include "prize/prize_session.h"
@@ -422,7 +422,7 @@ QStringList foldersOf(const QString& heading) {
         {QStringLiteral("SavedSettingsDialog"), {QStringLiteral("src/filter/ui/saved_settings_dialog")}},
         {QStringLiteral("PrizeRulesDialog"), {QStringLiteral("src/prize/ui")}},
         {QStringLiteral("ProfitLossReportWindow"), {QStringLiteral("src/prize/ui")}},
-        {QStringLiteral("BacktestWindow"), {QStringLiteral("src/filter/ui/backtest_window")}},
+        {QStringLiteral("BacktestWindow"), {QStringLiteral("src/app/ui/backtest_window")}},
         {QStringLiteral("FortuneWindow"),
          {QStringLiteral("src/tools/ui/fortune_window"), QStringLiteral("src/tools/ui/fortune_strip")}},
         {QStringLiteral("TextPrintWindow"), {QStringLiteral("src/tools/ui/text_print_window")}},

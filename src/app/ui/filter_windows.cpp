@@ -1,6 +1,7 @@
 #include "app/ui/filter_windows.h"
 
 #include "app/filter_opening.h"
+#include "app/ui/backtest_window.h"
 #include "filter/filter_workspace.h"
 #include "filter/ui/dialog_progress.h"
 #include "filter/ui/filter_window.h"
@@ -63,6 +64,8 @@ FilterWindow* openFilterWindow(FilterSource instance, Session& session, Prompter
     if (!workspace) return nullptr;
     auto* window = new FilterWindow(instance, std::move(workspace), session, prompter, parent);
     connectPrinting(window, session, prompter);
+    QObject::connect(window, &FilterWindow::backtestRequested, window,
+                     [window, &session, &prompter] { (new BacktestWindow(session, prompter, window))->show(); });
     window->show();
     return window;
 }

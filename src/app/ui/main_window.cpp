@@ -3,7 +3,7 @@
 #include "app/ui/filter_windows.h"
 #include "analysis/ui/trend_window.h"
 #include "app/ui/main_menu.h"
-#include "filter/ui/backtest_window.h"
+#include "app/ui/backtest_window.h"
 #include "filter/ui/filter_window.h"
 #include "history/history_actions.h"
 #include "history/ui/history_commands.h"

@@ -74,6 +74,8 @@ signals:
     void closed();
     // CmdPrint: the player asks for the printed list of the live tickets.
     void printRequested();
+    // CmdBacktest: the player asks how the filter template would have fared on past draws.
+    void backtestRequested();
 
 protected:
     void closeEvent(QCloseEvent* event) override;

@@ -2,7 +2,6 @@
 
 #include "filter/param/range_query.h"
 #include "filter/result_grid_model.h"
-#include "filter/ui/backtest_window.h"
 #include "filter/ui/pass_rate_labels.h"
 #include "workspace/ui/column_widths.h"
 #include "workspace/ui/named_widgets.h"
@@ -313,8 +312,7 @@ QWidget* FilterWindow::makeTemplateFrame() {
     // How the template would have fared on the last draws, in a window of its own.
     QPushButton* backtest = namedButton(QStringLiteral("CmdBacktest"), QStringLiteral("模板回测(&H)"), templateFrame);
     g->addWidget(backtest, 0, 2);
-    connect(backtest, &QPushButton::clicked, this,
-            [this] { (new BacktestWindow(m_session, m_prompter, this))->show(); });
+    connect(backtest, &QPushButton::clicked, this, &FilterWindow::backtestRequested);
     g->addWidget(m_templateStepLabel, 1, 0, 1, 3);
     const QString tcap = m_workspace->traits().filtersTemplateItself ? filter_source::kClearTemplateCaption
                                                                      : filter_source::kAddTemplateCaption;

@@ -1,8 +1,8 @@
-#include "filter/ui/backtest_window.h"
+#include "app/ui/backtest_window.h"
 
 #include "app/backtest_job.h"
 #include "filter/templates/saved_setting_store.h"
-#include "filter/ui/backtest_rows_model.h"
+#include "app/ui/backtest_rows_model.h"
 #include "tools/table_export.h"
 #include "workspace/prompter.h"
 #include "workspace/session.h"

@@ -1,4 +1,4 @@
-#include "filter/ui/backtest_rows_model.h"
+#include "app/ui/backtest_rows_model.h"
 
 #include <QColor>
 
