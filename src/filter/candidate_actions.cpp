@@ -8,6 +8,27 @@ namespace candidate_actions {
 
 using Word = BitVector::Word;
 
+std::optional<bool> toggleByHand(CandidateTable& t, int32_t idx) {
+    candidate_kernels::beginFilter(t);
+    // SELECT * WHERE [idx] = {idx}: the first such row decides, the update takes them all.
+    std::vector<uint64_t> rows;
+    if (!t.hasExplicitIdx()) {
+        if (idx >= 1 && static_cast<uint64_t>(idx) <= t.rowCount()) rows.push_back(static_cast<uint64_t>(idx - 1));
+    } else {
+        for (uint64_t r = 0; r < t.rowCount(); ++r)
+            if (t.idxAt(r) == idx) rows.push_back(r);
+    }
+    if (rows.empty()) return std::nullopt;
+    const bool wasDead = t.filteredOut().test(rows.front());
+    const ReasonTable::Id reason = wasDead ? ReasonTable::kEmpty : t.reasons().intern(kManualDelete);
+    for (uint64_t r : rows) {
+        if (t.filteredOut().test(r) != wasDead) continue;
+        t.filteredOut().set(r, !wasDead);
+        t.rowReasons()[r] = reason;
+    }
+    return !wasDead;
+}
+
 void resetAll(CandidateTable& table) {
     table.filteredOut().fill(false);
     auto fl = table.rowReasons();

@@ -19,6 +19,13 @@ namespace candidate_actions {
 inline const QString kInvertAllPrefix = QStringLiteral("全部反选-");
 inline const QString kInvertLastPrefix = QStringLiteral("上次反选-");
 
+inline const QString kManualDelete = QStringLiteral("手工删除");
+
+// A double click on a grid row: preunslt = unslt, then the tickets of that idx die by hand (手工删除)
+// when the first of them is live, or come back with no reason when it is dead. Returns whether
+// they are dead now; none when no ticket has that idx.
+std::optional<bool> toggleByHand(CandidateTable& table, int32_t idx);
+
 void resetAll(CandidateTable& table);
 void resetLast(CandidateTable& table);
 void invertAll(CandidateTable& table);

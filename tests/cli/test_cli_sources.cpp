@@ -138,6 +138,12 @@ TEST_F(CliSources, FilterCommandsRunTheSixNumberWindowOnZuhef) {
     // 保留号过滤 with 7 and 8 keeps the rows holding both: those leaving out two of 1..6.
     EXPECT_EQ(one({"filter", "reset-all", "--table", "zuhef"}), QStringLiteral("28"));
     EXPECT_EQ(one({"filter", "relation", "keep", "7", "8", "--table", "zuhef"}), QStringLiteral("15"));
+    // A double click deletes a live row by hand (28 is 3..8) and a second one brings it back; on
+    // a dead row (1 is 1..6) it revives the row whatever killed it.
+    EXPECT_EQ(one({"candidates", "toggle", "28", "--table", "zuhef"}), QStringLiteral("14"));
+    EXPECT_EQ(one({"candidates", "toggle", "28", "--table", "zuhef"}), QStringLiteral("15"));
+    EXPECT_EQ(one({"candidates", "toggle", "1", "--table", "zuhef"}), QStringLiteral("16"));
+    EXPECT_EQ(cli.run({"candidates", "toggle", "99", "--table", "zuhef"}).exitCode, 1);
 
     const auto refused = [this](const QStringList& args, const char* says) {
         const CliRun r = cli.run(args);

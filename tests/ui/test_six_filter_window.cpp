@@ -17,6 +17,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QTableView>
 #include <QTest>
 
 class SixFilterWindowTest : public QObject {
@@ -117,6 +118,15 @@ void SixFilterWindowTest::relationIntegratedAndSavedSettings() {
     w->findChild<QRadioButton*>(QStringLiteral("Option37(1)"))->setChecked(true);
     w->findChild<QLineEdit*>(QStringLiteral("Text2(0)"))->setText(QStringLiteral("90"));
     click("Option29");
+    QCOMPARE(w->workspace().table().liveCount(), uint64_t(2));
+
+    // A double click deletes the row by hand and paints it grey; a second one brings it back.
+    auto* grid = w->findChild<QTableView*>(QStringLiteral("MSFlexGrid1"));
+    emit grid->doubleClicked(w->gridModel().index(0, 0));
+    QCOMPARE(w->workspace().table().liveCount(), uint64_t(1));
+    QCOMPARE(w->findChild<QLabel*>(QStringLiteral("Label所需金额"))->text(), QStringLiteral("所需金额:12元"));
+    QCOMPARE(w->gridModel().rowCount(), 2);  // still in view, grey
+    emit grid->doubleClicked(w->gridModel().index(0, 0));
     QCOMPARE(w->workspace().table().liveCount(), uint64_t(2));
 
     // Command7 stores the bounds, the sixth position's too; Command6 reads them back.

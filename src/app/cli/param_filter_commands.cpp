@@ -3,6 +3,7 @@
 #include "app/cli/cli_context.h"
 #include "app/cli/cli_tables.h"
 #include "app/cli/six_commands.h"
+#include "filter/candidate_actions.h"
 #include "app/cli/window_boxes.h"
 #include "filter/param/param_window.h"
 
@@ -121,11 +122,22 @@ CandidatesToggleCommand::CandidatesToggleCommand()
                   "Kills a live ticket or revives a dead one, as a double click on its row; prints the "
                   "live count.")) {
     positional(QStringLiteral("IDX"), QStringLiteral("The ticket's idx."), ValueKind::integer());
-    options({cli_tables::windowTableOption()});
+    options({cli_tables::windowOrSixTableOption()});
 }
 
 int CandidatesToggleCommand::execute(CliContext& ctx, const Args& args) const {
     const int idx = args.positionalInteger(0);
+    if (cli_tables::onSixTable(args)) {
+        cli_tables::OpenTable t;
+        if (!t.open(ctx, args)) return kRefused;
+        std::optional<bool> dead;
+        {
+            const FilterWorkspace::Edit edit = t.workspace->edit();
+            dead = candidate_actions::toggleByHand(edit.table(), idx);
+        }
+        if (!dead) return ctx.fail(QStringLiteral("no ticket with idx %1").arg(idx));
+        return t.finish(ctx);
+    }
     OpenWindow w;
     if (!w.open(ctx, args)) return kRefused;
     // The all-rows view shows every ticket, so any idx can be double-clicked there.

@@ -1,6 +1,7 @@
 #include "filter/param/param_window.h"
 
 #include "engine/candidate_kernels.h"
+#include "filter/candidate_actions.h"
 #include "engine/candidate_store.h"
 #include "workspace/prompter.h"
 #include "workspace/schema.h"
@@ -59,26 +60,7 @@ void ParamWindow::doubleClick(ResultGridModel& model, int viewRow) {
     if (!m_workspace.isOpen() || viewRow < 0 || viewRow >= model.rowCount()) return;
     const int32_t idx = model.idxAt(viewRow);
     const FilterWorkspace::Edit edit = m_workspace.edit();
-    CandidateTable& t = edit.table();
-    candidate_kernels::beginFilter(t);
-    // SELECT * WHERE [idx] = {idx}: the first such row decides, the update takes them all.
-    std::vector<uint64_t> rows;
-    if (!t.hasExplicitIdx()) {
-        if (idx >= 1 && static_cast<uint64_t>(idx) <= t.rowCount())
-            rows.push_back(static_cast<uint64_t>(idx - 1));
-    } else {
-        for (uint64_t r = 0; r < t.rowCount(); ++r)
-            if (t.idxAt(r) == idx) rows.push_back(r);
-    }
-    if (rows.empty()) return;
-    const bool wasDead = t.filteredOut().test(rows.front());
-    model.setPainted(viewRow, !wasDead);
-    const ReasonTable::Id reason = wasDead ? ReasonTable::kEmpty : t.reasons().intern(kManualDelete);
-    for (uint64_t r : rows) {
-        if (t.filteredOut().test(r) != wasDead) continue;
-        t.filteredOut().set(r, !wasDead);
-        t.rowReasons()[r] = reason;
-    }
+    if (const auto dead = candidate_actions::toggleByHand(edit.table(), idx)) model.setPainted(viewRow, *dead);
 }
 
 bool ParamWindow::clickAddTemplate(SqliteDb& filterDb, Prompter& prompter) {

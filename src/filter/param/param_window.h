@@ -23,7 +23,6 @@ public:
     static inline const QString kAddTemplateText = QStringLiteral(
         "是否把目前组合缩水后的号码加入组号模板里面，以后可以多次加入模板，并通过调用组号模板在模板基础上进行"
         "缩水过滤（加入到模板的组号如果有与模板相重复的会自动滤除）");
-    static inline const QString kManualDelete = QStringLiteral("手工删除");
 
     ParamWindow(FilterWorkspace& workspace, ParamContext context, QString workspaceFolder);
 

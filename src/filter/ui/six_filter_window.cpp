@@ -1,5 +1,6 @@
 #include "filter/ui/six_filter_window.h"
 
+#include "filter/candidate_actions.h"
 #include "filter/param/param_catalogue.h"
 #include "filter/param/param_kernels.h"
 #include "filter/six/six_actions.h"
@@ -184,6 +185,7 @@ QWidget* SixFilterWindow::makeGridPanel() {
     m_grid->horizontalHeader()->setDefaultSectionSize(fontMetrics().horizontalAdvance(QStringLiteral("号码索引")) + 16);
     m_grid->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
     m_grid->setSelectionBehavior(QAbstractItemView::SelectRows);
+    connect(m_grid, &QTableView::doubleClicked, this, [this](const QModelIndex& index) { toggleRow(index.row()); });
     column->addWidget(m_grid, 1);
     column->addWidget(makeSuperFrame());
 
@@ -324,13 +326,26 @@ void SixFilterWindow::showPage() {
     bindView(v);
 }
 
+// A double click deletes the row by hand, or brings it back; it stays in view, grey while deleted.
+void SixFilterWindow::toggleRow(int viewRow) {
+    if (viewRow < 0 || viewRow >= m_model->rowCount()) return;
+    const int32_t idx = m_model->idxAt(viewRow);
+    {
+        const FilterWorkspace::Edit edit = m_workspace->edit();
+        if (const auto dead = candidate_actions::toggleByHand(edit.table(), idx)) m_model->setPainted(viewRow, *dead);
+    }
+    showCounts(false);
+}
+
 // The caption counts the first page's rows as the first query does, and the live rows after.
 void SixFilterWindow::bindView(const GridView& view) {
     m_model->bind(&m_workspace->table(), view);
+    showCounts(view.idxRange && !view.liveOnly);
+}
+
+void SixFilterWindow::showCounts(bool firstPage) {
     const uint64_t live = m_workspace->table().liveCount();
-    setWindowTitle(filter_source::caption(static_cast<qint64>(view.idxRange && !view.liveOnly
-                                                                   ? m_workspace->shownCount()
-                                                                   : live)));
+    setWindowTitle(filter_source::caption(static_cast<qint64>(firstPage ? m_workspace->shownCount() : live)));
     m_money->setText(QStringLiteral("所需金额:%1元").arg(live * kYuanPerRow));
 }
 

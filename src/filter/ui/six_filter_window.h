@@ -63,6 +63,8 @@ private:
     void showPage();
     // Binds the grid and refreshes the caption and the money.
     void bindView(const GridView& view);
+    void showCounts(bool firstPage);
+    void toggleRow(int viewRow);
 
     FilterSource m_instance;
     std::unique_ptr<FilterWorkspace> m_workspace;
