@@ -5,11 +5,13 @@
 #include "filter/result_grid_model.h"
 #include "filter/ui/saved_settings_dialog.h"
 #include "filter/ui/six_filter_window.h"
+#include "history/history_import.h"
 #include "support/main_window_fixture.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QListWidget>
 #include <QTimer>
 #include <QLabel>
@@ -25,6 +27,7 @@ class SixFilterWindowTest : public QObject {
 private slots:
     void filtersSevenPicksAndReopensThem();
     void relationIntegratedAndSavedSettings();
+    void spanCombosFillTheBoxesFromTheDraws();
 };
 
 namespace {
@@ -147,6 +150,43 @@ void SixFilterWindowTest::relationIntegratedAndSavedSettings() {
     click("Command6");
     QCOMPARE(w->findChild<QLineEdit*>(QStringLiteral("Text2(0)"))->text(), QStringLiteral("90"));
     QCOMPARE(w->findChild<QLineEdit*>(QStringLiteral("Text17(0)"))->text(), QStringLiteral("30"));
+    w->close();
+}
+
+// Combo1 of a row: the least and the most of the row's parameter over the draws of the span,
+// counted here from the draw numbers themselves.
+void SixFilterWindowTest::spanCombosFillTheBoxesFromTheDraws() {
+    MainWindowFixture f;
+    QVERIFY(f.open([&f](Session& s) {
+        HistoryImport(s, f.prompter).importFile(HistoryImport::Mode::Whole, f.bundledHistory());
+    }));
+    const DrawHistory& h = f.session->history();
+    QVERIFY(h.drawCount() > 10);
+    SixFilterWindow* w = openSevenPicks(f);
+    QVERIFY(w);
+    const auto choose = [w](int combo, int span) {
+        auto* c = w->findChild<QComboBox*>(QStringLiteral("Combo1(%1)").arg(combo));
+        c->setCurrentIndex(c->findData(span));
+        emit c->activated(c->currentIndex());
+    };
+    const auto box = [w](const char* name) { return w->findChild<QLineEdit*>(QString::fromLatin1(name))->text().toInt(); };
+    int lo = 999, hi = 0, first = 99, firstHigh = 0;
+    for (int d = 1; d <= h.drawCount(); ++d) {
+        const DrawNumbers& n = h.numbers[static_cast<size_t>(d)];
+        first = std::min(first, n[1]);
+        firstHigh = std::max(firstHigh, n[1]);
+        if (d <= h.drawCount() - 10) continue;
+        const int sum = n[1] + n[2] + n[3] + n[4] + n[5];
+        lo = std::min(lo, sum);
+        hi = std::max(hi, sum);
+    }
+    choose(0, 10);  // 各位数和, the last ten draws
+    QCOMPARE(box("Text2(0)"), lo);
+    QCOMPARE(box("Text2(1)"), hi);
+    choose(9, 0);  // 第1位, every draw
+    QCOMPARE(box("Text12(0)"), first);
+    QCOMPARE(box("Text12(1)"), firstHigh);
+    QVERIFY(!w->findChild<QComboBox*>(QStringLiteral("Combo1(14)")));  // 第6位: no column in the draws
     w->close();
 }
 

@@ -1,6 +1,7 @@
 #include "filter/six/six_params.h"
 
 #include "filter/param/param_catalogue.h"
+#include "filter/param/range_query.h"
 
 #include <algorithm>
 #include <cmath>
@@ -12,25 +13,25 @@ namespace {
 using P = SixParam;
 
 const std::array<SixParamInfo, kSixParamCount> kInfos{{
-    {P::Sum, "Option23", QStringLiteral("各位数和："), "Text2", 0, 999, "sum", "sh", 0},
-    {P::SumLastDigit, "Option3", QStringLiteral("各位和个位："), "Text3", 0, 9, "sum-last-digit", "shgw", 0},
-    {P::ConsecutiveCount, "Option2", QStringLiteral("连号个数："), "Text4", 0, 9, "consecutive", "lsh", 0},
-    {P::EvenCount, "Option4", QStringLiteral("偶数个数："), "Text5", 0, 9, "even", "os", 0},
-    {P::BigCount, "Option5", QStringLiteral("大数个数："), "Text6", 0, 9, "big", "ds", 0},
-    {P::BigLastDigitCount, "Option8", QStringLiteral("个位大数："), "Text7", 0, 9, "big-last-digit", "Gwds", 0},
-    {P::Range1To10, "Option9", QStringLiteral("1~10区间："), "Text8", 0, 9, "range-1-10", "1to10", 0},
-    {P::Range11To20, "Option10", QStringLiteral("11~20区间："), "Text9", 0, 9, "range-11-20", "11to20", 0},
-    {P::Range21Up, "Option11", QStringLiteral("21以上："), "Text10", 0, 9, "range-21-up", "21up", 0},
-    {P::Position1, "Option13", QStringLiteral("第1位："), "Text12", 0, 99, "position-1", "1z", 1},
-    {P::Position2, "Option14", QStringLiteral("第2位："), "Text13", 0, 99, "position-2", "2z", 2},
-    {P::Position3, "Option15", QStringLiteral("第3位："), "Text14", 0, 99, "position-3", "3z", 3},
-    {P::Position4, "Option16", QStringLiteral("第4位："), "Text15", 0, 99, "position-4", "4z", 4},
-    {P::Position5, "Option17", QStringLiteral("第5位："), "Text16", 0, 99, "position-5", "5z", 5},
-    {P::Position6, "Option18", QStringLiteral("第6位："), "Text17", 0, 99, "position-6", "6z", 6},
-    {P::LargestGap, "Option6", QStringLiteral("最大差值"), "Text19", 0, 99, "largest-gap", "zdzj", 0},
-    {P::LastMinusFirst, "Option7", QStringLiteral("首尾差值"), "Text20", 0, 99, "last-minus-first", "czzj", 0},
-    {P::RepeatsOfPrevious, "Option20", QStringLiteral("重上期个数："), "Text21", 0, 99, "repeats", "csq", 0},
-    {P::Complexity, "Option24", QStringLiteral("数字复杂度："), "Text22", 0, 99, "complexity", "fzd", 0},
+    {P::Sum, "Option23", QStringLiteral("各位数和："), "Text2", 0, 999, "sum", "sh", 0, "Znum"},
+    {P::SumLastDigit, "Option3", QStringLiteral("各位和个位："), "Text3", 0, 9, "sum-last-digit", "shgw", 0, "Sumgwnum"},
+    {P::ConsecutiveCount, "Option2", QStringLiteral("连号个数："), "Text4", 0, 9, "consecutive", "lsh", 0, "Lxnum"},
+    {P::EvenCount, "Option4", QStringLiteral("偶数个数："), "Text5", 0, 9, "even", "os", 0, "Onum"},
+    {P::BigCount, "Option5", QStringLiteral("大数个数："), "Text6", 0, 9, "big", "ds", 0, "Mornum"},
+    {P::BigLastDigitCount, "Option8", QStringLiteral("个位大数："), "Text7", 0, 9, "big-last-digit", "Gwds", 0, "Bignum"},
+    {P::Range1To10, "Option9", QStringLiteral("1~10区间："), "Text8", 0, 9, "range-1-10", "1to10", 0, "Qnum0"},
+    {P::Range11To20, "Option10", QStringLiteral("11~20区间："), "Text9", 0, 9, "range-11-20", "11to20", 0, "Qnum1"},
+    {P::Range21Up, "Option11", QStringLiteral("21以上："), "Text10", 0, 9, "range-21-up", "21up", 0, "Qnum2"},
+    {P::Position1, "Option13", QStringLiteral("第1位："), "Text12", 0, 99, "position-1", "1z", 1, "fig1"},
+    {P::Position2, "Option14", QStringLiteral("第2位："), "Text13", 0, 99, "position-2", "2z", 2, "fig2"},
+    {P::Position3, "Option15", QStringLiteral("第3位："), "Text14", 0, 99, "position-3", "3z", 3, "fig3"},
+    {P::Position4, "Option16", QStringLiteral("第4位："), "Text15", 0, 99, "position-4", "4z", 4, "fig4"},
+    {P::Position5, "Option17", QStringLiteral("第5位："), "Text16", 0, 99, "position-5", "5z", 5, "fig5"},
+    {P::Position6, "Option18", QStringLiteral("第6位："), "Text17", 0, 99, "position-6", "6z", 6, ""},
+    {P::LargestGap, "Option6", QStringLiteral("最大差值"), "Text19", 0, 99, "largest-gap", "zdzj", 0, "Mxzounum"},
+    {P::LastMinusFirst, "Option7", QStringLiteral("首尾差值"), "Text20", 0, 99, "last-minus-first", "czzj", 0, "Apzounum"},
+    {P::RepeatsOfPrevious, "Option20", QStringLiteral("重上期个数："), "Text21", 0, 99, "repeats", "csq", 0, "Cnum"},
+    {P::Complexity, "Option24", QStringLiteral("数字复杂度："), "Text22", 0, 99, "complexity", "fzd", 0, "Fcodp"},
 }};
 
 template <typename Pred>
@@ -90,6 +91,16 @@ int value(SixParam id, const std::array<uint8_t, 6>& row, const Context& ctx) {
         case P::Complexity: return complexity(row);
         default: return row[static_cast<size_t>(info(id).position - 1)];
     }
+}
+
+std::optional<std::pair<int, int>> historyRange(SixParam id, const DrawHistory& h, int spanData) {
+    const QString column = QLatin1String(info(id).drawColumn);
+    if (column.isEmpty()) return std::nullopt;
+    const auto values =
+        range_query::columnValues(h, ZoneScope::Front, column, range_query::start(h.drawCount(), spanData));
+    if (!values || values->empty()) return std::nullopt;
+    const auto [lo, hi] = std::ranges::minmax(*values);
+    return std::make_pair(static_cast<int>(lo), static_cast<int>(hi));
 }
 
 Bounds bounds(const QString& lo, const QString& hi) {

@@ -48,6 +48,7 @@ struct SixParamInfo {
     const char* english;  // the command line's name
     const char* key;      // the saved setting's columns, key_1 and key_2
     int position;         // 1..6 for 第1位..第6位, else 0
+    const char* drawColumn;  // the column of the draws' table the range query reads; "" for none
 };
 
 namespace six_params {
@@ -62,6 +63,10 @@ struct Context {
     int frontSize = 35;
     std::array<bool, kNumberSlots> lastDrawFront{};
 };
+
+// The range query of a parameter row: Min and Max of its draw column over the draws after
+// range_query::start (the span of Combo1); none for 第6位, which the draws lack, or no draws.
+std::optional<std::pair<int, int>> historyRange(SixParam id, const DrawHistory& h, int spanData);
 
 // The parameter's value for one row's six numbers.
 int value(SixParam id, const std::array<uint8_t, 6>& row, const Context& ctx);

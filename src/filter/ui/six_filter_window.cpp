@@ -3,6 +3,7 @@
 #include "filter/candidate_actions.h"
 #include "filter/param/param_catalogue.h"
 #include "filter/param/param_kernels.h"
+#include "filter/param/range_query.h"
 #include "filter/six/six_actions.h"
 #include "filter/six/six_history.h"
 #include "filter/six/six_integrated.h"
@@ -14,6 +15,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QCloseEvent>
+#include <QComboBox>
 #include <QDateTime>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -109,6 +111,7 @@ QWidget* SixFilterWindow::makeParameterFrame() {
         grid->addWidget(new QLabel(QStringLiteral("到"), frame), row, 2);
         grid->addWidget(m_hi[i], row, 3);
         grid->addWidget(run, row, 4);
+        if (QComboBox* span = makeSpanCombo(p, frame)) grid->addWidget(span, row, 5);
         ++row;
     }
     const struct {
@@ -126,8 +129,25 @@ QWidget* SixFilterWindow::makeParameterFrame() {
         });
         historyRow->addWidget(b);
     }
-    grid->addLayout(historyRow, row, 0, 1, 5);
+    grid->addLayout(historyRow, row, 0, 1, 6);
     return frame;
+}
+
+// Combo1(i): the row's boxes take the least and the most the draws' column held over the span
+// chosen. 第6位 has no column in the draws and no combo.
+QComboBox* SixFilterWindow::makeSpanCombo(const SixParamInfo& p, QWidget* parent) {
+    if (!*p.drawColumn) return nullptr;
+    auto* combo = new QComboBox(parent);
+    combo->setObjectName(QStringLiteral("Combo1(%1)").arg(static_cast<int>(p.id)));
+    for (const range_query::SpanItem& item : range_query::spanItems()) combo->addItem(item.text, item.data);
+    const SixParam id = p.id;
+    connect(combo, &QComboBox::activated, this, [this, combo, id] {
+        const auto range = six_params::historyRange(id, m_session.history(), combo->currentData().toInt());
+        if (!range) return;
+        m_lo[static_cast<size_t>(id)]->setText(QString::number(range->first));
+        m_hi[static_cast<size_t>(id)]->setText(QString::number(range->second));
+    });
+    return combo;
 }
 
 QWidget* SixFilterWindow::makeSuperFrame() {

@@ -14,6 +14,7 @@
 
 class Prompter;
 class QCheckBox;
+class QComboBox;
 class QLabel;
 class QLineEdit;
 class QRadioButton;
@@ -57,6 +58,7 @@ protected:
 private:
     QWidget* makeParameterFrame();
     QWidget* makeSuperFrame();
+    QComboBox* makeSpanCombo(const SixParamInfo& p, QWidget* parent);
     QWidget* makeGridPanel();
     six_settings::Bounds readBounds() const;
     void act(void (*action)(CandidateTable&));
